@@ -1,0 +1,3 @@
+if(NOT EXISTS "${TO}")
+  configure_file("${FROM}" "${TO}" COPYONLY)
+endif()

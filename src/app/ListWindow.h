@@ -1,0 +1,65 @@
+// Base of the list windows ("managers"): a toolbar of text buttons, below it one list over the rest of the window, the row
+// last chosen, rebuilding on activation, the remembered place.
+//
+// A subclass sets its columns and buttons in its constructor, then calls load(). It implements fillList(), and what its
+// buttons do. Delete, Enter, F2, double click and Ctrl+A work in every list.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "app/ChildWindow.h"
+#include "platform/ListView.h"
+
+class QToolBar;
+class QToolButton;
+
+namespace mv {
+
+class ListWindow : public ChildWindow {
+  Q_OBJECT
+ public:
+  // "init" rebuilds the list; other words do nothing here.
+  void buildWorkingLists(const std::string& command, long id = 0) override;
+
+ protected:
+  ListWindow(const QString& caption, int width, int height);
+
+  ListView& list() { return *list_; }
+  QToolBar& toolbar() { return *toolbar_; }
+  // Adds a toolbar button; `work` runs guarded. The accessible name and object name are the trimmed caption.
+  QToolButton* addButton(const QString& caption, const QString& toolTip, const QIcon& icon, std::function<void()> work);
+
+  // Restores the place and fills the list: the end of every subclass's constructor.
+  void load();
+  // Adds the rows; the list is empty and unsorted. Raises DatabaseError.
+  virtual void fillList() = 0;
+  // Opens the chosen row; double click, Enter and F2 come here. Runs guarded.
+  virtual void editChosen() {}
+  // The Delete key comes here. Runs guarded.
+  virtual void deleteChosen() {}
+
+  // The identifier column, -1 when there is none: remembers the id of the row last chosen.
+  void setIdColumn(int column) { idColumn_ = column; }
+  // Id and text of the row last chosen; 0 and "" when none, or when it is gone after a rebuild.
+  long chosenId() const { return chosenId_; }
+  QString chosenText() const { return chosenText_; }
+  // The list row of chosenId(), -1 when none.
+  int chosenRow() const;
+  void forgetChosen();
+
+  void activated() override;
+  void unloading() override;
+
+ private:
+  QToolBar* toolbar_;
+  ListView* list_;
+  int idColumn_ = -1;
+  long chosenId_ = 0;
+  QString chosenText_;
+};
+
+// Height of the toolbar strip above a list, in twips.
+inline constexpr int kToolbarHeight = 870;
+
+}  // namespace mv

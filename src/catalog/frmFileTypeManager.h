@@ -1,0 +1,22 @@
+// The list of file types, "FileType Manager".
+#pragma once
+
+#include "app/ListWindow.h"
+
+namespace mv {
+
+class frmFileTypeManager : public ListWindow {
+  Q_OBJECT
+ public:
+  frmFileTypeManager();
+
+ protected:
+  void fillList() override;
+  void editChosen() override;
+  void deleteChosen() override;
+
+ private:
+  void openNew();
+};
+
+}  // namespace mv

@@ -1,0 +1,45 @@
+// The path manager of one site: a folder for each of its file types.
+#pragma once
+
+#include <cstdint>
+
+#include "app/ChildWindow.h"
+#include "catalog/clsPath.h"
+#include "platform/ListView.h"
+
+class QLineEdit;
+class QPushButton;
+
+namespace mv {
+
+class frmSitePaths : public ChildWindow {
+  Q_OBJECT
+ public:
+  frmSitePaths();
+
+  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName.
+  std::int32_t SiteID = 0;
+  QString SiteName;
+
+  // Restores the place, builds the list and shows the window.
+  void open();
+  // "filetype" rebuilds the list; other words do nothing.
+  void buildWorkingLists(const std::string& command, long id = 0) override;
+
+ protected:
+  void unloading() override;
+  void activated() override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void showPathOfRow(int row);
+  void browse();
+
+  clsPath path_;
+  std::int64_t fileTypeId_ = 0;
+  ListView* lvwFiletypesAssigned_;
+  QLineEdit* txtPath_;
+  QPushButton* cmdBrowse_;
+};
+
+}  // namespace mv

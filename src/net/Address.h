@@ -1,0 +1,27 @@
+// Rules of addresses as the program keeps them: with or without scheme, perhaps with user information.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+// `address` without a leading "http://" or "https://" (exactly so written).
+std::string_view withoutScheme(std::string_view address);
+
+// The part of `address`, scheme removed, before its first "/"; the whole when there is none.
+std::string_view hostPart(std::string_view address);
+
+// The part behind the last "/"; "" when there is none.
+std::string_view lastSegment(std::string_view address);
+
+// `address` with "user:password@" before the host replaced by "***@": what windows and logs may show.
+std::string maskUserInfo(std::string_view address);
+
+// "http://" + user + ":" + password + "@" + address (without scheme).
+std::string withCredentials(std::string_view address, std::string_view user, std::string_view password);
+
+// For narrow labels: more than 40 characters become the first 18, "..." and the last 18. Never cuts a character.
+std::string shortened(std::string_view address);
+
+}  // namespace mv

@@ -1,0 +1,127 @@
+// The relational engine: one database in one file, driven by SQL texts.
+//
+// The SQL dialect is the program's own, a small one:
+//   "text" and 'text'   a text literal, never an identifier; the delimiter doubled inside stands for itself
+//   [name]              an identifier
+//   everything else     as SQLite reads it
+// A statement is translated once per shape (the statement with its literals taken out), prepared once and kept;
+// the literals are bound. So the ten-thousandth insert costs no parsing, and no text can change a statement.
+// `column <> literal` is handed to the engine in a form that an index can serve.
+//
+// Texts are UTF-8, paths are UTF-8 file-system paths, numbers are 64-bit.
+// One thread: a Database and its Recordsets belong to the thread that opened it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+// A failure of the engine. Numbers follow the published list of the Jet engine's trappable errors.
+class DatabaseError : public std::runtime_error {
+ public:
+  DatabaseError(long number, std::string description, std::string source = "Database");
+
+  long number() const { return number_; }
+  const std::string& description() const { return description_; }
+  const std::string& source() const { return source_; }
+
+  enum Number : long {
+    kInvalidArgument = 3001,
+    kNoCurrentRecord = 3021,
+    kDuplicateKey = 3022,
+    kFileNotFound = 3024,
+    kDiskFull = 3026,
+    kReadOnly = 3027,
+    kDiskError = 3043,
+    kAlreadyExists = 3204,
+    kUnknownColumn = 3061,   // a name in the statement that is no column: the engine takes it for a parameter
+    kSyntaxError = 3075,
+    kUnknownTable = 3078,
+    kLocked = 3260,
+    kItemNotFound = 3265,    // a recordset has no field of that name
+    kUnrecognizedFormat = 3343,  // not a database, or a damaged one
+    kNotOpen = 3420,
+  };
+
+ private:
+  long number_;
+  std::string description_;
+  std::string source_;
+};
+
+// `text` as a text literal of the dialect: between double quotes, embedded double quotes doubled. The only way in
+// which a text gets into a statement. A NUL byte is kept.
+std::string quoted(std::string_view text);
+
+// The rows of a query, read one at a time: a million rows cost no more memory than one.
+// Positioned on the first row after the query. Move-only; must not outlive a close of its Database (its operations then
+// raise kNotOpen).
+class Recordset {
+ public:
+  Recordset(Recordset&&) noexcept;
+  Recordset& operator=(Recordset&&) noexcept;
+  ~Recordset();
+
+  // Number of rows in all; counted by the engine on demand, the position is kept.
+  std::int64_t recordCount() const;
+  void moveFirst();
+  // Raises kNoCurrentRecord past the last row.
+  void moveNext();
+  // True when there is no current row (an empty result, or past the last).
+  bool endOfRows() const;
+
+  // The current row's field, by column name, alias or qualified name as the select list wrote it ("outCount", "vf.name"),
+  // without regard to case. A null value is "" or 0; a text read as a number gives its leading number, else 0.
+  // Raise kItemNotFound and kNoCurrentRecord.
+  std::string text(std::string_view field) const;
+  std::int64_t number(std::string_view field) const;
+  bool isNull(std::string_view field) const;
+
+ private:
+  friend class Database;
+  struct State;
+  explicit Recordset(std::unique_ptr<State> state);
+  std::unique_ptr<State> state_;
+};
+
+class Database {
+ public:
+  Database();
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  // Opens an existing file for reading and writing. Never creates one, and leaves a file that it refuses byte for byte
+  // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged), kReadOnly, kLocked.
+  // Write-ahead journal; a crash of the program loses no finished statement.
+  void open(const std::string& path);
+  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
+  void close();
+  bool isOpen() const;
+  const std::string& path() const { return path_; }
+
+  // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
+  Recordset query(std::string_view sql);
+  void execute(std::string_view sql);
+  // Rows that the last execute inserted, changed or deleted.
+  std::int64_t rowsAffected() const;
+
+  // The `outCount` of a count query.
+  std::int64_t count(std::string_view sql);
+
+  // Rewrites the closed database `source` into the new file `target` without its free pages. `target` must not exist
+  // (kAlreadyExists); on failure no `target` is left.
+  static void compact(const std::string& source, const std::string& target);
+
+  struct Connection;
+
+ private:
+  std::shared_ptr<Connection> connection_;
+  std::string path_;
+};
+
+}  // namespace mv

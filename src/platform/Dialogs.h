@@ -1,0 +1,47 @@
+// The modal questions of the program: message box, input box, folder dialog. Windows call the free functions; a test
+// installs its own Dialogs, which answers at once and keeps what was shown.
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+namespace mv {
+
+enum class MessageIcon { None, Information, Exclamation, Critical };
+
+struct FolderRequest {
+  QString title;
+  QString prompt;
+  QString statusText;
+  QString initialFolder;  // selected at the start; a folder that does not exist: its nearest existing parent
+  QWidget* owner = nullptr;
+};
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  // An OK button only; returns when the box has been closed.
+  virtual void message(QWidget* owner, const QString& title, const QString& text, MessageIcon icon) = 0;
+  // nullopt when cancelled.
+  virtual std::optional<QString> input(QWidget* owner, const QString& title, const QString& prompt,
+                                       const QString& initial) = 0;
+  // The full path of the confirmed folder, nullopt when cancelled. Rooted at the whole file system.
+  virtual std::optional<QString> folder(const FolderRequest& request) = 0;
+
+  // The installed one; the real dialogs when there is none.
+  static Dialogs& current();
+  // Installs `dialogs` (not owned); nullptr brings the real ones back. Returns what was installed before.
+  static Dialogs* install(Dialogs* dialogs);
+};
+
+// The program's name, the title of boxes that have none of their own.
+QString applicationTitle();
+
+void showMessage(QWidget* owner, const QString& title, const QString& text, MessageIcon icon);
+std::optional<QString> askText(QWidget* owner, const QString& title, const QString& prompt, const QString& initial);
+std::optional<QString> browseForFolder(const FolderRequest& request);
+
+}  // namespace mv

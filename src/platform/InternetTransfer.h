@@ -1,0 +1,102 @@
+// The asynchronous HTTP client: GET of an address, reported through a state-change signal, body read in pieces.
+//
+// All instances share one connection cache, DNS cache, cookie jar and HSTS list (in memory only), so what one window
+// logged in to, another is logged in to as well. Everything runs on the event loop of the thread that created the
+// instance; no call blocks.
+//
+// Addresses: "http://" or "https://"; without a scheme, http. "user:password@" before the host is sent to that host
+// only (basic or digest authentication), taken literally, and never shows in an error text. Redirects are followed
+// within http and https, at most 20. TLS certificates are verified.
+// Time-outs: 60 s to connect; a transfer slower than 1 byte/s for 60 s ends.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <memory>
+#include <string>
+
+namespace mv {
+
+// What a request wants of the response.
+enum class BodyMode {
+  Text,         // a page: decompressed, as UTF-8 (charset of the header, else valid UTF-8, else Windows-1252), at most
+                // 64 MiB (a longer one ends with state 11)
+  HeadersOnly,  // state 12 as soon as the headers are in; the response is held, see Execute
+  File,         // a file: bytes as sent, asked for without compression, on disk past 1 MiB
+};
+
+enum class ChunkType { Text, Bytes };
+
+// States of a request, in the numbering that a published transfer control made customary. Every one is raised by a real
+// event of the connection; a reused connection skips what it does not do again.
+enum TransferState {
+  kResolvingHost = 1,
+  kHostResolved = 2,
+  kConnecting = 3,
+  kConnected = 4,
+  kRequesting = 5,
+  kRequestSent = 6,
+  kReceivingResponse = 7,
+  kResponseReceived = 8,
+  kDisconnecting = 9,
+  kDisconnected = 10,
+  kError = 11,
+  kResponseCompleted = 12,
+};
+
+class InternetTransfer : public QObject {
+  Q_OBJECT
+ public:
+  explicit InternetTransfer(int index = 0, QObject* parent = nullptr);
+  // Ends a running request without a signal.
+  ~InternetTransfer() override;
+
+  // Starts a request and returns at once; the outcome arrives as StateChanged, never from inside this call. `operation`
+  // is "GET" in any case of letters. A request that is still running is dropped without a signal.
+  //
+  // After a HeadersOnly request has completed, the connection stands still with the body unread. Execute of the same
+  // address with Text or File goes on with that very response: one request on the wire, no byte twice. Any other
+  // Execute, 30 s without one, cancel() or destruction drops it. If it was dropped by time, the address is requested anew.
+  void Execute(const std::string& url, const std::string& operation, BodyMode mode);
+
+  // Drops a running or held request without a signal.
+  void cancel();
+  // A request is under way (a held response does not count).
+  bool StillExecuting() const;
+
+  // The next piece of the completed body: at most `size` characters of the text, or bytes. Empty when exhausted.
+  // Raises std::runtime_error when the spooled body cannot be read.
+  std::string GetChunk(std::size_t size, ChunkType type);
+
+  // Value of a header of the final response, name without regard to case; "" when absent. The last one of several.
+  std::string GetHeader(const std::string& name) const;
+
+  // After state 11: the HTTP status when it was 400 or more, else the number of the transport error (libcurl's own
+  // list); 0 after success. ResponseInfo is the reason phrase or the error's description, without credentials.
+  long ResponseCode() const;
+  std::string ResponseInfo() const;
+
+  // The address of the final response, redirects followed, without credentials. "" before state 12.
+  std::string FinalAddress() const;
+
+  // Limits in milliseconds, bytes and folders, process-wide, for tests and slow lines. Read when a request starts.
+  struct Limits {
+    long connectTimeoutMs = 60'000;
+    long stallTimeoutS = 60;
+    int holdMs = 30'000;
+    std::size_t textLimit = std::size_t{64} << 20;
+    std::size_t spoolThreshold = std::size_t{1} << 20;
+  };
+  static Limits& limits();
+  // Forgets cookies, HSTS entries and idle connections of the whole program.
+  static void forgetSharedState();
+
+ Q_SIGNALS:
+  void StateChanged(int index, int state);
+
+ private:
+  class Private;
+  std::unique_ptr<Private> d;
+};
+
+}  // namespace mv

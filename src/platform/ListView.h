@@ -1,0 +1,92 @@
+// The list in report view that managers and editors use: a row's text and its sub-items under column headers, sorting by
+// column, selection of one or several rows, drag and drop of texts. Column 0 is the row's own text.
+// For lists of up to some thousand rows; the process windows' work lists have a model of their own.
+#pragma once
+
+#include <QTreeWidget>
+#include <QStringList>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace mv {
+
+struct ListColumn {
+  QString title;
+  int width = 100;      // logical pixels
+  bool hidden = false;  // a value that the window needs and the user does not
+};
+
+class ListView : public QTreeWidget {
+  Q_OBJECT
+ public:
+  explicit ListView(QWidget* parent = nullptr);
+
+  void setColumns(const std::vector<ListColumn>& columns);
+  void setMultiSelect(bool on);
+
+  // Appends a row, or, while sorting is on, puts it in its place. Not selected. Returns its row number.
+  int addRow(const QStringList& texts, bool bold = false);
+  void removeRow(int row);
+  void clearRows();
+  int rowCount() const { return topLevelItemCount(); }
+  QString cell(int row, int column) const;
+  void setCell(int row, int column, const QString& text);
+  bool isBold(int row) const;
+  void setBold(int row, bool bold);
+  // First row whose text in `column` equals `text` exactly, -1 when none.
+  int findRow(int column, const QString& text) const;
+
+  bool isRowSelected(int row) const;
+  void setRowSelected(int row, bool selected);
+  // In list order.
+  std::vector<int> selectedRows() const;
+  // The selected row nearest the keyboard focus, -1 when none is selected.
+  int currentSelectedRow() const;
+
+  // Sorting compares texts ("10" before "9"), without case first; equal rows keep their order.
+  // While on, the list is kept in order of the current sort column and direction.
+  void setSorting(bool on);
+  bool isSorting() const { return sorting_; }
+  // The column-header rule of the list windows: sorts by `column`, ascending or descending by a flag that is one for the
+  // whole list and turns at every call; the first call sorts ascending. Connected to header clicks by default.
+  void sortByClick(int column);
+  void setHeaderClickSorts(bool on) { headerClickSorts_ = on; }
+
+  // What a drag of the selected rows carries; without one the list is no drag source.
+  void setDragText(std::function<QString()> text);
+  void setAcceptTextDrops(bool on);
+
+ Q_SIGNALS:
+  // The user chose a row: a click, or the keyboard moved the selection to it.
+  void rowChosen(int row);
+  // Double click, Enter or F2.
+  void rowActivated(int row);
+  // The Delete key.
+  void deletePressed();
+  // The list got the keyboard focus.
+  void entered();
+  void textDropped(const QString& text);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
+  QStringList mimeTypes() const override;
+
+ private:
+  void sortNow();
+
+  bool sorting_ = false;
+  bool headerClickSorts_ = true;
+  int sortColumn_ = 0;
+  bool sortDescending_ = false;   // order of the list as it stands
+  bool nextClickDescending_ = false;
+  bool acceptTextDrops_ = false;
+  std::function<QString()> dragText_;
+};
+
+}  // namespace mv

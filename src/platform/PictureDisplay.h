@@ -1,0 +1,44 @@
+// Shows a picture file inside its own area: at natural size when it fits, else shrunk to fit, proportions kept.
+// Decoding happens off the user-interface thread, straight to the size shown; a newer picture overtakes an older one.
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <string>
+
+namespace mv {
+
+class PictureDisplay : public QWidget {
+  Q_OBJECT
+ public:
+  explicit PictureDisplay(QWidget* parent = nullptr);
+  ~PictureDisplay() override;
+
+  // Loads `path` (UTF-8); a file that is no picture, or too large to decode in 256 MiB, shows as a short text. "" clears.
+  void setPicture(const std::string& path);
+  const std::string& picturePath() const { return path_; }
+  // 100 when the picture is shown at natural size, 0 when it is shrunk to fit.
+  int Zoom() const { return zoom_; }
+  bool hasPicture() const { return !image_.isNull(); }
+  QSize sizeHint() const override;
+
+ Q_SIGNALS:
+  // The last picture set has been decoded (or has turned out to be none).
+  void loaded();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void startDecoding();
+
+  std::string path_;
+  QImage image_;
+  QSize naturalSize_;
+  QString note_;
+  int zoom_ = 100;
+  quint64 generation_ = 0;
+};
+
+}  // namespace mv

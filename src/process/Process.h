@@ -1,0 +1,108 @@
+// What a scan and a download have in common: one transfer component, one work list, the work and pause timers, the stop
+// flag, and running long work in slices so that the user-interface thread is never held for long.
+//
+// A process is stopped with requestStop(). Whatever of its procedures is then on the stack (a message box may hold one)
+// runs to its next test of the flag; stopped() is emitted when the outermost has returned, and only then may the process
+// be deleted.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+#include <exception>
+#include <functional>
+#include <string>
+
+#include "platform/InternetTransfer.h"
+#include "process/WorkList.h"
+
+namespace mv {
+
+// The error panel's texts.
+struct ErrorPanelTexts {
+  std::string subject;
+  std::string reason;  // "Code: " + code + "  -  Reason: " + reason
+  std::string time;    // "Time: " + date and time
+  std::string count;   // "Errors: " + count
+};
+
+// Work in a loop tests spent() and goes on in a later event when the time is up.
+class Slice {
+ public:
+  bool spent() const { return std::chrono::steady_clock::now() - start_ > kLength; }
+
+ private:
+  static constexpr std::chrono::milliseconds kLength{8};
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+class Process : public QObject {
+  Q_OBJECT
+ public:
+  Process(const QStringList& listTitles, int workInterval);
+  ~Process() override;
+
+  InternetTransfer Inet2;
+  WorkList lvwLinks;
+  QTimer tmrOKToDownload;    // one work step a tick while active
+  QTimer tmrWaitForAWhile;   // 60 s; when it fires it stops itself and starts the work timer
+
+  // Sets the stop flag, stops the timers and drops the request. Emits stopped() at once when nothing is running, else
+  // when the running procedure has returned. Further calls do nothing.
+  void requestStop();
+  bool StopRequested() const { return stopRequested_; }
+  // One of its procedures is on the stack.
+  bool isBusy() const { return depth_ > 0; }
+
+  const ErrorPanelTexts& errorPanel() const { return errorPanel_; }
+  const std::string& caption() const { return caption_; }
+  long progressValue() const { return progressValue_; }
+  long progressMaximum() const { return progressMaximum_; }
+  long ErrorCount() const { return errorCount_; }
+
+ Q_SIGNALS:
+  // A text, counter or the progress changed; emitted once for all changes of one event.
+  void viewChanged();
+  // The row was taken up: select it and scroll it into view.
+  void rowTaken(int row);
+  void stopped();
+
+ protected:
+  virtual void tick() = 0;
+  virtual void transferEvent(int state) = 0;
+  // An exception left a procedure that run() had called.
+  virtual void failed(const std::exception& error) = 0;
+
+  // Every entry from outside goes through this: does nothing when stop is requested; exceptions go to failed().
+  void run(const std::function<void()>& work);
+  // Yields to pending events, then goes on with `work` through run(). Dropped when stop is requested meanwhile.
+  void yieldThen(std::function<void()> work);
+  // Switches the work timer on without restarting a running one.
+  void enableWorkTimer();
+  void disableWorkTimer() { tmrOKToDownload.stop(); }
+
+  // Refreshes the window soon.
+  void touch();
+  void setCaption(std::string caption);
+  void setProgress(long value, long maximum);
+  // Fills the error panel (`subject` as it is to be shown) and counts nothing.
+  void showError(const std::string& subject, const std::string& reason, long code);
+  // Appends the error panel's record to the error log; failures are ignored.
+  void logError(std::int64_t linkId, const std::string& url);
+
+  long errorCount_ = 0;
+
+ private:
+  void leave();
+
+  std::string caption_;
+  ErrorPanelTexts errorPanel_;
+  long progressValue_ = 0;
+  long progressMaximum_ = 0;
+  int depth_ = 0;
+  bool stopRequested_ = false;
+  bool stoppedEmitted_ = false;
+  bool touchPending_ = false;
+};
+
+}  // namespace mv

@@ -1,0 +1,72 @@
+// The work list of a scan or download process: the rows shown in `lvwLinks`, as a table model without widgets.
+// Ten thousand rows are not felt: the next waiting row, a row by link id and the test for an address take constant time.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStringList>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace mv {
+
+enum class RowState { Waiting, Working, Done, Exists, Error };
+// "False", "Working", "Done", "Exists", "Error".
+const char* stateText(RowState state);
+
+struct WorkRow {
+  RowState state = RowState::Waiting;
+  std::int64_t linkId = 0;
+  std::string url;       // as stored or built; user information is masked where it is shown
+  std::string userName;
+  std::string password;
+  std::string fileName;
+  std::string fileType;
+  bool tagged = true;    // counts for holdsAddress
+};
+
+class WorkList : public QAbstractTableModel {
+  Q_OBJECT
+ public:
+  // Column titles, the state first, then in order: id, address, user name, password, file name, file type; a shorter list
+  // shows the first ones.
+  explicit WorkList(const QStringList& titles, QObject* parent = nullptr);
+
+  void append(WorkRow row);
+  void append(std::vector<WorkRow> rows);
+  void clear();
+
+  int count() const { return static_cast<int>(rows_.size()); }
+  const WorkRow& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
+  void setState(int index, RowState state);
+
+  // First row in list order whose state is Waiting, -1 when none.
+  int nextWaiting() const;
+  // Row with that link id, -1 when none.
+  int findLink(std::int64_t linkId) const;
+  // Does a tagged row bear exactly this address?
+  bool holdsAddress(const std::string& url) const;
+
+  // Compares texts as shown, ties keep their order.
+  void sort(int column, Qt::SortOrder order) override;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  std::string cellText(const WorkRow& row, int column) const;
+  void reindex();
+
+  QStringList titles_;
+  std::vector<WorkRow> rows_;
+  std::unordered_map<std::int64_t, int> byLink_;
+  std::unordered_multiset<std::string> addresses_;
+  mutable int waitingCursor_ = 0;  // no row before it is waiting
+};
+
+}  // namespace mv

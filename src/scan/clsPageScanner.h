@@ -1,0 +1,56 @@
+// Pulls links out of a page's text by plain string search. Every call of getLink consumes the text up to the place found,
+// so that successive calls walk through the page. A page of a million links is walked in time linear in its length.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+class clsPageScanner {
+ public:
+  // The text still to be searched. Setting a shared page costs nothing per tag.
+  void setHtml(std::string html);
+  void setHtml(std::shared_ptr<const std::string> html);
+  std::string_view html() const;
+
+  // Exact and case-sensitive. One that begins with "<" is a whole tag up to its "="; any other is an attribute.
+  // Setting it sets LinkFound.
+  void setSearchString(std::string searchString);
+  const std::string& SearchString() const { return searchString_; }
+
+  // Put in front of links that are neither absolute nor explicitly relative.
+  std::string BasePath;
+  // The form that getForm cut out, "" when none.
+  std::string Form;
+
+  // The last link found, "" when none.
+  const std::string& Link() const { return link_; }
+  bool LinkFound() const { return linkFound_; }
+
+  // Finds the next occurrence of SearchString.
+  void getLink();
+  // Lower-cases html and cuts its first form out of it.
+  void getForm();
+
+ private:
+  // Position of the next `c` at or after `from`, remembered so that no stretch is searched twice.
+  struct Finder {
+    std::size_t searchedFrom = std::string::npos;
+    std::size_t found = std::string::npos;
+    std::size_t next(std::string_view text, char c, std::size_t from);
+  };
+  void notFound();
+  void resetFinders();
+
+  std::shared_ptr<const std::string> page_ = std::make_shared<const std::string>();
+  std::size_t position_ = 0;
+  std::string searchString_;
+  std::string link_;
+  bool linkFound_ = true;
+  Finder angle_, quote_, space_;
+};
+
+}  // namespace mv

@@ -1,0 +1,14 @@
+// Host names of the vendor's servers: defaults under a reserved name, each to be overridden in the per-user settings
+// (application "Morvane2000", section "Servers").
+#pragma once
+
+#include <QString>
+
+namespace mv {
+
+// Pages and the root of the support server.
+QString supportPage(const QString& path);
+// The root page of the maker's web server.
+QString makerPage();
+
+}  // namespace mv

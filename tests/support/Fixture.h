@@ -1,0 +1,101 @@
+// What tests stand on: a fresh program folder with the shipped database, process-wide settings as after start-up, a main
+// frame on the offscreen platform, dialogs that answer by themselves, and waiting for events with a deadline.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/MainFrame.h"
+#include "app/Settings.h"
+#include "platform/Dialogs.h"
+
+namespace mvtest {
+
+// Runs the event loop until `condition` holds. False when it does not within the deadline.
+bool waitFor(const std::function<bool()>& condition, int milliseconds = 20'000);
+
+// Answers dialogs at once: an unexpected one is answered with OK or cancelled, and is there to be read.
+class ScriptedDialogs : public mv::Dialogs {
+ public:
+  struct Shown {
+    QString title;
+    QString text;
+    mv::MessageIcon icon = mv::MessageIcon::None;
+  };
+  std::vector<Shown> messages;
+  std::vector<mv::FolderRequest> folderRequests;
+  std::vector<Shown> inputs;
+  std::deque<std::optional<QString>> nextInputs;
+  std::deque<std::optional<QString>> nextFolders;
+  // Runs while a message box is open, for tests of re-entrancy.
+  std::function<void()> duringMessage;
+
+  void message(QWidget* owner, const QString& title, const QString& text, mv::MessageIcon icon) override;
+  std::optional<QString> input(QWidget* owner, const QString& title, const QString& prompt,
+                               const QString& initial) override;
+  std::optional<QString> folder(const mv::FolderRequest& request) override;
+};
+
+class TestFrame : public QMainWindow, public mv::MainFrame {
+ public:
+  TestFrame();
+  QMdiArea& mdiArea() override { return *area_; }
+  QWidget* window() override { return this; }
+  void setClipboardItemsEnabled(bool enabled) override { clipboardEnabled = enabled; }
+  void setDeleteWebSiteEnabled(bool enabled) override { deleteWebSiteEnabled = enabled; }
+  void hideStatusIndicators() override { ++indicatorsHidden; }
+  void startMessageCheck() override {}
+
+  std::optional<bool> clipboardEnabled;
+  std::optional<bool> deleteWebSiteEnabled;
+  int indicatorsHidden = 0;
+
+ private:
+  QMdiArea* area_;
+};
+
+// A fresh program folder and the settings reset; the database is open in gDatabase. At the end every child window is
+// unloaded and the database closed.
+class ProgramTest : public ::testing::Test {
+ protected:
+  ProgramTest();
+  ~ProgramTest() override;
+
+  std::string folder() const { return folder_.path().toStdString(); }
+  // Runs a statement; the first field of the first row as text ("" when there is no row).
+  std::string value(const std::string& sql) const;
+  long count(const std::string& table, const std::string& where = "1=1") const;
+
+  ScriptedDialogs dialogs;
+
+ private:
+  QTemporaryDir folder_;
+};
+
+// The same with a main frame.
+class WindowTest : public ProgramTest {
+ protected:
+  WindowTest();
+  ~WindowTest() override;
+  TestFrame frame;
+};
+
+// Copies the shipped database to `path`.
+void copyShippedDatabase(const std::string& path);
+
+// Inserts a site with usable limits (0 KB to 24 MB, 50 pages) and returns its id.
+int addSite(const std::string& location, const std::string& downloadPath, const std::vector<std::string>& extensions = {});
+
+std::string readFile(const std::string& path);
+
+}  // namespace mvtest
