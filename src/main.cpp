@@ -1,1 +1,28 @@
-int main() { return 0; }
+// The entry of the program.
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QStandardPaths>
+
+#include "platform/EndSignals.h"
+#include "platform/Text.h"
+#include "shell/StartUp.h"
+#include "shell/frmDownloadManager.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Morvane2000"));
+  QApplication::setApplicationVersion(QStringLiteral(MORVANE_VERSION));
+  QApplication::setDesktopFileName(QStringLiteral("morvane2000"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/morvane2000.svg")));
+
+  mv::StartUp startUp;
+  const std::string folder =
+      mv::findProgramFolder(mv::toUtf8(QCoreApplication::applicationDirPath()),
+                            mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
+  if (!startUp.run(folder)) return 1;
+  // A request of the system to end (a log-out, Ctrl+C) closes the program as its close box does.
+  mv::onEndSignal([&] { startUp.mainWindow()->close(); });
+  return QApplication::exec();
+}

@@ -4,12 +4,13 @@
 // initWindow() guarded and shows the window.
 #pragma once
 
+#include <QString>
 #include <string>
 
 #include "app/ChildWindow.h"
 
-class QPushButton;
 class QHBoxLayout;
+class QPushButton;
 
 namespace mv {
 
@@ -32,14 +33,20 @@ class EditorWindow : public ChildWindow {
   // Cancel was chosen; the editor closes afterwards.
   virtual void cancel() {}
 
-  // A row of buttons: OK (default), Apply when wanted, Cancel. Object names as given.
-  QHBoxLayout* makeButtons(const QString& okName, const QString& applyName, const QString& cancelName);
+  // A row of buttons: OK (default), Apply when its name is not empty, Cancel. Object names and captions as given.
+  QHBoxLayout* makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,
+                           const QString& okCaption = QStringLiteral("OK"),
+                           const QString& cancelCaption = QStringLiteral("Cancel"),
+                           const QString& applyCaption = QStringLiteral("&Apply"));
   QPushButton& okButton() { return *ok_; }
 
   void activated() override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void acceptAndClose();
+  void cancelAndClose();
+
   QPushButton* ok_ = nullptr;
   QPushButton* apply_ = nullptr;
   QPushButton* cancel_ = nullptr;

@@ -13,10 +13,11 @@ class ListView;
 // Opens `url` in the default browser; a failure is a message.
 void openInBrowser(QWidget* owner, const QString& url);
 
-// Cuts the first line, ended by CR LF, off `text` into `line`. Without a CR LF `line` is the whole text and `text` empty.
+// Cuts the first line, ended by CR LF, off `text` into `line`. Without a CR LF `line` is the whole text and `text`
+// empty.
 void takeFirstLine(std::string& text, std::string& line);
 
-// Moves the selected rows, in list order, with all their columns.
+// Moves the selected rows, in list order, with all their columns; they arrive not selected and in normal type.
 void moveSelectedItems(ListView& fromList, ListView& toList);
 
 // Removes from `listA` every row whose text is also the text of a row of `listB`.

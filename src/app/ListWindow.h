@@ -1,10 +1,11 @@
-// Base of the list windows ("managers"): a toolbar of text buttons, below it one list over the rest of the window, the row
-// last chosen, rebuilding on activation, the remembered place.
+// Base of the list windows ("managers"): a toolbar of text buttons, below it one list over the rest of the window, the
+// row last chosen, rebuilding on activation, the remembered place.
 //
 // A subclass sets its columns and buttons in its constructor, then calls load(). It implements fillList(), and what its
-// buttons do. Delete, Enter, F2, double click and Ctrl+A work in every list.
+// buttons do. Delete, Enter, F2 and double click work in every list, Ctrl+A where several rows can be selected.
 #pragma once
 
+#include <QIcon>
 #include <QString>
 #include <functional>
 
@@ -39,6 +40,9 @@ class ListWindow : public ChildWindow {
   // The Delete key comes here. Runs guarded.
   virtual void deleteChosen() {}
 
+  // Whether a rebuild ends with the rows in the order of the list's sort column and direction (the default), or in the
+  // order in which fillList() added them; a click on a header then sorts what is there.
+  void setKeepSorted(bool on) { keepSorted_ = on; }
   // The identifier column, -1 when there is none: remembers the id of the row last chosen.
   void setIdColumn(int column) { idColumn_ = column; }
   // Id and text of the row last chosen; 0 and "" when none, or when it is gone after a rebuild.
@@ -50,10 +54,15 @@ class ListWindow : public ChildWindow {
 
   void activated() override;
   void unloading() override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void rebuild();
+  void choose(int row);
+
   QToolBar* toolbar_;
   ListView* list_;
+  bool keepSorted_ = true;
   int idColumn_ = -1;
   long chosenId_ = 0;
   QString chosenText_;

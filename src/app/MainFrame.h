@@ -17,8 +17,6 @@ class MainFrame {
   virtual void setDeleteWebSiteEnabled(bool enabled) = 0;
   // The picture and label that say what an online check is doing.
   virtual void hideStatusIndicators() = 0;
-  // Starts the check for a message from the vendor, once the other checks are through.
-  virtual void startMessageCheck() = 0;
 
   // The one main window; nullptr before it exists.
   static MainFrame* current();

@@ -10,24 +10,24 @@
 
 namespace mv {
 
-inline std::string gProgramFolder;          // without a trailing separator
-inline std::string gDatabasePath;           // full path of the database file
-inline std::string gDatabaseFileName;       // its name part, with the leading separator
-inline std::string gTempDatabaseFileName;   // name of the copy that compaction goes through, likewise
-inline Database gDatabase;                  // the one connection
-inline std::string gDownloadFolder;         // default download folder; created when the first file is saved
+inline std::string gProgramFolder;         // without a trailing separator
+inline std::string gDatabasePath;          // full path of the database file
+inline std::string gDatabaseFileName;      // its name part, with the leading separator
+inline std::string gTempDatabaseFileName;  // name of the copy that compaction goes through, likewise
+inline Database gDatabase;                 // the one connection
+inline std::string gDownloadFolder;        // default download folder; created when the first file is saved
 
-inline std::string gAutoScan;               // start sites by themselves at start-up
-inline int gQuitTime = 0;                   // hours after start-up at which the program quits; with gAutoScan only
-inline std::string gHideProcesses;          // process windows of a started site are created hidden
-inline std::string gAutoUpdate;             // fetch new form definitions at start-up
-inline std::string gHelpServer;             // fetch help topics at start-up
-inline std::string gOverwriteExisting;      // a download may overwrite a file of the same name
-inline QDateTime gQuitAt;                   // the moment at which the program quits
+inline std::string gAutoScan;           // start sites by themselves at start-up
+inline int gQuitTime = 0;               // hours after start-up at which the program quits; with gAutoScan only
+inline std::string gHideProcesses;      // process windows of a started site are created hidden
+inline std::string gAutoUpdate;         // fetch new form definitions at start-up
+inline std::string gHelpServer;         // fetch help topics at start-up
+inline std::string gOverwriteExisting;  // a download may overwrite a file of the same name
+inline QDateTime gQuitAt;               // the moment at which the program quits
 
-inline bool gAppClosing = false;            // the whole program is closing
-inline bool gClosingProcesses = false;      // a process window that is unloaded now really unloads
-inline std::string gDragKind;               // what a running drag carries: kDropFilter or ""
+inline bool gAppClosing = false;        // the whole program is closing
+inline bool gClosingProcesses = false;  // a process window that is unloaded now really unloads
+inline std::string gDragKind;           // what a running drag carries: kDropFilter or ""
 
 inline constexpr std::string_view kDropFilter = "kDropFilter";
 

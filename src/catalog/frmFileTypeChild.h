@@ -1,5 +1,7 @@
-// The file-type editor.
+// The file-type editor. The opener chooses the caption.
 #pragma once
+
+#include <cstdint>
 
 #include "app/EditorWindow.h"
 #include "catalog/clsFileType.h"
@@ -15,7 +17,7 @@ class frmFileTypeChild : public EditorWindow {
  public:
   frmFileTypeChild();
 
-  // Set by the opener in mode "edit"; the identifier is 0 in mode "new".
+  // Set by the opener in mode "edit"; in mode "new" the editor uses "yes", "no" and empty texts.
   std::int64_t FileTypeId = 0;
   QString Extension;
   QString Description;
@@ -27,7 +29,10 @@ class frmFileTypeChild : public EditorWindow {
   bool accept() override;
 
  private:
-  bool extensionIsFree() const;
+  void buildFields();
+  void discardPastedPeriods(const QString& typed);
+  bool extensionIsTaken() const;
+  bool save();
 
   clsFileType fileType_;
   QLineEdit* txtFileTypeExtention_;

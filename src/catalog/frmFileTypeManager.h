@@ -10,6 +10,9 @@ class frmFileTypeManager : public ListWindow {
  public:
   frmFileTypeManager();
 
+  // "init" rebuilds the list.
+  void buildWorkingLists(const std::string& command, long id = 0) override;
+
  protected:
   void fillList() override;
   void editChosen() override;

@@ -32,8 +32,14 @@ class frmSitePaths : public ChildWindow {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QWidget* buildFileTypesFrame();
+  QWidget* buildPathFrame();
+  QWidget* buildCloseRow();
+  void fillList();
   void showPathOfRow(int row);
   void browse();
+  QString askFolder(const QString& extension);
+  void saveFolder(const QString& folder);
 
   clsPath path_;
   std::int64_t fileTypeId_ = 0;

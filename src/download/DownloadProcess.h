@@ -25,7 +25,7 @@ class DownloadProcess : public Process {
   std::string BaseName;           // their stem
   std::string OverwriteExisting;  // as the opener read it; the saver looks at the process-wide setting
 
-  static constexpr long kQueueLimit = 1000;
+  static constexpr std::int64_t kQueueLimit = 1000;  // most rows of the work list
 
   void initWindow();
   void buildQueue();
@@ -42,9 +42,9 @@ class DownloadProcess : public Process {
   void receiveFile();
 
   // What the window shows.
-  const std::string& fileLabel() const { return fileLabel_; }        // "File: " + name + what became of it
-  std::string queueText() const;                                     // "Queue: " + QueueSize
-  std::string processedText() const;                                 // "Processed: " + ProcessedCount
+  const std::string& fileLabel() const { return fileLabel_; }  // "File: " + name + what became of it
+  const std::string& queueText() const { return queueText_; }  // "Queue: " + entries that this round may still take
+  const std::string& processedText() const { return processedText_; }  // "Processed: " + entries that it has taken
   const std::string& sizeText() const { return sizeText_; }
   const std::string& receivedText() const { return receivedText_; }  // "Received: " + bytes
   const std::string& leftText() const { return leftText_; }          // "Left: " + bytes
@@ -62,13 +62,25 @@ class DownloadProcess : public Process {
  private:
   void loadSiteLimits();
   void rebuildQueue();
+  void beginEntry(const WorkRow& row);
   // Takes row `index` up; true when it was skipped and the next row is to be tried.
   bool takeUp(int index);
+  void skipEntry(int index);
+  void refuseFile();
   void transferFailed();
+  // Counts, shows and logs a failure of the current entry.
+  void countError(const std::string& reason, long code);
+  // Runs a step of receiving the file; an exception ends the entry as an error and goes no further.
+  void receive(void (DownloadProcess::*step)());
+  void beginReceiving();
+  void chooseFullPath();
   void receiveChunks();
+  void showReceived(std::int64_t bytes);
+  void showSaveProgress(std::int64_t bytes);
   void fileReceived();
-  void receivingFailed(const std::string& description, long number);
-  void closeFile();
+  void receivingFailed(const std::exception& error);
+  // Changes one of the texts shown and has the window refreshed when it is a new one.
+  void show(std::string& shown, std::string text);
 
   clsPath path_;
   std::unique_ptr<AtomicFile> file_;  // open from the first to the last chunk
@@ -83,19 +95,20 @@ class DownloadProcess : public Process {
   std::int64_t contentLength_ = 0;
   std::int64_t bytesReceived_ = 0;
   std::int64_t linkId_ = 0;
-  std::int64_t pendingLinkId_ = 0;
+  std::int64_t pendingLinkId_ = 0;  // link whose outcome is still to be written, 0 when none
   std::int64_t upperLimitMB_ = 0;
   std::int64_t lowerLimitKB_ = 0;
-  long queueSize_ = 0;
-  long queueRemaining_ = 0;
-  long processedCount_ = 0;
+  std::int64_t queueSize_ = 0;
+  std::int64_t processedCount_ = 0;
   bool skippedExisting_ = false;
-  bool errorFlag_ = false;
-  std::string fileLabel_;
-  std::string sizeText_;
-  std::string receivedText_;
-  std::string leftText_;
-  std::string savePathText_;
+  bool errorFlag_ = false;  // the current entry ended in an error
+  std::string fileLabel_ = "File:";
+  std::string queueText_ = "Queue:";
+  std::string processedText_ = "Processed:";
+  std::string sizeText_ = "Size (In Kilobytes) :";
+  std::string receivedText_ = "Received:";
+  std::string leftText_ = "Left:";
+  std::string savePathText_ = "Saving to:";
 };
 
 }  // namespace mv

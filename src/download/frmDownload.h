@@ -1,6 +1,9 @@
 // The download window of one running site.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "download/DownloadProcess.h"
 #include "process/ProcessWindow.h"
 
@@ -15,31 +18,43 @@ class frmDownload : public ProcessWindow {
  public:
   // Set the process's members and the caption ("Download: " + site name), show, then call initWindow.
   frmDownload();
-  DownloadProcess& process() { return process_; }
+  DownloadProcess& process() { return *process_; }
 
   void initWindow();
   QString positionKey() const override;
 
  protected:
   void refresh() override;
+  // The preview comes into view.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void showPreview(const std::string& path);
+  // The process stands before the base that listens to it.
+  explicit frmDownload(std::unique_ptr<DownloadProcess> process);
+  void buildSummary();
+  void buildDetails();
   QWidget* makeLinksTab();
   QWidget* makePreviewTab();
   QWidget* makeInfoTab();
+  QWidget* makeDownloadPanel();
+  void sortLinks(int column);
+  // Pictures are decoded only while they can be seen; the last one saved is caught up with.
+  void fileSaved(const std::string& path);
+  void showPreview();
 
-  DownloadProcess process_;
+  std::unique_ptr<DownloadProcess> process_;
   bool sortDescending_ = false;
-  PictureDisplay* Gear1_;
-  QLabel* lblFile_;
-  QLabel* lblFilesInQueue_;
-  QLabel* lblFilesProcessed_;
-  QLabel* lblSiteId_;
-  QLabel* lblInfoSize_;
-  QLabel* lblInfoBytesReceived_;
-  QLabel* lblInfoBytesLeft_;
-  QLineEdit* txtInfoSavePath_;
+  std::string lastSaved_;
+  bool previewDue_ = false;
+  PictureDisplay* Gear1_ = nullptr;
+  QLabel* lblFile_ = nullptr;
+  QLabel* lblFilesInQueue_ = nullptr;
+  QLabel* lblFilesProcessed_ = nullptr;
+  QLabel* lblSiteId_ = nullptr;
+  QLabel* lblInfoSize_ = nullptr;
+  QLabel* lblInfoBytesReceived_ = nullptr;
+  QLabel* lblInfoBytesLeft_ = nullptr;
+  QLineEdit* txtInfoSavePath_ = nullptr;
 };
 
 }  // namespace mv

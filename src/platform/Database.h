@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mv {
 
@@ -57,7 +58,8 @@ class DatabaseError : public std::runtime_error {
 // which a text gets into a statement. A NUL byte is kept.
 std::string quoted(std::string_view text);
 
-// The rows of a query, read one at a time: a million rows cost no more memory than one.
+// The rows of a query as they were at the moment of the query, whatever is written meanwhile. A few are read ahead: a
+// million rows cost no more memory than a hundred. A long result keeps the journal from shrinking while it is held.
 // Positioned on the first row after the query. Move-only; must not outlive a close of its Database (its operations then
 // raise kNotOpen).
 class Recordset {
@@ -95,10 +97,13 @@ class Database {
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 
+  using TableNames = std::vector<std::string_view>;
+
   // Opens an existing file for reading and writing. Never creates one, and leaves a file that it refuses byte for byte
-  // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged), kReadOnly, kLocked.
+  // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged, without one of `neededTables`),
+  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first.
   // Write-ahead journal; a crash of the program loses no finished statement.
-  void open(const std::string& path);
+  void open(const std::string& path, const TableNames& neededTables = {});
   // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
   void close();
   bool isOpen() const;

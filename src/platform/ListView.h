@@ -1,10 +1,10 @@
-// The list in report view that managers and editors use: a row's text and its sub-items under column headers, sorting by
-// column, selection of one or several rows, drag and drop of texts. Column 0 is the row's own text.
-// For lists of up to some thousand rows; the process windows' work lists have a model of their own.
+// The list in report view that managers and editors use: a row's text and its sub-items under column headers, sorting
+// by column, selection of one or several rows, drag and drop of texts. Column 0 is the row's own text. For lists of up
+// to some thousand rows; the process windows' work lists have a model of their own.
 #pragma once
 
-#include <QTreeWidget>
 #include <QStringList>
+#include <QTreeWidget>
 #include <functional>
 #include <string>
 #include <vector>
@@ -48,8 +48,8 @@ class ListView : public QTreeWidget {
   // While on, the list is kept in order of the current sort column and direction.
   void setSorting(bool on);
   bool isSorting() const { return sorting_; }
-  // The column-header rule of the list windows: sorts by `column`, ascending or descending by a flag that is one for the
-  // whole list and turns at every call; the first call sorts ascending. Connected to header clicks by default.
+  // The column-header rule of the list windows: sorts by `column`, ascending or descending by a flag that is one for
+  // the whole list and turns at every call; the first call sorts ascending. Connected to header clicks by default.
   void sortByClick(int column);
   void setHeaderClickSorts(bool on) { headerClickSorts_ = on; }
 
@@ -69,6 +69,7 @@ class ListView : public QTreeWidget {
   void textDropped(const QString& text);
 
  protected:
+  void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -79,11 +80,15 @@ class ListView : public QTreeWidget {
 
  private:
   void sortNow();
+  int sortedPlace(const QString& text) const;
+  void moveByKey(QKeyEvent* event);
+  // Answers a drag over the list or a drop on it.
+  bool takesDrop(QDropEvent& event) const;
 
   bool sorting_ = false;
   bool headerClickSorts_ = true;
   int sortColumn_ = 0;
-  bool sortDescending_ = false;   // order of the list as it stands
+  bool sortDescending_ = false;  // order of the list as it stands
   bool nextClickDescending_ = false;
   bool acceptTextDrops_ = false;
   std::function<QString()> dragText_;

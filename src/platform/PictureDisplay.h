@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
+#include <memory>
 #include <string>
 
 namespace mv {
@@ -14,7 +16,8 @@ class PictureDisplay : public QWidget {
   explicit PictureDisplay(QWidget* parent = nullptr);
   ~PictureDisplay() override;
 
-  // Loads `path` (UTF-8); a file that is no picture, or too large to decode in 256 MiB, shows as a short text. "" clears.
+  // Loads `path` (UTF-8); a file that is no picture, or too large to decode in 256 MiB, shows as a short text. ""
+  // clears.
   void setPicture(const std::string& path);
   const std::string& picturePath() const { return path_; }
   // 100 when the picture is shown at natural size, 0 when it is shrunk to fit.
@@ -31,14 +34,24 @@ class PictureDisplay : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  struct Decoded;
+  class Mailbox;
+
   void startDecoding();
+  void take(const Decoded& decoded);
+  // The size at which a picture of `natural` size is shown here.
+  QSize shownSize(const QSize& natural) const;
+  void updateZoom();
 
   std::string path_;
   QImage image_;
   QSize naturalSize_;
+  QSize decodedFor_;  // the shown size that image_ was decoded for
   QString note_;
   int zoom_ = 100;
-  quint64 generation_ = 0;
+  bool announced_ = true;
+  QTimer resized_;
+  std::shared_ptr<Mailbox> mailbox_;
 };
 
 }  // namespace mv

@@ -1,4 +1,5 @@
-// What the desktop system offers beside windows: the default browser, disk space, the clock, the per-user settings store.
+// What the desktop system offers beside windows: the default browser, disk space, the clock, the per-user settings
+// store.
 #pragma once
 
 #include <QDateTime>
@@ -27,5 +28,7 @@ std::string dateTimeText(const QDateTime& moment);
 QString readUserSetting(const QString& application, const QString& section, const QString& key,
                         const QString& fallback = {});
 void saveUserSetting(const QString& application, const QString& section, const QString& key, const QString& value);
+// For tests: the folder that holds the INI files; "" brings the user's own back.
+void setUserSettingsFolder(const QString& folder);
 
 }  // namespace mv

@@ -1,4 +1,4 @@
-// The editor of one link-bearing tag.
+// The editor of one link-bearing tag. The opener chooses the caption.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,12 @@ class frmNewTag : public EditorWindow {
  protected:
   void initWindow() override;
   bool accept() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void buildFields();
+  bool save(const std::string& tag);
+
   QLineEdit* txtTagName_;
   QLabel* lblId_;
 };

@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QTimer>
 #include <functional>
 
 #include "app/MainFrame.h"
@@ -12,6 +13,8 @@ class QLabel;
 class QMenu;
 
 namespace mv {
+
+class frmSplash;
 
 class frmDownloadManager : public QMainWindow, public MainFrame {
   Q_OBJECT
@@ -27,9 +30,14 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void setClipboardItemsEnabled(bool enabled) override;
   void setDeleteWebSiteEnabled(bool enabled) override;
   void hideStatusIndicators() override;
-  void startMessageCheck() override;
+
+  // The one splash window, made on first use.
+  frmSplash& splash();
+
+  QTimer timerQuit;  // 8 s; ends the program at once when it fires. Nothing switches it on so far.
 
  protected:
+  // Closing the main window closes the program: child windows first, each really unloading, then place, log and database.
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -38,14 +46,23 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void buildToolsMenu();
   void buildWindowsMenu();
   void buildHelpMenu();
-  // An entry with a window; without `open` it is present and disabled.
+  void buildStatusIndicators();
+  // A menu entry; without `open` it is present and disabled.
   QAction* addItem(QMenu* menu, const char* name, const QString& caption, std::function<void()> open = {});
+  QAction* addPageItem(QMenu* menu, const char* name, const QString& caption, const QString& address);
+  void unloadChildWindows();
+  void saveOwnPosition();
 
   QMdiArea* area_;
   QAction* mnuEditCut_ = nullptr;
   QAction* mnuEditCopy_ = nullptr;
   QAction* mnuEditPaste_ = nullptr;
   QAction* mnuEditDeleteWebSite_ = nullptr;
+  QLabel* lblUpdates_ = nullptr;
+  QLabel* lblHelpUpdates_ = nullptr;
+  QLabel* pictUpdates_ = nullptr;
+  QLabel* pictHelpUpdates_ = nullptr;
+  frmSplash* splash_ = nullptr;
 };
 
 }  // namespace mv

@@ -4,16 +4,19 @@
 #include <QTimer>
 #include <QWidget>
 
+class QPushButton;
+
 namespace mv {
 
 class frmSplash : public QWidget {
   Q_OBJECT
  public:
+  // A window of its own above `owner`.
   explicit frmSplash(QWidget* owner);
 
   // Closes itself after a few seconds.
   void showBriefly();
-  // Stays until a click, Escape or Enter.
+  // Stops the closing timer; stays until a click, Escape, Enter or its button closes it.
   void showUntilClosed();
 
   QTimer closingTimer;
@@ -21,6 +24,11 @@ class frmSplash : public QWidget {
  protected:
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void showCentred();
+
+  QPushButton* close_;
 };
 
 }  // namespace mv

@@ -1,4 +1,4 @@
-// The web-site list: defines, starts and stops sites.
+// The web-site list: defines, starts and stops sites. There is one for the whole program; closing it only hides it.
 #pragma once
 
 #include <QTimer>
@@ -7,7 +7,7 @@
 #include "app/ListWindow.h"
 #include "sites/SiteStore.h"
 
-class QAction;
+class QToolButton;
 
 namespace mv {
 
@@ -18,7 +18,8 @@ class frmWebSites : public ListWindow {
 
   QString positionKey() const override;  // "Web Sites", whatever the caption says
 
-  // "init", "websiteadded", "websiteedited"; other words do nothing.
+  // "init" rebuilds the list, every row off; "websiteadded" appends the row of a site, "websiteedited" refreshes it.
+  // Other words do nothing.
   void buildWorkingLists(const std::string& command, long siteId = 0) override;
   // Starts the sites marked for automatic scanning among the first maxConnections rows.
   void autoScan();
@@ -29,23 +30,38 @@ class frmWebSites : public ListWindow {
 
  protected:
   void fillList() override;
+  // Enter and double click start the selected sites; F2 opens the editor.
   void editChosen() override;
   void deleteChosen() override;
   bool queryUnload() override;
   void activated() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void buildList();
   void buildToolbar();
+  void buildConnectionsMenu();
+
   void openNew();
+  void openEdit();
   void startSelected();
   void startRow(int row);
   void startSite(const SiteListRow& site);
   void stopSelected();
   void stopRow(int row);
   void closeProcesses(const QString& siteName);
+  void closeProcess(const QString& title);
+
+  void addSiteRow(const SiteListRow& site);
+  void refreshRow(long siteId);
+  SiteListRow siteOfRow(int row);
+  bool isRunning(int row);
   void setRunning(int row, bool running);
+  void offerStart(bool start);
   void rowWasChosen(int row);
-  void connectionsClicked();
+  void forgetVanishedSelection();
+
+  void setOneConnection();
   void setConnections(long connections);
   void askConnections();
   void updateTitle();
@@ -53,12 +69,13 @@ class frmWebSites : public ListWindow {
   void dropFilters(const QString& text);
   void quitWhenDue();
 
-  long selectedSiteID_ = 0;
+  long selectedSiteID_ = 0;   // the row last clicked; 0 when none, or when it is gone
   QString selectedSiteName_;
-  long runningSites_ = 0;
+  long runningSites_ = 0;     // started and not yet stopped by this window
   long maxConnections_ = 0;
-  QAction* start_ = nullptr;
-  QAction* stop_ = nullptr;
+  QToolButton* start_ = nullptr;
+  QToolButton* stop_ = nullptr;
+  QToolButton* connections_ = nullptr;
 };
 
 }  // namespace mv

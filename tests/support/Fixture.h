@@ -1,5 +1,5 @@
-// What tests stand on: a fresh program folder with the shipped database, process-wide settings as after start-up, a main
-// frame on the offscreen platform, dialogs that answer by themselves, and waiting for events with a deadline.
+// What tests stand on: a fresh program folder with the shipped database, process-wide settings as after start-up, a
+// main frame on the offscreen platform, dialogs that answer by themselves, and waiting for events with a deadline.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -54,7 +54,6 @@ class TestFrame : public QMainWindow, public mv::MainFrame {
   void setClipboardItemsEnabled(bool enabled) override { clipboardEnabled = enabled; }
   void setDeleteWebSiteEnabled(bool enabled) override { deleteWebSiteEnabled = enabled; }
   void hideStatusIndicators() override { ++indicatorsHidden; }
-  void startMessageCheck() override {}
 
   std::optional<bool> clipboardEnabled;
   std::optional<bool> deleteWebSiteEnabled;
@@ -94,7 +93,8 @@ class WindowTest : public ProgramTest {
 void copyShippedDatabase(const std::string& path);
 
 // Inserts a site with usable limits (0 KB to 24 MB, 50 pages) and returns its id.
-int addSite(const std::string& location, const std::string& downloadPath, const std::vector<std::string>& extensions = {});
+int addSite(const std::string& location, const std::string& downloadPath,
+            const std::vector<std::string>& extensions = {});
 
 std::string readFile(const std::string& path);
 

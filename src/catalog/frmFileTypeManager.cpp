@@ -1,0 +1,94 @@
+#include "catalog/frmFileTypeManager.h"
+
+#include "app/Settings.h"
+#include "app/ToolIcons.h"
+#include "catalog/frmFileTypeChild.h"
+#include "platform/Dialogs.h"
+#include "platform/Text.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 6200;   // twips
+constexpr int kHeight = 3600;  // twips
+
+enum Column { kName, kDescription, kCanDelete, kDownloadByDefault, kId };
+
+}  // namespace
+
+frmFileTypeManager::frmFileTypeManager() : ListWindow(QStringLiteral("FileType Manager"), kWidth, kHeight) {
+  setObjectName(QStringLiteral("frmFileTypeManager"));
+  list().setObjectName(QStringLiteral("lvwFiletypes"));
+  list().setColumns({{QStringLiteral("FileType"), 80},
+                     {QStringLiteral("Description"), 140},
+                     {QStringLiteral("Can Delete"), 80},
+                     {QStringLiteral("Download by Default"), 150},
+                     {QStringLiteral("Id"), 0, true}});
+  setIdColumn(kId);
+  addButton(QStringLiteral("      New      "), QStringLiteral("Create a new filetype"), toolIcon(QStringLiteral("new")),
+            [this] { openNew(); });
+  addButton(QStringLiteral("Edit"), QStringLiteral("Edit the selected filetype"), toolIcon(QStringLiteral("edit")),
+            [this] { editChosen(); });
+  addButton(QStringLiteral("Delete"), QStringLiteral("Delete the selected filetype"),
+            toolIcon(QStringLiteral("delete")), [this] { deleteChosen(); });
+  load();
+}
+
+// Nothing stays selected, and so nothing stays chosen: Delete must not act on a row that is not marked.
+void frmFileTypeManager::buildWorkingLists(const std::string& command, long id) {
+  ListWindow::buildWorkingLists(command, id);
+  if (command != "init") return;
+  list().clearSelection();
+  forgetChosen();
+}
+
+void frmFileTypeManager::fillList() {
+  Recordset rows = gDatabase.query(
+      "select id, name, description, can_delete, download_by_default from valid_filetypes order by name");
+  for (; !rows.endOfRows(); rows.moveNext())
+    list().addRow({toQString(rows.text("name")), toQString(rows.text("description")),
+                   toQString(rows.text("can_delete")), toQString(rows.text("download_by_default")),
+                   toQString(rows.text("id"))});
+}
+
+void frmFileTypeManager::openNew() {
+  auto* editor = new frmFileTypeChild;
+  editor->Mode = "new";
+  editor->open();
+}
+
+void frmFileTypeManager::editChosen() {
+  const int row = chosenRow();
+  if (row < 0) return;
+  auto* editor = new frmFileTypeChild;
+  editor->Mode = "edit";
+  editor->FileTypeId = chosenId();
+  editor->Extension = list().cell(row, kName);
+  editor->Description = list().cell(row, kDescription);
+  editor->CanDelete = toUtf8(list().cell(row, kCanDelete));
+  editor->DownloadByDefault = toUtf8(list().cell(row, kDownloadByDefault));
+  editor->setCaption(QStringLiteral("Edit: ") + editor->Extension);
+  editor->open();
+}
+
+void frmFileTypeManager::deleteChosen() {
+  const int row = chosenRow();
+  if (row < 0) {
+    showMessage(this, QStringLiteral("No FileType Selected"), QStringLiteral("Please select a filetype to delete. "),
+                MessageIcon::Information);
+    return;
+  }
+  if (list().cell(row, kCanDelete) == QLatin1String("no")) {
+    showMessage(this, QStringLiteral("Cannot Delete Built-in FileTypes"),
+                QStringLiteral("You cannot delete this filetype"), MessageIcon::Information);
+    return;
+  }
+  const std::string id = std::to_string(chosenId());
+  gDatabase.execute("delete from valid_filetypes where id = " + id);
+  gDatabase.execute("delete from site_filetype_xref where file_type_id = " + id);
+  gDatabase.execute("delete from site_paths where filetype_id = " + id);
+  buildWorkingLists("init");
+}
+
+}  // namespace mv

@@ -1,0 +1,117 @@
+// One request of the transfer component, from its address to its body. Internal to the transfer component.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/BodySpool.h"
+#include "platform/CurlLoop.h"
+#include "platform/InternetTransfer.h"
+#include "platform/RequestAddress.h"
+
+namespace mv {
+
+// States are told through `raise`, often from inside libcurl: it takes note and returns. The last one is kError or
+// kResponseCompleted, after a header request perhaps twice (once for the headers, once for the body that was resumed).
+class CurlRequest : private CurlClient {
+ public:
+  using Raise = std::function<void(TransferState)>;
+
+  CurlRequest(const std::string& address, BodyMode mode, const InternetTransfer::Limits& limits, Raise raise);
+  ~CurlRequest() override;
+  CurlRequest(const CurlRequest&) = delete;
+  CurlRequest& operator=(const CurlRequest&) = delete;
+
+  void start();
+
+  // A completed header request whose body can still be had as `mode`.
+  bool canResume(BodyMode mode) const;
+  // Stops reading from the connection until resume(); only after a completed header request.
+  void hold();
+  void resume(BodyMode mode);
+  // Gives the connection of a held response up; what has been received stays readable.
+  void release();
+
+  std::string takeChunk(std::size_t size, ChunkType type);
+  std::string header(std::string_view name) const;
+  long code() const { return code_; }
+  const std::string& info() const { return info_; }
+  const std::string& finalAddress() const { return finalAddress_; }
+
+ private:
+  static int onResolve(void*, void*, void* self);
+  static curl_socket_t onOpen(void* self, curlsocktype purpose, curl_sockaddr* address);
+  static int onReady(void* self, char*, char*, int, int);
+  static int onDebug(CURL*, curl_infotype type, char*, std::size_t, void* self);
+  static std::size_t onHeader(char* data, std::size_t size, std::size_t count, void* self);
+  static std::size_t onBody(char* data, std::size_t size, std::size_t count, void* self);
+
+  void socketClosed() override { closed_ = true; }
+  void finished(CURLcode result) override;
+
+  void setOptions(const std::string& url);
+  void setBodyOptions();
+  void setCredentials(const Credentials& credentials);
+  void setObservers();
+
+  void takeHeaderLine(std::string_view line);
+  void beginResponse(std::string_view statusLine);
+  void takeHeaderField(std::string_view line);
+  void endOfHeaders();
+  bool isFinalResponse() const;
+  std::size_t takeBody(std::string_view bytes);
+
+  void beginHop();
+  void raise(TransferState state);
+  void raiseDisconnected();
+  void conclude(CURLcode result);
+  void complete();
+  void fail(long code, std::string info);
+
+  struct SlistDeleter {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  };
+  using Slist = std::unique_ptr<curl_slist, SlistDeleter>;
+
+  std::string address_;
+  BodyMode mode_;
+  InternetTransfer::Limits limits_;
+  Raise raise_;
+  std::shared_ptr<CurlLoop> loop_;
+  CURL* easy_ = nullptr;
+  bool running_ = false;
+  Slist plainHeaders_;
+  Slist basicHeaders_;
+  char errorBuffer_[CURL_ERROR_SIZE] = {};
+
+  int lastState_ = 0;     // of this hop
+  bool closed_ = false;   // this hop's connection
+  bool held_ = false;     // the headers have been told, the body not asked for yet
+  bool paused_ = false;
+  bool released_ = false;
+  CURLcode heldResult_ = CURLE_OK;
+
+  long status_ = 0;
+  std::string reason_;
+  bool inHeaders_ = false;
+  std::size_t headerBytes_ = 0;
+  std::vector<std::pair<std::string, std::string>> headers_;  // names in lower case
+
+  std::string text_;
+  std::size_t textAt_ = 0;
+  BodySpool file_;
+  std::size_t errorBodyBytes_ = 0;
+  std::string ownError_;  // why this class ended the transfer
+  long ownErrorCode_ = 0;
+
+  long code_ = 0;
+  std::string info_;
+  std::string finalAddress_;
+};
+
+}  // namespace mv

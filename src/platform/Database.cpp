@@ -1,0 +1,571 @@
+#include "platform/Database.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <list>
+#include <new>
+#include <optional>
+#include <regex>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/SqlDialect.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kBusyTimeoutMs = 3000;
+constexpr int kCacheKiB = 64 * 1024;
+constexpr int kReaderCacheKiB = 4 * 1024;
+constexpr int kCheckpointPages = 4096;                       // 16 MiB of journal between two checkpoints
+constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
+constexpr std::size_t kCachedStatements = 128;
+constexpr std::size_t kRowsAhead = 64;
+constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page
+
+struct CloseConnection {
+  void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+};
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+struct FreeValue {
+  void operator()(sqlite3_value* value) const { sqlite3_value_free(value); }
+};
+using ConnectionPtr = std::unique_ptr<sqlite3, CloseConnection>;
+using StatementPtr = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+using ValuePtr = std::unique_ptr<sqlite3_value, FreeValue>;
+
+// ---- errors ----
+
+long numberOfMessage(std::string_view message) {
+  struct Phrase {
+    std::string_view text;
+    DatabaseError::Number number;
+  };
+  static constexpr auto kPhrases = std::to_array<Phrase>({
+      {"no such table", DatabaseError::kUnknownTable},
+      {"no such column", DatabaseError::kUnknownColumn},
+      {"has no column named", DatabaseError::kUnknownColumn},
+      {"already exists", DatabaseError::kAlreadyExists},
+      {"duplicate column name", DatabaseError::kAlreadyExists},
+  });
+  for (const Phrase& phrase : kPhrases)
+    if (message.find(phrase.text) != std::string_view::npos) return phrase.number;
+  return DatabaseError::kSyntaxError;
+}
+
+long numberOfCode(int code, std::string_view message) {
+  switch (code & 0xff) {
+    case SQLITE_ERROR: return numberOfMessage(message);
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return DatabaseError::kLocked;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_AUTH: return DatabaseError::kReadOnly;
+    case SQLITE_FULL: return DatabaseError::kDiskFull;
+    case SQLITE_CONSTRAINT: return DatabaseError::kDuplicateKey;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB: return DatabaseError::kUnrecognizedFormat;
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN: return DatabaseError::kDiskError;
+    default: return DatabaseError::kInvalidArgument;
+  }
+}
+
+[[noreturn]] void raise(sqlite3* connection, int code, const std::string& statementName) {
+  if (code == SQLITE_NOMEM) throw std::bad_alloc();
+  // The engine knows a value by its place in the statement only.
+  static const std::regex placeholder("\"\\?[0-9]*\"");
+  const std::string message = std::regex_replace(std::string(sqlite3_errmsg(connection)), placeholder, "a value");
+  throw DatabaseError(numberOfCode(code, message), statementName + ": " + message);
+}
+
+[[noreturn]] void raiseFile(long number, const std::string& path, const std::string& trouble) {
+  throw DatabaseError(number, "The database " + path + ' ' + trouble);
+}
+
+[[noreturn]] void raiseNotOpen() {
+  throw DatabaseError(DatabaseError::kNotOpen, "The database is closed.");
+}
+
+// ---- statements ----
+
+StatementPtr prepare(sqlite3* connection, const std::string& shape, const std::string& name, unsigned flags = 0) {
+  sqlite3_stmt* handle = nullptr;
+  const int code =
+      sqlite3_prepare_v3(connection, shape.data(), static_cast<int>(shape.size()), flags, &handle, nullptr);
+  StatementPtr statement(handle);
+  if (code != SQLITE_OK) raise(connection, code, name);
+  return statement;
+}
+
+int bindValue(sqlite3_stmt* statement, int place, const SqlValue& value) {
+  if (const auto* whole = std::get_if<std::int64_t>(&value)) return sqlite3_bind_int64(statement, place, *whole);
+  if (const auto* real = std::get_if<double>(&value)) return sqlite3_bind_double(statement, place, *real);
+  const auto& text = std::get<std::string>(value);
+  return sqlite3_bind_text64(statement, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+// `values` must stay where they are until the bindings are cleared.
+void bindValues(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int code = bindValue(statement, static_cast<int>(i) + 1, values[i]);
+    if (code != SQLITE_OK) raise(sqlite3_db_handle(statement), code, name);
+  }
+}
+
+// True when there is a row.
+bool step(sqlite3_stmt* statement, const std::string& name) {
+  const int code = sqlite3_step(statement);
+  if (code != SQLITE_ROW && code != SQLITE_DONE) raise(sqlite3_db_handle(statement), code, name);
+  return code == SQLITE_ROW;
+}
+
+// A statement in use: at the end it is ready for the next use and holds no lock.
+class Use {
+ public:
+  Use(sqlite3_stmt* statement, const SqlStatement& sql) : statement_(statement) {
+    bindValues(statement, sql.values, sql.name);
+  }
+  ~Use() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+  }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
+void run(sqlite3* connection, const std::string& sql) {
+  const int code = sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) raise(connection, code, sql.substr(0, sql.find(' ')));
+}
+
+// The first field of the first row.
+std::string firstText(sqlite3* connection, const std::string& sql) {
+  const StatementPtr statement = prepare(connection, sql, sql.substr(0, sql.find(' ')));
+  if (!step(statement.get(), sql)) return {};
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
+  return text ? text : "";
+}
+
+// The statements that were prepared last, by shape.
+class StatementCache {
+ public:
+  sqlite3_stmt* get(sqlite3* connection, const SqlStatement& sql) {
+    if (const auto found = byShape_.find(sql.shape); found != byShape_.end()) {
+      entries_.splice(entries_.begin(), entries_, found->second);
+      return found->second->statement.get();
+    }
+    StatementPtr statement = prepare(connection, sql.shape, sql.name, SQLITE_PREPARE_PERSISTENT);
+    if (!statement) throw DatabaseError(DatabaseError::kSyntaxError, "There is no statement.");
+    entries_.push_front({sql.shape, std::move(statement)});
+    byShape_.emplace(entries_.front().shape, entries_.begin());
+    if (entries_.size() > kCachedStatements) {
+      byShape_.erase(entries_.back().shape);
+      entries_.pop_back();
+    }
+    return entries_.front().statement.get();
+  }
+
+ private:
+  struct Entry {
+    std::string shape;
+    StatementPtr statement;
+  };
+  std::list<Entry> entries_;  // the last used one first
+  std::unordered_map<std::string_view, std::list<Entry>::iterator> byShape_;
+};
+
+// ---- opening ----
+
+ConnectionPtr openHandle(const std::string& path, int flags) {
+  sqlite3* handle = nullptr;
+  const int code = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  ConnectionPtr connection(handle);
+  if (!connection) throw std::bad_alloc();
+  if (code != SQLITE_OK) raise(handle, code, "open");
+  sqlite3_busy_timeout(handle, kBusyTimeoutMs);
+  // A text between double quotes must never be read as a name, nor a misspelt name as a text.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  return connection;
+}
+
+std::string immutableUri(const std::string& path) {
+  std::string uri = "file:";
+  for (const char c : path) {
+    char code[4];
+    std::snprintf(code, sizeof code, "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+    const bool plain = std::string_view("%?#").find(c) == std::string_view::npos;
+    uri += plain ? std::string(1, c) : std::string(code);
+  }
+  return uri + "?immutable=1";
+}
+
+std::int64_t fileSize(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? static_cast<std::int64_t>(status.st_size) : -1;
+}
+
+// What can be told without the engine: existence, access, the first bytes, the length.
+void checkFile(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) raiseFile(DatabaseError::kFileNotFound, path, "does not exist.");
+  if (!S_ISREG(status.st_mode)) raiseFile(DatabaseError::kUnrecognizedFormat, path, "is not a file.");
+  const std::string folder = std::filesystem::path(path).parent_path().string();
+  if (access(path.c_str(), R_OK | W_OK) != 0) raiseFile(DatabaseError::kReadOnly, path, "cannot be written to.");
+  if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0)
+    raiseFile(DatabaseError::kReadOnly, path, "lies in a folder that cannot be written to.");
+
+  static constexpr std::string_view kMagic("SQLite format 3\0", 16);
+  std::array<char, 100> header{};
+  std::ifstream(path, std::ios::binary).read(header.data(), header.size());
+  if (std::string_view(header.data(), kMagic.size()) != kMagic)
+    raiseFile(DatabaseError::kUnrecognizedFormat, path, "is not a database, or it is damaged.");
+}
+
+void checkTables(sqlite3* connection, const std::string& path, const Database::TableNames& needed) {
+  const StatementPtr find =
+      prepare(connection, "select 1 from sqlite_schema where type = 'table' and name = ?1 collate nocase", "check");
+  for (const std::string_view table : needed) {
+    sqlite3_bind_text64(find.get(), 1, table.data(), table.size(), SQLITE_STATIC, SQLITE_UTF8);
+    if (!step(find.get(), "check"))
+      raiseFile(DatabaseError::kUnrecognizedFormat, path,
+                "belongs to another program: it has no table \"" + std::string(table) + "\".");
+    sqlite3_reset(find.get());
+  }
+}
+
+// Reads what a damaged file would fail at: every table's first page, all pages of a small file, the length.
+void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
+  const StatementPtr tables =
+      prepare(connection, "select name from sqlite_schema where type = 'table' and rootpage > 0", "check");
+  while (step(tables.get(), "check")) {
+    std::string table = reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0));
+    for (std::size_t at = 0; (at = table.find('"', at)) != std::string::npos; at += 2) table.insert(at, 1, '"');
+    firstText(connection, "select 1 from \"" + table + "\" limit 1");
+  }
+  const bool shortened = wholeFile && std::stoll(firstText(connection, "pragma page_count")) *
+                                              std::stoll(firstText(connection, "pragma page_size")) >
+                                          bytes;
+  if (shortened || (bytes <= kCheckedBelowBytes && firstText(connection, "pragma quick_check(1)") != "ok"))
+    throw DatabaseError(DatabaseError::kUnrecognizedFormat, "damaged");
+}
+
+// Everything is judged before anything is changed. Reading "immutable" leaves no trace; it must not be used while a
+// killed run's journal holds pages that the file has not.
+void checkDatabase(const std::string& path, const Database::TableNames& needed) {
+  checkFile(path);
+  const bool journal = fileSize(path + "-wal") > 0 || fileSize(path + "-journal") > 0;
+  try {
+    const ConnectionPtr probe = journal ? openHandle(path, SQLITE_OPEN_READONLY)
+                                        : openHandle(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    sqlite3_db_config(probe.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    checkTables(probe.get(), path, needed);
+    checkContent(probe.get(), fileSize(path), !journal);
+  } catch (const DatabaseError& error) {
+    if (error.number() == DatabaseError::kLocked) raiseFile(error.number(), path, "is in use by another program.");
+    // A statement of the check that is refused for its wording can only come from a file with a foreign or broken schema.
+    const bool ours = error.description().find(path) != std::string::npos;
+    if (ours || error.number() == DatabaseError::kDiskError) throw;
+    raiseFile(DatabaseError::kUnrecognizedFormat, path, "is damaged, or it is not a database.");
+  }
+}
+
+void setUp(sqlite3* connection, const std::string& path) {
+  try {
+    if (firstText(connection, "pragma journal_mode=wal") != "wal")
+      raiseFile(DatabaseError::kReadOnly, path, "lies where no journal can be kept.");
+  } catch (const DatabaseError& error) {
+    if (error.number() == DatabaseError::kLocked) raiseFile(error.number(), path, "is in use by another program.");
+    throw;
+  }
+  run(connection, "pragma synchronous=normal");
+  run(connection, "pragma cache_size=-" + std::to_string(kCacheKiB));
+  run(connection, "pragma wal_autocheckpoint=" + std::to_string(kCheckpointPages));
+  run(connection, "pragma journal_size_limit=" + std::to_string(kJournalSizeLimit));
+}
+
+// A connection of its own for a long result: it keeps seeing the rows of the moment of the query, whatever the program
+// writes meanwhile.
+struct Reader {
+  ConnectionPtr connection;
+  StatementPtr statement;
+};
+
+ConnectionPtr openReader(const std::string& path) {
+  ConnectionPtr connection = openHandle(path, SQLITE_OPEN_READWRITE);
+  run(connection.get(), "pragma query_only=1");
+  run(connection.get(), "pragma cache_size=-" + std::to_string(kReaderCacheKiB));
+  return connection;
+}
+
+}  // namespace
+
+DatabaseError::DatabaseError(long number, std::string description, std::string source)
+    : std::runtime_error(description),
+      number_(number),
+      description_(std::move(description)),
+      source_(std::move(source)) {}
+
+std::string quoted(std::string_view text) {
+  std::string literal;
+  literal.reserve(text.size() + 2);
+  literal += '"';
+  for (const char c : text) literal.append(c == '"' ? 2 : 1, c);
+  return literal += '"';
+}
+
+// ---- connection ----
+
+struct Database::Connection {
+  explicit Connection(const std::string& databasePath)
+      : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
+    setUp(main.get(), path);
+  }
+
+  // The readers go first, so that the last connection to close is the one that ends the journal.
+  ~Connection() {
+    idleReader.reset();
+    for (const std::weak_ptr<Reader>& weak : readers)
+      if (const std::shared_ptr<Reader> reader = weak.lock()) {
+        reader->statement.reset();
+        reader->connection.reset();
+      }
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  std::shared_ptr<Reader> takeReader() {
+    std::erase_if(readers, [](const std::weak_ptr<Reader>& weak) { return weak.expired(); });
+    auto reader = std::make_shared<Reader>();
+    reader->connection = idleReader ? std::move(idleReader) : openReader(path);
+    run(reader->connection.get(), "begin");
+    readers.push_back(reader);
+    return reader;
+  }
+
+  void giveBack(Reader& reader) {
+    reader.statement.reset();
+    if (idleReader || !reader.connection) return;
+    if (sqlite3_exec(reader.connection.get(), "rollback", nullptr, nullptr, nullptr) == SQLITE_OK)
+      idleReader = std::move(reader.connection);
+  }
+
+  std::string path;
+  ConnectionPtr main;
+  StatementCache statements;
+  ConnectionPtr idleReader;
+  std::vector<std::weak_ptr<Reader>> readers;
+  std::int64_t rowsAffected = 0;
+};
+
+// ---- recordset ----
+
+// A short result is read whole at once. A long one is read through a reader, kRowsAhead rows at a time.
+struct Recordset::State {
+  std::weak_ptr<Database::Connection> owner;
+  SqlStatement sql;
+  std::size_t columns = 0;
+  std::vector<ValuePtr> cells;  // of the rows at hand, row by row
+  std::size_t rows = 0;         // at hand
+  std::size_t row = 0;          // the current one
+  bool complete = true;         // nothing comes after the rows at hand
+  std::shared_ptr<Reader> reader;
+
+  State() = default;
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() {
+    const auto connection = owner.lock();
+    if (reader && connection) connection->giveBack(*reader);
+  }
+
+  void takeNames(sqlite3_stmt* statement) {
+    columns = static_cast<std::size_t>(sqlite3_column_count(statement));
+    if (sql.fields.size() == columns) return;
+    sql.fields.clear();
+    for (std::size_t i = 0; i < columns; ++i) sql.fields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
+  }
+
+  // Replaces the rows at hand by the next ones, at most `limit`.
+  void readRows(sqlite3_stmt* statement, std::size_t limit) {
+    cells.clear();
+    rows = row = 0;
+    complete = true;
+    while (step(statement, sql.name)) {
+      for (std::size_t i = 0; i < columns; ++i) {
+        cells.emplace_back(sqlite3_value_dup(sqlite3_column_value(statement, static_cast<int>(i))));
+        if (!cells.back()) throw std::bad_alloc();
+      }
+      if (++rows < limit) continue;
+      complete = false;
+      return;
+    }
+  }
+
+  void readThrough(std::shared_ptr<Reader> longReader) {
+    reader = std::move(longReader);
+    reader->statement = prepare(reader->connection.get(), sql.shape, sql.name);
+    bindValues(reader->statement.get(), sql.values, sql.name);
+    readRows(reader->statement.get(), kRowsAhead);
+  }
+
+  void checkOpen() const {
+    if (owner.expired()) raiseNotOpen();
+  }
+
+  std::size_t column(std::string_view field) const {
+    std::optional<std::size_t> byLastPart;
+    for (std::size_t i = 0; i < columns; ++i) {
+      const std::string_view name = sql.fields[i];
+      if (sameSqlName(name, field)) return i;
+      const std::size_t dot = name.rfind('.');
+      if (dot == std::string_view::npos || !sameSqlName(name.substr(dot + 1), field)) continue;
+      if (byLastPart) raiseItemNotFound(field);
+      byLastPart = i;
+    }
+    if (!byLastPart) raiseItemNotFound(field);
+    return *byLastPart;
+  }
+
+  [[noreturn]] void raiseItemNotFound(std::string_view field) const {
+    throw DatabaseError(DatabaseError::kItemNotFound, sql.name + ": the result has no field \"" + std::string(field) + "\".");
+  }
+
+  sqlite3_value* cell(std::string_view field) const {
+    checkOpen();
+    const std::size_t at = column(field);
+    if (row >= rows) throw DatabaseError(DatabaseError::kNoCurrentRecord, sql.name + ": there is no current row.");
+    return cells[row * columns + at].get();
+  }
+};
+
+Recordset::Recordset(std::unique_ptr<State> state) : state_(std::move(state)) {}
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
+Recordset::~Recordset() = default;
+
+std::int64_t Recordset::recordCount() const {
+  state_->checkOpen();
+  if (!state_->reader) return static_cast<std::int64_t>(state_->rows);
+  const SqlStatement& sql = state_->sql;
+  const StatementPtr counter =
+      prepare(state_->reader->connection.get(), "select count(*) from (" + sql.shape + ')', sql.name);
+  bindValues(counter.get(), sql.values, sql.name);
+  step(counter.get(), sql.name);
+  return sqlite3_column_int64(counter.get(), 0);
+}
+
+void Recordset::moveFirst() {
+  state_->checkOpen();
+  if (!state_->reader) {
+    state_->row = 0;
+    return;
+  }
+  sqlite3_reset(state_->reader->statement.get());
+  state_->readRows(state_->reader->statement.get(), kRowsAhead);
+}
+
+void Recordset::moveNext() {
+  if (endOfRows()) throw DatabaseError(DatabaseError::kNoCurrentRecord, state_->sql.name + ": there is no current row.");
+  if (++state_->row == state_->rows && !state_->complete)
+    state_->readRows(state_->reader->statement.get(), kRowsAhead);
+}
+
+bool Recordset::endOfRows() const {
+  state_->checkOpen();
+  return state_->row >= state_->rows;
+}
+
+std::string Recordset::text(std::string_view field) const {
+  sqlite3_value* const value = state_->cell(field);
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text ? std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string();
+}
+
+std::int64_t Recordset::number(std::string_view field) const { return sqlite3_value_int64(state_->cell(field)); }
+
+bool Recordset::isNull(std::string_view field) const { return sqlite3_value_type(state_->cell(field)) == SQLITE_NULL; }
+
+// ---- database ----
+
+Database::Database() = default;
+Database::~Database() = default;
+
+void Database::open(const std::string& path, const TableNames& neededTables) {
+  close();
+  checkDatabase(path, neededTables);
+  connection_ = std::make_shared<Connection>(path);
+  path_ = path;
+}
+
+void Database::close() { connection_.reset(); }
+
+bool Database::isOpen() const { return connection_ != nullptr; }
+
+Recordset Database::query(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  auto state = std::make_unique<Recordset::State>();
+  state->owner = connection_;
+  state->sql = translateSql(sql);
+  sqlite3_stmt* const statement = connection_->statements.get(connection_->main.get(), state->sql);
+  state->takeNames(statement);
+  {
+    const Use use(statement, state->sql);
+    // Rows that only an open transaction knows cannot be seen by a reader.
+    const bool readable = state->sql.isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
+    state->readRows(statement, readable ? kRowsAhead : SIZE_MAX);
+  }
+  if (!state->complete) state->readThrough(connection_->takeReader());
+  return Recordset(std::move(state));
+}
+
+void Database::execute(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  const SqlStatement translated = translateSql(sql);
+  sqlite3_stmt* const statement = connection_->statements.get(connection_->main.get(), translated);
+  const Use use(statement, translated);
+  while (step(statement, translated.name)) continue;
+  connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
+}
+
+std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
+
+std::int64_t Database::count(std::string_view sql) { return query(sql).number("outCount"); }
+
+void Database::compact(const std::string& source, const std::string& target) {
+  std::error_code ignored;
+  if (std::filesystem::exists(target, ignored))
+    throw DatabaseError(DatabaseError::kAlreadyExists, "The file " + target + " already exists.");
+  checkDatabase(source, {});
+  try {
+    {
+      const ConnectionPtr connection = openHandle(source, SQLITE_OPEN_READWRITE);
+      const StatementPtr rewrite = prepare(connection.get(), "vacuum into ?1", "compact");
+      sqlite3_bind_text64(rewrite.get(), 1, target.data(), target.size(), SQLITE_STATIC, SQLITE_UTF8);
+      step(rewrite.get(), "compact");
+    }
+    const ConnectionPtr copy = openHandle(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    if (firstText(copy.get(), "pragma quick_check(1)") != "ok")
+      raiseFile(DatabaseError::kUnrecognizedFormat, target, "was not written correctly.");
+  } catch (...) {
+    std::filesystem::remove(target, ignored);
+    std::filesystem::remove(target + "-journal", ignored);
+    throw;
+  }
+}
+
+}  // namespace mv

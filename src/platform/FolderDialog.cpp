@@ -1,0 +1,173 @@
+#include "platform/FolderDialog.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace mv {
+namespace {
+
+constexpr QSize kInitialSize(420, 460);
+
+QString absoluteFolder(const QString& path) {
+  return QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+}
+
+QString freeName(const QDir& parent) {
+  const QString name = QStringLiteral("New Folder");
+  if (!parent.exists(name)) return name;
+  int number = 2;
+  while (parent.exists(QStringLiteral("%1 (%2)").arg(name).arg(number))) ++number;
+  return QStringLiteral("%1 (%2)").arg(name).arg(number);
+}
+
+}  // namespace
+
+QString nearestFolder(const QString& path) {
+  if (path.isEmpty()) return QDir::homePath();
+  QString folder = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+  while (!QFileInfo(folder).isDir()) {
+    const QString parent = QFileInfo(folder).path();
+    if (parent == folder) return QDir::rootPath();
+    folder = parent;
+  }
+  return folder;
+}
+
+FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
+    : QDialog(parent),
+      hint_(request.statusText),
+      model_(new QFileSystemModel(this)),
+      tree_(makeTree()),
+      line_(new QLineEdit(this)),
+      status_(new QLabel(this)) {
+  setWindowTitle(request.title);
+  auto* prompt = new QLabel(request.prompt, this);
+  prompt->setObjectName(QStringLiteral("prompt"));
+  prompt->setTextFormat(Qt::PlainText);
+  prompt->setWordWrap(true);
+  auto* lineLabel = new QLabel(QStringLiteral("&Folder:"), this);
+  line_->setObjectName(QStringLiteral("path"));
+  lineLabel->setBuddy(line_);
+  status_->setObjectName(QStringLiteral("status"));
+  status_->setTextFormat(Qt::PlainText);
+  status_->setWordWrap(true);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(prompt);
+  layout->addWidget(tree_, 1);
+  auto* lineRow = new QHBoxLayout;
+  lineRow->addWidget(lineLabel);
+  lineRow->addWidget(line_, 1);
+  layout->addLayout(lineRow);
+  layout->addWidget(status_);
+  layout->addLayout(makeButtons());
+
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
+  connect(line_, &QLineEdit::textEdited, this, &FolderDialog::lineEdited);
+  connect(model_, &QFileSystemModel::fileRenamed, this,
+          [this](const QString& folder, const QString&, const QString& name) { folderRenamed(folder, name); });
+  showFolder(nearestFolder(request.initialFolder));
+  resize(kInitialSize);
+  tree_->setFocus();
+}
+
+QTreeView* FolderDialog::makeTree() {
+  model_->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
+  model_->setReadOnly(false);
+  model_->setRootPath(QDir::rootPath());
+  auto* tree = new QTreeView(this);
+  tree->setObjectName(QStringLiteral("folders"));
+  tree->setModel(model_);
+  tree->setHeaderHidden(true);
+  // Only a new folder is renamed here, and that by hand.
+  tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  for (int column = 1; column < model_->columnCount(); ++column) tree->hideColumn(column);
+  return tree;
+}
+
+QLayout* FolderDialog::makeButtons() {
+  newFolder_ = new QPushButton(QStringLiteral("&New Folder"), this);
+  newFolder_->setObjectName(QStringLiteral("newFolder"));
+  newFolder_->setAutoDefault(false);
+  ok_ = new QPushButton(QStringLiteral("OK"), this);
+  ok_->setObjectName(QStringLiteral("ok"));
+  ok_->setDefault(true);
+  auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+  cancel->setObjectName(QStringLiteral("cancel"));
+  connect(newFolder_, &QPushButton::clicked, this, &FolderDialog::makeFolder);
+  connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+  auto* row = new QHBoxLayout;
+  row->addWidget(newFolder_);
+  row->addStretch();
+  row->addWidget(ok_);
+  row->addWidget(cancel);
+  return row;
+}
+
+QString FolderDialog::folder() const { return absoluteFolder(line_->text().trimmed()); }
+
+void FolderDialog::showFolder(const QString& path) {
+  const QModelIndex index = model_->index(path);
+  tree_->setCurrentIndex(index);
+  tree_->expand(index);
+  tree_->scrollTo(index);
+  line_->setText(absoluteFolder(path));
+  updateButtons();
+}
+
+void FolderDialog::treeMoved(const QModelIndex& index) {
+  if (!index.isValid()) return;
+  line_->setText(absoluteFolder(model_->filePath(index)));
+  updateButtons();
+}
+
+void FolderDialog::lineEdited() {
+  const QFileInfo typed(line_->text().trimmed());
+  if (typed.isAbsolute() && typed.isDir()) {
+    // The tree follows, but does not rewrite what is being typed.
+    const QSignalBlocker quiet(tree_->selectionModel());
+    const QModelIndex index = model_->index(typed.absoluteFilePath());
+    tree_->setCurrentIndex(index);
+    tree_->scrollTo(index);
+    tree_->viewport()->update();
+  }
+  updateButtons();
+}
+
+void FolderDialog::makeFolder() {
+  const QModelIndex parent = model_->index(folder());
+  const QModelIndex made = model_->mkdir(parent, freeName(QDir(folder())));
+  if (!made.isValid()) {
+    status_->setText(QStringLiteral("No folder can be made here."));
+    return;
+  }
+  tree_->expand(parent);
+  tree_->setCurrentIndex(made);
+  tree_->scrollTo(made);
+  tree_->edit(made);
+}
+
+void FolderDialog::folderRenamed(const QString& parent, const QString& name) {
+  line_->setText(absoluteFolder(QDir(parent).filePath(name)));
+  updateButtons();
+}
+
+void FolderDialog::updateButtons() {
+  const QFileInfo chosen(line_->text().trimmed());
+  const bool usable = chosen.isAbsolute() && chosen.isDir();
+  ok_->setEnabled(usable);
+  newFolder_->setEnabled(usable);
+  status_->setText(usable ? hint_ : QStringLiteral("There is no such folder."));
+}
+
+}  // namespace mv

@@ -1,0 +1,28 @@
+// From an address as the program keeps it to what goes over the wire.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+struct Credentials {
+  std::string user;
+  std::string password;
+};
+
+struct RequestAddress {
+  // With scheme, without user information and fragment, every byte that a URL may not hold percent-encoded.
+  std::string url;
+  std::optional<Credentials> credentials;
+};
+
+// Without a scheme it is http. User information is the text before the last "@" of the authority, taken literally; the
+// user ends at its first ":". An existing "%XX" and "&amp;" stay as they are. Empty when there is no usable host.
+std::optional<RequestAddress> toRequestAddress(std::string_view address);
+
+// `text` with the user information of every address in it replaced by "***".
+std::string withoutCredentials(std::string_view text);
+
+}  // namespace mv

@@ -1,0 +1,75 @@
+#include "platform/Shell.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStorageInfo>
+#include <QUrl>
+#include <algorithm>
+
+#include "platform/Text.h"
+
+namespace mv {
+namespace {
+
+std::function<bool(const QString&)> browserOpener;
+QDateTime fixedMoment;
+QString settingsFolder;
+
+QString settingsFile(const QString& application) {
+  const QString folder = settingsFolder.isEmpty()
+                             ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                             : settingsFolder;
+  return folder + '/' + application + QStringLiteral(".ini");
+}
+
+}  // namespace
+
+bool openWithDefaultBrowser(const QString& url) {
+  if (browserOpener) return browserOpener(url);
+  QUrl address(url);
+  if (address.isRelative()) address = QUrl(QStringLiteral("http://") + url);
+  return address.isValid() && QDesktopServices::openUrl(address);
+}
+
+void setBrowserOpener(std::function<bool(const QString&)> opener) { browserOpener = std::move(opener); }
+
+std::uint64_t freeDiskSpace(const std::string& folder) {
+  // A folder that is still to be made lies on the drive of its nearest parent.
+  QString existing = QDir::cleanPath(QFileInfo(toQString(folder)).absoluteFilePath());
+  while (!QFileInfo::exists(existing)) {
+    const QString parent = QFileInfo(existing).path();
+    if (parent == existing) return 0;
+    existing = parent;
+  }
+  const QStorageInfo drive(existing);
+  return drive.isValid() ? static_cast<std::uint64_t>(std::max<qint64>(drive.bytesAvailable(), 0)) : 0;
+}
+
+QDateTime now() { return fixedMoment.isNull() ? QDateTime::currentDateTime() : fixedMoment; }
+
+void setNow(const QDateTime& moment) { fixedMoment = moment; }
+
+std::string dateTimeText(const QDateTime& moment) {
+  const QLocale locale = QLocale::system();
+  return toUtf8(locale.toString(moment.date(), QLocale::ShortFormat) + ' ' +
+                locale.toString(moment.time(), QLocale::ShortFormat));
+}
+
+QString readUserSetting(const QString& application, const QString& section, const QString& key,
+                        const QString& fallback) {
+  const QSettings settings(settingsFile(application), QSettings::IniFormat);
+  return settings.value(section + '/' + key, fallback).toString();
+}
+
+void saveUserSetting(const QString& application, const QString& section, const QString& key, const QString& value) {
+  QSettings settings(settingsFile(application), QSettings::IniFormat);
+  settings.setValue(section + '/' + key, value);
+}
+
+void setUserSettingsFolder(const QString& folder) { settingsFolder = folder; }
+
+}  // namespace mv

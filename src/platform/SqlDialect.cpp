@@ -1,0 +1,345 @@
+#include "platform/SqlDialect.h"
+
+#include <algorithm>
+#include <charconv>
+#include <initializer_list>
+#include <utility>
+
+#include "platform/Database.h"
+
+namespace mv {
+
+namespace {
+
+enum class Kind { Word, Identifier, Text, Number, Symbol };
+
+struct Token {
+  Kind kind;
+  std::string_view raw;  // as it stands in the statement
+  std::string value;     // of a text: without delimiters
+  bool spaceBefore = false;
+};
+
+using Tokens = std::vector<Token>;
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool startsWord(char c) { return (lower(c) >= 'a' && lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
+bool continuesWord(char c) { return startsWord(c) || isDigit(c) || c == '$'; }
+
+[[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::kSyntaxError, reason); }
+
+class Lexer {
+ public:
+  explicit Lexer(std::string_view sql) : sql_(sql) {}
+
+  Tokens run() {
+    for (bool space = skipBlank(); at_ < sql_.size(); space = skipBlank()) {
+      tokens_.push_back(next());
+      tokens_.back().spaceBefore = space;
+    }
+    return std::move(tokens_);
+  }
+
+ private:
+  char peek(std::size_t ahead = 0) const { return at_ + ahead < sql_.size() ? sql_[at_ + ahead] : '\0'; }
+  std::string_view from(std::size_t start) const { return sql_.substr(start, at_ - start); }
+
+  // Blanks and comments.
+  bool skipBlank() {
+    const std::size_t start = at_;
+    for (;;) {
+      if (isSpace(peek()))
+        ++at_;
+      else if (peek() == '-' && peek(1) == '-')
+        at_ = std::min(sql_.find('\n', at_), sql_.size());
+      else if (peek() == '/' && peek(1) == '*')
+        skipThrough("*/");
+      else
+        return at_ > start;
+    }
+  }
+
+  void skipThrough(std::string_view end) {
+    const std::size_t found = sql_.find(end, at_ + 2);
+    at_ = found == std::string_view::npos ? sql_.size() : found + end.size();
+  }
+
+  Token next() {
+    const char c = peek();
+    if (c == '"' || c == '\'') return text(c);
+    if (c == '[' || c == '`') return identifier(c == '[' ? ']' : c);
+    if (isDigit(c) || (c == '.' && isDigit(peek(1)) && !followsName())) return number();
+    if (startsWord(c)) return word();
+    return symbol(c);
+  }
+
+  bool followsName() const {
+    return !tokens_.empty() && (tokens_.back().kind == Kind::Word || tokens_.back().kind == Kind::Identifier);
+  }
+
+  Token text(char delimiter) {
+    const std::size_t start = at_++;
+    std::string value;
+    for (;;) {
+      const std::size_t end = sql_.find(delimiter, at_);
+      if (end == std::string_view::npos) refuse("The statement has a text without an end.");
+      value += sql_.substr(at_, end - at_);
+      at_ = end + 1;
+      if (peek() != delimiter) break;
+      value += delimiter;
+      ++at_;
+    }
+    return {Kind::Text, from(start), std::move(value)};
+  }
+
+  Token identifier(char end) {
+    const std::size_t start = at_;
+    const std::size_t found = sql_.find(end, at_ + 1);
+    if (found == std::string_view::npos) refuse("The statement has a name without an end.");
+    at_ = found + 1;
+    if (from(start).find('\0') != std::string_view::npos) refuse("The statement has a NUL in a name.");
+    return {Kind::Identifier, from(start), {}};
+  }
+
+  // Letters that touch a number are kept with it: the engine then refuses the whole.
+  Token number() {
+    const std::size_t start = at_;
+    while (continuesWord(peek()) || peek() == '.') {
+      const bool exponent = lower(peek()) == 'e' && (peek(1) == '+' || peek(1) == '-') && isDigit(peek(2));
+      at_ += exponent ? 2 : 1;
+    }
+    return {Kind::Number, from(start), {}};
+  }
+
+  Token word() {
+    const std::size_t start = at_;
+    while (continuesWord(peek())) ++at_;
+    return {Kind::Word, from(start), {}};
+  }
+
+  Token symbol(char c) {
+    const std::size_t start = at_;
+    if (c == '\0') refuse("The statement has a NUL outside of a text.");
+    if (std::string_view("?:@$").find(c) != std::string_view::npos) refuse(std::string("The statement has a stray ") + c);
+    const bool unequal = (c == '<' && peek(1) == '>') || (c == '!' && peek(1) == '=');
+    at_ += unequal ? 2 : 1;
+    return {Kind::Symbol, from(start), {}};
+  }
+
+  std::string_view sql_;
+  std::size_t at_ = 0;
+  Tokens tokens_;
+};
+
+bool isWord(const Token& token, std::string_view keyword) {
+  return token.kind == Kind::Word && sameSqlName(token.raw, keyword);
+}
+
+bool isWord(const Token& token, std::initializer_list<std::string_view> keywords) {
+  return std::any_of(keywords.begin(), keywords.end(), [&](std::string_view keyword) { return isWord(token, keyword); });
+}
+
+bool isSymbol(const Token& token, std::string_view symbol) {
+  return token.kind == Kind::Symbol && token.raw == symbol;
+}
+
+bool isName(const Token& token) { return token.kind == Kind::Word || token.kind == Kind::Identifier; }
+
+std::string plainName(const Token& token) {
+  return std::string(token.kind == Kind::Identifier ? token.raw.substr(1, token.raw.size() - 2) : token.raw);
+}
+
+int depthStep(const Token& token) { return isSymbol(token, "(") ? 1 : isSymbol(token, ")") ? -1 : 0; }
+
+// ---- literals ----
+
+class Translator {
+ public:
+  explicit Translator(const Tokens& tokens) : tokens_(tokens) {
+    takesLiterals_ = isWord(tokens.front(), {"select", "insert", "update", "delete", "replace", "with", "explain"});
+  }
+
+  void run(SqlStatement& into) {
+    std::size_t i = 0;
+    while (i < tokens_.size()) i = put(i);
+    into.shape = std::move(shape_);
+    into.values = std::move(values_);
+  }
+
+ private:
+  // Puts what begins at token i and gives the token to go on with.
+  std::size_t put(std::size_t i) {
+    const std::size_t unequal = takesLiterals_ ? columnUnequalLiteral(i) : 0;
+    if (unequal > 0) {
+      putUnequal(i, unequal);
+      return unequal + 2;
+    }
+    const Token& token = tokens_[i];
+    if (i > 0 && (token.spaceBefore || wouldGrow(i))) shape_ += ' ';
+    if (token.kind == Kind::Text)
+      putText(token);
+    else if (token.kind == Kind::Number && takesLiterals_ && numbersAreValues_)
+      putNumber(token);
+    else
+      shape_ += token.raw;
+    followClauses(token);
+    return i + 1;
+  }
+
+  // A literal's replacement and what touches it stay two tokens.
+  bool wouldGrow(std::size_t i) const {
+    const Kind before = tokens_[i - 1].kind;
+    return (before == Kind::Text || before == Kind::Number) && tokens_[i].kind != Kind::Symbol;
+  }
+
+  void followClauses(const Token& token) {
+    if (isWord(token, {"where", "on", "having", "set", "values"})) numbersAreValues_ = true;
+    if (isWord(token, {"select", "order", "group", "limit"})) numbersAreValues_ = false;
+    // The "and" of "x between 1 and 2" joins no conditions.
+    if (isWord(token, "between")) betweenIsOpen_ = true;
+    conditionBegins_ = isWord(token, {"where", "or", "not", "on", "having"}) || isSymbol(token, "(") ||
+                       (isWord(token, "and") && !betweenIsOpen_);
+    if (isWord(token, "and")) betweenIsOpen_ = false;
+  }
+
+  void putText(const Token& token) {
+    if (takesLiterals_) return putValue(token.value);
+    if (token.value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
+    shape_ += '\'';
+    for (const char c : token.value) shape_.append(c == '\'' ? 2 : 1, c);
+    shape_ += '\'';
+  }
+
+  void putNumber(const Token& token) {
+    const char* const end = token.raw.data() + token.raw.size();
+    std::int64_t whole = 0;
+    double real = 0;
+    const auto wholeRead = std::from_chars(token.raw.data(), end, whole);
+    if (wholeRead.ec == std::errc() && wholeRead.ptr == end) return putValue(whole);
+    const auto realRead = std::from_chars(token.raw.data(), end, real);
+    if (realRead.ec == std::errc() && realRead.ptr == end) return putValue(real);
+    shape_ += token.raw;
+  }
+
+  void putValue(SqlValue value) {
+    values_.push_back(std::move(value));
+    shape_ += '?' + std::to_string(values_.size());
+  }
+
+  // The index of the "<>" when a whole condition "column <> literal" begins at token i, else 0.
+  std::size_t columnUnequalLiteral(std::size_t i) const {
+    if (!conditionBegins_ || !isName(tokens_[i])) return 0;
+    std::size_t at = i + 1;
+    if (at + 1 < tokens_.size() && isSymbol(tokens_[at], ".") && isName(tokens_[at + 1])) at += 2;
+    if (at + 1 >= tokens_.size() || !(isSymbol(tokens_[at], "<>") || isSymbol(tokens_[at], "!="))) return 0;
+    const Kind operand = tokens_[at + 1].kind;
+    if (operand != Kind::Text && (operand != Kind::Number || !numbersAreValues_)) return 0;
+    return at + 2 >= tokens_.size() || conditionEnds(tokens_[at + 2]) ? at : 0;
+  }
+
+  static bool conditionEnds(const Token& token) {
+    return isSymbol(token, ")") || isWord(token, {"and", "or", "order", "group", "limit", "having", "union"});
+  }
+
+  // An index is of no use for "<>", but serves both sides of (column < literal or column > literal).
+  void putUnequal(std::size_t column, std::size_t unequal) {
+    std::string name;
+    for (std::size_t i = column; i < unequal; ++i) name += tokens_[i].raw;
+    if (column > 0 && tokens_[column].spaceBefore) shape_ += ' ';
+    shape_ += '(' + name + " < ";
+    const std::size_t valueStart = shape_.size();
+    const Token& literal = tokens_[unequal + 1];
+    literal.kind == Kind::Text ? putText(literal) : putNumber(literal);
+    const std::string value = shape_.substr(valueStart);
+    shape_ += " or " + name + " > " + value + ')';
+    followClauses(literal);
+  }
+
+  const Tokens& tokens_;
+  bool takesLiterals_ = false;
+  bool numbersAreValues_ = false;
+  bool conditionBegins_ = false;
+  bool betweenIsOpen_ = false;
+  std::string shape_;
+  std::vector<SqlValue> values_;
+};
+
+// ---- names ----
+
+// [begin, end) is "name" or "table.name"; "" for anything else.
+std::string qualifiedName(const Token* begin, const Token* end) {
+  const auto count = end - begin;
+  if (count == 1 && isName(*begin)) return plainName(*begin);
+  if (count == 3 && isName(begin[0]) && isSymbol(begin[1], ".") && isName(begin[2]))
+    return plainName(begin[0]) + '.' + plainName(begin[2]);
+  return {};
+}
+
+// One expression of a select list, [begin, end). "" for a star.
+std::string fieldName(const Token* begin, const Token* end) {
+  if (begin == end || isSymbol(end[-1], "*")) return {};
+  if (std::string name = qualifiedName(begin, end); !name.empty()) return name;
+  const bool alias = isName(end[-1]) && end - begin > 1 && (end[-2].kind != Kind::Symbol || isSymbol(end[-2], ")"));
+  if (alias) return plainName(end[-1]);
+  const char* const first = begin->raw.data();
+  return std::string(first, end[-1].raw.data() + end[-1].raw.size());
+}
+
+std::vector<std::string> selectFields(const Tokens& tokens) {
+  std::size_t start = 1;
+  if (start < tokens.size() && isWord(tokens[start], {"distinct", "all"})) ++start;
+  std::vector<std::string> fields;
+  int depth = 0;
+  for (std::size_t i = start; i <= tokens.size(); ++i) {
+    const bool listEnds = i == tokens.size() || (depth == 0 && isWord(tokens[i], {"from", "where", "order", "limit", "union"}));
+    if (listEnds || (depth == 0 && isSymbol(tokens[i], ","))) {
+      fields.push_back(fieldName(tokens.data() + start, tokens.data() + i));
+      if (fields.back().empty()) return {};
+      start = i + 1;
+    }
+    if (listEnds) break;
+    depth += depthStep(tokens[i]);
+  }
+  return fields;
+}
+
+std::string statementName(const Tokens& tokens) {
+  std::string name;
+  for (const char c : tokens.front().raw) name += lower(c);
+  for (std::size_t i = 1; i + 1 < tokens.size(); ++i) {
+    if (!isWord(tokens[i], {"from", "into", "table", "index"}) || !isName(tokens[i + 1])) continue;
+    for (name += ' '; const char c : tokens[i].raw) name += lower(c);
+    return name + ' ' + plainName(tokens[i + 1]);
+  }
+  return tokens.size() > 1 && isName(tokens[1]) ? name + ' ' + plainName(tokens[1]) : name;
+}
+
+void checkSingle(Tokens& tokens) {
+  if (!tokens.empty() && isSymbol(tokens.back(), ";")) tokens.pop_back();
+  if (tokens.empty()) refuse("There is no statement.");
+  for (const Token& token : tokens)
+    if (isSymbol(token, ";")) refuse("There is more than one statement.");
+  if (tokens.front().kind != Kind::Word) refuse("The statement does not begin with a word.");
+}
+
+}  // namespace
+
+SqlStatement translateSql(std::string_view sql) {
+  Tokens tokens = Lexer(sql).run();
+  checkSingle(tokens);
+  SqlStatement statement;
+  Translator(tokens).run(statement);
+  statement.name = statementName(tokens);
+  statement.isSelect = isWord(tokens.front(), "select");
+  if (statement.isSelect) statement.fields = selectFields(tokens);
+  return statement;
+}
+
+bool sameSqlName(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return lower(a) == lower(b); });
+}
+
+}  // namespace mv

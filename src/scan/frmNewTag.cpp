@@ -1,0 +1,97 @@
+#include "scan/frmNewTag.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "app/Settings.h"
+#include "app/WindowRegistry.h"
+#include "platform/Dialogs.h"
+#include "platform/Text.h"
+#include "store/Sequence.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 5200;   // twips
+constexpr int kHeight = 2100;  // twips
+
+}  // namespace
+
+frmNewTag::frmNewTag()
+    : EditorWindow(QStringLiteral("New Tag"), kWidth, kHeight),
+      txtTagName_(new QLineEdit(this)),
+      lblId_(new QLabel(this)) {
+  setObjectName(QStringLiteral("frmNewTag"));
+  buildFields();
+  txtTagName_->installEventFilter(this);
+}
+
+void frmNewTag::buildFields() {
+  txtTagName_->setObjectName(QStringLiteral("txtTagName"));
+  lblId_->setObjectName(QStringLiteral("lblId"));
+  lblId_->setAccessibleName(QStringLiteral("Identifier"));
+  auto* label = new QLabel(QStringLiteral("&Tag:"), this);
+  label->setBuddy(txtTagName_);
+
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(label, 0, 0);
+  grid->addWidget(txtTagName_, 0, 1);
+  grid->setRowStretch(1, 1);
+  grid->addWidget(lblId_, 2, 0, Qt::AlignLeft | Qt::AlignVCenter);
+  grid->addLayout(makeButtons(QStringLiteral("cmdOK"), QString(), QStringLiteral("cmdCancel"), QStringLiteral("&OK"),
+                              QStringLiteral("&Cancel")),
+                  2, 1);
+}
+
+void frmNewTag::initWindow() {
+  txtTagName_->setFocus();
+  if (Mode == "new") {
+    TagId = nextSequenceValue("tag_id");
+    lblId_->setText(QString::number(TagId));
+    return;
+  }
+  const Recordset rows = gDatabase.query("select id, tag from valid_tag where id = " + std::to_string(TagId));
+  if (rows.endOfRows()) return;
+  txtTagName_->setText(toQString(rows.text("tag")));
+  txtTagName_->selectAll();
+  lblId_->setText(toQString(rows.text("id")));
+}
+
+bool frmNewTag::eventFilter(QObject* watched, QEvent* event) {
+  // Queued: the click that brings the focus sets the cursor afterwards.
+  if (watched == txtTagName_ && event->type() == QEvent::FocusIn)
+    QMetaObject::invokeMethod(txtTagName_, &QLineEdit::selectAll, Qt::QueuedConnection);
+  return EditorWindow::eventFilter(watched, event);
+}
+
+bool frmNewTag::accept() {
+  const std::string tag = toUtf8(txtTagName_->text());
+  if (tag.empty()) {
+    showMessage(this, QStringLiteral("No Tag Text Provided"), QStringLiteral("Please enter the text for this tag"),
+                MessageIcon::Exclamation);
+    return false;
+  }
+  if (!save(tag)) {
+    showMessage(this, applicationTitle(), QStringLiteral("This tag has been deleted meanwhile. It was not saved."),
+                MessageIcon::Exclamation);
+    return false;
+  }
+  WindowRegistry::instance().tell(QStringLiteral("Tag Manager"), "init");
+  return true;
+}
+
+// False when the tag to be changed is gone.
+bool frmNewTag::save(const std::string& tag) {
+  if (Mode == "edit") {
+    gDatabase.execute("update valid_tag set tag = " + quoted(tag) + " where id = " + std::to_string(TagId));
+    return gDatabase.rowsAffected() > 0;
+  }
+  gDatabase.execute("insert into valid_tag (tag) values (" + quoted(tag) + ") ");
+  return true;
+}
+
+}  // namespace mv

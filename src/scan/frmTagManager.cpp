@@ -1,0 +1,72 @@
+#include "scan/frmTagManager.h"
+
+#include "app/Settings.h"
+#include "app/ToolIcons.h"
+#include "platform/Dialogs.h"
+#include "platform/Text.h"
+#include "scan/frmNewTag.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 6200;   // twips
+constexpr int kHeight = 3600;  // twips
+
+enum Column { kTag, kId };
+
+}  // namespace
+
+frmTagManager::frmTagManager() : ListWindow(QStringLiteral("Tag Manager"), kWidth, kHeight) {
+  setObjectName(QStringLiteral("frmTagManager"));
+  list().setObjectName(QStringLiteral("lvwTags"));
+  list().setColumns({{QStringLiteral("Tag"), 260}, {QStringLiteral("Id"), 80}});
+  setIdColumn(kId);
+  setKeepSorted(false);
+  addButton(QStringLiteral("      New      "), QString(), toolIcon(QStringLiteral("new")), [this] { openNew(); });
+  addButton(QStringLiteral("Edit"), QString(), toolIcon(QStringLiteral("edit")), [this] { editChosen(); });
+  addButton(QStringLiteral("Delete"), QString(), toolIcon(QStringLiteral("delete")), [this] { deleteChosen(); });
+  load();
+}
+
+void frmTagManager::buildWorkingLists(const std::string& command, long id) {
+  if (command == "reset") {
+    list().clearRows();
+    forgetChosen();
+  }
+  ListWindow::buildWorkingLists(command, id);
+}
+
+void frmTagManager::fillList() {
+  Recordset rows = gDatabase.query("select id, tag from valid_tag order by id");
+  for (; !rows.endOfRows(); rows.moveNext()) list().addRow({toQString(rows.text("tag")), toQString(rows.text("id"))});
+}
+
+void frmTagManager::openNew() {
+  auto* editor = new frmNewTag;
+  editor->Mode = "new";
+  editor->setCaption(QStringLiteral("New Tag"));
+  editor->open();
+}
+
+void frmTagManager::editChosen() {
+  if (chosenRow() < 0) return;
+  auto* editor = new frmNewTag;
+  editor->Mode = "edit";
+  editor->TagId = chosenId();
+  editor->setCaption(QStringLiteral("Edit Tag: ") + chosenText());
+  editor->open();
+}
+
+void frmTagManager::deleteChosen() {
+  if (chosenRow() < 0) {
+    showMessage(this, QStringLiteral("No Tag Selected"), QStringLiteral("Please select a tag to delete. "),
+                MessageIcon::Information);
+    return;
+  }
+  gDatabase.execute("delete from valid_tag where id = " + std::to_string(chosenId()));
+  forgetChosen();
+  buildWorkingLists("init");
+}
+
+}  // namespace mv

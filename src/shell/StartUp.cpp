@@ -1,0 +1,80 @@
+#include "shell/StartUp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "app/ErrorLog.h"
+#include "app/ReportError.h"
+#include "app/Settings.h"
+#include "app/WindowRegistry.h"
+#include "platform/Shell.h"
+#include "platform/Text.h"
+#include "shell/frmDownloadManager.h"
+#include "shell/frmSplash.h"
+#include "sites/frmWebSites.h"
+#include "store/ProgramDatabase.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kSecondsPerHour = 3600;
+constexpr const char* kDatabaseName = "/morvane2000.mdb";
+constexpr const char* kSharedFolder = "/../share/morvane2000";
+
+}  // namespace
+
+std::string findProgramFolder(const std::string& executableFolder, const std::string& userFolder) {
+  const QString own = toQString(executableFolder);
+  const QString shipped = QDir::cleanPath(own + QString::fromLatin1(kSharedFolder)) + QString::fromLatin1(kDatabaseName);
+  const bool writable = QFileInfo(own).isWritable();
+  if (writable && (QFile::exists(own + QString::fromLatin1(kDatabaseName)) || !QFile::exists(shipped)))
+    return executableFolder;
+
+  const QString users = toQString(userFolder);
+  const QString copy = users + QString::fromLatin1(kDatabaseName);
+  if (QDir().mkpath(users) && !QFile::exists(copy) && QFile::copy(shipped, copy))
+    QFile::setPermissions(copy, QFile::permissions(copy) | QFile::ReadOwner | QFile::WriteOwner);
+  return userFolder;
+}
+
+StartUp::StartUp() = default;
+
+StartUp::~StartUp() {
+  main_.reset();
+  gDatabase.close();
+}
+
+bool StartUp::run(const std::string& programFolder) {
+  guarded("main", [&] {
+    openData(programFolder);
+    openWindows();
+  });
+  return main_ != nullptr;
+}
+
+void StartUp::openData(const std::string& programFolder) {
+  setProgramFolder(programFolder);
+  openProgramDatabase(gDatabasePath);
+  gAppClosing = false;
+  logOpened();
+  // Without preferences the program still starts, with everything off.
+  guarded("loadPreferences", loadPreferences);
+  upgradeDatabase();
+  ensureIndexes();
+}
+
+void StartUp::openWindows() {
+  main_ = std::make_unique<frmDownloadManager>();
+  guarded("frmDownloadManager", [this] { main_->initWindow(); });
+  main_->show();
+  auto* webSites = showSingle<frmWebSites>();
+  main_->splash().showBriefly();
+  if (!isYes(gAutoScan)) return;
+  gQuitAt = now().addSecs(qint64{gQuitTime} * kSecondsPerHour);
+  webSites->tmrQuit.start();
+  webSites->autoScan();
+}
+
+}  // namespace mv

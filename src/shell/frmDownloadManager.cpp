@@ -1,0 +1,200 @@
+#include "shell/frmDownloadManager.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+
+#include "app/ChildWindow.h"
+#include "app/EndProgram.h"
+#include "app/ErrorLog.h"
+#include "app/ListHelpers.h"
+#include "app/ReportError.h"
+#include "app/Settings.h"
+#include "app/WindowPosition.h"
+#include "app/WindowRegistry.h"
+#include "catalog/frmFileTypeManager.h"
+#include "platform/Dialogs.h"
+#include "platform/Text.h"
+#include "platform/Twips.h"
+#include "scan/frmTagManager.h"
+#include "shell/Arrange.h"
+#include "shell/Clipboard.h"
+#include "shell/VendorServers.h"
+#include "shell/frmSplash.h"
+#include "sites/frmWebSites.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 6200;   // twips
+constexpr int kHeight = 3600;  // twips
+constexpr int kTimerQuitInterval = 8000;
+
+}  // namespace
+
+frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
+  setObjectName(QStringLiteral("frmDownloadManager"));
+  setWindowTitle(applicationTitle());
+  setCentralWidget(area_);
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  buildFileMenu();
+  buildEditMenu();
+  buildToolsMenu();
+  buildWindowsMenu();
+  buildHelpMenu();
+  buildStatusIndicators();
+  timerQuit.setInterval(kTimerQuitInterval);
+  connect(&timerQuit, &QTimer::timeout, this, [] { endProgramNow(); });
+  setGeometry(0, 0, twipsToPixels(kWidth), twipsToPixels(kHeight));
+}
+
+frmDownloadManager::~frmDownloadManager() = default;
+
+void frmDownloadManager::initWindow() {
+  long top = 0, left = 0, height = 0, width = 0;
+  readWindowPosition(toUtf8(windowTitle()), top, left, height, width);
+  if (height == 0) return;
+  const auto pixels = [](long twips) { return twipsToPixels(static_cast<int>(twips)); };
+  move(pixels(left), pixels(top));
+  resize(pixels(width), pixels(height));
+}
+
+void frmDownloadManager::setClipboardItemsEnabled(bool enabled) {
+  mnuEditCut_->setEnabled(enabled);
+  mnuEditCopy_->setEnabled(enabled);
+  mnuEditPaste_->setEnabled(enabled);
+}
+
+void frmDownloadManager::setDeleteWebSiteEnabled(bool enabled) { mnuEditDeleteWebSite_->setEnabled(enabled); }
+
+void frmDownloadManager::hideStatusIndicators() {
+  for (QLabel* label : {lblUpdates_, lblHelpUpdates_, pictUpdates_, pictHelpUpdates_}) label->hide();
+  statusBar()->hide();
+}
+
+frmSplash& frmDownloadManager::splash() {
+  if (!splash_) splash_ = new frmSplash(this);
+  return *splash_;
+}
+
+void frmDownloadManager::closeEvent(QCloseEvent* event) {
+  gAppClosing = true;
+  unloadChildWindows();
+  guarded("frmDownloadManager", [this] { saveOwnPosition(); });
+  try {
+    logClosed();
+  } catch (const std::exception&) {
+    // The program ends either way; a log that cannot be written must not hold it.
+  }
+  event->accept();
+  QApplication::quit();
+}
+
+void frmDownloadManager::unloadChildWindows() {
+  auto& registry = WindowRegistry::instance();
+  for (ChildWindow* window : registry.windows())
+    if (registry.isLoaded(window)) window->unload();
+}
+
+void frmDownloadManager::saveOwnPosition() {
+  if (isMinimized() || !gDatabase.isOpen()) return;
+  const QRect place = isMaximized() ? normalGeometry() : QRect(pos(), size());
+  saveWindowPosition(toUtf8(windowTitle()), pixelsToTwips(place.top()), pixelsToTwips(place.left()),
+                     pixelsToTwips(place.height()), pixelsToTwips(place.width()));
+}
+
+QAction* frmDownloadManager::addItem(QMenu* menu, const char* name, const QString& caption,
+                                     std::function<void()> open) {
+  QAction* item = menu->addAction(caption);
+  item->setObjectName(QString::fromLatin1(name));
+  item->setEnabled(static_cast<bool>(open));
+  if (open) connect(item, &QAction::triggered, this, [open, name] { guarded(name, open); });
+  return item;
+}
+
+QAction* frmDownloadManager::addPageItem(QMenu* menu, const char* name, const QString& caption,
+                                         const QString& address) {
+  return addItem(menu, name, caption, [this, address] { openInBrowser(this, address); });
+}
+
+void frmDownloadManager::buildFileMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("&File"));
+  menu->setObjectName(QStringLiteral("mnuFile"));
+  addItem(menu, "mnuFilePrefs", QStringLiteral("&Preferences..."));
+  menu->addSeparator()->setObjectName(QStringLiteral("mnuSep5"));
+  addItem(menu, "mnuFileExit", QStringLiteral("&Exit"), [] { endProgramNow(); });
+}
+
+void frmDownloadManager::buildEditMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Edit"));
+  menu->setObjectName(QStringLiteral("mnuEdit"));
+  mnuEditCut_ = addItem(menu, "mnuEditCut", QStringLiteral("&Cut"), cutToClipboard);
+  mnuEditCopy_ = addItem(menu, "mnuEditCopy", QStringLiteral("C&opy"), copyToClipboard);
+  mnuEditPaste_ = addItem(menu, "mnuEditPaste", QStringLiteral("P&aste"), pasteFromClipboard);
+  menu->addSeparator()->setObjectName(QStringLiteral("mnuSep2"));
+  mnuEditDeleteWebSite_ = addItem(menu, "mnuEditDeleteWebSite", QStringLiteral("&Delete Web Site"));
+}
+
+void frmDownloadManager::buildToolsMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Tools"));
+  menu->setObjectName(QStringLiteral("mnuTools"));
+  addItem(menu, "mnuToolsPictureViewer", QStringLiteral("&Picture Viewer"));
+  addItem(menu, "mnuToolsWebSiteManager", QStringLiteral("&Web Site Manager"), [] { showSingle<frmWebSites>(); });
+  addItem(menu, "mnuToolsProcessManager", QStringLiteral("P&rocess Manager"));
+  menu->addSeparator()->setObjectName(QStringLiteral("mnuSeop3"));
+  addItem(menu, "mnuToolsFormManager", QStringLiteral("F&orm Manager"));
+  addItem(menu, "mnuToolsFilterManager", QStringLiteral("&Filter Manager"));
+  addItem(menu, "mnuToolsRuleManager", QStringLiteral("&Rule Manager"));
+  addItem(menu, "mnuToolsFileTypeManager", QStringLiteral("FileType &Manager"),
+          [] { showSingle<frmFileTypeManager>(); });
+  addItem(menu, "mnuToolsTagManager", QStringLiteral("Ta&g Manager"), [] { showSingle<frmTagManager>(); });
+}
+
+void frmDownloadManager::buildWindowsMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Windows"));
+  menu->setObjectName(QStringLiteral("mnuWindows"));
+  addItem(menu, "mnuWindowsCascade", QStringLiteral("&Cascade"), [this] { cascadeWindows(*area_); });
+  addItem(menu, "mnuWindowsTileHorizontally", QStringLiteral("Tile &Horizontally"),
+          [this] { tileHorizontally(*area_); });
+  addItem(menu, "mnuWindowsTileVertically", QStringLiteral("Tile &Vertically"), [this] { tileVertically(*area_); });
+}
+
+void frmDownloadManager::buildHelpMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Help"));
+  menu->setObjectName(QStringLiteral("mnuHelp"));
+  addItem(menu, "mnuHelpOpen", QStringLiteral("&Open Help"));
+  addPageItem(menu, "mnuHelpOnlineManual", QStringLiteral("Morvane2000 Online &Manual"),
+              supportPage(QStringLiteral("/morvane2000/manual.html")));
+  addPageItem(menu, "mnuHelpMorvaneHelpPage", QStringLiteral("Morvane2000 &Help Page"),
+              supportPage(QStringLiteral("/morvane2000/help.html")));
+  addPageItem(menu, "mnuHelpMorvane99HomePage", QStringLiteral("&Morvane2000 Home Page"),
+              supportPage(QStringLiteral("/morvane2000/index.html")));
+  menu->addSeparator()->setObjectName(QStringLiteral("sep16"));
+  addPageItem(menu, "mnuHelpQuillonSupportSite", QStringLiteral("Quillon &Support Site"),
+              supportPage(QStringLiteral("/")));
+  addPageItem(menu, "mnuHelpQuillonHomePage", QStringLiteral("&Quillon Home Page"), makerPage());
+  menu->addSeparator()->setObjectName(QStringLiteral("sep18"));
+  addItem(menu, "mnuAbout", QStringLiteral("&About Morvane2000"), [this] { splash().showUntilClosed(); });
+}
+
+void frmDownloadManager::buildStatusIndicators() {
+  const auto indicator = [this](const char* name) {
+    auto* label = new QLabel(this);
+    label->setObjectName(QString::fromLatin1(name));
+    statusBar()->addWidget(label);
+    return label;
+  };
+  pictUpdates_ = indicator("pictUpdates");
+  lblUpdates_ = indicator("lblUpdates");
+  pictHelpUpdates_ = indicator("pictHelpUpdates");
+  lblHelpUpdates_ = indicator("lblHelpUpdates");
+  hideStatusIndicators();
+}
+
+}  // namespace mv

@@ -1,0 +1,87 @@
+#include "shell/frmSplash.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/Dialogs.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kShownFor = 4000;  // ms
+constexpr int kPictureSize = 96;
+
+QLabel* centredLabel(const QString& text, qreal scale, bool bold) {
+  auto* label = new QLabel(text);
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * scale);
+  font.setBold(bold);
+  label->setFont(font);
+  label->setAlignment(Qt::AlignCenter);
+  return label;
+}
+
+}  // namespace
+
+frmSplash::frmSplash(QWidget* owner) : QWidget(owner, Qt::Dialog | Qt::FramelessWindowHint) {
+  setObjectName(QStringLiteral("frmSplash"));
+  setWindowTitle(QStringLiteral("About ") + applicationTitle());
+  setAttribute(Qt::WA_ShowWithoutActivating);
+
+  auto* picture = new QLabel;
+  picture->setPixmap(QApplication::windowIcon().pixmap(kPictureSize));
+  picture->setAlignment(Qt::AlignCenter);
+  close_ = new QPushButton(QStringLiteral("Close"));
+  connect(close_, &QPushButton::clicked, this, &QWidget::hide);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(40, 28, 40, 24);
+  layout->addWidget(picture);
+  layout->addWidget(centredLabel(applicationTitle(), 2.0, true));
+  layout->addWidget(centredLabel(QStringLiteral("Version ") + QApplication::applicationVersion(), 1.0, false));
+  layout->addWidget(centredLabel(QStringLiteral("Harvests files from web sites"), 1.1, false));
+  layout->addSpacing(8);
+  layout->addWidget(close_, 0, Qt::AlignHCenter);
+
+  closingTimer.setSingleShot(true);
+  closingTimer.setInterval(kShownFor);
+  connect(&closingTimer, &QTimer::timeout, this, &QWidget::hide);
+}
+
+void frmSplash::showBriefly() {
+  close_->hide();
+  showCentred();
+  closingTimer.start();
+}
+
+void frmSplash::showUntilClosed() {
+  closingTimer.stop();
+  close_->show();
+  showCentred();
+  raise();
+  activateWindow();
+  close_->setFocus();
+}
+
+void frmSplash::mousePressEvent(QMouseEvent*) { hide(); }
+
+void frmSplash::keyPressEvent(QKeyEvent* event) {
+  const bool closes = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  closes ? hide() : QWidget::keyPressEvent(event);
+}
+
+void frmSplash::showCentred() {
+  adjustSize();
+  if (const QWidget* owner = parentWidget()) {
+    const QPoint centre = owner->frameGeometry().center() - rect().center();
+    move(qMax(0, centre.x()), qMax(0, centre.y()));
+  }
+  show();
+}
+
+}  // namespace mv

@@ -1,0 +1,29 @@
+// A one-line text box that selects its whole text when it gets the focus, and takes only some characters: unwanted keys
+// are discarded, unwanted characters of a pasted text are left out.
+#pragma once
+
+#include <QLineEdit>
+
+namespace mv {
+
+class EntryBox : public QLineEdit {
+  Q_OBJECT
+ public:
+  enum class Accepts { AnyText, Digits, NoQuotes };
+
+  // The longest run of digits that can be typed: whatever is computed from it stays within 64 bits.
+  static constexpr int kMaxDigits = 9;
+
+  EntryBox(const QString& objectName, Accepts accepts, QWidget* parent);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  Accepts accepts_;
+  bool focusedByMouse_ = false;
+};
+
+}  // namespace mv

@@ -1,0 +1,66 @@
+// Tab "Authentication" of the site editor: the login form of the site, and the user's values for up to five of its fields.
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "sites/SlotRunner.h"
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+
+namespace mv {
+
+class LoginFormFields : public QWidget {
+  Q_OBJECT
+ public:
+  explicit LoginFormFields(SlotRunner run);
+
+  // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
+  void buildForms();
+  // Chooses the site's form and shows the site's values. Raises DatabaseError.
+  void loadSite(std::int32_t siteId);
+
+  // 0 until a form is chosen.
+  std::int32_t chosenFormId() const { return chosenFormId_; }
+  // Field and value of every prompt, at most five.
+  std::vector<std::pair<std::int64_t, std::string>> fieldValues() const;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  static constexpr int kRows = 5;
+
+  // A field of the chosen form that the user supplies.
+  struct Prompt {
+    std::int64_t fieldId;
+    QString prompt;
+    QString defaultValue;
+  };
+
+  QWidget* makeRows();
+  QWidget* makeHelp();
+  void choose(int index);
+  void loadPrompts();
+  void hideRows();
+  void showRows();
+  int shownPrompts() const;
+
+  SlotRunner run_;
+  std::int32_t chosenFormId_ = 0;
+  std::vector<Prompt> fieldInfo_;
+  QComboBox* cmboAuthenticationService_;
+  std::array<QLabel*, kRows> lblFieldName_;
+  std::array<QLineEdit*, kRows> txtFieldName_;
+  QGroupBox* frmFieldHelp_;
+  QLabel* txtFieldHelp_;
+};
+
+}  // namespace mv

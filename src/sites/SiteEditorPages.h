@@ -1,0 +1,74 @@
+// The plain tabs of the site editor: their controls and fixed texts, without behaviour beyond the typing rules.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+class QCheckBox;
+class QPushButton;
+class QScrollArea;
+
+namespace mv {
+
+class EntryBox;
+
+// "Required Info": the location and the four limits.
+class RequiredInfoPage : public QWidget {
+ public:
+  RequiredInfoPage();
+
+  std::array<EntryBox*, 4> limitBoxes() const;
+  // The label of the first limit box that is empty, "" when none is.
+  QString emptyLimit() const;
+
+  EntryBox* txtURL;
+  EntryBox* txtUpperLimit;
+  EntryBox* txtLowerLimit;
+  EntryBox* txtPagesToScan;
+  EntryBox* txtFilesToDownload;
+};
+
+// "Paths": the default folder, unique file names, the way to the path manager.
+class PathsPage : public QWidget {
+ public:
+  PathsPage();
+
+  EntryBox* txtDefaultPath;
+  QPushButton* cmdBrowse;
+  QCheckBox* optPathUniqueNames;
+  EntryBox* txtPathsBaseName;
+  QPushButton* cmdOpenPathManager;
+
+ private:
+  QWidget* makeUniqueNames();
+  QWidget* makePathManagement();
+};
+
+class AutoScanPage : public QWidget {
+ public:
+  AutoScanPage();
+  QCheckBox* chkAutoScan;
+};
+
+class DomainHoppingPage : public QWidget {
+ public:
+  DomainHoppingPage();
+  EntryBox* txtHops;
+};
+
+// "Other": the way of building addresses, the link cache.
+class OtherPage : public QWidget {
+ public:
+  OtherPage();
+  QCheckBox* chkAlternateMatchPath;
+  QPushButton* cmdClearCache;
+
+ private:
+  QWidget* makePathMatching();
+  QWidget* makeLinkCache();
+};
+
+// `page` behind scroll bars, which appear where the window is too small for it.
+QScrollArea* scrolled(QWidget* page);
+
+}  // namespace mv

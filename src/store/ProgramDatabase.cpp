@@ -1,0 +1,64 @@
+#include "store/ProgramDatabase.h"
+
+#include "app/ReportError.h"
+#include "app/Settings.h"
+
+namespace mv {
+
+namespace {
+
+// Tables that every layout of the program's database has had.
+const Database::TableNames kTables{"site",   "link", "valid_filetypes", "site_filetype_xref", "site_paths",
+                                   "filter", "rule", "site_filter_xref", "filter_rule_xref",  "valid_rule",
+                                   "valid_field", "valid_tag", "valid_sid", "form", "field_info",
+                                   "site_form_xref", "site_field_xref", "form_def_update", "help_info", "pref",
+                                   "win_pos"};
+
+constexpr std::string_view kUpgrade[] = {
+    "alter table [site] add column [unique_names] text(3)",
+    "alter table [site] add column [base_name] text(200)",
+    "insert into valid_sid (sid_name, next_value) values (\"filename_id\",1)",
+    "update site set unique_names = \"no\"",
+    "update site set base_name = \"NewFile\"",
+    "update site set alternate_matchpath = \"no\" where alternate_matchpath <> \"yes\"",
+};
+
+constexpr std::string_view kIndexes[] = {
+    "create index if not exists link_url on link (url)",
+    "create index if not exists link_site_type_status on link (site_id, link_type, status)",
+    "create index if not exists link_site_status_type on link (site_id, status, link_type)",
+    "create index if not exists win_pos_name on win_pos (wname)",
+};
+
+bool lacksUniqueNames() {
+  try {
+    gDatabase.query("select unique_names from site").recordCount();
+  } catch (const DatabaseError& error) {
+    constexpr long kUnknownColumnInOlderEngines = 3065;
+    return error.number() == DatabaseError::kUnknownColumn || error.number() == kUnknownColumnInOlderEngines;
+  }
+  return false;
+}
+
+}  // namespace
+
+void openProgramDatabase(const std::string& path) { gDatabase.open(path, kTables); }
+
+void upgradeDatabase() {
+  if (!lacksUniqueNames()) return;
+  // Half an upgrade would pass for a whole one at the next start.
+  gDatabase.execute("begin");
+  try {
+    for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
+  } catch (...) {
+    gDatabase.execute("rollback");
+    throw;
+  }
+  gDatabase.execute("commit");
+}
+
+void ensureIndexes() {
+  for (const std::string_view statement : kIndexes) gDatabase.execute(statement);
+}
+
+}  // namespace mv

@@ -1,0 +1,21 @@
+#include "store/Sequence.h"
+
+#include <string>
+
+#include "app/ReportError.h"
+#include "app/Settings.h"
+
+namespace mv {
+
+std::int32_t nextSequenceValue(std::string_view sidName) {
+  std::int32_t result = 0;
+  guarded("nextSequenceValue", [&] {
+    const std::string where = " where sid_name = '" + std::string(sidName) + '\'';
+    const auto value = gDatabase.query("select next_value from valid_sid" + where).number("next_value");
+    gDatabase.execute("update valid_sid set next_value = " + std::to_string(value + 1) + where);
+    result = static_cast<std::int32_t>(value);
+  });
+  return result;
+}
+
+}  // namespace mv

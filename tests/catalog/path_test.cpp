@@ -1,0 +1,79 @@
+// The folders of sites and file types, on disk and in the database.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+
+#include "catalog/clsPath.h"
+#include "platform/AtomicFile.h"
+#include "support/Fixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class PathTest : public mvtest::ProgramTest {
+ protected:
+  PathTest() { path.SiteID = mvtest::addSite("host/a", folder()); }
+  mv::clsPath path;
+};
+
+TEST_F(PathTest, MakesFoldersWithTheirParents) {
+  for (const char* name : {"/one", "/two/three/four", "/tr\xc3\xa4iling/"}) {
+    path.Path = folder() + name;
+    path.checkPath();
+    path.checkPath();
+    EXPECT_TRUE(fs::is_directory(path.Path)) << path.Path;
+  }
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(PathTest, AFileOfThatNameCountsAsExisting) {
+  path.Path = folder() + "/taken";
+  std::ofstream(path.Path) << "x";
+  path.checkPath();
+  EXPECT_TRUE(fs::is_regular_file(path.Path));
+}
+
+TEST_F(PathTest, AFolderThatCannotBeMadeIsRaised) {
+  std::ofstream(folder() + "/file") << "x";
+  for (const std::string& name : {folder() + "/file/below", folder() + "/" + std::string(300, 'n'), std::string()}) {
+    path.Path = name;
+    EXPECT_THROW(path.checkPath(), mv::FileError) << name;
+  }
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(PathTest, AnyOtherFailureOfTheLookUpIsAMessage) {
+  fs::create_directory_symlink(folder() + "/loop", folder() + "/loop");
+  path.Path = folder() + "/loop/below";
+  path.checkPath();
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].text.startsWith("createPath\r\n\r\n" + QString::number(ELOOP) + " - "));
+}
+
+TEST_F(PathTest, KeepsOneFolderPerFileType) {
+  EXPECT_EQ(path.GetPathForFileType(3), "none");
+  EXPECT_EQ(path.Path, "none");
+  path.AddSitePath("/first", 3);
+  path.AddSitePath("/other", 4);
+  path.AddSitePath("/sec\"ond|'x'", 3);
+  EXPECT_EQ(path.GetPathForFileType(3), "/sec\"ond|'x'");
+  EXPECT_EQ(path.GetPathForFileType(4), "/other");
+  EXPECT_EQ(count("site_paths"), 2);
+
+  mv::clsPath stranger;
+  stranger.SiteID = path.SiteID + 1;
+  EXPECT_EQ(stranger.GetPathForFileType(3), "none");
+}
+
+TEST_F(PathTest, StoresTheDefaultFolderOfOneSite) {
+  const int other = mvtest::addSite("host/b", "/b");
+  path.AddDefaultPathForSite("/new \"place\"");
+  EXPECT_EQ(value("select download_path from site where id = " + std::to_string(path.SiteID)), "/new \"place\"");
+  EXPECT_EQ(value("select download_path from site where id = " + std::to_string(other)), "/b");
+}
+
+}  // namespace

@@ -1,0 +1,181 @@
+// demo <program>: serves the bundled gallery on 127.0.0.1, lets the real program harvest it with automatic scanning on,
+// and lists what was saved. Works with and without a display. The exit code says whether files and link rows are the
+// expected ones.
+
+#include <QBuffer>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QCoreApplication>
+#include <QImage>
+#include <QRandomGenerator>
+#include <QThread>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "catalog/clsPath.h"
+#include "platform/Text.h"
+#include "support/ProgramRun.h"
+#include "support/TestSite.h"
+
+namespace {
+
+constexpr int kDeadlineMs = 180'000;
+constexpr int kLookEveryMs = 500;
+constexpr const char* kPngFolder = "/Pictures in PNG";
+
+// A picture of the gallery: where it is, its size, and whether it is to be saved.
+struct Picture {
+  const char* path;
+  const char* format;
+  int side;
+  bool wanted;
+};
+
+constexpr Picture kPictures[] = {
+    {"/pictures/entrance.png", "png", 120, true},  {"/pictures/founder.png", "png", 90, true},
+    {"/pictures/poster.bmp", "bmp", 700, false},  // above the largest size
+    {"/gallery/hall.jpg", "jpg", 240, true},       {"/gallery/map.png", "png", 160, true},
+    {"/gallery/birds/heron.jpg", "jpg", 200, true}, {"/gallery/birds/heron-thumb.png", "png", 16, false},  // below
+    {"/gallery/birds/wren.jpg", "jpg", 220, true}, {"/gallery/trees/oak.jpg", "jpg", 260, true},
+    {"/gallery/trees/leaf.bmp", "bmp", 80, true},
+};
+
+// The rows that the link table is to hold in the end: type and status, and how many.
+const std::map<std::string, int> kExpectedRows = {{"Directory, Done", 1}, {"Document, Done", 6}, {"File, Done", 11}};
+
+std::string pictureBytes(const Picture& picture) {
+  QImage image(picture.side, picture.side, QImage::Format_RGB32);
+  QRandomGenerator noise(static_cast<quint32>(picture.side));
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, noise.generate() | 0xff000000u);
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, picture.format);
+  return buffer.data().toStdString();
+}
+
+std::string readAll(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+void fillSite(mvtest::TestSite& site) {
+  const QString root = QStringLiteral(MORVANE_DEMO_SITE);
+  QDirIterator pages(root, {QStringLiteral("*.html")}, QDir::Files, QDirIterator::Subdirectories);
+  while (pages.hasNext()) {
+    const QString file = pages.next();
+    QString html = mv::toQString(readAll(file));
+    html.replace(QStringLiteral("@HOST@"), mv::toQString(site.host()));
+    const std::string path = mv::toUtf8(file.mid(root.size()));
+    site.page(path, mv::toUtf8(html));
+    if (path == "/index.html") site.page("/", mv::toUtf8(html));
+  }
+  for (const Picture& picture : kPictures)
+    site.file(picture.path, std::string("image/") + picture.format, pictureBytes(picture));
+}
+
+std::map<std::string, int> linkRows() {
+  std::map<std::string, int> rows;
+  auto links = mv::gDatabase.query("select link_type, status from link");
+  for (; !links.endOfRows(); links.moveNext()) ++rows[links.text("link_type") + ", " + links.text("status")];
+  return rows;
+}
+
+QString savedPath(const Picture& picture) {
+  const QString path = QString::fromLatin1(picture.path);
+  const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+  const bool png = name.endsWith(QStringLiteral(".png"));
+  return mv::toQString(mv::gDownloadFolder) + (png ? QString::fromLatin1(kPngFolder) : QString()) + QLatin1Char('/') + name;
+}
+
+bool allSaved() {
+  for (const Picture& picture : kPictures)
+    if (picture.wanted && !QFile::exists(savedPath(picture))) return false;
+  return true;
+}
+
+bool waitForHarvest(mvtest::ProgramRun& program) {
+  QElapsedTimer clock;
+  clock.start();
+  while (clock.elapsed() < kDeadlineMs && program.isRunning()) {
+    if (allSaved() && linkRows() == kExpectedRows) return true;
+    QThread::msleep(kLookEveryMs);
+  }
+  return false;
+}
+
+// Prints the files and answers whether they are the wanted ones, byte for byte.
+bool listFiles() {
+  bool good = true;
+  std::map<QString, std::string> wanted;
+  for (const Picture& picture : kPictures)
+    if (picture.wanted) wanted[savedPath(picture)] = pictureBytes(picture);
+  std::printf("Files saved:\n");
+  const QString root = mv::toQString(mv::gDownloadFolder);
+  QDirIterator files(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  std::map<QString, bool> found;
+  while (files.hasNext()) {
+    const QString path = files.next();
+    const auto match = wanted.find(path);
+    const bool right = match != wanted.end() && match->second == readAll(path);
+    found[path] = right;
+  }
+  for (const auto& [path, right] : found) {
+    std::printf("  %9lld  %s%s\n", static_cast<long long>(QFileInfo(path).size()),
+                qPrintable(path.mid(root.size() + 1)), right ? "" : "   <- not expected");
+    good = good && right;
+  }
+  for (const auto& [path, bytes] : wanted)
+    if (!found.count(path)) {
+      std::printf("  missing: %s\n", qPrintable(path));
+      good = false;
+    }
+  return good;
+}
+
+bool listRows() {
+  const auto rows = linkRows();
+  std::printf("Links by type and status:\n");
+  for (const auto& [kind, number] : rows) std::printf("  %4d  %s\n", number, kind.c_str());
+  return rows == kExpectedRows;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: demo <program>\n");
+    return 2;
+  }
+  const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  QCoreApplication application(argc, argv);
+
+  mvtest::TestSite site;
+  fillSite(site);
+  mvtest::ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
+  std::vector<std::int64_t> types;
+  mv::clsPath paths;
+  paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"}, &types);
+  paths.AddSitePath(mv::gDownloadFolder + kPngFolder, types.front());
+
+  std::printf("Serving a gallery on http://%s/ and harvesting it%s ...\n", site.host().c_str(),
+              display ? "" : " (no display)");
+  std::fflush(stdout);
+  if (!program.start()) {
+    std::fprintf(stderr, "The program did not start.\n");
+    return 1;
+  }
+  const bool finished = waitForHarvest(program);
+  const bool ended = program.terminate();
+
+  const bool files = listFiles();
+  const bool rows = listRows();
+  const bool good = finished && ended && files && rows;
+  std::printf("%s\n", good ? "The harvest is as expected." : "The harvest is NOT as expected.");
+  return good ? 0 : 1;
+}

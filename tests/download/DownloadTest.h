@@ -1,0 +1,84 @@
+// A download process on a loopback site, and what became of each of its files.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "download/DownloadProcess.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace mvtest {
+
+struct Outcome {
+  std::string state;
+  std::string label;
+  std::string size;
+};
+
+// `Base`: ProgramTest or WindowTest.
+template <class Base>
+class DownloadTest : public Base {
+ protected:
+  DownloadTest() : saveFolder(this->folder() + "/saved") {
+    siteId = addSite(site.host(), saveFolder);
+    mv::gOverwriteExisting = "no";
+  }
+
+  // A link of the site waiting to be downloaded; returns its id.
+  int addLink(const std::string& address, const std::string& type) {
+    mv::gDatabase.execute(
+        "insert into link (id, site_id, url, link_type, username, password, status, file_type) values (" +
+        std::to_string(++lastLink) + ", " + std::to_string(siteId) + ", " + mv::quoted(address) + ", \"File\", \"\", " +
+        "\"\", \"False\", " + mv::quoted(type) + ")");
+    return lastLink;
+  }
+  // The same, and the file itself.
+  int addFile(const std::string& path, const std::string& body, const std::string& type = "jpg") {
+    site.file(path, "application/octet-stream", body);
+    return addLink(site.host() + path, type);
+  }
+
+  void prepare(mv::DownloadProcess& process) {
+    process.SiteId = siteId;
+    process.SiteName = site.host();
+    process.UniqueNames = "no";
+    process.BaseName = "NewFile";
+    process.tmrOKToDownload.setInterval(1);
+    QObject::connect(&process.lvwLinks, &QAbstractItemModel::dataChanged, &process,
+                     [this, &process](QModelIndex index) {
+                       const mv::WorkRow& row = process.lvwLinks.row(index.row());
+                       outcomes[row.fileName] = {mv::stateText(row.state), process.fileLabel(), process.sizeText()};
+                     });
+  }
+  bool allDone() { return this->count("link", "status <> \"Done\"") == 0; }
+
+  std::string path(const std::string& name) const { return saveFolder + "/" + name; }
+  // Names of all files below the program folder's "saved", hidden ones too.
+  std::vector<std::string> savedFiles() const {
+    std::vector<std::string> names;
+    if (!std::filesystem::exists(saveFolder)) return names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(saveFolder))
+      if (!entry.is_directory()) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  void setSite(const std::string& assignments) {
+    mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
+  }
+
+  TestSite site;
+  std::string saveFolder;
+  int siteId = 0;
+  int lastLink = 100;
+  std::map<std::string, Outcome> outcomes;  // by file name, as last shown
+};
+
+}  // namespace mvtest

@@ -1,0 +1,371 @@
+// Whole downloads: from the stored link to the file on disk, with the faults that sites and disks have.
+
+#include <QAbstractItemModel>
+#include <algorithm>
+#include <ctime>
+#include <fstream>
+
+#include "download/DownloadProcess.h"
+#include "download/DownloadTest.h"
+
+namespace {
+
+using mv::AtomicFile;
+using mv::DownloadProcess;
+using mvtest::Fault;
+using mvtest::readFile;
+using mvtest::Resource;
+using mvtest::waitFor;
+using Names = std::vector<std::string>;
+
+class DownloadProcessTest : public mvtest::DownloadTest<mvtest::ProgramTest> {
+ protected:
+  DownloadProcessTest() { renew(); }
+  ~DownloadProcessTest() override {
+    AtomicFile::failAfterBytes(0);
+    stop();
+  }
+
+  void renew() {
+    process = std::make_unique<DownloadProcess>();
+    prepare(*process);
+  }
+  void stop() {
+    bool rested = false;
+    QObject::connect(process.get(), &mv::Process::stopped, [&rested] { rested = true; });
+    if (process->StopRequested()) return;
+    process->requestStop();
+    EXPECT_TRUE(waitFor([&rested] { return rested; }));
+  }
+  // Starts, and waits until every link is done.
+  void downloadAll() {
+    process->initWindow();
+    ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  }
+  std::vector<std::string> logLines() const {
+    std::ifstream log(folder() + "/MV2Errors.txt");
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(log, line);) lines.push_back(line.substr(0, line.find('\r')));
+    return lines;
+  }
+
+  std::unique_ptr<DownloadProcess> process;
+};
+
+// Runs the event loop until `done`; the most processor time that one turn of it took, in milliseconds.
+double longestTurn(const std::function<bool()>& done) {
+  const auto spent = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+  };
+  double longest = 0;
+  EXPECT_TRUE(waitFor(
+      [&] {
+        for (int turn = 0; turn < 20 && !done(); ++turn) {
+          const double start = spent();
+          QCoreApplication::processEvents();
+          longest = std::max(longest, spent() - start);
+        }
+        return done();
+      },
+      60'000));
+  return longest;
+}
+
+TEST_F(DownloadProcessTest, FetchesFilesWithinTheLimitsBothEndsIncluded) {
+  setSite("lower_limit = 1, upper_limit = 1");
+  const std::string sized = "Size (In Kilobytes) : ";
+  const struct {
+    const char* name;
+    std::size_t bytes;
+    bool saved;
+    std::string label, size;
+  } cases[] = {
+      {"small.jpg", 1023, false, " Too Small", "File Size:  1023 Below threshold of 1024"},
+      {"lower.jpg", 1024, true, "", sized + "1"},
+      {"next.jpg", 1025, true, "", sized + "1"},
+      {"half.jpg", 1536, true, "", sized + "1.5"},
+      {"upper.jpg", 1048576, true, "", sized + "1024"},
+      {"big.jpg", 1048577, false, " Too Big", "File Size:  1048577 Above threshold of 1048576"},
+      {"empty.jpg", 0, false, "", "File Size:  0 Zero Conetnt-Length - File Size Unknown"},
+  };
+  Names expected;
+  for (const auto& c : cases) {
+    std::string body(c.bytes, 'x');
+    if (c.bytes > 0) body.back() = 'z';
+    addFile(std::string("/") + c.name, body);
+    if (c.saved) expected.push_back(c.name);
+  }
+  Resource endless;
+  endless.body = std::string(2000, 'x');
+  endless.fault = Fault::NoContentLength;
+  site.add("/endless.jpg", endless);
+  addLink(site.host() + "/endless.jpg", "jpg");
+  downloadAll();
+
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(savedFiles(), expected);
+  for (const auto& c : cases) {
+    const mvtest::Outcome& outcome = outcomes[c.name];
+    EXPECT_EQ(outcome.state, "Done") << c.name;
+    EXPECT_EQ(outcome.label, std::string("File: ") + c.name + c.label);
+    EXPECT_EQ(outcome.size, c.size);
+    EXPECT_EQ(site.requestCount(std::string("/") + c.name), 1) << c.name;
+    if (c.saved) {
+      EXPECT_EQ(readFile(path(c.name)), std::string(c.bytes - 1, 'x') + "z");
+    }
+  }
+  EXPECT_EQ(outcomes["endless.jpg"].size, "File Size:   Zero Conetnt-Length - File Size Unknown");
+  EXPECT_EQ(process->ErrorCount(), 0);
+}
+
+TEST_F(DownloadProcessTest, LimitsBeyond32BitsAreNoObstacle) {
+  setSite("upper_limit = 9223372036854775807");
+  addFile("/a.jpg", "abc");
+  downloadAll();
+  EXPECT_EQ(readFile(path("a.jpg")), "abc");
+}
+
+TEST_F(DownloadProcessTest, EveryTypeGoesToItsOwnFolderOrTheDefaultOne) {
+  mv::clsPath paths;
+  paths.SiteID = siteId;
+  paths.AddSitePath(saveFolder + "/pictures/jpg",
+                    std::stol(value("select id from valid_filetypes where name = \"jpg\"")));
+  addFile("/a/one.jpg", "1");
+  addFile("/a/two.gif", "2", "gif");
+  downloadAll();
+  EXPECT_EQ(readFile(path("pictures/jpg/one.jpg")), "1");
+  EXPECT_EQ(readFile(path("two.gif")), "2");
+  EXPECT_EQ(process->savePathText(), "Saving to: " + saveFolder);
+}
+
+TEST_F(DownloadProcessTest, SkipsAnExistingFileUnlessOverwritingIsOn) {
+  std::filesystem::create_directories(saveFolder + "/folder.jpg");
+  std::ofstream(path("a.jpg")) << "a longer old content";
+  addFile("/a.jpg", "new");
+  downloadAll();
+  EXPECT_EQ(outcomes["a.jpg"].state, "Exists");
+  EXPECT_EQ(outcomes["a.jpg"].label, "File: a.jpg Exists");
+  EXPECT_EQ(site.requestCount("/a.jpg"), 0);
+  EXPECT_EQ(readFile(path("a.jpg")), "a longer old content");
+
+  // The process looks at the setting of the moment. A folder of that name is no file, so it is tried, and refused.
+  mv::gOverwriteExisting = "yes";
+  addLink(site.host() + "/a.jpg", "jpg");
+  addFile("/folder.jpg", "x");
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(readFile(path("a.jpg")), "new");
+  EXPECT_EQ(outcomes["folder.jpg"].state, "Error");
+}
+
+TEST_F(DownloadProcessTest, NumberedNamesComeFromTheSequence) {
+  mv::gDatabase.execute("update valid_sid set next_value = 17 where sid_name = 'filename_id'");
+  process->UniqueNames = "yes";
+  addFile("/one.jpg", "1");
+  addLink(site.host() + "/one.jpg", "jpg");
+  addFile("/there.jpg", "2");
+  std::filesystem::create_directories(saveFolder);
+  std::ofstream(path("there.jpg")) << "old";  // the address's own name decides
+  downloadAll();
+  EXPECT_EQ(savedFiles(), (Names{"NewFile17.jpg", "NewFile18.jpg", "there.jpg"}));
+  EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'filename_id'"), "19");
+  EXPECT_EQ(site.requestCount("/there.jpg"), 0);
+}
+
+TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
+  const std::string longName(300, 'n');
+  addFile("/a/show.php?id=3", "1");
+  addLink(site.host() + "/it&MV1Qs.jpg", "jpg");
+  site.file("/it's.jpg", "image/jpeg", "2");
+  addFile("/" + longName + ".jpg", "3");
+  const int nameless = addFile("/folder/", "4");
+  addLink(site.host(), "jpg");
+  site.file("/", "image/jpeg", "5");
+  downloadAll();
+  EXPECT_EQ(savedFiles(), (Names{"it's.jpg", longName.substr(0, 251) + ".jpg", "show.php?id=3"}));
+  EXPECT_EQ(readFile(path("it's.jpg")), "2");
+  EXPECT_EQ(outcomes[""].state, "Error");
+  EXPECT_EQ(process->ErrorCount(), 2);
+  EXPECT_EQ(logLines().at(0), std::to_string(nameless));
+}
+
+TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
+  const auto fault = [this](const std::string& path, Fault kind, int status = 200) {
+    Resource resource;
+    resource.body = std::string(40'000, 'x');
+    resource.status = status;
+    resource.fault = kind;
+    site.add(path, resource);
+    addLink(site.host() + path, "jpg");
+  };
+  const int first = lastLink + 1;
+  fault("/gone.jpg", Fault::None, 404);
+  fault("/reset.jpg", Fault::Reset);
+  fault("/short.jpg", Fault::ShortBody);
+  fault("/refused.jpg", Fault::Refuse);
+  fault("/garbage.jpg", Fault::Garbage);
+  addFile("/good.jpg", "good");
+  addLink("me:secret@127.0.0.1:1/closed.jpg", "jpg");
+  downloadAll();
+  ASSERT_TRUE(waitFor([this] { return process->ErrorCount() == 6; }));
+  for (const char* name : {"gone", "reset", "short", "refused", "garbage", "closed"})
+    EXPECT_EQ(outcomes[name + std::string(".jpg")].state, "Error") << name;
+  EXPECT_EQ(savedFiles(), Names{"good.jpg"});
+  EXPECT_EQ(process->errorPanel().subject, "File: closed.jpg");
+  EXPECT_EQ(process->errorPanel().count, "Errors: 6");
+
+  const std::vector<std::string> log = logLines();
+  ASSERT_EQ(log.size(), 36u);
+  EXPECT_EQ(log[0], std::to_string(first));
+  EXPECT_EQ(log[1], site.host() + "/gone.jpg");
+  EXPECT_EQ(log[2], "File: gone.jpg");
+  EXPECT_EQ(log[3], "Code: 404  -  Reason: Not Found");
+  EXPECT_TRUE(log[4].starts_with("Time: ")) << log[4];
+  EXPECT_EQ(log[5], "");
+  EXPECT_EQ(log[31], "***@127.0.0.1:1/closed.jpg");
+}
+
+TEST_F(DownloadProcessTest, AFullDiskLeavesNothingHalfWritten) {
+  mv::gOverwriteExisting = "yes";
+  std::filesystem::create_directories(saveFolder);
+  std::ofstream(path("old.jpg")) << "old";
+  addFile("/new.jpg", std::string(5000, 'n'));
+  addFile("/old.jpg", std::string(5000, 'o'));
+  AtomicFile::failAfterBytes(2000);
+  downloadAll();
+  EXPECT_EQ(outcomes["new.jpg"].state, "Error");
+  EXPECT_EQ(savedFiles(), Names{"old.jpg"});
+  EXPECT_EQ(readFile(path("old.jpg")), "old");
+  EXPECT_EQ(process->ErrorCount(), 2);
+
+  AtomicFile::failAfterBytes(0);
+  addFile("/later.jpg", "later");
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(readFile(path("later.jpg")), "later");
+}
+
+TEST_F(DownloadProcessTest, AFolderThatCannotBeMadeEndsTheEntryOnly) {
+  std::ofstream(folder() + "/plain") << "x";
+  setSite("download_path = " + mv::quoted(folder() + "/plain/below"));
+  addFile("/a.jpg", "a");
+  downloadAll();
+  EXPECT_EQ(outcomes["a.jpg"].state, "Error");
+  setSite("download_path = \"\"");
+  addFile("/b.jpg", "b");
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(outcomes["b.jpg"].state, "Error");
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(DownloadProcessTest, TheWorkListIsBoundedAndRebuilt) {
+  setSite("pages_to_scan = 5");
+  for (int i = 0; i < 12; ++i) addFile("/f" + std::to_string(i) + ".jpg", "x");
+  std::vector<int> lists;
+  QObject::connect(&process->lvwLinks, &QAbstractItemModel::rowsInserted, process.get(),
+                   [&] { lists.push_back(process->lvwLinks.count()); });
+  process->initWindow();
+  EXPECT_EQ(process->queueText(), "Queue: 5");
+  EXPECT_EQ(process->processedText(), "Processed: 0");
+  EXPECT_EQ(process->caption(), "Download: " + site.host());
+  EXPECT_EQ(process->progressMaximum(), 5);
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(*std::max_element(lists.begin(), lists.end()), 5);
+  EXPECT_EQ(savedFiles().size(), 12u);
+}
+
+TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
+  setSite("pages_to_scan = 5000");
+  std::filesystem::create_directories(saveFolder);
+  std::ofstream(path("a.jpg")) << "x";
+  for (int i = 0; i < 1500; ++i) addLink(site.host() + "/" + std::to_string(i) + "/a.jpg", "jpg");
+  process->initWindow();
+  EXPECT_EQ(process->lvwLinks.count(), 1000);
+  bool done = false;
+  QObject::connect(process.get(), &mv::Process::viewChanged, [&] { done = done || allDone(); });
+  EXPECT_LT(longestTurn([&] { return done; }), 40);
+  EXPECT_TRUE(waitFor([this] { return process->processedText() == "Processed: 0"; }));
+  EXPECT_TRUE(process->tmrOKToDownload.isActive());
+  EXPECT_TRUE(site.requests().empty());
+}
+
+TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
+  setSite("upper_limit = 100");
+  std::string body(std::size_t{64} << 20, '\0');
+  std::uint32_t noise = 1;
+  for (char& byte : body) byte = static_cast<char>((noise = noise * 1664525u + 1013904223u) >> 24);
+  addFile("/large.bin", body);
+  process->initWindow();
+  bool saved = false;
+  QObject::connect(process.get(), &DownloadProcess::fileSaved, [&](const std::string&) { saved = true; });
+  const double longest = longestTurn([&] { return saved; });
+  RecordProperty("longest_turn_ms", std::to_string(longest));
+  EXPECT_LT(longest, 60);
+  EXPECT_TRUE(readFile(path("large.bin")) == body);
+  EXPECT_EQ(process->receivedText(), "Received: 67108864");
+  EXPECT_EQ(process->leftText(), "Left: 0");
+  EXPECT_EQ(process->progressValue(), process->progressMaximum());
+  EXPECT_EQ(site.requestCount("/large.bin"), 1);
+}
+
+TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
+  setSite("upper_limit = 100");
+  addFile("/large.bin", std::string(std::size_t{16} << 20, 'x'));
+  int stoppedMidway = 0;
+  for (int stopAt = 1;; ++stopAt) {
+    renew();
+    int seen = 0;
+    QObject::connect(process.get(), &mv::Process::viewChanged, [&] {
+      const std::string& received = process->receivedText();
+      const bool midway = received != "Received:" && received != "Received: 0" && process->leftText() != "Left: 0";
+      if (midway && ++seen == stopAt) process->requestStop();
+    });
+    process->initWindow();
+    ASSERT_TRUE(waitFor([&] { return process->StopRequested() || allDone(); }));
+    if (!process->StopRequested()) break;
+    ++stoppedMidway;
+    ASSERT_TRUE(waitFor([this] { return !process->isBusy(); }));
+    EXPECT_EQ(savedFiles(), Names{}) << "stopped at yield " << stopAt;
+    EXPECT_FALSE(allDone());
+  }
+  EXPECT_GT(stoppedMidway, 0);
+  EXPECT_EQ(savedFiles(), Names{"large.bin"});
+}
+
+TEST_F(DownloadProcessTest, AnIdleProcessPollsQuietly) {
+  process->initWindow();
+  EXPECT_EQ(process->queueText(), "Queue: 50");
+  int ticks = 0, changes = 0;
+  const auto change = [&changes] { ++changes; };
+  QObject::connect(&process->tmrOKToDownload, &QTimer::timeout, [&ticks] { ++ticks; });
+  ASSERT_TRUE(waitFor([&] { return ticks > 2; }));
+  QObject::connect(&process->lvwLinks, &QAbstractItemModel::modelReset, change);
+  QObject::connect(&process->lvwLinks, &QAbstractItemModel::rowsInserted, change);
+  QObject::connect(process.get(), &mv::Process::viewChanged, change);
+  ASSERT_TRUE(waitFor([&] { return ticks > 20; }));
+  EXPECT_EQ(changes, 0);
+  addFile("/late.jpg", "late");
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(readFile(path("late.jpg")), "late");
+}
+
+TEST_F(DownloadProcessTest, ARefusingDatabasePausesTheProcessAndNoMore) {
+  addFile("/first.jpg", "1");
+  addFile("/second.jpg", "2");
+  mv::gDatabase.execute("alter table site_paths rename to away");
+  process->initWindow();
+  ASSERT_TRUE(waitFor([this] { return process->tmrWaitForAWhile.isActive(); }));
+  EXPECT_FALSE(process->tmrOKToDownload.isActive());
+  EXPECT_EQ(process->tmrWaitForAWhile.interval(), 60'000);
+  EXPECT_EQ(process->ErrorCount(), 1);
+  EXPECT_TRUE(process->errorPanel().reason.starts_with("Code: 3078  -  Reason: ")) << process->errorPanel().reason;
+  EXPECT_EQ(logLines().size(), 6u);
+
+  mv::gDatabase.execute("alter table away rename to site_paths");
+  process->tmrWaitForAWhile.start(1);
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(outcomes["first.jpg"].state, "Error");
+  EXPECT_EQ(savedFiles(), Names{"second.jpg"});
+}
+
+}  // namespace

@@ -1,0 +1,187 @@
+// The main window: menu tree, clipboard commands, arrangement, closing.
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QtTest/QTest>
+
+#include "app/ChildWindow.h"
+#include "app/EndProgram.h"
+#include "app/ErrorLog.h"
+#include "app/WindowRegistry.h"
+#include "catalog/frmFileTypeManager.h"
+#include "platform/Shell.h"
+#include "shell/frmDownloadManager.h"
+#include "shell/frmSplash.h"
+#include "sites/frmWebSites.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using namespace mv;
+
+class MainWindowTest : public mvtest::ProgramTest {
+ protected:
+  MainWindowTest() : main(std::make_unique<frmDownloadManager>()) {
+    main->initWindow();
+    main->show();
+  }
+  ~MainWindowTest() override {
+    setBrowserOpener({});
+    setEndProgram({});
+  }
+  QAction* item(const char* name) {
+    auto* action = main->findChild<QAction*>(QString::fromLatin1(name));
+    EXPECT_NE(action, nullptr) << name;
+    return action;
+  }
+  std::unique_ptr<frmDownloadManager> main;
+};
+
+TEST_F(MainWindowTest, HasTheWholeMenuTree) {
+  const QStringList expected = {
+      "&File", "  &Preferences... -", "  --", "  &Exit",
+      "&Edit", "  &Cut", "  C&opy", "  P&aste", "  --", "  &Delete Web Site -",
+      "&Tools", "  &Picture Viewer -", "  &Web Site Manager", "  P&rocess Manager -", "  --", "  F&orm Manager -",
+      "  &Filter Manager -", "  &Rule Manager -", "  FileType &Manager", "  Ta&g Manager",
+      "&Windows", "  &Cascade", "  Tile &Horizontally", "  Tile &Vertically",
+      "&Help", "  &Open Help -", "  Morvane2000 Online &Manual", "  Morvane2000 &Help Page", "  &Morvane2000 Home Page",
+      "  --", "  Quillon &Support Site", "  &Quillon Home Page", "  --", "  &About Morvane2000"};
+  QStringList found;
+  for (QAction* top : main->menuBar()->actions()) {
+    found << top->text();
+    for (QAction* entry : top->menu()->actions())
+      found << QStringLiteral("  ") + (entry->isSeparator() ? QStringLiteral("--") : entry->text()) +
+                   (entry->isSeparator() || entry->isEnabled() ? QString() : QStringLiteral(" -"));
+  }
+  EXPECT_EQ(found.join(QLatin1Char('\n')).toStdString(), expected.join(QLatin1Char('\n')).toStdString());
+  EXPECT_EQ(main->windowTitle(), QStringLiteral("Morvane2000"));
+}
+
+TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
+  auto* edit = new QLineEdit(QStringLiteral("xabcy"), main.get());
+  edit->setGeometry(0, 40, 100, 20);
+  edit->show();
+  main->activateWindow();
+  edit->setFocus();
+  ASSERT_TRUE(mvtest::waitFor([&] { return QApplication::focusWidget() == edit; }));
+  QClipboard* clipboard = QApplication::clipboard();
+
+  clipboard->setText(QStringLiteral("kept"));
+  item("mnuEditCopy")->trigger();
+  EXPECT_EQ(clipboard->text(), QStringLiteral("kept")) << "nothing selected";
+  edit->setSelection(1, 3);
+  item("mnuEditCopy")->trigger();
+  EXPECT_EQ(clipboard->text(), QStringLiteral("abc"));
+  item("mnuEditCut")->trigger();
+  EXPECT_EQ(edit->text(), QStringLiteral("xy"));
+  item("mnuEditPaste")->trigger();
+  item("mnuEditPaste")->trigger();
+  EXPECT_EQ(edit->text(), QStringLiteral("xabcabcy"));
+
+  edit->setReadOnly(true);
+  edit->selectAll();
+  item("mnuEditCut")->trigger();
+  EXPECT_EQ(edit->text(), QStringLiteral("xabcabcy"));
+  edit->setEchoMode(QLineEdit::Password);
+  edit->selectAll();
+  item("mnuEditCopy")->trigger();
+  EXPECT_EQ(clipboard->text(), QStringLiteral("abc")) << "a password does not leave its box";
+}
+
+TEST_F(MainWindowTest, OpensOneWindowOfAKindAndArrangesThem) {
+  item("mnuToolsFileTypeManager")->trigger();
+  item("mnuToolsFileTypeManager")->trigger();
+  item("mnuToolsWebSiteManager")->trigger();
+  EXPECT_EQ(WindowRegistry::instance().windows().size(), 2u);
+  main->resize(800, 600);
+  QCoreApplication::processEvents();
+
+  const QSize room = main->mdiArea().viewport()->size();
+  const auto covered = [&] {
+    QRect whole;
+    qint64 area = 0;
+    for (QMdiSubWindow* window : main->mdiArea().subWindowList()) {
+      whole |= window->geometry();
+      area += qint64{window->width()} * window->height();
+    }
+    return whole == QRect(QPoint(), room) && area == qint64{room.width()} * room.height();
+  };
+  item("mnuWindowsTileHorizontally")->trigger();
+  EXPECT_TRUE(covered());
+  EXPECT_EQ(main->mdiArea().subWindowList().first()->width(), room.width());
+  item("mnuWindowsTileVertically")->trigger();
+  EXPECT_TRUE(covered());
+  EXPECT_EQ(main->mdiArea().subWindowList().first()->height(), room.height());
+  item("mnuWindowsCascade")->trigger();
+  const auto windows = main->mdiArea().subWindowList();
+  EXPECT_NE(windows[0]->pos(), windows[1]->pos());
+}
+
+TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog) {
+  item("mnuToolsWebSiteManager")->trigger();
+  auto* sites = WindowRegistry::instance().find<frmWebSites>();
+  sites->closeRequested();
+  ASSERT_FALSE(sites->isChildVisible());
+  ASSERT_EQ(WindowRegistry::instance().windows().size(), 1u) << "hidden, not gone";
+  main->setGeometry(30, 45, 750, 600);
+  main->close();
+  EXPECT_TRUE(gAppClosing);
+  EXPECT_TRUE(WindowRegistry::instance().windows().empty());
+  EXPECT_EQ(value("select wwidth from win_pos where wname = \"Morvane2000\""), std::to_string(750 * 15));
+  EXPECT_EQ(count("win_pos", "wname = \"Web Sites\""), 1);
+  EXPECT_NE(mvtest::readFile(errorLogPath()).find("Log closed ="), std::string::npos);
+
+  main = std::make_unique<frmDownloadManager>();
+  main->initWindow();
+  EXPECT_EQ(main->size(), QSize(750, 600));
+  main->showMinimized();
+  main->resize(400, 300);
+  main->close();
+  EXPECT_EQ(value("select wwidth from win_pos where wname = \"Morvane2000\""), std::to_string(750 * 15))
+      << "a minimised window keeps the place stored before";
+}
+
+TEST_F(MainWindowTest, ExitEndsAtOnceWithoutTheClosingSteps) {
+  int ended = 0;
+  setEndProgram([&] { ++ended; });
+  item("mnuFileExit")->trigger();
+  EXPECT_EQ(ended, 1);
+  EXPECT_FALSE(gAppClosing);
+  EXPECT_EQ(count("win_pos"), 0);
+}
+
+TEST_F(MainWindowTest, HelpPagesOpenInTheBrowserAndAFailureIsSaid) {
+  QStringList opened;
+  setBrowserOpener([&](const QString& url) {
+    opened << url;
+    return opened.size() < 2;
+  });
+  saveUserSetting(QStringLiteral("Morvane2000"), QStringLiteral("Servers"), QStringLiteral("SupportHost"), QStringLiteral("127.0.0.1:9"));
+  frmDownloadManager redirected;
+  redirected.findChild<QAction*>(QStringLiteral("mnuHelpOnlineManual"))->trigger();
+  redirected.findChild<QAction*>(QStringLiteral("mnuHelpQuillonSupportSite"))->trigger();
+  EXPECT_EQ(opened, QStringList({"http://127.0.0.1:9/morvane2000/manual.html", "http://127.0.0.1:9/"}));
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, QStringLiteral("Sorry, couldn't find your browser."));
+}
+
+TEST_F(MainWindowTest, AboutStaysUntilItIsClosed) {
+  frmSplash& splash = main->splash();
+  splash.showBriefly();
+  EXPECT_TRUE(splash.closingTimer.isActive());
+  item("mnuAbout")->trigger();
+  EXPECT_FALSE(splash.closingTimer.isActive());
+  EXPECT_TRUE(splash.isVisible());
+  QTest::keyClick(&splash, Qt::Key_Escape);
+  EXPECT_FALSE(splash.isVisible());
+  splash.closingTimer.setInterval(1);
+  splash.showBriefly();
+  EXPECT_TRUE(mvtest::waitFor([&] { return !splash.isVisible(); }));
+}
+
+}  // namespace

@@ -1,0 +1,148 @@
+// The start of the program: what is written, what is shown, what is left alone.
+
+#include "shell/StartUp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "app/ErrorLog.h"
+#include "app/WindowRegistry.h"
+#include "platform/Shell.h"
+#include "platform/Text.h"
+#include "shell/frmDownloadManager.h"
+#include "shell/frmSplash.h"
+#include "sites/frmWebSites.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace {
+
+using namespace mv;
+using mvtest::addSite;
+
+class StartUpTest : public mvtest::ProgramTest {
+ protected:
+  ~StartUpTest() override { setNow({}); }
+
+  bool start() {
+    gDatabase.close();
+    startUp_ = std::make_unique<StartUp>();
+    return startUp_->run(folder());
+  }
+  void end() {
+    startUp_->mainWindow()->close();
+    startUp_.reset();
+  }
+  frmWebSites* webSites() { return WindowRegistry::instance().find<frmWebSites>(); }
+
+  std::unique_ptr<StartUp> startUp_;
+};
+
+QStringList logLines() {
+  return toQString(mvtest::readFile(errorLogPath())).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+}
+
+const QString kRule = QString(56, QLatin1Char('='));
+
+TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
+  ASSERT_TRUE(start());
+  EXPECT_TRUE(startUp_->mainWindow()->isVisible());
+  ASSERT_NE(webSites(), nullptr);
+  EXPECT_TRUE(webSites()->isChildVisible());
+  EXPECT_TRUE(startUp_->mainWindow()->splash().isVisible());
+  EXPECT_FALSE(webSites()->tmrQuit.isActive());
+  EXPECT_EQ(logLines().size(), 2);
+  EXPECT_EQ(logLines().first(), QStringLiteral("Log opened ") + kRule);
+  end();
+  ASSERT_EQ(logLines().size(), 4);
+  EXPECT_EQ(logLines().at(2), QStringLiteral("Log closed ") + kRule);
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + QStringLiteral("-wal")));
+}
+
+TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
+  mvtest::TestSite site;
+  site.page("/", "<html></html>");
+  addSite(site.host(), folder());
+  gDatabase.execute("update site set auto_scan = \"yes\"");
+  gDatabase.execute("update pref set auto_scan = \"yes\", quit_time = 3");
+  const QDateTime moment(QDate(2026, 3, 4), QTime(5, 6, 7));
+  setNow(moment);
+  ASSERT_TRUE(start());
+  EXPECT_EQ(gQuitAt, moment.addSecs(3 * 3600));
+  EXPECT_TRUE(webSites()->tmrQuit.isActive());
+  EXPECT_NE(WindowRegistry::instance().findByCaption(QStringLiteral("Scan: ") + toQString(site.host())), nullptr);
+  EXPECT_NE(WindowRegistry::instance().findByCaption(QStringLiteral("Download: ") + toQString(site.host())), nullptr);
+  end();
+}
+
+TEST_F(StartUpTest, EmptyPreferencesAreReportedAndEverythingCountsAsNo) {
+  gDatabase.execute("delete from pref");
+  ASSERT_TRUE(start());
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].text.startsWith(QStringLiteral("An error has occured")));
+  EXPECT_NE(gAutoScan, "yes");
+  EXPECT_EQ(gQuitTime, 0);
+  end();
+}
+
+TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
+  const QString path = toQString(gDatabasePath);
+  Database other;
+  gDatabase.close();
+  const std::string own = mvtest::readFile(gDatabasePath);
+  struct Case {
+    const char* what;
+    std::string content;
+    bool exists;
+  };
+  // A database cut off in the middle, a text file, an empty one, none at all.
+  const Case cases[] = {{"cut off", own.substr(0, own.size() / 2), true},
+                        {"text", std::string(5000, 'x'), true},
+                        {"empty", "", true},
+                        {"missing", "", false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    QFile::remove(path);
+    if (c.exists) {
+      QFile file(path);
+      ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+      file.write(c.content.data(), static_cast<qint64>(c.content.size()));
+    }
+    dialogs.messages.clear();
+    EXPECT_FALSE(start());
+    ASSERT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_TRUE(dialogs.messages[0].text.contains(path)) << dialogs.messages[0].text.toStdString();
+    EXPECT_EQ(QFile::exists(path), c.exists);
+    EXPECT_EQ(mvtest::readFile(gDatabasePath), c.content);
+    EXPECT_EQ(QDir(toQString(folder())).entryList({QStringLiteral("*-wal"), QStringLiteral("*-shm")}), QStringList());
+    startUp_.reset();
+  }
+}
+
+TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
+  QDir base(toQString(folder()));
+  base.mkpath(QStringLiteral("prefix/bin"));
+  base.mkpath(QStringLiteral("prefix/share/morvane2000"));
+  const std::string bin = folder() + "/prefix/bin";
+  const std::string user = folder() + "/user/data";
+  EXPECT_EQ(findProgramFolder(bin, user), bin) << "no database anywhere: beside the program, where it is missed";
+
+  mvtest::copyShippedDatabase(folder() + "/prefix/share/morvane2000/morvane2000.mdb");
+  EXPECT_EQ(findProgramFolder(bin, user), user);
+  const QString copy = toQString(user) + QStringLiteral("/morvane2000.mdb");
+  EXPECT_TRUE(QFileInfo(copy).isWritable());
+
+  QFile own(copy);
+  ASSERT_TRUE(own.open(QIODevice::Append));
+  own.write("mine");
+  own.close();
+  EXPECT_EQ(findProgramFolder(bin, user), user);
+  EXPECT_TRUE(mvtest::readFile(user + "/morvane2000.mdb").ends_with("mine")) << "a later start must not replace it";
+
+  mvtest::copyShippedDatabase(bin + "/morvane2000.mdb");
+  EXPECT_EQ(findProgramFolder(bin, user), bin);
+}
+
+}  // namespace

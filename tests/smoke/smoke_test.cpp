@@ -1,0 +1,74 @@
+// The built program itself, in a fresh program folder, with automatic scanning on: harvests, is killed in the middle, is
+// started again and goes on.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+
+#include "app/ErrorLog.h"
+#include "app/Settings.h"
+#include "platform/Text.h"
+#include "support/Fixture.h"
+#include "support/ProgramRun.h"
+#include "support/TestSite.h"
+
+namespace {
+
+using namespace mv;
+
+std::string fileOf(char letter, std::size_t size) { return std::string(size, letter); }
+
+std::int64_t links(const std::string& where) {
+  return gDatabase.count("select count(*) as outCount from link where " + where);
+}
+
+// Every file in the download folder: its name and its content.
+std::map<std::string, std::string> savedFiles() {
+  std::map<std::string, std::string> files;
+  QDirIterator found(toQString(gDownloadFolder), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (found.hasNext()) {
+    const QString path = found.next();
+    files[toUtf8(found.fileName())] = mvtest::readFile(toUtf8(path));
+  }
+  return files;
+}
+
+TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
+  mvtest::TestSite site;
+  site.page("/", R"(<a href="a.jpg"> <a href="slow.jpg"> <a href="b.jpg"> <a href="more/index.html">)");
+  site.page("/more/index.html", R"(<a href="c.jpg">)");
+  site.file("/a.jpg", "image/jpeg", fileOf('a', 20000));
+  site.file("/b.jpg", "image/jpeg", fileOf('b', 30000));
+  site.file("/c.jpg", "image/jpeg", fileOf('c', 40000));
+  mvtest::Resource slow{"image/jpeg", fileOf('s', 50000)};
+  slow.fault = mvtest::Fault::HeaderOnly;  // stands still in the middle of the file
+  site.add("/slow.jpg", slow);
+
+  mvtest::ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);
+  program.addAutoScanSite(site.host(), "10", "1", {"jpg"});
+  ASSERT_TRUE(program.start());
+  ASSERT_TRUE(mvtest::waitFor([&] { return site.requestCount("/slow.jpg") > 0; }, 60'000));
+  program.kill();
+
+  EXPECT_EQ(links("1=1"), 4) << "no stored row is lost";
+  EXPECT_EQ(savedFiles(), (std::map<std::string, std::string>{{"a.jpg", fileOf('a', 20000)}}));
+
+  slow.fault = mvtest::Fault::None;
+  site.add("/slow.jpg", slow);
+  ASSERT_TRUE(program.start());
+  EXPECT_TRUE(mvtest::waitFor([&] { return links("status <> \"Done\"") == 0 && links("1=1") == 5; }, 60'000));
+  EXPECT_TRUE(program.terminate());
+
+  const std::map<std::string, std::string> expected = {{"a.jpg", fileOf('a', 20000)},
+                                                       {"b.jpg", fileOf('b', 30000)},
+                                                       {"c.jpg", fileOf('c', 40000)},
+                                                       {"slow.jpg", fileOf('s', 50000)}};
+  EXPECT_EQ(savedFiles(), expected);
+  const QString log = toQString(mvtest::readFile(errorLogPath()));
+  EXPECT_EQ(log.count(QStringLiteral("Log opened ")), 2);
+  EXPECT_EQ(log.count(QStringLiteral("Log closed ")), 1);
+}
+
+}  // namespace

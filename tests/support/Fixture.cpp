@@ -1,0 +1,150 @@
+#include "support/Fixture.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "app/ChildWindow.h"
+#include "app/WindowRegistry.h"
+#include "platform/Shell.h"
+#include "platform/Text.h"
+
+namespace mvtest {
+namespace {
+
+constexpr int kWakeMs = 5;
+constexpr int kUnloadDeadlineMs = 5000;
+constexpr QSize kFrameSize(1200, 800);
+
+void resetSettings() {
+  mv::gAutoScan = mv::gHideProcesses = mv::gAutoUpdate = mv::gHelpServer = mv::gOverwriteExisting = "no";
+  mv::gQuitTime = 8;
+  mv::gQuitAt = QDateTime();
+  mv::gAppClosing = mv::gClosingProcesses = false;
+  mv::gDragKind.clear();
+  mv::setNow(QDateTime());
+  mv::setBrowserOpener({});
+}
+
+template <class Answer>
+std::optional<Answer> takeNext(std::deque<std::optional<Answer>>& answers) {
+  if (answers.empty()) return std::nullopt;
+  std::optional<Answer> next = std::move(answers.front());
+  answers.pop_front();
+  return next;
+}
+
+}  // namespace
+
+bool waitFor(const std::function<bool()>& condition, int milliseconds) {
+  QElapsedTimer clock;
+  clock.start();
+  // What another thread brings about raises no event here: look again every few milliseconds.
+  QTimer wake;
+  wake.start(kWakeMs);
+  while (!condition()) {
+    if (clock.hasExpired(milliseconds)) return false;
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  return true;
+}
+
+void ScriptedDialogs::message(QWidget*, const QString& title, const QString& text, mv::MessageIcon icon) {
+  messages.push_back({title, text, icon});
+  // A copy: what runs may set another.
+  if (const auto during = duringMessage) during();
+}
+
+std::optional<QString> ScriptedDialogs::input(QWidget*, const QString& title, const QString& prompt, const QString&) {
+  inputs.push_back({title, prompt, mv::MessageIcon::None});
+  return takeNext(nextInputs);
+}
+
+std::optional<QString> ScriptedDialogs::folder(const mv::FolderRequest& request) {
+  folderRequests.push_back(request);
+  return takeNext(nextFolders);
+}
+
+TestFrame::TestFrame() : area_(new QMdiArea(this)) {
+  setCentralWidget(area_);
+  resize(kFrameSize);
+}
+
+ProgramTest::ProgramTest() {
+  mv::Dialogs::install(&dialogs);
+  resetSettings();
+  mv::setUserSettingsFolder(folder_.filePath(QStringLiteral("user-settings")));
+  mv::setProgramFolder(folder());
+  copyShippedDatabase(mv::gDatabasePath);
+  mv::gDatabase.open(mv::gDatabasePath);
+}
+
+ProgramTest::~ProgramTest() {
+  mv::gDatabase.close();
+  resetSettings();
+  mv::setUserSettingsFolder({});
+  mv::Dialogs::install(nullptr);
+}
+
+std::string ProgramTest::value(const std::string& sql) const {
+  // The first field has whatever name the statement gives it: the engine is asked to call it `firstField`.
+  const mv::Recordset row =
+      mv::gDatabase.query("with answer(firstField) as (" + sql + ") select firstField from answer");
+  return row.endOfRows() ? std::string() : row.text("firstField");
+}
+
+long ProgramTest::count(const std::string& table, const std::string& where) const {
+  return static_cast<long>(mv::gDatabase.count("select count(*) as outCount from " + table + " where " + where));
+}
+
+WindowTest::WindowTest() {
+  frame.show();
+  QCoreApplication::processEvents();
+}
+
+WindowTest::~WindowTest() {
+  mv::gAppClosing = true;
+  for (mv::ChildWindow* window : mv::WindowRegistry::instance().windows())
+    if (mv::WindowRegistry::instance().isLoaded(window)) window->unload();
+  waitFor([this] { return frame.mdiArea().subWindowList().isEmpty(); }, kUnloadDeadlineMs);
+}
+
+void copyShippedDatabase(const std::string& path) {
+  const QString target = mv::toQString(path);
+  if (!QFile::copy(QStringLiteral(MORVANE_SHIPPED_DATABASE), target))
+    throw std::runtime_error("the shipped database cannot be copied to " + path);
+  QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+int addSite(const std::string& location, const std::string& downloadPath, const std::vector<std::string>& extensions) {
+  using mv::gDatabase;
+  using mv::quoted;
+  const auto id = static_cast<int>(
+      gDatabase.query("select next_value from valid_sid where sid_name = 'site_id'").number("next_value"));
+  const std::string key = std::to_string(id);
+  gDatabase.execute("update valid_sid set next_value = " + std::to_string(id + 1) + " where sid_name = 'site_id'");
+  gDatabase.execute(
+      "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
+      "auto_scan, "
+      "domain, alternate_matchpath, hops, unique_names, base_name) values (" +
+      key + ", " + quoted(location) + ", 24, 0, 50, 1000, " + quoted(downloadPath) + ", 'no', " +
+      quoted(location.substr(0, location.find('/'))) + ", 'no', 0, 'no', 'NewFile')");
+  for (const std::string& extension : extensions)
+    gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + key +
+                      ", id from valid_filetypes where name = " + quoted(extension));
+  return id;
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream content;
+  content << file.rdbuf();
+  return content.str();
+}
+
+}  // namespace mvtest

@@ -1,0 +1,41 @@
+// Runs the built program as a user does, in a program folder of its own that is removed afterwards.
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace mvtest {
+
+class ProgramRun {
+ public:
+  // A fresh folder with a copy of `executable` and of the shipped database `database`. gDatabase is open on that database,
+  // and process-wide paths point into the folder.
+  ProgramRun(const std::string& executable, const std::string& database);
+  // Kills a program that still runs and closes gDatabase.
+  ~ProgramRun();
+  ProgramRun(const ProgramRun&) = delete;
+  ProgramRun& operator=(const ProgramRun&) = delete;
+
+  // Adds a site with automatic scanning on, files from `lowerKB` to `upperMB`, and switches automatic scanning on.
+  // Returns the site's id; `fileTypeIds` gets those of `extensions`.
+  std::int32_t addAutoScanSite(const std::string& location, const std::string& lowerKB, const std::string& upperMB,
+                               const std::vector<std::string>& extensions, std::vector<std::int64_t>* fileTypeIds = nullptr);
+
+  // Without a display (DISPLAY, WAYLAND_DISPLAY) on the offscreen platform. False when it did not start.
+  bool start();
+  bool isRunning();
+  // Asks it to end as a log-out does. True when it ended by itself with code 0.
+  bool terminate();
+  // Ends it without asking, at whatever it is doing.
+  void kill();
+
+ private:
+  QTemporaryDir work_;
+  QString folder_;
+  QProcess process_;
+};
+
+}  // namespace mvtest
