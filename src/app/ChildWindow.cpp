@@ -19,6 +19,14 @@ constexpr int kReachable = 80;
 // No window is held open by its contents: a small one scrolls.
 constexpr QSize kSmallest(120, 60);
 
+// The area leaves nobody active when the active window hides.
+void activateTopmost(QMdiArea& area) {
+  const QList<QMdiSubWindow*> windows = area.subWindowList(QMdiArea::ActivationHistoryOrder);
+  const auto next =
+      std::find_if(windows.rbegin(), windows.rend(), [](const auto* window) { return !window->isHidden(); });
+  area.setActiveSubWindow(next == windows.rend() ? nullptr : *next);
+}
+
 // The child that was told last that it is active.
 ChildWindow* lastActive = nullptr;
 
@@ -88,8 +96,11 @@ void ChildWindow::showChild() {
 }
 
 void ChildWindow::hideChild() {
+  QMdiArea* area = frame_->mdiArea();
+  const bool wasActive = area && area->currentSubWindow() == frame_;
   if (lastActive == this) lastActive = nullptr;
   frame_->hide();
+  if (wasActive) activateTopmost(*area);
 }
 
 bool ChildWindow::isChildVisible() const { return !frame_->isHidden(); }

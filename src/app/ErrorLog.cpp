@@ -23,7 +23,7 @@ constexpr std::size_t kRuleLength = 56;
 }
 
 void logStamp(const std::string& what) {
-  appendToErrorLog({what + ' ' + std::string(kRuleLength, '='), toUtf8(dateTimeText(now()))});
+  appendToErrorLog({what + ' ' + std::string(kRuleLength, '='), dateTimeText(now())});
 }
 
 }  // namespace

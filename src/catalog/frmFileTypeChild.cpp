@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "platform/Dialogs.h"
@@ -66,7 +67,7 @@ void frmFileTypeChild::buildFields() {
     made->setBuddy(buddy);
     return made;
   };
-  auto* grid = new QGridLayout(this);
+  auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(label("lblFileTypeExtension", QStringLiteral("Extension:"), txtFileTypeExtention_), 0, 0);
   grid->addWidget(txtFileTypeExtention_, 0, 1);
   grid->addWidget(label("lblFileTypeDescription", QStringLiteral("Description:"), txtFiletypeDescription_), 1, 0);

@@ -20,10 +20,10 @@ enum Column { kName, kDescription, kCanDelete, kDownloadByDefault, kId };
 frmFileTypeManager::frmFileTypeManager() : ListWindow(QStringLiteral("FileType Manager"), kWidth, kHeight) {
   setObjectName(QStringLiteral("frmFileTypeManager"));
   list().setObjectName(QStringLiteral("lvwFiletypes"));
-  list().setColumns({{QStringLiteral("FileType"), 80},
-                     {QStringLiteral("Description"), 140},
-                     {QStringLiteral("Can Delete"), 80},
-                     {QStringLiteral("Download by Default"), 150},
+  list().setColumns({{QStringLiteral("FileType"), 68},
+                     {QStringLiteral("Description"), 106},
+                     {QStringLiteral("Can Delete"), 76},
+                     {QStringLiteral("Download by Default"), 128},
                      {QStringLiteral("Id"), 0, true}});
   setIdColumn(kId);
   addButton(QStringLiteral("      New      "), QStringLiteral("Create a new filetype"), toolIcon(QStringLiteral("new")),

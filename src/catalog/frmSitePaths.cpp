@@ -6,9 +6,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 
 #include "app/MainFrame.h"
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
@@ -19,7 +19,11 @@ namespace {
 
 constexpr int kWidth = 5500;   // twips
 constexpr int kHeight = 3600;  // twips
+// What the controls need before the window scrolls, in pixels.
 constexpr int kNarrowestList = 110;
+constexpr int kLowestList = 45;
+constexpr QMargins kPageMargins(8, 4, 8, 6);
+constexpr QMargins kFrameMargins(8, 6, 8, 6);
 constexpr int kNarrowestPath = 170;
 constexpr const char* kNoPath = "none";
 
@@ -44,19 +48,10 @@ frmSitePaths::frmSitePaths()
   frames->addWidget(buildFileTypesFrame(), 2);
   frames->addWidget(buildPathFrame(), 3);
 
-  auto* page = new QWidget;
-  auto* rows = new QVBoxLayout(page);
+  auto* rows = new QVBoxLayout(makeScrollingPage(this));
+  rows->setContentsMargins(kPageMargins);
   rows->addLayout(frames, 1);
   rows->addWidget(buildCloseRow());
-
-  auto* scroller = new QScrollArea;
-  scroller->setFrameShape(QFrame::NoFrame);
-  scroller->setWidgetResizable(true);
-  scroller->setFocusPolicy(Qt::NoFocus);
-  scroller->setWidget(page);
-  auto* whole = new QVBoxLayout(this);
-  whole->setContentsMargins(0, 0, 0, 0);
-  whole->addWidget(scroller);
 }
 
 QWidget* frmSitePaths::buildFileTypesFrame() {
@@ -67,12 +62,14 @@ QWidget* frmSitePaths::buildFileTypesFrame() {
   label->setBuddy(lvwFiletypesAssigned_);
   lvwFiletypesAssigned_->setObjectName(QStringLiteral("lvwFiletypesAssigned"));
   lvwFiletypesAssigned_->setColumns({{QStringLiteral("Extension"), 90}, {QStringLiteral("Id"), 0, true}});
-  lvwFiletypesAssigned_->setMinimumHeight(60);
+  lvwFiletypesAssigned_->setMinimumHeight(kLowestList);
+  lvwFiletypesAssigned_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   connect(lvwFiletypesAssigned_, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
   connect(lvwFiletypesAssigned_, &QTreeWidget::itemSelectionChanged, this,
           [this] { cmdBrowse_->setEnabled(lvwFiletypesAssigned_->currentSelectedRow() >= 0); });
 
   auto* column = new QVBoxLayout(frame);
+  column->setContentsMargins(kFrameMargins);
   column->addWidget(label);
   column->addWidget(lvwFiletypesAssigned_, 1);
   return frame;
@@ -89,6 +86,7 @@ QWidget* frmSitePaths::buildPathFrame() {
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
 
   auto* column = new QVBoxLayout(frame);
+  column->setContentsMargins(kFrameMargins);
   column->addWidget(txtPath_);
   column->addWidget(cmdBrowse_, 0, Qt::AlignRight);
   column->addWidget(wrappedLabel(

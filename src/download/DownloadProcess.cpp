@@ -68,20 +68,13 @@ long errorNumber(const std::exception& error) {
   return 0;
 }
 
-// Labels and log records have one line for a text.
-std::string oneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, '_');
-  return text;
-}
-
 WorkRow workRow(const Recordset& rows) {
   WorkRow row;
   row.linkId = rows.number("id");
   row.url = rows.text("url");
   row.userName = rows.text("username");
   row.password = rows.text("password");
-  row.fileName = oneLine(restored(std::string(lastSegment(row.url))));
+  row.fileName = restored(std::string(lastSegment(row.url)));
   row.fileType = rows.text("file_type");
   return row;
 }
@@ -303,7 +296,7 @@ void DownloadProcess::showCounters(const std::string& kind, const std::string& r
 }
 
 void DownloadProcess::logDownloadError() {
-  if (!StopRequested()) logError(linkId_, oneLine(maskUserInfo(url_)));
+  if (!StopRequested()) logError(linkId_, url_);  // which masks user information
 }
 
 void DownloadProcess::findSavePath() {
@@ -408,6 +401,7 @@ void DownloadProcess::receivingFailed(const std::exception& error) {
 // The database refused a statement, most likely for a while only. The entry taken up, if there is one, is marked as an
 // error after the pause; then the process goes on.
 void DownloadProcess::failed(const std::exception& error) {
+  if (StopRequested()) return;
   countError(error.what(), errorNumber(error));
   disableWorkTimer();
   tmrWaitForAWhile.start();

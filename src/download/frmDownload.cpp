@@ -3,22 +3,21 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLineEdit>
-#include <QPainter>
 #include <QScrollArea>
-#include <QStyle>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/ReportError.h"
 #include "platform/PictureDisplay.h"
 #include "platform/Text.h"
 
 namespace mv {
 
 namespace {
+
+constexpr QMargins kTightMargins(4, 2, 4, 2);
+constexpr int kTightSpacing = 2;
 
 QLabel* makeLabel(const QString& name, const std::string& text) {
   auto* label = new QLabel(toQString(text));
@@ -27,35 +26,13 @@ QLabel* makeLabel(const QString& name, const std::string& text) {
   return label;
 }
 
-// A line of any length in a narrow window: shortened in the middle where it does not fit, whole as a tool tip.
-class ElidedLabel : public QLabel {
- public:
-  using QLabel::QLabel;
-  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    const QString line = fontMetrics().elidedText(text().simplified(), Qt::ElideMiddle, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(), Qt::AlignVCenter | Qt::TextSingleLine, palette(), isEnabled(), line,
-                          foregroundRole());
-  }
-};
-
-void setElided(QLabel& label, const std::string& text) {
-  const QString line = toQString(text);
-  if (label.text() == line) return;
-  label.setText(line);
-  label.setToolTip(line.toHtmlEscaped());
-}
-
 }  // namespace
 
 frmDownload::frmDownload() : frmDownload(std::make_unique<DownloadProcess>()) {}
 
 frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
     : ProcessWindow(*process), process_(std::move(process)) {
-  setCaption(positionKey());
+  setCaption(frmDownload::positionKey());
   buildSummary();
   buildDetails();
   connect(process_.get(), &DownloadProcess::fileSaved, this, &frmDownload::fileSaved);
@@ -68,14 +45,11 @@ void frmDownload::initWindow() {
   lblSiteId_->hide();
   process_->initWindow();
   if (process_->StopRequested()) return;
-  guarded("frmDownload.initWindow", [this] { restoreProcessPosition(); });
+  run([this] { restoreProcessPosition(); });
 }
 
 void frmDownload::buildSummary() {
-  lblFile_ = new ElidedLabel;
-  lblFile_->setObjectName("lblFile");
-  lblFile_->setTextFormat(Qt::PlainText);
-  setElided(*lblFile_, process_->fileLabel());
+  lblFile_ = new ElidedLabel("lblFile", process_->fileLabel());
   lblFilesInQueue_ = makeLabel("lblFilesInQueue", process_->queueText());
   lblFilesProcessed_ = makeLabel("lblFilesProcessed", process_->processedText());
   lblSiteId_ = makeLabel("lblSiteId", "Please Wait...");
@@ -83,9 +57,8 @@ void frmDownload::buildSummary() {
   lblSiteId_->hide();
 
   auto* counters = new QHBoxLayout;
-  counters->addWidget(lblFilesInQueue_);
-  counters->addWidget(lblFilesProcessed_);
-  counters->addStretch();
+  counters->addWidget(lblFilesInQueue_, 1);
+  counters->addWidget(lblFilesProcessed_, 1);
   summary().addWidget(lblFile_);
   summary().addLayout(counters);
 }
@@ -93,26 +66,10 @@ void frmDownload::buildSummary() {
 void frmDownload::buildDetails() {
   auto* tabs = new QTabWidget;
   tabs->setObjectName("SSTab1");
-  tabs->addTab(makeLinksTab(), "Links");
+  tabs->addTab(&linkView(), "Links");
   tabs->addTab(makePreviewTab(), "Preview");
   tabs->addTab(makeInfoTab(), "Info");
   details().layout()->addWidget(tabs);
-}
-
-QWidget* frmDownload::makeLinksTab() {
-  QHeaderView& header = *linkView().header();
-  header.setSectionsClickable(true);
-  connect(&header, &QHeaderView::sectionClicked, this,
-          [this](int column) { guarded("frmDownload.lvwLinks", [&] { sortLinks(column); }); });
-  return &linkView();
-}
-
-void frmDownload::sortLinks(int column) {
-  const Qt::SortOrder order = sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder;
-  sortDescending_ = !sortDescending_;
-  process_->lvwLinks.sort(column, order);
-  linkView().header()->setSortIndicator(column, order);
-  linkView().header()->setSortIndicatorShown(true);
 }
 
 QWidget* frmDownload::makePreviewTab() {
@@ -132,6 +89,7 @@ QWidget* frmDownload::makePreviewTab() {
 QWidget* frmDownload::makeInfoTab() {
   auto* page = new QWidget;
   auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(kTightMargins);
   layout->addWidget(makeDownloadPanel());
   layout->addWidget(makeErrorPanel("frmErrorInfo", "lblInfoErrorFile", "lblInfoErrorReason", "lblInfoErrorTime",
                                    "lblInfoErrorCount"));
@@ -155,6 +113,8 @@ QWidget* frmDownload::makeDownloadPanel() {
   txtInfoSavePath_->setAccessibleName("Saving to");
   txtInfoSavePath_->setReadOnly(true);
   auto* layout = new QVBoxLayout(panel);
+  layout->setContentsMargins(kTightMargins);
+  layout->setSpacing(kTightSpacing);
   for (QWidget* line : {static_cast<QWidget*>(lblInfoSize_), static_cast<QWidget*>(lblInfoBytesReceived_),
                         static_cast<QWidget*>(lblInfoBytesLeft_), static_cast<QWidget*>(txtInfoSavePath_)})
     layout->addWidget(line);
@@ -163,14 +123,16 @@ QWidget* frmDownload::makeDownloadPanel() {
 
 void frmDownload::refresh() {
   ProcessWindow::refresh();
-  setElided(*lblFile_, process_->fileLabel());
+  lblFile_->setLine(process_->fileLabel());
   lblFilesInQueue_->setText(toQString(process_->queueText()));
   lblFilesProcessed_->setText(toQString(process_->processedText()));
   lblInfoSize_->setText(toQString(process_->sizeText()));
   lblInfoBytesReceived_->setText(toQString(process_->receivedText()));
   lblInfoBytesLeft_->setText(toQString(process_->leftText()));
   const QString folder = toQString(process_->savePathText());
-  if (txtInfoSavePath_->text() != folder) txtInfoSavePath_->setText(folder);
+  if (txtInfoSavePath_->text() == folder) return;
+  txtInfoSavePath_->setText(folder);
+  txtInfoSavePath_->setCursorPosition(0);
 }
 
 bool frmDownload::eventFilter(QObject* watched, QEvent* event) {
@@ -187,7 +149,7 @@ void frmDownload::fileSaved(const std::string& path) {
 void frmDownload::showPreview() {
   if (!previewDue_) return;
   previewDue_ = false;
-  guarded("frmDownload.showPreview", [this] { Gear1_->setPicture(lastSaved_); });
+  run([this] { Gear1_->setPicture(lastSaved_); });
 }
 
 }  // namespace mv

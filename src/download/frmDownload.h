@@ -33,21 +33,18 @@ class frmDownload : public ProcessWindow {
   explicit frmDownload(std::unique_ptr<DownloadProcess> process);
   void buildSummary();
   void buildDetails();
-  QWidget* makeLinksTab();
   QWidget* makePreviewTab();
   QWidget* makeInfoTab();
   QWidget* makeDownloadPanel();
-  void sortLinks(int column);
   // Pictures are decoded only while they can be seen; the last one saved is caught up with.
   void fileSaved(const std::string& path);
   void showPreview();
 
   std::unique_ptr<DownloadProcess> process_;
-  bool sortDescending_ = false;
   std::string lastSaved_;
   bool previewDue_ = false;
   PictureDisplay* Gear1_ = nullptr;
-  QLabel* lblFile_ = nullptr;
+  ElidedLabel* lblFile_ = nullptr;
   QLabel* lblFilesInQueue_ = nullptr;
   QLabel* lblFilesProcessed_ = nullptr;
   QLabel* lblSiteId_ = nullptr;

@@ -1,6 +1,6 @@
 // Writes a file so that its final name only ever shows the whole content: the bytes go to a nameless or temporary file
-// in the same folder, which takes the final name in one step. A crash, a full disk or a forgotten commit leaves what was
-// there before, and nothing half-written.
+// in the same folder, which takes the final name in one step. A crash, a full disk or a forgotten commit leaves what
+// was there before, and nothing half-written.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ class FileError : public std::runtime_error {
 
 class AtomicFile {
  public:
-  // Opens a temporary file in the folder of `path` (UTF-8). Raises FileError: no such folder, `path` is a folder or ends
-  // with a separator, no permission, disk full.
+  // Opens a temporary file in the folder of `path` (UTF-8). Raises FileError: no such folder, `path` is a folder or
+  // ends with a separator, no permission, disk full.
   explicit AtomicFile(const std::string& path);
   // Not committed: removes what was written.
   ~AtomicFile();
@@ -34,7 +34,8 @@ class AtomicFile {
   // Appends. Raises FileError (a full disk above all).
   void write(std::string_view bytes);
   std::uint64_t size() const;
-  // Gives the file its final name, replacing a file of that name. Raises FileError. Afterwards only destruction is left.
+  // Gives the file its final name, replacing a file of that name. Raises FileError. Afterwards only destruction is
+  // left.
   void commit();
 
   // For tests: the operating-system calls can be made to fail from the n-th byte on. 0 switches that off.

@@ -1,5 +1,7 @@
 #include "platform/CurlLoop.h"
 
+#include <netdb.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -21,6 +23,20 @@ std::shared_ptr<CurlLoop>& currentLoop() {
 
 // Sockets and timers must be gone before the application object is.
 void endWithApplication() { CurlLoop::forgetCurrent(); }
+
+// "address port" of this side of a connection; "" when there is none.
+std::string localEndOf(curl_socket_t socket) {
+  sockaddr_storage end{};
+  socklen_t size = sizeof end;
+  auto* plain = reinterpret_cast<sockaddr*>(&end);
+  char address[NI_MAXHOST];
+  char port[NI_MAXSERV];
+  if (::getsockname(socket, plain, &size) != 0 ||
+      ::getnameinfo(plain, size, address, sizeof address, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) != 0) {
+    return {};
+  }
+  return std::string(address) + " " + port;
+}
 
 }  // namespace
 
@@ -87,21 +103,20 @@ void CurlLoop::add(CURL* easy, CurlClient* client) {
   curl_multi_add_handle(multi_, easy);
 }
 
+void CurlLoop::connected(const std::string& localEnd, CurlClient* client) { users_[localEnd] = client; }
+
 void CurlLoop::remove(CURL* easy, CurlClient* client) {
   forgetSocketsOf(client);
   curl_multi_remove_handle(multi_, easy);
 }
 
-int CurlLoop::onSocket(CURL* easy, curl_socket_t socket, int what, void* self, void*) {
+int CurlLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*) {
   auto* loop = static_cast<CurlLoop*>(self);
   if (what == CURL_POLL_REMOVE) {
     loop->unwatch(socket);
-    return 0;
+  } else {
+    loop->watch(socket, what);
   }
-  char* client = nullptr;
-  curl_easy_getinfo(easy, CURLINFO_PRIVATE, &client);
-  if (client != nullptr) loop->users_[socket] = reinterpret_cast<CurlClient*>(client);
-  loop->watch(socket, what);
   return 0;
 }
 
@@ -118,7 +133,7 @@ int CurlLoop::onTimer(CURLM*, long milliseconds, void* self) {
 int CurlLoop::onClose(void* self, curl_socket_t socket) {
   auto* loop = static_cast<CurlLoop*>(self);
   loop->unwatch(socket);
-  if (const auto user = loop->users_.extract(socket)) user.mapped()->socketClosed();
+  if (const auto user = loop->users_.extract(localEndOf(socket))) user.mapped()->socketClosed();
   return ::close(socket);
 }
 

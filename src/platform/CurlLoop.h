@@ -6,6 +6,7 @@
 
 #include <QTimer>
 #include <memory>
+#include <string>
 #include <unordered_map>
 
 namespace mv {
@@ -37,6 +38,9 @@ class CurlLoop {
   void prepare(CURL* easy);
   // Starts the request. `client` lives until finished() or remove().
   void add(CURL* easy, CurlClient* client);
+  // The request has got its connection, fresh or used before: the end of that one is told to `client` from now on. The
+  // connection is known by its local end, "address port": libcurl does not show the socket of one that is used again.
+  void connected(const std::string& localEnd, CurlClient* client);
   // Ends it without a word; harmless when it is over.
   void remove(CURL* easy, CurlClient* client);
 
@@ -44,7 +48,7 @@ class CurlLoop {
   struct Notifiers;
 
   CurlLoop();
-  static int onSocket(CURL* easy, curl_socket_t socket, int what, void* self, void*);
+  static int onSocket(CURL*, curl_socket_t socket, int what, void* self, void*);
   static int onTimer(CURLM* multi, long milliseconds, void* self);
   static int onClose(void* self, curl_socket_t socket);
   void watch(curl_socket_t socket, int what);
@@ -57,7 +61,7 @@ class CurlLoop {
   CURLSH* share_;
   QTimer timer_;
   std::unordered_map<curl_socket_t, std::unique_ptr<Notifiers>> notifiers_;
-  std::unordered_map<curl_socket_t, CurlClient*> users_;
+  std::unordered_map<std::string, CurlClient*> users_;  // by local end
 };
 
 }  // namespace mv

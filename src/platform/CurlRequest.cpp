@@ -8,6 +8,7 @@
 #include <charconv>
 #include <map>
 #include <new>
+#include <optional>
 
 #include "platform/TextDecoding.h"
 
@@ -187,9 +188,10 @@ curl_socket_t CurlRequest::onOpen(void* self, curlsocktype, curl_sockaddr* addre
   return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
-int CurlRequest::onReady(void* self, char*, char*, int, int) {
+int CurlRequest::onReady(void* self, char*, char* localAddress, int, int localPort) {
   auto* request = requestOf(self);
   request->beginHop();
+  request->loop_->connected(localAddress + (" " + std::to_string(localPort)), request);
   if (request->lastState_ == kConnecting) request->raise(kConnected);
   request->raise(kRequesting);
   return CURL_PREREQFUNC_OK;
@@ -402,7 +404,8 @@ void CurlRequest::conclude(CURLcode result) {
 void CurlRequest::complete() {
   const char* effective = nullptr;
   curl_easy_getinfo(easy_, CURLINFO_EFFECTIVE_URL, &effective);
-  if (effective != nullptr) finalAddress_ = withoutUserInfo(effective);
+  const auto final = effective == nullptr ? std::nullopt : toRequestAddress(effective);
+  if (final) finalAddress_ = final->url;
   raise(kResponseCompleted);
 }
 

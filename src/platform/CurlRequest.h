@@ -89,9 +89,9 @@ class CurlRequest : private CurlClient {
   Slist basicHeaders_;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 
-  int lastState_ = 0;     // of this hop
-  bool closed_ = false;   // this hop's connection
-  bool held_ = false;     // the headers have been told, the body not asked for yet
+  int lastState_ = 0;    // of this hop
+  bool closed_ = false;  // this hop's connection
+  bool held_ = false;    // the headers have been told, the body not asked for yet
   bool paused_ = false;
   bool released_ = false;
   CURLcode heldResult_ = CURLE_OK;

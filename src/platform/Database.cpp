@@ -22,10 +22,10 @@ namespace mv {
 
 namespace {
 
-constexpr int kBusyTimeoutMs = 3000;
+constexpr int kBusyTimeoutMs = 2000;
 constexpr int kCacheKiB = 64 * 1024;
 constexpr int kReaderCacheKiB = 4 * 1024;
-constexpr int kCheckpointPages = 4096;                       // 16 MiB of journal between two checkpoints
+constexpr int kCheckpointPages = 4096;                        // 16 MiB of journal between two checkpoints
 constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
 constexpr std::size_t kCachedStatements = 128;
 constexpr std::size_t kRowsAhead = 64;
@@ -65,19 +65,27 @@ long numberOfMessage(std::string_view message) {
 
 long numberOfCode(int code, std::string_view message) {
   switch (code & 0xff) {
-    case SQLITE_ERROR: return numberOfMessage(message);
+    case SQLITE_ERROR:
+      return numberOfMessage(message);
     case SQLITE_BUSY:
-    case SQLITE_LOCKED: return DatabaseError::kLocked;
+    case SQLITE_LOCKED:
+      return DatabaseError::kLocked;
     case SQLITE_READONLY:
     case SQLITE_PERM:
-    case SQLITE_AUTH: return DatabaseError::kReadOnly;
-    case SQLITE_FULL: return DatabaseError::kDiskFull;
-    case SQLITE_CONSTRAINT: return DatabaseError::kDuplicateKey;
+    case SQLITE_AUTH:
+      return DatabaseError::kReadOnly;
+    case SQLITE_FULL:
+      return DatabaseError::kDiskFull;
+    case SQLITE_CONSTRAINT:
+      return DatabaseError::kDuplicateKey;
     case SQLITE_CORRUPT:
-    case SQLITE_NOTADB: return DatabaseError::kUnrecognizedFormat;
+    case SQLITE_NOTADB:
+      return DatabaseError::kUnrecognizedFormat;
     case SQLITE_IOERR:
-    case SQLITE_CANTOPEN: return DatabaseError::kDiskError;
-    default: return DatabaseError::kInvalidArgument;
+    case SQLITE_CANTOPEN:
+      return DatabaseError::kDiskError;
+    default:
+      return DatabaseError::kInvalidArgument;
   }
 }
 
@@ -93,9 +101,7 @@ long numberOfCode(int code, std::string_view message) {
   throw DatabaseError(number, "The database " + path + ' ' + trouble);
 }
 
-[[noreturn]] void raiseNotOpen() {
-  throw DatabaseError(DatabaseError::kNotOpen, "The database is closed.");
-}
+[[noreturn]] void raiseNotOpen() { throw DatabaseError(DatabaseError::kNotOpen, "The database is closed."); }
 
 // ---- statements ----
 
@@ -277,7 +283,8 @@ void checkDatabase(const std::string& path, const Database::TableNames& needed) 
     checkContent(probe.get(), fileSize(path), !journal);
   } catch (const DatabaseError& error) {
     if (error.number() == DatabaseError::kLocked) raiseFile(error.number(), path, "is in use by another program.");
-    // A statement of the check that is refused for its wording can only come from a file with a foreign or broken schema.
+    // A statement of the check that is refused for its wording can only come from a file with a foreign or broken
+    // schema.
     const bool ours = error.description().find(path) != std::string::npos;
     if (ours || error.number() == DatabaseError::kDiskError) throw;
     raiseFile(DatabaseError::kUnrecognizedFormat, path, "is damaged, or it is not a database.");
@@ -397,7 +404,8 @@ struct Recordset::State {
     columns = static_cast<std::size_t>(sqlite3_column_count(statement));
     if (sql.fields.size() == columns) return;
     sql.fields.clear();
-    for (std::size_t i = 0; i < columns; ++i) sql.fields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
+    for (std::size_t i = 0; i < columns; ++i)
+      sql.fields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
   }
 
   // Replaces the rows at hand by the next ones, at most `limit`.
@@ -405,14 +413,23 @@ struct Recordset::State {
     cells.clear();
     rows = row = 0;
     complete = true;
-    while (step(statement, sql.name)) {
-      for (std::size_t i = 0; i < columns; ++i) {
-        cells.emplace_back(sqlite3_value_dup(sqlite3_column_value(statement, static_cast<int>(i))));
-        if (!cells.back()) throw std::bad_alloc();
+    bool more = step(statement, sql.name);
+    // Not before the first step: it is the one that notices a column added meanwhile.
+    takeNames(statement);
+    while (more) {
+      takeRow(statement);
+      if (++rows == limit) {
+        complete = false;
+        return;
       }
-      if (++rows < limit) continue;
-      complete = false;
-      return;
+      more = step(statement, sql.name);
+    }
+  }
+
+  void takeRow(sqlite3_stmt* statement) {
+    for (std::size_t i = 0; i < columns; ++i) {
+      cells.emplace_back(sqlite3_value_dup(sqlite3_column_value(statement, static_cast<int>(i))));
+      if (!cells.back()) throw std::bad_alloc();
     }
   }
 
@@ -442,7 +459,8 @@ struct Recordset::State {
   }
 
   [[noreturn]] void raiseItemNotFound(std::string_view field) const {
-    throw DatabaseError(DatabaseError::kItemNotFound, sql.name + ": the result has no field \"" + std::string(field) + "\".");
+    throw DatabaseError(DatabaseError::kItemNotFound,
+                        sql.name + ": the result has no field \"" + std::string(field) + "\".");
   }
 
   sqlite3_value* cell(std::string_view field) const {
@@ -480,9 +498,9 @@ void Recordset::moveFirst() {
 }
 
 void Recordset::moveNext() {
-  if (endOfRows()) throw DatabaseError(DatabaseError::kNoCurrentRecord, state_->sql.name + ": there is no current row.");
-  if (++state_->row == state_->rows && !state_->complete)
-    state_->readRows(state_->reader->statement.get(), kRowsAhead);
+  if (endOfRows())
+    throw DatabaseError(DatabaseError::kNoCurrentRecord, state_->sql.name + ": there is no current row.");
+  if (++state_->row == state_->rows && !state_->complete) state_->readRows(state_->reader->statement.get(), kRowsAhead);
 }
 
 bool Recordset::endOfRows() const {
@@ -522,7 +540,6 @@ Recordset Database::query(std::string_view sql) {
   state->owner = connection_;
   state->sql = translateSql(sql);
   sqlite3_stmt* const statement = connection_->statements.get(connection_->main.get(), state->sql);
-  state->takeNames(statement);
   {
     const Use use(statement, state->sql);
     // Rows that only an open transaction knows cannot be seen by a reader.

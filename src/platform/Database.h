@@ -39,11 +39,11 @@ class DatabaseError : public std::runtime_error {
     kReadOnly = 3027,
     kDiskError = 3043,
     kAlreadyExists = 3204,
-    kUnknownColumn = 3061,   // a name in the statement that is no column: the engine takes it for a parameter
+    kUnknownColumn = 3061,  // a name in the statement that is no column: the engine takes it for a parameter
     kSyntaxError = 3075,
     kUnknownTable = 3078,
     kLocked = 3260,
-    kItemNotFound = 3265,    // a recordset has no field of that name
+    kItemNotFound = 3265,        // a recordset has no field of that name
     kUnrecognizedFormat = 3343,  // not a database, or a damaged one
     kNotOpen = 3420,
   };
@@ -76,9 +76,9 @@ class Recordset {
   // True when there is no current row (an empty result, or past the last).
   bool endOfRows() const;
 
-  // The current row's field, by column name, alias or qualified name as the select list wrote it ("outCount", "vf.name"),
-  // without regard to case. A null value is "" or 0; a text read as a number gives its leading number, else 0.
-  // Raise kItemNotFound and kNoCurrentRecord.
+  // The current row's field, by column name, alias or qualified name as the select list wrote it ("outCount",
+  // "vf.name"), without regard to case. A null value is "" or 0; a text read as a number gives its leading number, else
+  // 0. Raise kItemNotFound and kNoCurrentRecord.
   std::string text(std::string_view field) const;
   std::int64_t number(std::string_view field) const;
   bool isNull(std::string_view field) const;

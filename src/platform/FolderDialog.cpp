@@ -4,11 +4,12 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHBoxLayout>
-#include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -72,9 +73,12 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
   layout->addLayout(makeButtons());
 
   connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
+  // The folders above the current one arrive one after the other, each time moving it.
+  connect(model_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
+    if (folder().startsWith(absoluteFolder(loaded)))
+      QTimer::singleShot(0, this, [this] { tree_->scrollTo(tree_->currentIndex(), QTreeView::PositionAtCenter); });
+  });
   connect(line_, &QLineEdit::textEdited, this, &FolderDialog::lineEdited);
-  connect(model_, &QFileSystemModel::fileRenamed, this,
-          [this](const QString& folder, const QString&, const QString& name) { folderRenamed(folder, name); });
   showFolder(nearestFolder(request.initialFolder));
   resize(kInitialSize);
   tree_->setFocus();
@@ -82,13 +86,11 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
 
 QTreeView* FolderDialog::makeTree() {
   model_->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
-  model_->setReadOnly(false);
   model_->setRootPath(QDir::rootPath());
   auto* tree = new QTreeView(this);
   tree->setObjectName(QStringLiteral("folders"));
   tree->setModel(model_);
   tree->setHeaderHidden(true);
-  // Only a new folder is renamed here, and that by hand.
   tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
   for (int column = 1; column < model_->columnCount(); ++column) tree->hideColumn(column);
   return tree;
@@ -145,21 +147,18 @@ void FolderDialog::lineEdited() {
 }
 
 void FolderDialog::makeFolder() {
-  const QModelIndex parent = model_->index(folder());
-  const QModelIndex made = model_->mkdir(parent, freeName(QDir(folder())));
-  if (!made.isValid()) {
-    status_->setText(QStringLiteral("No folder can be made here."));
-    return;
-  }
-  tree_->expand(parent);
-  tree_->setCurrentIndex(made);
-  tree_->scrollTo(made);
-  tree_->edit(made);
-}
-
-void FolderDialog::folderRenamed(const QString& parent, const QString& name) {
-  line_->setText(absoluteFolder(QDir(parent).filePath(name)));
-  updateButtons();
+  QDir parent(folder());
+  bool confirmed = false;
+  const QString name =
+      QInputDialog::getText(this, QStringLiteral("New Folder"), QStringLiteral("Name of the new folder:"),
+                            QLineEdit::Normal, freeName(parent), &confirmed)
+          .trimmed();
+  if (!confirmed) return;
+  const bool isName = !name.isEmpty() && name != QStringLiteral("..") && !name.contains('/') && !name.contains('\\');
+  if (isName && parent.mkdir(name))
+    showFolder(parent.filePath(name));
+  else
+    status_->setText(QStringLiteral("A folder of this name cannot be made here."));
 }
 
 void FolderDialog::updateButtons() {

@@ -27,7 +27,6 @@ class FolderDialog : public QDialog {
   void treeMoved(const QModelIndex& index);
   void lineEdited();
   void makeFolder();
-  void folderRenamed(const QString& parent, const QString& name);
   void showFolder(const QString& path);
   void updateButtons();
 

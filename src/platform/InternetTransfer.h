@@ -52,7 +52,7 @@ class InternetTransfer : public QObject {
   ~InternetTransfer() override;
 
   // Starts a request and returns at once; the outcome arrives as StateChanged, never from inside this call. `operation`
-  // is "GET" in any case of letters. A request that is still running is dropped without a signal.
+  // is "GET" in any case of letters (std::invalid_argument otherwise). A running request is dropped without a signal.
   //
   // After a HeadersOnly request has completed, the connection stands still with the body unread. Execute of the same
   // address with Text or File goes on with that very response: one request on the wire, no byte twice. Any other

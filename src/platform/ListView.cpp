@@ -170,6 +170,11 @@ int ListView::currentSelectedRow() const {
   return nearest;
 }
 
+void ListView::keyboardSearch(const QString& search) {
+  if (currentItem()) setCurrentItem(currentItem(), 0, QItemSelectionModel::NoUpdate);
+  QTreeWidget::keyboardSearch(search);
+}
+
 void ListView::setSorting(bool on) {
   sorting_ = on;
   if (on) sortNow();

@@ -44,6 +44,9 @@ class ListView : public QTreeWidget {
   // The selected row nearest the keyboard focus, -1 when none is selected.
   int currentSelectedRow() const;
 
+  // Type-ahead goes by the row's own text, whichever column was clicked.
+  void keyboardSearch(const QString& search) override;
+
   // Sorting compares texts ("10" before "9"), without case first; equal rows keep their order.
   // While on, the list is kept in order of the current sort column and direction.
   void setSorting(bool on);

@@ -97,7 +97,11 @@ std::string withoutCredentials(std::string_view text) {
     const auto authority = text.substr(start, text.find_first_of("/?# \t\r\n'\"", start) - start);
     const auto at = authority.rfind('@');
     result.append(text.substr(0, start));
-    if (at != std::string_view::npos) result.append("***").append(authority.substr(at));
+    if (at == std::string_view::npos) {
+      result.append(authority);
+    } else {
+      result.append("***").append(authority.substr(at));
+    }
     text.remove_prefix(start + authority.size());
   }
   return result.append(text);

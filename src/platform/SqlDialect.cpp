@@ -25,7 +25,9 @@ using Tokens = std::vector<Token>;
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool startsWord(char c) { return (lower(c) >= 'a' && lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
+bool startsWord(char c) {
+  return (lower(c) >= 'a' && lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+}
 bool continuesWord(char c) { return startsWord(c) || isDigit(c) || c == '$'; }
 
 [[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::kSyntaxError, reason); }
@@ -122,7 +124,8 @@ class Lexer {
   Token symbol(char c) {
     const std::size_t start = at_;
     if (c == '\0') refuse("The statement has a NUL outside of a text.");
-    if (std::string_view("?:@$").find(c) != std::string_view::npos) refuse(std::string("The statement has a stray ") + c);
+    if (std::string_view("?:@$").find(c) != std::string_view::npos)
+      refuse(std::string("The statement has a stray ") + c);
     const bool unequal = (c == '<' && peek(1) == '>') || (c == '!' && peek(1) == '=');
     at_ += unequal ? 2 : 1;
     return {Kind::Symbol, from(start), {}};
@@ -138,12 +141,11 @@ bool isWord(const Token& token, std::string_view keyword) {
 }
 
 bool isWord(const Token& token, std::initializer_list<std::string_view> keywords) {
-  return std::any_of(keywords.begin(), keywords.end(), [&](std::string_view keyword) { return isWord(token, keyword); });
+  return std::any_of(keywords.begin(), keywords.end(),
+                     [&](std::string_view keyword) { return isWord(token, keyword); });
 }
 
-bool isSymbol(const Token& token, std::string_view symbol) {
-  return token.kind == Kind::Symbol && token.raw == symbol;
-}
+bool isSymbol(const Token& token, std::string_view symbol) { return token.kind == Kind::Symbol && token.raw == symbol; }
 
 bool isName(const Token& token) { return token.kind == Kind::Word || token.kind == Kind::Identifier; }
 
@@ -293,7 +295,8 @@ std::vector<std::string> selectFields(const Tokens& tokens) {
   std::vector<std::string> fields;
   int depth = 0;
   for (std::size_t i = start; i <= tokens.size(); ++i) {
-    const bool listEnds = i == tokens.size() || (depth == 0 && isWord(tokens[i], {"from", "where", "order", "limit", "union"}));
+    const bool listEnds =
+        i == tokens.size() || (depth == 0 && isWord(tokens[i], {"from", "where", "order", "limit", "union"}));
     if (listEnds || (depth == 0 && isSymbol(tokens[i], ","))) {
       fields.push_back(fieldName(tokens.data() + start, tokens.data() + i));
       if (fields.back().empty()) return {};

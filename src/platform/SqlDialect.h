@@ -16,7 +16,8 @@ struct SqlStatement {
   // What the engine prepares. A value stands in it as ?1, ?2, ... in the order of `values`.
   std::string shape;
   std::vector<SqlValue> values;
-  // The fields of a select list as it names them: an alias, "name" or "vf.name". Empty where the engine has to be asked.
+  // The fields of a select list as it names them: an alias, "name" or "vf.name". Empty where the engine has to be
+  // asked.
   std::vector<std::string> fields;
   // "select from link": what a message may say of the statement, without its values.
   std::string name;

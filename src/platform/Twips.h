@@ -17,6 +17,8 @@ struct TwipRect {
   int left = 0;
   int height = 0;  // 0: no place known
   int width = 0;
+
+  bool operator==(const TwipRect&) const = default;
 };
 
 }  // namespace mv

@@ -70,7 +70,7 @@ class Process : public QObject {
  protected:
   virtual void tick() = 0;
   virtual void transferEvent(int state) = 0;
-  // An exception left a procedure that run() had called.
+  // An exception left a procedure that run() had called. What this one throws is lost.
   virtual void failed(const std::exception& error) = 0;
 
   // Every entry from outside goes through this: does nothing when stop is requested; exceptions go to failed().
@@ -93,7 +93,7 @@ class Process : public QObject {
   long errorCount_ = 0;
 
  private:
-  void leave();
+  class Entered;
 
   std::string caption_;
   ErrorPanelTexts errorPanel_;

@@ -8,6 +8,7 @@
 #include <QTreeView>
 
 #include "app/ChildWindow.h"
+#include "process/ElidedLabel.h"
 #include "process/Process.h"
 
 class QGroupBox;
@@ -27,17 +28,19 @@ class ProcessWindow : public ChildWindow {
   void toggleDetails();
 
  protected:
-  // `process` is not owned here but must live as long as the window: a member of the subclass.
+  // `process` is not owned here: the subclass makes it before this constructor runs and drops it in its own destructor.
   explicit ProcessWindow(Process& process);
 
-  // The area below the always visible lines, shown when expanded.
+  // The area below the always visible lines, shown when expanded; it has a vertical layout.
   QWidget& details() { return *details_; }
-  QVBoxLayout& summary() { return *summary_; }  // the always visible lines
+  // The always visible lines: those that subclasses add here, then one with the progress bar and the details button.
+  QVBoxLayout& summary() { return *summary_; }
   QProgressBar& progressBar() { return *pbarSave_; }
+  // The work list. A click on a column header sorts it, ascending and descending by turns, one flag for all columns.
   QTreeView& linkView() { return *lvwLinks_; }
   // "Last Error Logged" with its four labels, object names as given.
   QGroupBox* makeErrorPanel(const QString& frame, const QString& subject, const QString& reason, const QString& time,
-                            const QString& count);
+                            const QString& count, const std::string& subjectCaption = "File:");
 
   // Expands or collapses.
   void setDetailsShown(bool shown);
@@ -52,17 +55,26 @@ class ProcessWindow : public ChildWindow {
   void activated() override;
 
  private:
+  void buildLinkView();
+  void buildSummary();
+  void buildDetails();
+  void wire();
+  void sortLinks(int column);
+  void showRow(int row);
+  void showErrorPanel();
+
   Process& process_;
   bool collapsed_ = true;
-  QVBoxLayout* summary_;
-  QWidget* details_;
-  QProgressBar* pbarSave_;
-  QPushButton* btnDetails_;
-  QTreeView* lvwLinks_;
-  QLabel* errorSubject_ = nullptr;
-  QLabel* errorReason_ = nullptr;
-  QLabel* errorTime_ = nullptr;
-  QLabel* errorCount_ = nullptr;
+  bool sortDescending_ = false;
+  QVBoxLayout* summary_ = nullptr;
+  QWidget* details_ = nullptr;
+  QProgressBar* pbarSave_ = nullptr;
+  QPushButton* btnDetails_ = nullptr;
+  QTreeView* lvwLinks_ = nullptr;
+  ElidedLabel* errorSubject_ = nullptr;
+  ElidedLabel* errorReason_ = nullptr;
+  ElidedLabel* errorTime_ = nullptr;
+  ElidedLabel* errorCount_ = nullptr;
 };
 
 }  // namespace mv

@@ -5,7 +5,6 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -45,12 +44,12 @@ class WorkList : public QAbstractTableModel {
 
   // First row in list order whose state is Waiting, -1 when none.
   int nextWaiting() const;
-  // Row with that link id, -1 when none.
+  // First row in list order with that link id, -1 when none.
   int findLink(std::int64_t linkId) const;
   // Does a tagged row bear exactly this address?
   bool holdsAddress(const std::string& url) const;
 
-  // Compares texts as shown, ties keep their order.
+  // Compares texts as shown, without case first; ties keep their order.
   void sort(int column, Qt::SortOrder order) override;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -59,13 +58,15 @@ class WorkList : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  void add(WorkRow row);
   std::string cellText(const WorkRow& row, int column) const;
-  void reindex();
+  std::vector<int> sortedRows(int column, Qt::SortOrder order) const;
+  void reorder(const std::vector<int>& sorted);
 
   QStringList titles_;
   std::vector<WorkRow> rows_;
   std::unordered_map<std::int64_t, int> byLink_;
-  std::unordered_multiset<std::string> addresses_;
+  std::unordered_set<std::string> addresses_;
   mutable int waitingCursor_ = 0;  // no row before it is waiting
 };
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,16 +27,19 @@ class ScanProcess : public Process {
 
   static constexpr int kQueueLimit = 10000;
 
-  // Starts the scan: credentials, limits, queue, tags, filters, work timer.
-  void initWindow();
+  // Starts the scan: credentials, limits, queue, tags, the window's place (by `placeWindow`), filters, work timer. When
+  // one of them fails the work timer's next tick starts it anew.
+  void initWindow(std::function<void()> placeWindow = {});
   void buildTagArray();
   void buildQueue();
   // One work step, as the timer runs it.
   void crawlStep();
   // `kind` "pagestoscan" refreshes the counters, "error" fills the error panel; other kinds do nothing.
   void updateStatus(const std::string& kind, const std::string& reason = {}, long code = 0);
-  // The text before which the current page's relative links are placed; ends with "/".
-  std::string computeBasePath();
+  // The text before which the current page's relative links are placed, from the page's address; ends with "/".
+  std::string computeBasePath() const;
+  // The same from the page's base href.
+  std::string computeBasePath(const std::string& baseHref) const;
 
   // What the window shows.
   std::string pageLabel() const;      // "Page: " + the shortened address
@@ -56,37 +59,57 @@ class ScanProcess : public Process {
   void failed(const std::exception& error) override;
 
  private:
+  // What a search string's walk through the page is for.
+  enum class Walk { BaseHref, Links };
+
+  void start();
   void readCredentials();
+  std::string siteField(int fieldId) const;
   void reloadLimits();
+  void crawl();
   void takeUp(int row);
   void rebuildQueue();
-  void pageFailed();
-  void processPage();
-  void processLinksFrom(std::size_t tag);
-  void handleLink(const std::string& link);
-  void finishPage();
   void markPageDone();
+  void pageFailed();
+  void readPage();
+  void processPage();
+  void nextWalk();
+  void walkPage();
+  void linkFound(const std::string& link);
+  void handleLink(const std::string& link);
+  void storeLink(const std::string& link);
+  void finishPage();
+  void report(const std::exception& error);
+  std::string scanCaption() const;
 
   clsLinkParser parser_;
   clsPageScanner scanner_;
+  std::function<void()> placeWindow_;
+  bool started_ = false;
   std::vector<std::string> tags_;
-  std::shared_ptr<const std::string> pageText_;
+
+  // The page being worked through.
+  std::string pageText_;  // while it is read
+  Walk walk_ = Walk::BaseHref;
+  std::size_t tag_ = 0;
+  std::string baseHref_;
   std::string basePath_;
-  std::string baseUrl_;      // the current page's address without scheme and credentials
+  std::string baseUrl_;  // its address without scheme and credentials
   std::string currentUrl_;
   std::int64_t currentLinkId_ = 0;
-  long queueCount_ = 0;
+  bool pageError_ = false;
+  std::string requestKind_;
+  std::string reported_;  // error last shown; the same is not shown twice for a page
+
   long rowsAdded_ = 0;
   long pagesLeft_ = 0;
   long pagesProcessed_ = 0;
-  bool pageError_ = false;
-  bool reportedThisPage_ = false;  // a database error of this page has been shown
   std::string alternateMatchpath_;
   bool useUrlCredentials_ = false;
   std::string userName_;
   std::string password_;
+  std::string labelUrl_;  // masked, as the window shows them
   std::string shownUrl_;
-  std::string requestKind_;
 };
 
 }  // namespace mv

@@ -3,14 +3,21 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include "scan/FilterRules.h"
 
 namespace mv {
+
+// The sequence of link ids gave no id; the user has been told.
+class NoLinkId : public std::runtime_error {
+ public:
+  NoLinkId() : std::runtime_error("no id for a new link") {}
+};
 
 class clsLinkParser {
  public:
@@ -33,22 +40,27 @@ class clsLinkParser {
 
   // Sets URL from Link, BasePath and Domain. BasePath is shortened by "../" steps.
   void ProcessLink();
-  // Stores URL unless it is known, filtered, foreign beyond the limit, or a mail address. Raises DatabaseError.
+  // Stores URL unless it is known, filtered, foreign beyond the limit, or a mail address. Raises DatabaseError, and
+  // NoLinkId.
   void AddLinkToDatabase();
 
  private:
-  void normalizeRelativeLink();
+  // Link without its leading steps; BasePath goes up with them.
+  std::string_view normalizeRelativeLink();
   void classify();
+  // True when the link's type, were it a file, is one the site takes. Turns files of unknown types into documents.
+  bool typeIsWanted();
   void applyGlobalFilters();
   void applySiteFilters();
+  bool passesFilters();
   std::string extractLinkDomain() const;
   void checkDomainHop(const std::string& linkDomain);
-  bool domainIsAllowed();
+  bool passesDomainHopper();
   void insertUnlessKnown();
 
-  std::string fileType_;
+  std::string fileType_;    // extension of a file, "" for anything else
   std::string storedType_;  // LinkType, but "Document" for files of an unknown type
-  std::vector<std::string> hopDomains_;
+  std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::vector<FilterRule> globalRules_;
   std::vector<FilterRule> siteRules_;
 };

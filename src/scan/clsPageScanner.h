@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,8 @@ class clsPageScanner {
   void setHtml(std::string html);
   void setHtml(std::shared_ptr<const std::string> html);
   std::string_view html() const;
+  // Makes html() the whole text last set again.
+  void restart();
 
   // Exact and case-sensitive. One that begins with "<" is a whole tag up to its "="; any other is an attribute.
   // Setting it sets LinkFound.
@@ -30,8 +33,13 @@ class clsPageScanner {
   const std::string& Link() const { return link_; }
   bool LinkFound() const { return linkFound_; }
 
-  // Finds the next occurrence of SearchString.
+  // Finds the next occurrence of SearchString. A link of more than kLongestLink bytes (embedded data, a tag without an
+  // end) is no address that a server takes: it counts as found, Link is "".
   void getLink();
+  static constexpr std::size_t kLongestLink = 8192;
+  // Does part of getLink's search ahead: looks for the occurrence in the next `bytes`. True when the rest of getLink is
+  // quick. For walking through a huge page in short steps.
+  bool seek(std::size_t bytes);
   // Lower-cases html and cuts its first form out of it.
   void getForm();
 
@@ -42,11 +50,16 @@ class clsPageScanner {
     std::size_t found = std::string::npos;
     std::size_t next(std::string_view text, char c, std::size_t from);
   };
+  void start();
+  std::string_view takeTag(std::size_t at);
+  std::optional<std::string_view> takeAttribute(std::size_t at);
+  void setLink(std::string_view found);
   void notFound();
-  void resetFinders();
 
   std::shared_ptr<const std::string> page_ = std::make_shared<const std::string>();
-  std::size_t position_ = 0;
+  std::size_t position_ = 0;  // where html() starts
+  std::size_t seeked_ = 0;    // no occurrence starts between position_ and here
+  bool atOccurrence_ = false; // one starts at seeked_
   std::string searchString_;
   std::string link_;
   bool linkFound_ = true;

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "platform/Dialogs.h"
@@ -37,7 +38,7 @@ void frmNewTag::buildFields() {
   auto* label = new QLabel(QStringLiteral("&Tag:"), this);
   label->setBuddy(txtTagName_);
 
-  auto* grid = new QGridLayout(this);
+  auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(label, 0, 0);
   grid->addWidget(txtTagName_, 0, 1);
   grid->setRowStretch(1, 1);

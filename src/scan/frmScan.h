@@ -1,6 +1,8 @@
 // The scan window of one running site.
 #pragma once
 
+#include <memory>
+
 #include "process/ProcessWindow.h"
 #include "scan/ScanProcess.h"
 
@@ -13,7 +15,7 @@ class frmScan : public ProcessWindow {
  public:
   // Set the process's members and the caption ("Scan: " + location), show, then call initWindow.
   frmScan();
-  ScanProcess& process() { return process_; }
+  ScanProcess& process() { return *process_; }
 
   void initWindow();
   QString positionKey() const override;
@@ -22,10 +24,14 @@ class frmScan : public ProcessWindow {
   void refresh() override;
 
  private:
-  ScanProcess process_;
-  QLabel* lblPage_;
-  QLabel* lblPagesToScan_;
-  QLabel* lblPagesProcessed_;
+  explicit frmScan(std::unique_ptr<ScanProcess> process);
+  void buildSummary();
+  void buildDetails();
+
+  std::unique_ptr<ScanProcess> process_;
+  ElidedLabel* lblPage_;
+  ElidedLabel* lblPagesToScan_;
+  ElidedLabel* lblPagesProcessed_;
   QLabel* lblSiteId_;
   QLineEdit* txtInfoPageURL_;
 };

@@ -31,8 +31,8 @@ void addNamedRow(ListView& list, std::int64_t id, const std::string& name) {
 
 }  // namespace
 
-AssignmentLists::AssignmentLists(SlotRunner run, const Texts& texts, const std::vector<const char*>& assignedHidden)
-    : run_(std::move(run)),
+AssignmentLists::AssignmentLists(SlotRunner runner, const Texts& texts, const std::vector<const char*>& assignedHidden)
+    : run_(std::move(runner)),
       available_(makeList(texts.availableName, texts.availableTip, texts.column, {"ID"})),
       toAssigned_(makeButton(texts.toAssigned, ">")),
       toAvailable_(makeButton(texts.toAvailable, "<")),
@@ -117,13 +117,19 @@ void AssignmentLists::disableMoves() {
 
 // --- file types
 
-FileTypeLists::FileTypeLists(SlotRunner run)
-    : AssignmentLists(std::move(run), {"Extension", "lvwFiletypesAvailable", "Available Filetypes",
-                       "These filetypes will not be downloaded from this site", "lvwFiletypesAssigned",
-                       "Filetypes for This Site", "These filetypes will be downloaded from this site",
+FileTypeLists::FileTypeLists(SlotRunner runner)
+    : AssignmentLists(std::move(runner),
+                      {"Extension",
+                       "lvwFiletypesAvailable",
+                       "Available Filetypes",
+                       "These filetypes will not be downloaded from this site",
+                       "lvwFiletypesAssigned",
+                       "Filetypes for This Site",
+                       "These filetypes will be downloaded from this site",
                        {"cmdMoveFileTypeToAssigned", "Move from Available to Being Downloaded"},
                        {"cmdMoveFileTypeToAvailable", "Move from Being Downloaded to Available"},
-                       {"cmdNewFileType", "Create a new filetype"}, "New..."},
+                       {"cmdNewFileType", "Create a new filetype"},
+                       "New..."},
                       {}) {
   txtFiletypeDescription_ = new QLineEdit(this);
   txtFiletypeDescription_->setObjectName("txtFiletypeDescription");
@@ -135,8 +141,7 @@ FileTypeLists::FileTypeLists(SlotRunner run)
   layout()->addWidget(txtFiletypeDescription_);
 
   for (ListView* list : {&available(), &assigned()})
-    connect(list, &ListView::rowChosen, this,
-            [this, list](int row) { run([&] { showDescription(*list, row); }); });
+    connect(list, &ListView::rowChosen, this, [this, list](int row) { run([&] { showDescription(*list, row); }); });
 }
 
 void FileTypeLists::buildForNewSite() {
@@ -188,12 +193,19 @@ void FileTypeLists::showDescription(const ListView& list, int row) {
 void setNewFilterOpener(std::function<void()> opener) { installedNewFilterOpener() = std::move(opener); }
 const std::function<void()>& newFilterOpener() { return installedNewFilterOpener(); }
 
-FilterLists::FilterLists(SlotRunner run)
-    : AssignmentLists(std::move(run), {"Filter Name", "lvwFiltersAvailable", "Available Filters", "", "lvwFiltersAssigned",
-                       "Filters for This Site", "",
+FilterLists::FilterLists(SlotRunner runner)
+    : AssignmentLists(std::move(runner),
+                      {"Filter Name",
+                       "lvwFiltersAvailable",
+                       "Available Filters",
+                       "",
+                       "lvwFiltersAssigned",
+                       "Filters for This Site",
+                       "",
                        {"cmdMoveFilterToAssigned", "Add filter to this web site"},
                        {"cmdMoveFilterToAvailable", "Remove filter from this web site"},
-                       {"cmdNewFilter", "Create a new filter"}, "New..."},
+                       {"cmdNewFilter", "Create a new filter"},
+                       "New..."},
                       {"Global"}) {
   connect(&assigned(), &ListView::rowChosen, this, [this](int row) { toAvailableButton().setEnabled(!isGlobal(row)); });
 }
@@ -213,8 +225,8 @@ void FilterLists::fillAvailable() {
   createButton().setEnabled(static_cast<bool>(newFilterOpener()));
   available().setSorting(false);
   available().clearRows();
-  for (Recordset filters = gDatabase.query("select id, name, global from filter where global = " + quoted("no") +
-                                           " order by id");
+  for (Recordset filters =
+           gDatabase.query("select id, name, global from filter where global = " + quoted("no") + " order by id");
        !filters.endOfRows(); filters.moveNext())
     addNamedRow(available(), filters.number("id"), filters.text("name"));
   available().setSorting(true);
@@ -225,11 +237,11 @@ void FilterLists::fillAssigned(std::int32_t siteId) {
   assigned().clearRows();
   for (const SiteFilter& filter : loadSiteFilters(siteId))
     assigned().addRow({toQString(filter.name), QString::number(filter.id), toQString(filter.global)}, true);
-  for (Recordset filters = gDatabase.query("select id, name, global from filter where global = " + quoted("yes") +
-                                           " order by id");
+  for (Recordset filters =
+           gDatabase.query("select id, name, global from filter where global = " + quoted("yes") + " order by id");
        !filters.endOfRows(); filters.moveNext())
-    assigned().addRow({toQString(filters.text("name")), QString::number(filters.number("id")),
-                       toQString(filters.text("global"))});
+    assigned().addRow(
+        {toQString(filters.text("name")), QString::number(filters.number("id")), toQString(filters.text("global"))});
 }
 
 bool FilterLists::isGlobal(int row) const { return isYes(toUtf8(assigned().cell(row, kGlobalColumn))); }

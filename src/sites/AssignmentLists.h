@@ -48,7 +48,7 @@ class AssignmentLists : public QWidget {
     const char* createCaption;
   };
   // `assignedHidden`: titles of the assigned list's columns that the user does not see, after the identifier.
-  AssignmentLists(SlotRunner run, const Texts& texts, const std::vector<const char*>& assignedHidden);
+  AssignmentLists(SlotRunner runner, const Texts& texts, const std::vector<const char*>& assignedHidden);
 
   void run(const std::function<void()>& work) const { run_(work); }
   ListView& available() { return *available_; }
@@ -82,7 +82,7 @@ class AssignmentLists : public QWidget {
 class FileTypeLists : public AssignmentLists {
   Q_OBJECT
  public:
-  explicit FileTypeLists(SlotRunner run);
+  explicit FileTypeLists(SlotRunner runner);
 
   // Rebuild both lists from the database. Raise DatabaseError.
   void buildForNewSite();
@@ -109,7 +109,7 @@ const std::function<void()>& newFilterOpener();
 class FilterLists : public AssignmentLists {
   Q_OBJECT
  public:
-  explicit FilterLists(SlotRunner run);
+  explicit FilterLists(SlotRunner runner);
 
   // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError.
   void buildForNewSite();

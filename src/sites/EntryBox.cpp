@@ -47,8 +47,7 @@ class CleaningValidator : public QValidator {
 
 }  // namespace
 
-EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent)
-    : QLineEdit(parent), accepts_(accepts) {
+EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent), accepts_(accepts) {
   setObjectName(objectName);
   if (accepts != Accepts::AnyText) setValidator(new CleaningValidator(accepts, this));
 }

@@ -22,7 +22,7 @@ constexpr const char* kFormType = "Authentication";
 
 }  // namespace
 
-LoginFormFields::LoginFormFields(SlotRunner run) : run_(std::move(run)) {
+LoginFormFields::LoginFormFields(SlotRunner runner) : run_(std::move(runner)) {
   cmboAuthenticationService_ = new QComboBox(this);
   cmboAuthenticationService_->setObjectName("cmboAuthenticationService");
   cmboAuthenticationService_->setAccessibleName("Method");
@@ -41,8 +41,7 @@ LoginFormFields::LoginFormFields(SlotRunner run) : run_(std::move(run)) {
   layout->addStretch();
   hideRows();
 
-  connect(cmboAuthenticationService_, &QComboBox::activated, this,
-          [this](int index) { run_([&] { choose(index); }); });
+  connect(cmboAuthenticationService_, &QComboBox::activated, this, [this](int index) { run_([&] { choose(index); }); });
 }
 
 QWidget* LoginFormFields::makeRows() {
@@ -57,7 +56,6 @@ QWidget* LoginFormFields::makeRows() {
     label->setObjectName(QString("lblFieldName%1").arg(i + 1));
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
-    label->setBuddy(box);
     box->setObjectName(QString("txtFieldName%1").arg(i + 1));
     grid->addWidget(label, i, 0);
     grid->addWidget(box, i, 1);

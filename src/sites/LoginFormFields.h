@@ -1,4 +1,5 @@
-// Tab "Authentication" of the site editor: the login form of the site, and the user's values for up to five of its fields.
+// Tab "Authentication" of the site editor: the login form of the site, and the user's values for up to five of its
+// fields.
 #pragma once
 
 #include <QWidget>
@@ -20,7 +21,7 @@ namespace mv {
 class LoginFormFields : public QWidget {
   Q_OBJECT
  public:
-  explicit LoginFormFields(SlotRunner run);
+  explicit LoginFormFields(SlotRunner runner);
 
   // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
   void buildForms();

@@ -40,7 +40,7 @@ EntryBox* numberBox(const char* name, const char* text, const char* toolTip, QWi
   return box;
 }
 
-// Label above, box and unit text below it, side by side with nothing: one row of the grid.
+// One row of the grid: label, box, unit.
 void addLimit(QGridLayout* grid, EntryBox* box, const char* label, const char* unit) {
   const int row = grid->rowCount();
   grid->addWidget(labelFor(box, label), row, 0);
@@ -70,7 +70,8 @@ RequiredInfoPage::RequiredInfoPage() {
 
   auto* note = wrappedLabel(
       "If the web site you want to scan requires a username, password, or other form of authentication, please be sure "
-      "to click the Authentication tab. This will allow you to provide the needed information to gain access to the web "
+      "to click the Authentication tab. This will allow you to provide the needed information to gain access to the "
+      "web "
       "site.",
       this);
   note->setObjectName("lblRequiredInfoPasswordWarning");
@@ -104,8 +105,7 @@ PathsPage::PathsPage() {
   folder->addWidget(cmdBrowse);
 
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(
-      labelFor(txtDefaultPath, "Default Path - This is where files will be saved for this web site."));
+  layout->addWidget(labelFor(txtDefaultPath, "Default Path - This is where files will be saved for this web site."));
   layout->addLayout(folder);
   layout->addWidget(makeUniqueNames());
   layout->addWidget(makePathManagement());
@@ -129,7 +129,8 @@ QWidget* PathsPage::makeUniqueNames() {
   layout->addLayout(baseName);
   layout->addWidget(wrappedLabel(
       "Turn this option on to have all files downloaded from this web site to be saved with unique names. Use this if "
-      "there are files on the web site that have the same name but different content. Each file will be named using the "
+      "there are files on the web site that have the same name but different content. Each file will be named using "
+      "the "
       "Base Name followed by a number.",
       frame));
   return frame;
@@ -140,8 +141,7 @@ QWidget* PathsPage::makePathManagement() {
   cmdOpenPathManager = new QPushButton("Open Path Manager...", frame);
   cmdOpenPathManager->setObjectName("cmdOpenPathManager");
   auto* layout = new QVBoxLayout(frame);
-  layout->addWidget(
-      wrappedLabel("Use the PathManager to have more control over the location of saved files.", frame));
+  layout->addWidget(wrappedLabel("Use the PathManager to have more control over the location of saved files.", frame));
   layout->addWidget(cmdOpenPathManager, 0, Qt::AlignLeft);
   return frame;
 }
@@ -175,7 +175,8 @@ DomainHoppingPage::DomainHoppingPage() {
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(hops);
   layout->addWidget(wrappedLabel(
-      "Pages often hold links to other web sites. Here you say how many other domains such links may lead to while this "
+      "Pages often hold links to other web sites. Here you say how many other domains such links may lead to while "
+      "this "
       "site is scanned: pages and files of that many foreign domains are taken up as well. With 0 Morvane never leaves "
       "the domain of this site.",
       this));
@@ -196,10 +197,11 @@ QWidget* OtherPage::makePathMatching() {
   chkAlternateMatchPath->setObjectName("chkAlternateMatchPath");
   auto* layout = new QVBoxLayout(frame);
   layout->addWidget(chkAlternateMatchPath);
-  layout->addWidget(wrappedLabel(
-      "Sometimes Morvane will parse the HTML in a manner that causes urls to be constructed improperly. Turn this on to "
-      "use an alternate method of constructing urls. It may clear up the problem.",
-      frame));
+  layout->addWidget(
+      wrappedLabel("Sometimes Morvane will parse the HTML in a manner that causes urls to be constructed improperly. "
+                   "Turn this on to "
+                   "use an alternate method of constructing urls. It may clear up the problem.",
+                   frame));
   return frame;
 }
 

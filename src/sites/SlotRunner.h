@@ -1,4 +1,5 @@
-// How a panel of a window runs the work of its slots: the window owns the panel, and guards the work as it does its own.
+// How a panel of a window runs the work of its slots: the window owns the panel, and guards the work as it does its
+// own.
 #pragma once
 
 #include <functional>

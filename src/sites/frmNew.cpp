@@ -27,6 +27,7 @@ namespace {
 constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
 constexpr const char* kListKey = "Web Sites";
+constexpr const char* kSequence = "site_id";
 
 }  // namespace
 
@@ -97,7 +98,7 @@ void frmNew::initWindow() {
 }
 
 void frmNew::loadNewSite() {
-  SiteID = nextSequenceValue("site_id");
+  SiteID = nextSequenceValue(kSequence);
   fileTypes_->buildForNewSite();
   filters_->buildForNewSite();
   login_->buildForms();
@@ -221,6 +222,8 @@ bool frmNew::save() {
 
 bool frmNew::writeSiteRow() {
   if (Mode == "new") {
+    if (SiteID == 0) SiteID = nextSequenceValue(kSequence);
+    if (SiteID == 0) return false;
     insertSite(SiteID, values());
     // From here on the row is there: should an assignment fail, the next attempt updates it and Cancel takes it back.
     Mode = "edit";
@@ -270,8 +273,7 @@ void frmNew::mustSaveFirst(const QString& title, const QString& text) {
 
 void frmNew::openNewFileType() {
   if (Mode == "new") {
-    mustSaveFirst("Must save before adding new filetype",
-                  "Please click the Apply button before modifying filetypes.");
+    mustSaveFirst("Must save before adding new filetype", "Please click the Apply button before modifying filetypes.");
     return;
   }
   auto* editor = new frmFileTypeChild;

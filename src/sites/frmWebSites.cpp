@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QToolButton>
 #include <algorithm>
@@ -40,7 +41,7 @@ constexpr long kMenuConnections = 5;
 enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
 
 QStringList textsOf(const SiteListRow& site) {
-  return {toQString(site.name),   QString::number(site.id),  toQString(site.autoScan),    kOff,
+  return {toQString(site.name),   QString::number(site.id),   toQString(site.autoScan),    kOff,
           toQString(site.domain), QString::number(site.hops), toQString(site.uniqueNames), toQString(site.baseName)};
 }
 
@@ -147,7 +148,6 @@ void frmWebSites::updateTitle() { setCaption(QString("%1: Max Connections: %2").
 // --- the rows
 
 void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
-  list().setSorting(false);
   if (command == "init") {
     forgetChosen();
     ListWindow::buildWorkingLists(command);
@@ -178,6 +178,7 @@ void frmWebSites::refreshRow(long siteId) {
     list().setRowSelected(row, false);
   }
   setRunning(row, running);
+  if (siteId == selectedSiteID_) selectedSiteName_ = list().cell(row, kName);
 }
 
 SiteListRow frmWebSites::siteOfRow(int row) {
@@ -234,15 +235,14 @@ void frmWebSites::openEdit() {
 }
 
 void frmWebSites::deleteChosen() {
-  QStringList deleted;
-  for (const int row : list().selectedRows()) {
-    if (list().cell(row, kOnOff) != kOff) continue;
-    const QString id = list().cell(row, kId);
+  QStringList ids;
+  for (const int row : list().selectedRows())
+    if (list().cell(row, kOnOff) == kOff) ids << list().cell(row, kId);
+  for (const QString& id : ids) {
     deleteSite(id.toInt());
-    deleted << id;
+    list().removeRow(list().findRow(kId, id));
+    forgetVanishedSelection();
   }
-  for (const QString& id : deleted) list().removeRow(list().findRow(kId, id));
-  forgetVanishedSelection();
 }
 
 // --- Start, Stop
@@ -250,7 +250,6 @@ void frmWebSites::deleteChosen() {
 void frmWebSites::editChosen() { startSelected(); }
 
 void frmWebSites::startSelected() {
-  list().setSorting(false);
   for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
     if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && runningSites_ < maxConnections_) startRow(row);
 }
@@ -267,7 +266,7 @@ void frmWebSites::startSite(const SiteListRow& site) {
   if (site.id == 0) return;
   const std::int32_t loginForm = siteLoginForm(site.id);
 
-  auto* scan = new frmScan;
+  const QPointer<frmScan> scan = new frmScan;
   scan->setCaption(kScanTitle + toQString(site.name));
   scan->process().SiteID = site.id;
   scan->process().SiteName = site.name;
@@ -277,7 +276,9 @@ void frmWebSites::startSite(const SiteListRow& site) {
   scan->showChild();
   scan->initWindow();
 
-  auto* download = new frmDownload;
+  // A message box of the scan may have run the end of the program.
+  if (isUnloaded()) return;
+  const QPointer<frmDownload> download = new frmDownload;
   download->setCaption(kDownloadTitle + toQString(site.name));
   download->process().SiteId = site.id;
   download->process().SiteName = site.name;
@@ -288,15 +289,14 @@ void frmWebSites::startSite(const SiteListRow& site) {
   download->initWindow();
 
   if (isYes(gHideProcesses)) {
-    scan->hideChild();
-    download->hideChild();
+    if (scan) scan->hideChild();
+    if (download) download->hideChild();
   }
   tellProcessManager();
   ++runningSites_;
 }
 
 void frmWebSites::stopSelected() {
-  list().setSorting(false);
   stop_->defaultAction()->setEnabled(false);
   for (int row = 0; row < list().rowCount(); ++row)
     if (list().isRowSelected(row) && isRunning(row)) stopRow(row);
@@ -327,7 +327,6 @@ void frmWebSites::closeProcess(const QString& title) {
 
 void frmWebSites::autoScan() {
   run([this] {
-    list().setSorting(false);
     for (int row = 0; row < maxConnections_ && row < list().rowCount() && !isUnloaded(); ++row)
       if (isYes(toUtf8(list().cell(row, kAutoScan)))) startRow(row);
   });
@@ -335,7 +334,6 @@ void frmWebSites::autoScan() {
 
 void frmWebSites::closeAllWebSites() {
   run([this] {
-    list().setSorting(false);
     for (int row = 0; row < list().rowCount(); ++row)
       if (isRunning(row)) stopRow(row);
   });
@@ -352,8 +350,8 @@ void frmWebSites::setOneConnection() {
 }
 
 void frmWebSites::askConnections() {
-  const auto answer = askText(this, "Set Number of Connections", "Enter the number of connections.",
-                              QString::number(maxConnections_));
+  const auto answer =
+      askText(this, "Set Number of Connections", "Enter the number of connections.", QString::number(maxConnections_));
   setConnections(connectionsOf(answer.value_or(QString())));
 }
 

@@ -69,9 +69,9 @@ class frmWebSites : public ListWindow {
   void dropFilters(const QString& text);
   void quitWhenDue();
 
-  long selectedSiteID_ = 0;   // the row last clicked; 0 when none, or when it is gone
+  long selectedSiteID_ = 0;  // the row last clicked; 0 when none, or when it is gone
   QString selectedSiteName_;
-  long runningSites_ = 0;     // started and not yet stopped by this window
+  long runningSites_ = 0;  // started and not yet stopped by this window
   long maxConnections_ = 0;
   QToolButton* start_ = nullptr;
   QToolButton* stop_ = nullptr;

@@ -8,10 +8,26 @@ namespace mv {
 namespace {
 
 // Tables that every layout of the program's database has had.
-const Database::TableNames kTables{"site",   "link", "valid_filetypes", "site_filetype_xref", "site_paths",
-                                   "filter", "rule", "site_filter_xref", "filter_rule_xref",  "valid_rule",
-                                   "valid_field", "valid_tag", "valid_sid", "form", "field_info",
-                                   "site_form_xref", "site_field_xref", "form_def_update", "help_info", "pref",
+const Database::TableNames kTables{"site",
+                                   "link",
+                                   "valid_filetypes",
+                                   "site_filetype_xref",
+                                   "site_paths",
+                                   "filter",
+                                   "rule",
+                                   "site_filter_xref",
+                                   "filter_rule_xref",
+                                   "valid_rule",
+                                   "valid_field",
+                                   "valid_tag",
+                                   "valid_sid",
+                                   "form",
+                                   "field_info",
+                                   "site_form_xref",
+                                   "site_field_xref",
+                                   "form_def_update",
+                                   "help_info",
+                                   "pref",
                                    "win_pos"};
 
 constexpr std::string_view kUpgrade[] = {

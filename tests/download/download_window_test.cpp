@@ -58,7 +58,7 @@ TEST_F(DownloadWindowTest, ShowsItsDesignTextsUntilItIsInitialised) {
                {"lblInfoErrorTime", "Time:"},
                {"lblInfoErrorCount", "Total Errors:"}};
   for (const auto& t : texts) EXPECT_EQ(text(t.label), t.text) << t.label;
-  EXPECT_EQ(window->place().height, mv::kCollapsedHeight);
+  EXPECT_NEAR(window->place().height, mv::kCollapsedHeight, mv::kTwipsPerPixel);
 
   window->initWindow();
   ASSERT_TRUE(waitFor([this] { return text("lblFilesInQueue") == "Queue: 50"; }));

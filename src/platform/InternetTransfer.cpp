@@ -1,0 +1,152 @@
+#include "platform/InternetTransfer.h"
+
+#include <QTimer>
+#include <QtGlobal>
+#include <deque>
+#include <exception>
+#include <stdexcept>
+
+#include "platform/CurlLoop.h"
+#include "platform/CurlRequest.h"
+#include "platform/Text.h"
+
+namespace mv {
+
+// Between a request, which tells its states from inside libcurl, and the receivers, which may do anything on hearing of
+// one: states are queued and each is emitted from an event of its own, with nothing of ours on the stack.
+class InternetTransfer::Private {
+ public:
+  Private(InternetTransfer* owner, int instanceIndex) : q(owner), index(instanceIndex) {
+    holdTimer.setSingleShot(true);
+    QObject::connect(&holdTimer, &QTimer::timeout, q, [this] { request->release(); });
+  }
+
+  void start(const std::string& url, BodyMode mode);
+  bool resume(const std::string& url, BodyMode mode);
+  void drop();
+  void enqueue(TransferState state);
+
+  InternetTransfer* q;
+  int index;
+  std::string address;
+  std::unique_ptr<CurlRequest> request;
+  bool executing = false;
+  bool completed = false;
+
+ private:
+  void postDelivery();
+  void deliver();
+  void settle(TransferState state);
+
+  std::deque<TransferState> states;
+  bool posted = false;
+  bool holding = false;
+  QTimer holdTimer;
+  int holdMs = 0;
+};
+
+void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
+  drop();
+  address = url;
+  holdMs = limits().holdMs;
+  executing = true;
+  completed = false;
+  request = std::make_unique<CurlRequest>(url, mode, limits(), [this](TransferState state) { enqueue(state); });
+  holding = mode == BodyMode::HeadersOnly;
+  request->start();
+}
+
+bool InternetTransfer::Private::resume(const std::string& url, BodyMode mode) {
+  if (executing || !completed || url != address || !request || !request->canResume(mode)) return false;
+  holdTimer.stop();
+  holding = false;
+  executing = true;
+  completed = false;
+  request->resume(mode);
+  return true;
+}
+
+void InternetTransfer::Private::drop() {
+  holdTimer.stop();
+  request.reset();
+  states.clear();
+  executing = false;
+  completed = false;
+}
+
+void InternetTransfer::Private::enqueue(TransferState state) {
+  states.push_back(state);
+  postDelivery();
+}
+
+void InternetTransfer::Private::postDelivery() {
+  if (posted) return;
+  posted = true;
+  QMetaObject::invokeMethod(
+      q, [this] { deliver(); }, Qt::QueuedConnection);
+}
+
+void InternetTransfer::Private::deliver() {
+  posted = false;
+  if (states.empty()) return;
+  const auto state = states.front();
+  states.pop_front();
+  // Before the signal: a receiver may wait for the next state in an event loop of its own, or delete this object.
+  if (!states.empty()) postDelivery();
+  settle(state);
+  try {
+    Q_EMIT q->StateChanged(index, state);
+  } catch (const std::exception& error) {
+    qWarning("A receiver of StateChanged failed: %s", error.what());
+  } catch (...) {
+    qWarning("A receiver of StateChanged failed");
+  }
+}
+
+void InternetTransfer::Private::settle(TransferState state) {
+  if (state != kError && state != kResponseCompleted) return;
+  executing = false;
+  completed = state == kResponseCompleted;
+  if (!completed || !holding) return;
+  request->hold();
+  holdTimer.start(holdMs);
+}
+
+InternetTransfer::InternetTransfer(int index, QObject* parent)
+    : QObject(parent), d(std::make_unique<Private>(this, index)) {}
+
+InternetTransfer::~InternetTransfer() = default;
+
+void InternetTransfer::Execute(const std::string& url, const std::string& operation, BodyMode mode) {
+  if (toQString(operation).compare(QLatin1String("GET"), Qt::CaseInsensitive) != 0) {
+    throw std::invalid_argument("The transfer knows no operation \"" + operation + "\"");
+  }
+  if (!d->resume(url, mode)) d->start(url, mode);
+}
+
+void InternetTransfer::cancel() { d->drop(); }
+
+bool InternetTransfer::StillExecuting() const { return d->executing; }
+
+std::string InternetTransfer::GetChunk(std::size_t size, ChunkType type) {
+  return d->completed ? d->request->takeChunk(size, type) : std::string();
+}
+
+std::string InternetTransfer::GetHeader(const std::string& name) const {
+  return d->request ? d->request->header(name) : std::string();
+}
+
+long InternetTransfer::ResponseCode() const { return d->request ? d->request->code() : 0; }
+
+std::string InternetTransfer::ResponseInfo() const { return d->request ? d->request->info() : std::string(); }
+
+std::string InternetTransfer::FinalAddress() const { return d->completed ? d->request->finalAddress() : std::string(); }
+
+InternetTransfer::Limits& InternetTransfer::limits() {
+  static Limits limits;
+  return limits;
+}
+
+void InternetTransfer::forgetSharedState() { CurlLoop::forgetCurrent(); }
+
+}  // namespace mv

@@ -1,0 +1,25 @@
+// A label for a line of any length in a narrow window: shortened in the middle where it does not fit, whole in the tool
+// tip. text() is always the whole line. Addresses in it are never taken for markup.
+#pragma once
+
+#include <QLabel>
+#include <string>
+
+namespace mv {
+
+class ElidedLabel : public QLabel {
+  Q_OBJECT
+ public:
+  explicit ElidedLabel(const QString& objectName, const std::string& line = {}, QWidget* parent = nullptr);
+
+  // Changes text and tool tip when the line is another one.
+  void setLine(const std::string& line);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace mv

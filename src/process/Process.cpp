@@ -1,0 +1,129 @@
+#include "process/Process.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/ErrorLog.h"
+#include "net/Address.h"
+#include "platform/Shell.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kPauseInterval = 60'000;  // milliseconds
+
+// A record of the error log is made of whole lines, whatever an address holds.
+std::string asOneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return text;
+}
+
+}  // namespace
+
+// One procedure on the stack. The last one to leave a stopped process says so, and touches nothing afterwards.
+class Process::Entered {
+ public:
+  explicit Entered(Process& process) : process_(process) { ++process_.depth_; }
+  Entered(const Entered&) = delete;
+  Entered& operator=(const Entered&) = delete;
+  ~Entered() {
+    if (--process_.depth_ > 0 || !process_.stopRequested_ || process_.stoppedEmitted_) return;
+    process_.stoppedEmitted_ = true;
+    Q_EMIT process_.stopped();
+  }
+
+ private:
+  Process& process_;
+};
+
+Process::Process(const QStringList& listTitles, int workInterval) : lvwLinks(listTitles) {
+  tmrOKToDownload.setInterval(workInterval);
+  tmrWaitForAWhile.setInterval(kPauseInterval);
+  connect(&tmrOKToDownload, &QTimer::timeout, this, [this] {
+    // A message box of the last tick may still stand: one work step at a time.
+    if (!isBusy()) run([this] { tick(); });
+  });
+  connect(&tmrWaitForAWhile, &QTimer::timeout, this, [this] {
+    tmrWaitForAWhile.stop();
+    enableWorkTimer();
+  });
+  connect(&Inet2, &InternetTransfer::StateChanged, this, [this](int, int state) {
+    run([this, state] { transferEvent(state); });
+  });
+}
+
+Process::~Process() = default;
+
+void Process::requestStop() {
+  if (stopRequested_) return;
+  const Entered entered(*this);
+  stopRequested_ = true;
+  tmrOKToDownload.stop();
+  tmrWaitForAWhile.stop();
+  Inet2.cancel();
+}
+
+void Process::run(const std::function<void()>& work) {
+  if (stopRequested_) return;
+  const Entered entered(*this);
+  try {
+    work();
+  } catch (const std::exception& error) {
+    try {
+      failed(error);
+    } catch (const std::exception&) {
+      // Reporting an error has failed as well: there is no one left to tell.
+    }
+  }
+}
+
+void Process::yieldThen(std::function<void()> work) {
+  QMetaObject::invokeMethod(
+      this, [this, work = std::move(work)] { run(work); }, Qt::QueuedConnection);
+}
+
+void Process::enableWorkTimer() {
+  if (!stopRequested_ && !tmrOKToDownload.isActive()) tmrOKToDownload.start();
+}
+
+void Process::touch() {
+  if (touchPending_) return;
+  touchPending_ = true;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        touchPending_ = false;
+        Q_EMIT viewChanged();
+      },
+      Qt::QueuedConnection);
+}
+
+void Process::setCaption(std::string caption) {
+  if (caption_ == caption) return;
+  caption_ = std::move(caption);
+  touch();
+}
+
+void Process::setProgress(long value, long maximum) {
+  if (progressValue_ == value && progressMaximum_ == maximum) return;
+  progressValue_ = value;
+  progressMaximum_ = maximum;
+  touch();
+}
+
+void Process::showError(const std::string& subject, const std::string& reason, long code) {
+  errorPanel_.subject = subject;
+  errorPanel_.reason = "Code: " + std::to_string(code) + "  -  Reason: " + reason;
+  errorPanel_.time = "Time: " + dateTimeText(now());
+  errorPanel_.count = "Errors: " + std::to_string(errorCount_);
+  touch();
+}
+
+void Process::logError(std::int64_t linkId, const std::string& url) {
+  tryAppendToErrorLog({std::to_string(linkId), asOneLine(maskUserInfo(url)), asOneLine(errorPanel_.subject),
+                       asOneLine(errorPanel_.reason), errorPanel_.time, ""});
+}
+
+}  // namespace mv

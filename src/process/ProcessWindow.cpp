@@ -1,0 +1,194 @@
+#include "process/ProcessWindow.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <limits>
+
+#include "app/ReportError.h"
+#include "app/Settings.h"
+#include "platform/Text.h"
+
+namespace mv {
+
+namespace {
+
+constexpr const char* kShowDetails = "Show Details";
+constexpr const char* kHideDetails = "Hide Details";
+
+// A collapsed window has room for three lines below its title bar, and not a pixel more.
+constexpr QMargins kTightMargins(4, 2, 4, 2);
+constexpr int kTightSpacing = 2;
+constexpr int kProgressHeight = 12;
+constexpr int kSmallestList = 90;
+constexpr int kStateWidth = 60;
+constexpr int kIdWidth = 60;
+constexpr int kUrlWidth = 220;
+
+int asProgress(long value) { return static_cast<int>(std::clamp<long>(value, 0, std::numeric_limits<int>::max())); }
+
+}  // namespace
+
+ProcessWindow::ProcessWindow(Process& process) : ChildWindow(kProcessWidth, kCollapsedHeight), process_(process) {
+  auto* content = new QWidget;
+  auto* lines = new QVBoxLayout(content);
+  lines->setContentsMargins(kTightMargins);
+  lines->setSpacing(kTightSpacing);
+  buildSummary();
+  buildDetails();
+  lines->addLayout(summary_);
+  auto* lastLine = new QHBoxLayout;
+  lastLine->addWidget(pbarSave_, 1);
+  lastLine->addWidget(btnDetails_);
+  lines->addLayout(lastLine);
+  lines->addWidget(details_, 1);
+  lines->addStretch(0);  // takes what a collapsed window has too much
+
+  auto* scroll = new QScrollArea;
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidgetResizable(true);
+  scroll->setWidget(content);
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->addWidget(scroll);
+  wire();
+}
+
+void ProcessWindow::buildSummary() {
+  summary_ = new QVBoxLayout;
+  summary_->setSpacing(kTightSpacing);
+  pbarSave_ = new QProgressBar;
+  pbarSave_->setObjectName("pbarSave");
+  pbarSave_->setAccessibleName("Progress");
+  pbarSave_->setTextVisible(false);
+  pbarSave_->setFixedHeight(kProgressHeight);
+  pbarSave_->setRange(0, 1);
+  btnDetails_ = new QPushButton(kShowDetails);
+  btnDetails_->setObjectName("btnDetails");
+}
+
+void ProcessWindow::buildDetails() {
+  details_ = new QWidget;
+  details_->hide();
+  auto* layout = new QVBoxLayout(details_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kTightSpacing);
+  buildLinkView();
+}
+
+void ProcessWindow::buildLinkView() {
+  lvwLinks_ = new QTreeView(details_);
+  lvwLinks_->setObjectName("lvwLinks");
+  lvwLinks_->setAccessibleName("Links");
+  lvwLinks_->setUniformRowHeights(true);
+  lvwLinks_->setRootIsDecorated(false);
+  lvwLinks_->setItemsExpandable(false);
+  lvwLinks_->setAllColumnsShowFocus(true);
+  lvwLinks_->setSelectionMode(QAbstractItemView::SingleSelection);
+  lvwLinks_->setMinimumHeight(kSmallestList);
+  lvwLinks_->setModel(&process_.lvwLinks);
+  QHeaderView& header = *lvwLinks_->header();
+  header.setSectionsClickable(true);
+  header.resizeSection(0, kStateWidth);
+  header.resizeSection(1, kIdWidth);
+  header.resizeSection(2, kUrlWidth);
+}
+
+void ProcessWindow::wire() {
+  connect(btnDetails_, &QPushButton::clicked, this, [this] { run([this] { toggleDetails(); }); });
+  connect(lvwLinks_->header(), &QHeaderView::sectionClicked, this,
+          [this](int column) { run([this, column] { sortLinks(column); }); });
+  connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
+  connect(&process_, &Process::rowTaken, this, [this](int row) { run([this, row] { showRow(row); }); });
+  connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
+}
+
+QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& subject, const QString& reason,
+                                         const QString& time, const QString& count, const std::string& subjectCaption) {
+  auto* panel = new QGroupBox("Last Error Logged");
+  panel->setObjectName(frame);
+  auto* lines = new QVBoxLayout(panel);
+  lines->setContentsMargins(kTightMargins);
+  lines->setSpacing(kTightSpacing);
+  const auto addLine = [lines](const QString& name, const std::string& caption) {
+    auto* label = new ElidedLabel(name, caption);
+    lines->addWidget(label);
+    return label;
+  };
+  errorSubject_ = addLine(subject, subjectCaption);
+  errorReason_ = addLine(reason, "Code:");
+  errorTime_ = addLine(time, "Time:");
+  errorCount_ = addLine(count, "Total Errors:");
+  return panel;
+}
+
+void ProcessWindow::toggleDetails() {
+  if (process_.StopRequested()) return;
+  setDetailsShown(collapsed_);
+}
+
+void ProcessWindow::setDetailsShown(bool shown) {
+  collapsed_ = !shown;
+  details_->setVisible(shown);
+  btnDetails_->setText(shown ? kHideDetails : kShowDetails);
+  setFrameSize(place().width, shown ? kExpandedHeight : kCollapsedHeight);
+}
+
+void ProcessWindow::restoreProcessPosition() {
+  if (restorePosition()) setDetailsShown(place().height == kExpandedHeight);
+}
+
+void ProcessWindow::sortLinks(int column) {
+  const Qt::SortOrder order = sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder;
+  sortDescending_ = !sortDescending_;
+  process_.lvwLinks.sort(column, order);
+  lvwLinks_->header()->setSortIndicatorShown(true);
+  lvwLinks_->header()->setSortIndicator(column, order);
+}
+
+void ProcessWindow::showRow(int row) {
+  // Makes it the selected row too, and scrolls to it, in a hidden list as soon as that shows.
+  lvwLinks_->setCurrentIndex(process_.lvwLinks.index(row, 0));
+}
+
+void ProcessWindow::refresh() {
+  if (!process_.caption().empty()) {
+    const QString title = toQString(process_.caption());
+    if (title != caption()) setCaption(title);
+  }
+  pbarSave_->setMaximum(std::max(asProgress(process_.progressMaximum()), 1));
+  pbarSave_->setValue(std::min(asProgress(process_.progressValue()), pbarSave_->maximum()));
+  showErrorPanel();
+}
+
+void ProcessWindow::showErrorPanel() {
+  const ErrorPanelTexts& error = process_.errorPanel();
+  if (!errorSubject_ || error.reason.empty()) return;
+  errorSubject_->setLine(error.subject);
+  errorReason_->setLine(error.reason);
+  errorTime_->setLine(error.time);
+  errorCount_->setLine(error.count);
+}
+
+bool ProcessWindow::queryUnload() {
+  if (!gAppClosing && !gClosingProcesses) {
+    hideChild();
+    return false;
+  }
+  process_.requestStop();
+  return true;
+}
+
+void ProcessWindow::unloading() { savePosition(); }
+
+bool ProcessWindow::canDeleteNow() const { return !process_.isBusy(); }
+
+void ProcessWindow::activated() {
+  if (gAppClosing) unload();
+}
+
+}  // namespace mv

@@ -1,0 +1,343 @@
+#include "scan/ScanProcess.h"
+
+#include <string_view>
+#include <utility>
+
+#include "app/ReportError.h"
+#include "app/Settings.h"
+#include "net/Address.h"
+#include "net/TextBody.h"
+#include "platform/Database.h"
+#include "store/EscapeText.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWorkInterval = 3000;           // milliseconds
+constexpr std::int64_t kStartPageLinkId = 1;  // the sequence of link ids begins behind it
+constexpr std::size_t kSearchStretch = std::size_t{1} << 20;  // bytes searched between two looks at the clock
+constexpr const char* kBaseTag = "<base href=";
+constexpr const char* kFileType = "File";
+
+// Built-in authentication forms, and the fields that hold a site's values for them.
+struct AuthenticationForm {
+  std::int32_t formId;
+  int userNameField;
+  int passwordField;
+};
+constexpr AuthenticationForm kAuthenticationForms[] = {{20, 17, 18}, {21, 20, 19}};
+
+// `path` before its last "/"; the whole when there is none.
+std::string_view beforeLastSlash(std::string_view path) { return path.substr(0, path.rfind('/')); }
+
+std::string endedBySlash(std::string_view path) {
+  std::string result(path);
+  if (!result.ends_with('/')) result += '/';
+  return result;
+}
+
+}  // namespace
+
+ScanProcess::ScanProcess() : Process({"Done", "ID", "URL"}, kWorkInterval) {}
+
+void ScanProcess::initWindow(std::function<void()> placeWindow) {
+  placeWindow_ = std::move(placeWindow);
+  run([this] { start(); });
+}
+
+void ScanProcess::start() {
+  lvwLinks.clear();
+  readCredentials();
+  reloadLimits();
+  updateStatus("pagestoscan");
+  buildQueue();
+  buildTagArray();
+  if (const auto place = std::exchange(placeWindow_, {})) place();
+  if (StopRequested()) return;
+  parser_.SiteID = SiteID;
+  parser_.DomainHops = DomainHops;
+  parser_.BuildFilters();
+  parser_.InitializeDomainHopper();
+  started_ = true;
+  enableWorkTimer();
+}
+
+void ScanProcess::readCredentials() {
+  for (const AuthenticationForm& form : kAuthenticationForms) {
+    if (form.formId != LoginFormID) continue;
+    useUrlCredentials_ = true;
+    userName_ = siteField(form.userNameField);
+    password_ = siteField(form.passwordField);
+  }
+}
+
+std::string ScanProcess::siteField(int fieldId) const {
+  const Recordset rows = gDatabase.query("select field_value from site_field_xref where field_id = " +
+                                         std::to_string(fieldId) + " and site_id = " + std::to_string(SiteID));
+  return rows.endOfRows() ? std::string() : rows.text("field_value");
+}
+
+void ScanProcess::reloadLimits() {
+  const Recordset site =
+      gDatabase.query("select pages_to_scan, alternate_matchpath from site where id = " + std::to_string(SiteID));
+  pagesLeft_ = static_cast<long>(site.number("pages_to_scan"));
+  alternateMatchpath_ = site.text("alternate_matchpath");
+}
+
+void ScanProcess::buildTagArray() {
+  if (StopRequested()) return;
+  tags_.clear();
+  tags_.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount from valid_tag")));
+  for (Recordset rows = gDatabase.query("select tag from valid_tag"); !rows.endOfRows(); rows.moveNext())
+    tags_.push_back(rows.text("Tag"));
+}
+
+void ScanProcess::buildQueue() {
+  if (StopRequested()) return;
+  std::vector<WorkRow> rows(1);
+  rows[0].linkId = kStartPageLinkId;
+  rows[0].url = useUrlCredentials_ ? withCredentials(SiteName, userName_, password_) : "http://" + SiteName;
+  rows[0].tagged = false;
+  rowsAdded_ = 1;
+  baseUrl_ = SiteName;
+
+  // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million rows.
+  Recordset links = gDatabase.query(
+      "select id, status, site_id, url, link_type  from link where site_id = " + std::to_string(SiteID) +
+      " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\"");
+  for (; !links.endOfRows() && rowsAdded_ < kQueueLimit && rowsAdded_ < pagesLeft_; links.moveNext()) {
+    WorkRow& row = rows.emplace_back();
+    row.linkId = links.number("id");
+    row.url = restored(links.text("url"));
+    setCaption("Opening. Please wait..." + std::to_string(++rowsAdded_));
+  }
+  lvwLinks.append(std::move(rows));
+  setCaption(scanCaption());
+  updateStatus("pagestoscan");
+  setProgress(pagesProcessed_, pagesLeft_);
+}
+
+void ScanProcess::tick() {
+  if (started_)
+    crawl();
+  else
+    start();
+}
+
+void ScanProcess::crawlStep() {
+  run([this] { crawl(); });
+}
+
+void ScanProcess::crawl() {
+  if (currentLinkId_ != 0) markPageDone();
+  const int row = lvwLinks.nextWaiting();
+  if (row >= 0)
+    takeUp(row);
+  else
+    rebuildQueue();
+}
+
+void ScanProcess::takeUp(int index) {
+  disableWorkTimer();
+  const WorkRow& row = lvwLinks.row(index);
+  const bool isStartPage = row.linkId == kStartPageLinkId;
+  currentUrl_ = restored(row.url);
+  currentLinkId_ = row.linkId;
+  labelUrl_ = shownUrl_ = maskUserInfo(currentUrl_);
+  reported_.clear();
+  lvwLinks.setState(index, RowState::Working);
+  Q_EMIT rowTaken(index);
+  --pagesLeft_;
+  ++pagesProcessed_;
+  updateStatus("pagestoscan");
+  setProgress(pagesProcessed_, progressMaximum());
+  baseUrl_ = isStartPage ? SiteName : currentUrl_;
+  requestKind_ = kGetPage;
+  // The start page's address holds the credentials already.
+  const bool addCredentials = useUrlCredentials_ && !isStartPage;
+  Inet2.Execute(addCredentials ? withCredentials(currentUrl_, userName_, password_) : currentUrl_, "GET",
+                BodyMode::Text);
+}
+
+void ScanProcess::rebuildQueue() {
+  lvwLinks.clear();
+  reloadLimits();
+  pagesProcessed_ = 0;
+  buildQueue();
+  updateStatus("pagestoscan");
+  labelUrl_.clear();
+  enableWorkTimer();
+}
+
+void ScanProcess::markPageDone() {
+  // Whatever fails here must not fail again at every tick.
+  const std::int64_t id = std::exchange(currentLinkId_, 0);
+  const bool error = std::exchange(pageError_, false);
+  const int row = lvwLinks.findLink(id);
+  if (row >= 0) lvwLinks.setState(row, error ? RowState::Error : RowState::Done);
+  gDatabase.execute("update link set status = \"Done\" where id = " + std::to_string(id));
+}
+
+void ScanProcess::updateStatus(const std::string& kind, const std::string& reason, long code) {
+  if (StopRequested()) return;
+  if (kind == "pagestoscan") touch();
+  if (kind == "error") showError(maskUserInfo(currentUrl_), reason, code);
+}
+
+void ScanProcess::transferEvent(int state) {
+  if (state == kError) {
+    pageFailed();
+  } else if (state == kResponseCompleted && requestKind_ == kGetPage) {
+    disableWorkTimer();
+    pageText_.clear();
+    readPage();
+  }
+}
+
+void ScanProcess::pageFailed() {
+  ++errorCount_;
+  updateStatus("error", Inet2.ResponseInfo(), Inet2.ResponseCode());
+  logError(currentLinkId_, currentUrl_);
+  pageError_ = true;
+  enableWorkTimer();
+}
+
+void ScanProcess::readPage() {
+  const Slice slice;
+  while (!slice.spent()) {
+    const std::string piece = Inet2.GetChunk(kChunkSize, ChunkType::Text);
+    if (piece.empty()) {
+      processPage();
+      return;
+    }
+    pageText_ += piece;
+  }
+  yieldThen([this] { readPage(); });
+}
+
+// The page is walked through once for its base href, then once for every tag. A walk goes on in later events, so that a
+// page of any size leaves the windows alive.
+void ScanProcess::processPage() {
+  scanner_.setHtml(std::exchange(pageText_, {}));
+  walk_ = Walk::BaseHref;
+  baseHref_.clear();
+  scanner_.BasePath = computeBasePath();
+  scanner_.setSearchString(kBaseTag);
+  walkPage();
+}
+
+void ScanProcess::walkPage() {
+  const Slice slice;
+  while (scanner_.LinkFound()) {
+    if (slice.spent()) {
+      yieldThen([this] { walkPage(); });
+      return;
+    }
+    if (!scanner_.seek(kSearchStretch)) continue;
+    scanner_.getLink();
+    if (!scanner_.Link().empty()) linkFound(scanner_.Link());
+    if (StopRequested()) return;
+  }
+  yieldThen([this] { nextWalk(); });
+}
+
+void ScanProcess::linkFound(const std::string& link) {
+  if (walk_ == Walk::BaseHref)
+    baseHref_ = link;
+  else
+    handleLink(link);
+}
+
+void ScanProcess::nextWalk() {
+  if (walk_ == Walk::BaseHref) {
+    walk_ = Walk::Links;
+    tag_ = 0;
+    basePath_ = baseHref_.empty() ? computeBasePath() : computeBasePath(baseHref_);
+    scanner_.BasePath = basePath_;
+  } else {
+    ++tag_;
+  }
+  if (tag_ >= tags_.size()) {
+    finishPage();
+    return;
+  }
+  scanner_.restart();
+  scanner_.setSearchString(tags_[tag_]);
+  walkPage();
+}
+
+void ScanProcess::handleLink(const std::string& link) {
+  try {
+    storeLink(link);
+  } catch (const NoLinkId&) {
+    // The user has been told, and would be told again for every further link of the page.
+    tag_ = tags_.size();
+    scanner_.setHtml(std::string());
+  } catch (const std::exception& error) {
+    report(error);
+  }
+}
+
+void ScanProcess::storeLink(const std::string& link) {
+  parser_.BasePath = basePath_;
+  parser_.Domain = Domain;
+  parser_.Link = link;
+  parser_.UserName = userName_;
+  parser_.Password = password_;
+  parser_.SiteID = SiteID;
+  parser_.ProcessLink();
+  if (lvwLinks.holdsAddress(parser_.URL)) return;
+  parser_.AddLinkToDatabase();
+  if (!parser_.Flag || parser_.LinkType == kFileType) return;
+  if (rowsAdded_ >= kQueueLimit || rowsAdded_ >= pagesLeft_) return;
+  WorkRow row;
+  row.linkId = parser_.LinkID;
+  row.url = parser_.URL;
+  lvwLinks.append(std::move(row));
+  ++rowsAdded_;
+}
+
+void ScanProcess::finishPage() {
+  scanner_.setHtml(std::string());
+  enableWorkTimer();
+  Q_EMIT pageProcessed();
+}
+
+std::string ScanProcess::computeBasePath() const {
+  const std::string_view base = baseUrl_.empty() ? Domain : baseUrl_;
+  std::string_view path = base;
+  if (path.ends_with('/')) path.remove_suffix(1);
+  path = beforeLastSlash(path);
+  if (path == Domain) path = base;
+  const bool isPage = path.ends_with(".htm") || path.ends_with(".html") || path.ends_with(".shtml");
+  if (isYes(alternateMatchpath_) && isPage) path = beforeLastSlash(path);
+  return endedBySlash(path);
+}
+
+std::string ScanProcess::computeBasePath(const std::string& baseHref) const { return endedBySlash(baseHref); }
+
+void ScanProcess::failed(const std::exception& error) {
+  setCaption(scanCaption());
+  report(error);
+  // A request that was started before the failure will switch the timer on itself.
+  if (!Inet2.StillExecuting()) enableWorkTimer();
+}
+
+void ScanProcess::report(const std::exception& error) {
+  if (reported_ == error.what()) return;
+  reported_ = error.what();
+  reportException(error, "frmScan");
+}
+
+std::string ScanProcess::scanCaption() const { return "Scan: " + SiteName; }
+
+std::string ScanProcess::pageLabel() const { return "Page: " + shortened(labelUrl_); }
+
+std::string ScanProcess::pageUrlText() const { return "Page URL: " + shownUrl_; }
+
+std::string ScanProcess::toScanText() const { return "To Scan: " + std::to_string(pagesLeft_); }
+
+std::string ScanProcess::processedText() const { return "Processed: " + std::to_string(pagesProcessed_); }
+
+}  // namespace mv

@@ -1,0 +1,178 @@
+#include "scan/clsLinkParser.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "app/Settings.h"
+#include "net/Address.h"
+#include "platform/Database.h"
+#include "store/EscapeText.h"
+#include "store/Sequence.h"
+
+namespace mv {
+
+namespace {
+
+constexpr const char* kDocument = "Document";
+constexpr const char* kDirectory = "Directory";
+constexpr const char* kFile = "File";
+constexpr const char* kEmailAddress = "Email Address";
+constexpr std::string_view kMailTo = "mailto:";
+
+// Start of the addresses of a music-download service, whose links do not end with their type. The name is a reserved
+// one: a build for users of such a service puts its address here.
+constexpr std::string_view kMusicService = "http://music.invalid/d";
+static_assert(kMusicService.size() == 22);
+
+constexpr std::size_t kLongestExtension = 4;
+
+// Text behind the last "."; "" when there is none or when it is too long for a type.
+std::string extensionOf(std::string_view url) {
+  const std::size_t dot = url.rfind('.');
+  if (dot == std::string_view::npos) return {};
+  std::string_view extension = url.substr(dot + 1);
+  const auto characters =
+      std::count_if(extension.begin(), extension.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+  if (static_cast<std::size_t>(characters) > kLongestExtension) return {};
+  if (extension.ends_with('"')) extension.remove_suffix(1);
+  return std::string(extension);
+}
+
+// `path` up to the "/" before its last one; "" when there is no such.
+void dropOneLevel(std::string& path) {
+  const std::size_t last = path.rfind('/');
+  if (last == std::string::npos) return;
+  const std::size_t earlier = last == 0 ? std::string::npos : path.rfind('/', last - 1);
+  path.resize(earlier == std::string::npos ? 0 : earlier + 1);
+}
+
+}  // namespace
+
+void clsLinkParser::BuildFilters() {
+  globalRules_ = loadGlobalRules();
+  siteRules_ = loadSiteRules(SiteID);
+}
+
+void clsLinkParser::InitializeDomainHopper() { hopDomains_.clear(); }
+
+void clsLinkParser::ProcessLink() {
+  if (Link.starts_with('/')) {
+    URL = Domain + Link;
+  } else if (Link.starts_with("./") || Link.starts_with("../")) {
+    const std::string_view rest = normalizeRelativeLink();
+    URL = BasePath;
+    if (!URL.ends_with('/')) URL += '/';
+    URL += rest;
+  } else {
+    URL = Link;
+  }
+}
+
+std::string_view clsLinkParser::normalizeRelativeLink() {
+  std::string_view rest = Link;  // Link itself stays as found, filters look at it
+  while (true) {
+    if (rest.starts_with("./")) {
+      rest.remove_prefix(2);
+    } else if (rest.starts_with("../") || rest.starts_with("..\\")) {
+      rest.remove_prefix(3);
+      dropOneLevel(BasePath);
+    } else {
+      return rest;
+    }
+  }
+}
+
+void clsLinkParser::AddLinkToDatabase() {
+  Flag = false;
+  classify();
+  if (!typeIsWanted() || !passesFilters() || !passesDomainHopper() || URL.starts_with(kMailTo)) return;
+  URL = std::string(withoutScheme(escaped(std::move(URL))));
+  insertUnlessKnown();
+}
+
+void clsLinkParser::classify() {
+  LinkType.clear();
+  fileType_.clear();
+  if (URL.ends_with("htm") || URL.ends_with("html") || URL.ends_with("shtml")) LinkType = kDocument;
+  if (URL.ends_with('/')) LinkType = kDirectory;
+  if (URL.starts_with(kMailTo)) LinkType = kEmailAddress;
+  if (LinkType.empty()) {
+    LinkType = kFile;
+    fileType_ = extensionOf(URL);
+  }
+  if (URL.starts_with(kMusicService)) {
+    LinkType = kFile;
+    fileType_ = URL.ends_with(".ram") ? "ram" : "mp3";
+  }
+  storedType_ = LinkType;
+}
+
+bool clsLinkParser::typeIsWanted() {
+  if (storedType_ != kFile) return true;
+  const std::string named = " from valid_filetypes where name = " + quoted(fileType_);
+  if (gDatabase.count("select count(*) as outCount" + named) == 0) {
+    storedType_ = kDocument;
+    fileType_.clear();
+    return true;
+  }
+  const Recordset type = gDatabase.query("select id" + named);
+  if (type.endOfRows()) return true;
+  return gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " + std::to_string(SiteID) +
+                         " and file_type_id = " + std::to_string(type.number("id"))) > 0;
+}
+
+void clsLinkParser::applyGlobalFilters() {
+  if (anyMatches(globalRules_, {Link, Domain, fileType_})) Flag = true;
+}
+
+void clsLinkParser::applySiteFilters() {
+  if (anyMatches(siteRules_, {Link, Domain, fileType_})) Flag = true;
+}
+
+bool clsLinkParser::passesFilters() {
+  applyGlobalFilters();
+  if (!Flag) applySiteFilters();
+  const bool passes = !Flag;
+  Flag = false;
+  return passes;
+}
+
+std::string clsLinkParser::extractLinkDomain() const {
+  const std::string_view rest = withoutScheme(URL);
+  const std::string_view address = rest.empty() ? std::string_view(URL) : rest;
+  return std::string(address.substr(0, address.find('/')));
+}
+
+void clsLinkParser::checkDomainHop(const std::string& linkDomain) {
+  Flag = false;
+  if (hopDomains_.contains(linkDomain)) return;
+  if (static_cast<long>(hopDomains_.size()) < DomainHops)
+    hopDomains_.insert(linkDomain);
+  else
+    Flag = true;
+}
+
+bool clsLinkParser::passesDomainHopper() {
+  const std::string linkDomain = extractLinkDomain();
+  if (linkDomain == Domain) return true;
+  if (DomainHops == 0) return false;
+  if (DomainHops < 0 || linkDomain.starts_with(kMailTo)) return true;
+  checkDomainHop(linkDomain);
+  const bool passes = !Flag;
+  Flag = false;
+  return passes;
+}
+
+void clsLinkParser::insertUnlessKnown() {
+  const std::string url = quoted(URL);
+  if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) return;
+  LinkID = nextSequenceValue("link_id");
+  if (LinkID == 0) throw NoLinkId();
+  gDatabase.execute(
+      "insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" + std::to_string(SiteID) +
+      ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) + ", " + quoted(Password) + ", " +
+      std::to_string(LinkID) + ", " + quoted("False") + ", " + quoted(fileType_) + ")");
+  Flag = true;
+}
+
+}  // namespace mv

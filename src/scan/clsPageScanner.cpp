@@ -1,0 +1,165 @@
+#include "scan/clsPageScanner.h"
+
+#include <QString>
+#include <algorithm>
+#include <utility>
+
+#include "platform/Text.h"
+
+namespace mv {
+
+namespace {
+
+constexpr auto kEnd = std::string_view::npos;
+
+bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+// Start of the character before `at`, not before `first`.
+std::size_t characterBefore(std::string_view text, std::size_t at, std::size_t first) {
+  while (at > first && continuesCharacter(text[--at])) {
+  }
+  return at;
+}
+
+// The place `count` characters behind `at`, at most the end.
+std::size_t charactersOn(std::string_view text, std::size_t at, std::size_t count) {
+  for (; count > 0 && at < text.size(); --count) {
+    ++at;
+    while (at < text.size() && continuesCharacter(text[at])) ++at;
+  }
+  return std::min(at, text.size());
+}
+
+std::size_t characterCount(std::string_view text) {
+  return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesCharacter));
+}
+
+bool needsBasePath(std::string_view link) {
+  for (const std::string_view start : {"http://", "/", "mailto:", "./", "../"})
+    if (link.starts_with(start)) return false;
+  return true;
+}
+
+}  // namespace
+
+std::size_t clsPageScanner::Finder::next(std::string_view text, char c, std::size_t from) {
+  const bool known = searchedFrom <= from && from <= found;
+  if (!known) {
+    searchedFrom = from;
+    found = text.find(c, from);
+  }
+  return found;
+}
+
+void clsPageScanner::setHtml(std::string html) { setHtml(std::make_shared<const std::string>(std::move(html))); }
+
+void clsPageScanner::setHtml(std::shared_ptr<const std::string> html) {
+  if (page_ != html) {
+    page_ = std::move(html);
+    angle_ = quote_ = space_ = Finder();
+  }
+  restart();
+}
+
+void clsPageScanner::restart() {
+  position_ = 0;
+  start();
+}
+
+std::string_view clsPageScanner::html() const { return std::string_view(*page_).substr(position_); }
+
+void clsPageScanner::setSearchString(std::string searchString) {
+  searchString_ = std::move(searchString);
+  linkFound_ = true;
+  start();
+}
+
+void clsPageScanner::start() {
+  seeked_ = position_;
+  atOccurrence_ = false;
+}
+
+bool clsPageScanner::seek(std::size_t bytes) {
+  const std::string_view page = *page_;
+  if (atOccurrence_ || seeked_ >= page.size()) return true;
+  if (searchString_.empty()) {
+    seeked_ = page.size();
+    return true;
+  }
+  // Overlapping stretches, so that an occurrence across their border is seen.
+  const std::size_t stretch = std::min(bytes, page.size() - seeked_);
+  const std::size_t at = page.substr(seeked_, stretch + searchString_.size() - 1).find(searchString_);
+  atOccurrence_ = at != kEnd;
+  seeked_ += atOccurrence_ ? at : stretch;
+  return atOccurrence_ || seeked_ >= page.size();
+}
+
+void clsPageScanner::getLink() {
+  seek(page_->size());
+  if (!atOccurrence_) {
+    notFound();
+    return;
+  }
+  const std::size_t at = seeked_;
+  const std::optional<std::string_view> found =
+      searchString_.starts_with('<') ? takeTag(at) : takeAttribute(at);
+  start();
+  if (found)
+    setLink(*found);
+  else
+    notFound();
+}
+
+// A whole tag: the text up to the character before ">", out of its quotes.
+std::string_view clsPageScanner::takeTag(std::size_t at) {
+  const std::string_view page = *page_;
+  std::size_t from = at + searchString_.size();
+  position_ = from;
+  const std::size_t angle = angle_.next(page, '>', at);
+  const std::size_t end = angle == kEnd ? page.size() : characterBefore(page, angle, at);
+  if (from < end && page[from] == '"') ++from;
+  if (from >= end) return {};
+  return page.substr(from, std::min(quote_.next(page, '"', from), end) - from);
+}
+
+// An attribute: the text behind its quote up to the character before the next blank. A blank that has no character before
+// it ends the walk.
+std::optional<std::string_view> clsPageScanner::takeAttribute(std::size_t at) {
+  const std::string_view page = *page_;
+  const std::size_t from = charactersOn(page, at + searchString_.size(), 1);
+  position_ = charactersOn(page, from, characterCount(searchString_));
+  const std::size_t space = space_.next(page, ' ', from);
+  if (space == from) return std::nullopt;
+  return page.substr(from, (space == kEnd ? page.size() : characterBefore(page, space, from)) - from);
+}
+
+void clsPageScanner::setLink(std::string_view found) {
+  linkFound_ = !found.empty();
+  link_.clear();
+  if (found.size() > kLongestLink) return;
+  if (linkFound_ && needsBasePath(found)) link_ = BasePath;
+  link_ += found;
+}
+
+void clsPageScanner::notFound() {
+  link_.clear();
+  linkFound_ = false;
+}
+
+void clsPageScanner::getForm() {
+  Form.clear();
+  QString text = toQString(html());
+  for (QChar& character : text) character = character.toLower();
+  std::string page = toUtf8(text);
+
+  constexpr std::string_view kFormEnd = "</form>";
+  const std::size_t begin = page.find("<form");
+  const std::size_t end = begin == kEnd ? kEnd : page.find(kFormEnd, begin);
+  if (end != kEnd) {
+    page = page.substr(begin, end + kFormEnd.size() - begin);
+    Form = page;
+  }
+  setHtml(std::move(page));
+}
+
+}  // namespace mv

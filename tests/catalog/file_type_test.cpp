@@ -1,0 +1,216 @@
+// The file-type list and its editor, worked by clicks and keys.
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <algorithm>
+#include <functional>
+
+#include "app/WindowRegistry.h"
+#include "catalog/frmFileTypeChild.h"
+#include "catalog/frmFileTypeManager.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mvtest::click;
+using mvtest::control;
+
+class FileTypes : public mvtest::WindowTest {
+ protected:
+  FileTypes() {
+    mv::gDatabase.execute("delete from valid_filetypes");
+    add("gif", "Pictures", "no", "yes");
+    add("jpg", "Photographs", "yes", "no");
+    add("zip", "Archives", "yes", "yes");
+    manager = mv::showSingle<mv::frmFileTypeManager>();
+  }
+
+  static void add(const std::string& name, const std::string& description, const std::string& canDelete,
+                  const std::string& byDefault) {
+    mv::gDatabase.execute("insert into valid_filetypes (name, description, can_delete, download_by_default) values (" +
+                          mv::quoted(name) + "," + mv::quoted(description) + "," + mv::quoted(canDelete) + "," +
+                          mv::quoted(byDefault) + ")");
+  }
+
+  mv::ListView& list() const { return control<mv::ListView>(manager, "lvwFiletypes"); }
+  void choose(const char* name) const { mvtest::clickRow(list(), list().findRow(0, QString::fromLatin1(name))); }
+
+  static mv::frmFileTypeChild* editor() { return mv::WindowRegistry::instance().find<mv::frmFileTypeChild>(); }
+  static QLineEdit& extension() { return control<QLineEdit>(editor(), "txtFileTypeExtention"); }
+  static QLineEdit& description() { return control<QLineEdit>(editor(), "txtFiletypeDescription"); }
+
+  mv::frmFileTypeChild* openEditorOf(const char* name) const {
+    choose(name);
+    click(manager, "Edit");
+    return editor();
+  }
+  std::string row(const std::string& name) const {
+    const mv::Recordset rows = mv::gDatabase.query("select * from valid_filetypes where name = " + mv::quoted(name));
+    return rows.endOfRows() ? ""
+                            : rows.text("name") + "|" + rows.text("description") + "|" + rows.text("can_delete") + "|" +
+                                  rows.text("download_by_default");
+  }
+
+  mv::frmFileTypeManager* manager = nullptr;
+};
+
+TEST_F(FileTypes, ANewTypeIsTypedSavedAndListedAtTheNextActivation) {
+  click(manager, "New");
+  ASSERT_TRUE(editor());
+  EXPECT_EQ(editor()->caption(), "");
+  EXPECT_FALSE(control<QAbstractButton>(editor(), "btnOK").isEnabled());
+  EXPECT_FALSE(control<QCheckBox>(editor(), "chkDownloadByDefault").isChecked());
+
+  QTest::keyClicks(&extension(), ".m.4a");
+  QTest::keyClicks(&description(), "\"Sound\", 4.0");
+  EXPECT_EQ(extension().text(), "m4a");
+  EXPECT_EQ(description().text(), "Sound, 4.0");
+  click(editor(), "chkDownloadByDefault");
+  QTest::keyClick(&description(), Qt::Key_Return);
+
+  EXPECT_FALSE(editor());
+  EXPECT_EQ(row("m4a"), "m4a|Sound, 4.0|yes|yes");
+  manager->showChild();
+  EXPECT_TRUE(mvtest::waitFor([&] { return list().findRow(0, "m4a") == 2; }));
+  EXPECT_FALSE(manager->RefreshPending);
+}
+
+TEST_F(FileTypes, ThePeriodDoesNothingInTheExtensionBoxAndIsTakenOutOfPastedText) {
+  click(manager, "New");
+  QTest::keyClicks(&extension(), "jpeg");
+  extension().selectAll();
+  QTest::keyClick(&extension(), '.');
+  EXPECT_EQ(extension().text(), "jpeg");
+  EXPECT_EQ(extension().selectedText(), "jpeg");
+
+  QGuiApplication::clipboard()->setText(".tar.gz");
+  extension().setCursorPosition(2);
+  extension().paste();
+  EXPECT_EQ(extension().text(), "jptargzeg");
+  EXPECT_EQ(extension().cursorPosition(), 7);
+}
+
+TEST_F(FileTypes, EnterDoesNothingWhileTheExtensionIsEmpty) {
+  click(manager, "New");
+  QTest::keyClicks(&extension(), "x");
+  QTest::keyClick(&extension(), Qt::Key_Backspace);
+  QTest::keyClick(&extension(), Qt::Key_Return);
+  EXPECT_TRUE(editor());
+  QTest::keyClick(&extension(), Qt::Key_Escape);
+  EXPECT_FALSE(editor());
+  EXPECT_EQ(count("valid_filetypes"), 3);
+}
+
+TEST_F(FileTypes, AnExtensionOfAnotherRecordIsRefusedInBothModes) {
+  const auto refused = [&](const char* mode) {
+    SCOPED_TRACE(mode);
+    dialogs.messages.clear();
+    ASSERT_TRUE(editor());
+    extension().setText("ZIP");
+    click(editor(), "btnOK");
+    ASSERT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_EQ(dialogs.messages[0].text, "This Extension is already in the database.");
+    EXPECT_EQ(dialogs.messages[0].title, mv::applicationTitle());
+    ASSERT_TRUE(editor());
+    EXPECT_EQ(extension().text(), "ZIP");
+    EXPECT_EQ(count("valid_filetypes"), 3);
+    EXPECT_EQ(row("zip"), "zip|Archives|yes|yes");
+    editor()->unload();
+  };
+  click(manager, "New");
+  refused("new");
+  openEditorOf("jpg");
+  refused("edit");
+}
+
+TEST_F(FileTypes, EditShowsTheRecordAndWritesItsOwnRow) {
+  const std::string id = value("select id from valid_filetypes where name = " + mv::quoted("gif"));
+  ASSERT_TRUE(openEditorOf("gif"));
+  EXPECT_EQ(editor()->caption(), "Edit: gif");
+  EXPECT_EQ(control<QLabel>(editor(), "lblID").text().toStdString(), id);
+  EXPECT_EQ(description().text(), "Pictures");
+  EXPECT_TRUE(control<QCheckBox>(editor(), "chkDownloadByDefault").isChecked());
+
+  extension().setText("GIF");
+  description().setText("A \"pasted\" quote");
+  click(editor(), "chkDownloadByDefault");
+  click(editor(), "btnOK");
+  EXPECT_FALSE(editor());
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_EQ(row("gif"), "GIF|A \"pasted\" quote|no|no");
+
+  manager->showChild();
+  ASSERT_TRUE(openEditorOf("GIF"));
+  extension().setText("png");
+  click(editor(), "btnOK");
+  EXPECT_EQ(value("select name from valid_filetypes where id = " + id), "png");
+  EXPECT_EQ(count("valid_filetypes"), 3);
+}
+
+TEST_F(FileTypes, ARecordDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
+  ASSERT_TRUE(openEditorOf("jpg"));
+  manager->showChild();
+  choose("jpg");
+  click(manager, "Delete");
+  description().setText("kept");
+  click(editor(), "btnOK");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  ASSERT_TRUE(editor());
+  EXPECT_EQ(description().text(), "kept");
+  EXPECT_EQ(count("valid_filetypes"), 2);
+}
+
+TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySite) {
+  const std::string site = std::to_string(mvtest::addSite("site.example", "/x", {"jpg", "zip"}));
+  const std::string jpg = value("select id from valid_filetypes where name = " + mv::quoted("jpg"));
+  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + site + "," + jpg + ",\"/p\")");
+  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + site + ",999,\"/q\")");
+
+  choose("jpg");
+  QTest::keyClick(&list(), Qt::Key_Delete);
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"gif", "zip"}));
+  EXPECT_EQ(row("jpg"), "");
+  EXPECT_EQ(count("site_filetype_xref", "file_type_id = " + jpg), 0);
+  EXPECT_EQ(count("site_filetype_xref"), 1);
+  EXPECT_EQ(value("select path from site_paths"), "/q");
+
+  // Nothing is chosen any more.
+  click(manager, "Delete");
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, "Please select a filetype to delete. ");
+  EXPECT_EQ(dialogs.messages[0].title, "No FileType Selected");
+  EXPECT_EQ(count("valid_filetypes"), 2);
+}
+
+TEST_F(FileTypes, ABuiltInTypeIsNotDeleted) {
+  choose("gif");
+  click(manager, "Delete");
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, "You cannot delete this filetype");
+  EXPECT_EQ(dialogs.messages[0].title, "Cannot Delete Built-in FileTypes");
+  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::Information);
+  EXPECT_EQ(count("valid_filetypes"), 3);
+}
+
+TEST_F(FileTypes, ARebuildKeepsTheOrderChosenByAHeaderAndSelectsNothing) {
+  mvtest::clickHeader(list(), 1);
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"zip", "jpg", "gif"}));
+  choose("zip");
+  add("htm", "Documents", "yes", "no");
+  manager->buildWorkingLists("elsewhere");
+  EXPECT_EQ(list().rowCount(), 3);
+  manager->buildWorkingLists("init");
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"zip", "htm", "jpg", "gif"}));
+  EXPECT_TRUE(list().selectedRows().empty());
+  click(manager, "Edit");
+  EXPECT_FALSE(editor());
+}
+
+}  // namespace

@@ -1,0 +1,138 @@
+// The path manager of a site, worked by clicks and keys.
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QTest>
+#include <filesystem>
+
+#include "app/WindowRegistry.h"
+#include "catalog/frmSitePaths.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mvtest::click;
+using mvtest::control;
+
+class SitePaths : public mvtest::WindowTest {
+ protected:
+  mv::frmSitePaths* open(int site) {
+    siteId = site;
+    window = new mv::frmSitePaths;
+    window->SiteID = site;
+    window->SiteName = "site.example";
+    window->open();
+    return window;
+  }
+  mv::frmSitePaths* openWith(const std::vector<std::string>& extensions) {
+    return open(mvtest::addSite("site.example", "/nowhere", extensions));
+  }
+
+  mv::ListView& list() const { return control<mv::ListView>(window, "lvwFiletypesAssigned"); }
+  QString shown() const { return control<QLineEdit>(window, "txtPath").text(); }
+  bool canBrowse() const { return control<QAbstractButton>(window, "cmdBrowse").isEnabled(); }
+  std::string typeId(const std::string& name) const {
+    return value("select id from valid_filetypes where name = " + mv::quoted(name));
+  }
+  std::string stored(const std::string& name) const {
+    return value("select path from site_paths where site_id = " + std::to_string(siteId) +
+                 " and filetype_id = " + typeId(name));
+  }
+
+  int siteId = 0;
+  mv::frmSitePaths* window = nullptr;
+};
+
+TEST_F(SitePaths, EachTypeShowsItsOwnFolderOrTheProgramsDefault) {
+  const int site = mvtest::addSite("site.example", "/nowhere", {"jpg", "gif"});
+  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + std::to_string(site) + ", " +
+                        typeId("jpg") + ", \"/own\")");
+  open(site);
+  EXPECT_EQ(window->caption(), "Path Manager for: site.example");
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"gif", "jpg"}));
+  EXPECT_EQ(list().currentSelectedRow(), 0);
+  EXPECT_EQ(shown().toStdString(), mv::gDownloadFolder);
+  EXPECT_TRUE(canBrowse());
+  mvtest::clickRow(list(), 1);
+  EXPECT_EQ(shown(), "/own");
+  QTest::keyClick(&list(), Qt::Key_Up);
+  EXPECT_EQ(shown().toStdString(), mv::gDownloadFolder);
+}
+
+TEST_F(SitePaths, BrowsePreparesTheDialogAndStoresTheChoiceOnce) {
+  openWith({"gif"});
+  dialogs.nextFolders = {QStringLiteral("/first \"quoted\""), QStringLiteral("/second")};
+  click(window, "cmdBrowse");
+  ASSERT_EQ(dialogs.folderRequests.size(), 1u);
+  const mv::FolderRequest& request = dialogs.folderRequests[0];
+  EXPECT_EQ(request.title, "Add New Path for gif files");
+  EXPECT_EQ(request.prompt, "Select folder where you want gif files downloaded from site.example to be saved.");
+  EXPECT_EQ(request.statusText, "");
+  EXPECT_EQ(request.initialFolder.toStdString(), mv::gDownloadFolder);
+  EXPECT_EQ(request.owner, window);
+  EXPECT_EQ(shown(), "/first \"quoted\"");
+  EXPECT_EQ(stored("gif"), "/first \"quoted\"");
+
+  control<QLineEdit>(window, "txtPath").setText(QString::fromStdString(folder()));
+  click(window, "cmdBrowse");
+  EXPECT_EQ(stored("gif"), "/second");
+  EXPECT_EQ(count("site_paths"), 1);
+}
+
+TEST_F(SitePaths, BrowseCreatesTheFolderShownEvenWhenTheDialogIsCancelled) {
+  openWith({"gif"});
+  const std::string wanted = folder() + "/made/here";
+  control<QLineEdit>(window, "txtPath").setText(QString::fromStdString(wanted));
+  dialogs.nextFolders = {std::nullopt};
+  click(window, "cmdBrowse");
+  EXPECT_TRUE(std::filesystem::is_directory(wanted));
+  EXPECT_EQ(shown().toStdString(), wanted);
+  EXPECT_EQ(count("site_paths"), 0);
+}
+
+TEST_F(SitePaths, AnEmptyPathStartsTheDialogInTheProgramFolder) {
+  openWith({"gif"});
+  control<QLineEdit>(window, "txtPath").clear();
+  click(window, "cmdBrowse");
+  ASSERT_EQ(dialogs.folderRequests.size(), 1u);
+  EXPECT_EQ(dialogs.folderRequests[0].initialFolder.toStdString(), mv::gProgramFolder);
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
+  openWith({"gif"});
+  control<QLineEdit>(window, "txtPath").setText(QStringLiteral("/proc/none/of/this"));
+  click(window, "cmdBrowse");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.folderRequests.empty());
+  EXPECT_EQ(count("site_paths"), 0);
+}
+
+TEST_F(SitePaths, WithoutTypesThereIsNothingToBrowseFor) {
+  openWith({});
+  EXPECT_EQ(list().rowCount(), 0);
+  EXPECT_FALSE(canBrowse());
+  click(window, "cmdBrowse");
+  EXPECT_TRUE(dialogs.folderRequests.empty());
+}
+
+TEST_F(SitePaths, EscapeAndCloseEndTheWindowAndItsPlaceComesBack) {
+  openWith({"gif"});
+  window->setPlace({300, 450, 4500, 6000});
+  QTest::keyClick(&list(), Qt::Key_Escape);
+  auto& windows = mv::WindowRegistry::instance();
+  EXPECT_EQ(windows.find<mv::frmSitePaths>(), nullptr);
+
+  open(siteId);
+  const mv::TwipRect place = window->place();
+  EXPECT_EQ(place.top, 300);
+  EXPECT_EQ(place.left, 450);
+  EXPECT_EQ(place.height, 4500);
+  EXPECT_EQ(place.width, 6000);
+  click(window, "cmdClose");
+  EXPECT_EQ(windows.find<mv::frmSitePaths>(), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,24 @@
+#include <gtest/gtest.h>
+
+#include "net/TextBody.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace {
+
+// 1024 and 1025 characters end on and just behind the edge of a piece; the long one has a character across many edges.
+TEST(TextBody, IsReadWhole) {
+  std::string longText;
+  for (int i = 0; i < 5000; ++i) longText += "a\xE2\x82\xAC";
+  mvtest::TestSite site;
+  mv::InternetTransfer transfer;
+  for (const auto& text : {std::string(), std::string(1024, 'x'), std::string(1025, 'x'), longText}) {
+    site.page("/", text);
+    transfer.Execute(site.url("/"), "GET", mv::BodyMode::Text);
+    ASSERT_TRUE(mvtest::waitFor([&] { return !transfer.StillExecuting(); }));
+    EXPECT_EQ(mv::readTextBody(transfer), text);
+    EXPECT_EQ(mv::readTextBody(transfer), "") << "a body is handed out once";
+  }
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QTemporaryDir>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/AtomicFile.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mv::AtomicFile;
+using mv::FileError;
+namespace fs = std::filesystem;
+
+class AtomicFileTest : public ::testing::Test {
+ protected:
+  ~AtomicFileTest() override { AtomicFile::failAfterBytes(0); }
+
+  std::string in(const std::string& name) const { return folder.path().toStdString() + '/' + name; }
+
+  std::size_t names() const {
+    const fs::directory_iterator all(folder.path().toStdString());
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+  }
+
+  QTemporaryDir folder;
+};
+
+TEST_F(AtomicFileTest, ShowsTheWholeContentOrWhatWasThereBefore) {
+  const std::string path = in("picture.jpg");
+  const std::string chunk(1024 * 1024, 'x');
+  for (const std::string before : {"", "an older file"}) {
+    if (!before.empty()) std::ofstream(path, std::ios::trunc) << before;
+    {
+      AtomicFile dropped(path);
+      dropped.write("half");
+    }
+    EXPECT_EQ(fs::exists(path) ? mvtest::readFile(path) : "", before);
+    AtomicFile file(path);
+    for (int i = 0; i < 20; ++i) file.write(chunk);
+    file.write("");
+    file.write(std::string_view("\0end", 4));
+    EXPECT_EQ(file.size(), 20 * chunk.size() + 4);
+    EXPECT_EQ(fs::exists(path) ? mvtest::readFile(path) : "", before);
+    file.commit();
+    EXPECT_EQ(fs::file_size(path), 20 * chunk.size() + 4);
+    EXPECT_EQ(mvtest::readFile(path).substr(20 * chunk.size()), std::string("\0end", 4));
+  }
+  EXPECT_EQ(names(), 1U);
+}
+
+TEST_F(AtomicFileTest, IsANewFileLikeAnyOther) {
+  const mode_t mask = umask(027);
+  AtomicFile file(in("empty"));
+  file.commit();
+  umask(mask);
+  struct stat status {};
+  ASSERT_EQ(stat(in("empty").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  EXPECT_EQ(status.st_size, 0);
+}
+
+TEST_F(AtomicFileTest, TakesTheLongestNameThereIs) {
+  const std::string path = in(std::string(255, 'n'));
+  AtomicFile(path).commit();
+  AtomicFile again(path);
+  again.write("x");
+  again.commit();
+  EXPECT_EQ(mvtest::readFile(path), "x");
+}
+
+TEST_F(AtomicFileTest, RefusesNamesThatCannotBeAFile) {
+  fs::create_directory(in("folder"));
+  std::ofstream(in("file")) << "x";
+  const std::pair<std::string, int> cases[] = {
+      {"", EISDIR},         {in("folder"), EISDIR},       {in("folder/"), EISDIR},
+      {in("new/"), EISDIR}, {in("missing/file"), ENOENT}, {in("file/below"), ENOTDIR}};
+  for (const auto& [path, number] : cases) {
+    try {
+      AtomicFile file(path);
+      ADD_FAILURE() << path;
+    } catch (const FileError& error) {
+      EXPECT_EQ(error.number(), number) << path;
+      EXPECT_NE(std::string(error.what()).find(path), std::string::npos);
+    }
+  }
+  EXPECT_EQ(names(), 2U);
+}
+
+TEST_F(AtomicFileTest, AFullDiskLeavesNothing) {
+  AtomicFile::failAfterBytes(1000);
+  {
+    AtomicFile file(in("full"));
+    file.write(std::string(1000, 'x'));
+    try {
+      file.write("y");
+      ADD_FAILURE() << "written";
+    } catch (const FileError& error) {
+      EXPECT_EQ(error.number(), ENOSPC);
+    }
+  }
+  EXPECT_EQ(names(), 0U);
+}
+
+TEST_F(AtomicFileTest, AKilledRunLeavesNothing) {
+  const pid_t child = fork();
+  if (child == 0) {
+    AtomicFile file(in("killed"));
+    file.write(std::string(100'000, 'x'));
+    kill(getpid(), SIGKILL);
+  }
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(names(), 0U);
+}
+
+}  // namespace

@@ -1,0 +1,440 @@
+#include "platform/Database.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "support/Fixture.h"
+
+namespace {
+
+using mv::Database;
+using mv::DatabaseError;
+using mv::Recordset;
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+
+// The number of the error that `work` raises, 0 without one.
+template <class Work>
+long errorOf(Work work) {
+  try {
+    work();
+  } catch (const DatabaseError& error) {
+    EXPECT_FALSE(error.description().empty());
+    return error.number();
+  }
+  return 0;
+}
+
+class DatabaseTest : public ::testing::Test {
+ protected:
+  DatabaseTest() : path(folder.filePath("data base %41?.mdb").toStdString()) {
+    mvtest::copyShippedDatabase(path);
+    db.open(path);
+  }
+
+  void addLinks(int count, int site = 7) {
+    db.execute("begin");
+    for (int i = 1; i <= count; ++i)
+      db.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
+                 std::to_string(site) + ", " + mv::quoted("host/" + std::to_string(i)) + ", \"File\", \"\", \"\", " +
+                 std::to_string(i) + ", \"False\", \"jpg\")");
+    db.execute("commit");
+  }
+
+  std::string plan(const std::string& sql) {
+    std::string text;
+    for (Recordset rows = db.query("explain query plan " + sql); !rows.endOfRows(); rows.moveNext())
+      text += rows.text("detail") + '\n';
+    return text;
+  }
+
+  bool sidecars() const {
+    return fs::exists(path + "-wal") || fs::exists(path + "-shm") || fs::exists(path + "-journal");
+  }
+
+  QTemporaryDir folder;
+  std::string path;
+  Database db;
+};
+
+// ---- texts and fields ----
+
+TEST_F(DatabaseTest, TextsComeBackAsTheyWereTyped) {
+  const std::string texts[] = {
+      "",           "plain",        "it's", "say \"hi\"", "\"; delete from site; --", "\\", "a\0b"s, "line\r\nbreak",
+      "Zo\xc3\xab", "\xff\xfe bad", "?1",   "[x]",        std::string(100'000, '"')};
+  for (const std::string& text : texts) {
+    db.execute("delete from valid_tag");
+    db.execute("insert into valid_tag (tag) values (" + mv::quoted(text) + ")");
+    EXPECT_EQ(db.query("select tag from valid_tag").text("Tag"), text);
+    EXPECT_EQ(db.count("select count(*) as outCount from valid_tag where tag = " + mv::quoted(text)), 1) << text;
+  }
+}
+
+TEST_F(DatabaseTest, ComparesWithoutCaseWhereTextsAreWords) {
+  EXPECT_EQ(db.query("select description from valid_filetypes where name = \"JPG\"").text("description"),
+            "JPEG picture");
+  addLinks(1);
+  EXPECT_EQ(db.count("select count(*) as outCount from link where url = \"host/1\" and status = \"false\""), 1);
+  EXPECT_EQ(db.count("select count(*) as outCount from link where url = \"HOST/1\""), 0);
+}
+
+TEST_F(DatabaseTest, ReadsFieldsByEveryNameTheSelectListGives) {
+  db.execute(
+      "insert into rule (id, name, valid_field_id, valid_rule_type_id, search_value) values (1, \"R\", 3, 2, null)");
+  const Recordset row = db.query(
+      "SELECT r.name, r.search_value, r.operator, vf.name, vr.name, r.id FROM rule AS r, valid_field AS vf, valid_rule "
+      "AS "
+      "vr WHERE r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id");
+  EXPECT_EQ(row.text("r.name"), "R");
+  EXPECT_EQ(row.text("VF.Name"), "Filetype");
+  EXPECT_EQ(row.text("vr.name"), "Save To");
+  EXPECT_EQ(row.number("ID"), 1);
+  EXPECT_TRUE(row.isNull("Search_Value"));
+  EXPECT_EQ(row.text("search_value"), "");
+  EXPECT_EQ(row.number("search_value"), 0);
+  EXPECT_EQ(errorOf([&] { row.text("name"); }), DatabaseError::kItemNotFound) << "three fields end so";
+  EXPECT_EQ(errorOf([&] { row.text("nothing"); }), DatabaseError::kItemNotFound);
+  EXPECT_EQ(db.query("select * from valid_field where id = 2").text("name"), "Domain");
+}
+
+TEST_F(DatabaseTest, ReadsTextsAsNumbersByTheirBeginning) {
+  const std::pair<const char*, std::int64_t> cases[] = {{"12", 12},   {"12ab", 12}, {" 7", 7},
+                                                        {"-3.9", -3}, {"ab", 0},    {"", 0}};
+  for (const auto& [text, number] : cases)
+    EXPECT_EQ(db.query("select "s + mv::quoted(text) + " as x from pref").number("x"), number) << text;
+  EXPECT_EQ(db.query("select 1.5 as x from pref").text("x"), "1.5");
+}
+
+// ---- recordsets ----
+
+TEST_F(DatabaseTest, WalksShortAndLongResults) {
+  for (const int count : {0, 1, 63, 64, 65, 300}) {
+    db.execute("delete from link");
+    addLinks(count);
+    Recordset rows = db.query("select id from link where site_id = 7");
+    for (int pass = 0; pass < 2; ++pass, rows.moveFirst()) {
+      EXPECT_EQ(rows.recordCount(), count);
+      std::int64_t sum = 0;
+      for (; !rows.endOfRows(); rows.moveNext()) sum += rows.number("id");
+      EXPECT_EQ(sum, count * (count + 1) / 2);
+      EXPECT_EQ(errorOf([&] { rows.moveNext(); }), DatabaseError::kNoCurrentRecord);
+      EXPECT_EQ(errorOf([&] { rows.number("id"); }), DatabaseError::kNoCurrentRecord);
+    }
+  }
+}
+
+// A window may write while it walks what it has asked for, and must neither miss rows nor meet its own.
+TEST_F(DatabaseTest, AResultStaysAsItWasWhileRowsAreWritten) {
+  addLinks(200);
+  Recordset rows =
+      db.query("select id, status from link where site_id = 7 and link_type = \"File\" and status <> \"Done\"");
+  int seen = 0;
+  for (; !rows.endOfRows(); rows.moveNext(), ++seen) {
+    const std::string id = rows.text("id");
+    EXPECT_EQ(rows.text("status"), "False");
+    db.execute("update link set status = \"Done\" where id = " + id);
+    db.execute("insert into link (id, site_id, link_type, status) values (" + id + " + 1000, 7, \"File\", \"False\")");
+    EXPECT_EQ(db.query("select status from link where id = " + id).text("status"), "Done");
+  }
+  EXPECT_EQ(seen, 200);
+  EXPECT_EQ(rows.recordCount(), 200);
+  rows.moveFirst();
+  EXPECT_EQ(rows.text("status"), "False");
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 400);
+}
+
+TEST_F(DatabaseTest, ManyResultsCanBeOpenAtOnce) {
+  addLinks(200);
+  std::vector<Recordset> open;
+  for (int i = 0; i < 5; ++i) open.push_back(db.query("select id from link where site_id = 7"));
+  for (int i = 0; i < 150; ++i)
+    for (Recordset& rows : open) rows.moveNext();
+  for (const Recordset& rows : open) EXPECT_EQ(rows.number("id"), 151);
+}
+
+TEST_F(DatabaseTest, AnOpenTransactionSeesItsOwnRows) {
+  db.execute("begin");
+  for (int i = 1; i <= 100; ++i) db.execute("insert into link (id, site_id) values (" + std::to_string(i) + ", 7)");
+  EXPECT_EQ(db.query("select id from link where site_id = 7").recordCount(), 100);
+  db.execute("rollback");
+  EXPECT_EQ(db.query("select id from link where site_id = 7").recordCount(), 0);
+}
+
+TEST_F(DatabaseTest, AResultThatOutlivesItsDatabaseSaysSo) {
+  addLinks(100);
+  Recordset few = db.query("select name from valid_field");
+  Recordset many = db.query("select id from link");
+  db.close();
+  db.close();
+  EXPECT_FALSE(sidecars());
+  for (Recordset* rows : {&few, &many}) {
+    EXPECT_EQ(errorOf([&] { rows->endOfRows(); }), DatabaseError::kNotOpen);
+    EXPECT_EQ(errorOf([&] { rows->moveFirst(); }), DatabaseError::kNotOpen);
+    EXPECT_EQ(errorOf([&] { rows->recordCount(); }), DatabaseError::kNotOpen);
+  }
+  EXPECT_EQ(errorOf([&] { db.query("select id from link"); }), DatabaseError::kNotOpen);
+  EXPECT_EQ(errorOf([&] { db.execute("delete from link"); }), DatabaseError::kNotOpen);
+}
+
+// ---- statements ----
+
+TEST_F(DatabaseTest, FailuresCarryTheirNumberAndNoValues) {
+  db.execute("insert into site (id, name) values (1, \"a\")");
+  const std::pair<const char*, long> cases[] = {
+      {"select unique_name from site", DatabaseError::kUnknownColumn},
+      {"select id from site where nmae = \"secret\"", DatabaseError::kUnknownColumn},
+      {"select id from site where name = secret_", DatabaseError::kUnknownColumn},
+      {"insert into site (id, nmae) values (2, \"secret\")", DatabaseError::kUnknownColumn},
+      {"update site set nmae = \"secret\"", DatabaseError::kUnknownColumn},
+      {"select id from sites where name = \"secret\"", DatabaseError::kUnknownTable},
+      {"insert into site (id, name) values (1, \"secret\")", DatabaseError::kDuplicateKey},
+      {"select id from site where name == = \"secret\"", DatabaseError::kSyntaxError},
+      {"select id from site where name = \"x\" \"secret\"", DatabaseError::kSyntaxError},
+      {"insert into site (id, name) values (2, \"secret\"", DatabaseError::kSyntaxError},
+      {"insert into site (id, name) values (2, \"secret)", DatabaseError::kSyntaxError},
+      {"create index link_url on link (url)", DatabaseError::kAlreadyExists},
+      {"alter table [site] add column [name] text(3)", DatabaseError::kAlreadyExists},
+  };
+  for (const auto& [sql, number] : cases) {
+    try {
+      db.execute(sql);
+      ADD_FAILURE() << sql;
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(error.number(), number) << sql << ": " << error.description();
+      EXPECT_EQ(error.description().find("secret\""), std::string::npos) << error.description();
+      EXPECT_EQ(error.description().find('?'), std::string::npos) << error.description();
+    }
+  }
+  EXPECT_EQ(db.count("select count(*) as outCount from site"), 1);
+}
+
+TEST_F(DatabaseTest, CountsTheRowsThatAStatementTouched) {
+  addLinks(5);
+  db.execute("update link set status = \"Done\" where id > 2");
+  EXPECT_EQ(db.rowsAffected(), 3);
+  db.execute("delete from link where site_id = 8");
+  EXPECT_EQ(db.rowsAffected(), 0);
+}
+
+TEST_F(DatabaseTest, UnequalLeavesNullsOut) {
+  db.execute(
+      "insert into site (id, alternate_matchpath) values (1, \"yes\"), (2, \"no\"), (3, \"\"), (4, null), (5, "
+      "\"YES\")");
+  db.execute("update site set alternate_matchpath = \"set\" where alternate_matchpath <> \"yes\"");
+  EXPECT_EQ(db.rowsAffected(), 2);
+  EXPECT_EQ(db.count("select count(*) as outCount from site where not alternate_matchpath <> \"yes\""), 2);
+}
+
+TEST_F(DatabaseTest, MoreShapesThanAreKeptStillRun) {
+  for (int i = 0; i < 300; ++i) {
+    const std::string alias = "n" + std::to_string(i);
+    EXPECT_EQ(db.query("select count(*) as " + alias + " from valid_field").number(alias), 3);
+  }
+}
+
+TEST_F(DatabaseTest, StatementsSurviveAChangeOfTheirTable) {
+  EXPECT_EQ(errorOf([&] { db.query("select extra from site"); }), DatabaseError::kUnknownColumn);
+  EXPECT_TRUE(db.query("select * from site").endOfRows());
+  db.execute("alter table [site] add column [extra] text(3)");
+  db.execute("insert into site (id, extra) values (1, \"yes\")");
+  EXPECT_EQ(db.query("select extra from site").text("extra"), "yes");
+  EXPECT_EQ(db.query("select * from site").text("extra"), "yes");
+}
+
+TEST_F(DatabaseTest, IndexesServeWhatRunsPerLinkAndPerTick) {
+  struct Plan {
+    const char* sql;
+    const char* step;
+  };
+  const Plan plans[] = {
+      {R"(select count(*) as outCount from link where url = "x")", "INDEX link_url (url=?)"},
+      {R"(select id, status, site_id, link_type, url, username, password, file_type from link where site_id = 7 and )"
+       R"(link_type = "File" and status <> "Done")",
+       "INDEX link_site_type_status (site_id=? AND link_type=? AND status>?)"},
+      {R"(select id, status, site_id, url, link_type  from link where site_id = 7 and link_type <> "File" and )"
+       R"(link_type <> "Email Address" and status = "False")",
+       "INDEX link_site_status_type (site_id=? AND status=? AND link_type>?)"},
+      {R"(update link set status = "Done" where id = 5)", "INTEGER PRIMARY KEY (rowid=?)"},
+      {"delete from link where site_id = 7", "(site_id=?)"},
+      {"select next_value from valid_sid where sid_name = 'link_id'", "(sid_name=?)"},
+      {R"(select id, wtop from win_pos where wname = "Scan: x")", "win_pos_name (wname=?)"},
+      {R"(select sp.path from site_paths sp, valid_filetypes vf where sp.site_id = 7 and (vf.id = sp.filetype_id and )"
+       R"(vf.name = "jpg"))",
+       "site_paths_site (site_id=?"},
+  };
+  for (const Plan& expected : plans) {
+    const std::string text = plan(expected.sql);
+    EXPECT_NE(text.find(expected.step), std::string::npos) << expected.sql << '\n' << text;
+    EXPECT_EQ(text.find("SCAN"), std::string::npos) << expected.sql << '\n' << text;
+  }
+}
+
+// ---- opening and closing ----
+
+class DatabaseFileTest : public DatabaseTest {
+ protected:
+  DatabaseFileTest() { db.close(); }
+
+  void put(const std::string& bytes) const { std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes; }
+
+  // Opening is refused with `number` and leaves no trace.
+  void expectRefused(long number, const Database::TableNames& tables = {}) {
+    const std::string before = fs::is_regular_file(path) ? mvtest::readFile(path) : "";
+    std::error_code none;
+    const auto time = fs::last_write_time(path, none);
+    try {
+      db.open(path, tables);
+      ADD_FAILURE() << "opened";
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(error.number(), number) << error.description();
+      EXPECT_NE(error.description().find(path), std::string::npos) << error.description();
+    }
+    EXPECT_FALSE(db.isOpen());
+    EXPECT_FALSE(sidecars());
+    EXPECT_TRUE(before.empty() || mvtest::readFile(path) == before);
+    EXPECT_EQ(fs::last_write_time(path, none), time);
+  }
+};
+
+TEST_F(DatabaseFileTest, RefusesWhatIsNoDatabase) {
+  fs::remove(path);
+  expectRefused(DatabaseError::kFileNotFound);
+  EXPECT_FALSE(fs::exists(path));
+  put("");
+  expectRefused(DatabaseError::kUnrecognizedFormat);
+  put("Standard Jet DB, or something else that is long enough to hold a header" + std::string(4096, 'x'));
+  expectRefused(DatabaseError::kUnrecognizedFormat);
+  fs::remove(path);
+  fs::create_directory(path);
+  expectRefused(DatabaseError::kUnrecognizedFormat);
+}
+
+TEST_F(DatabaseFileTest, RefusesADamagedDatabase) {
+  const std::string whole = mvtest::readFile(path);
+  for (const std::size_t length : {std::size_t{50}, std::size_t{4096}, whole.size() / 2, whole.size() - 4096}) {
+    put(whole.substr(0, length));
+    expectRefused(DatabaseError::kUnrecognizedFormat);
+  }
+  for (const std::size_t at : {std::size_t{100}, std::size_t{4096}, whole.size() / 2 / 4096 * 4096}) {
+    std::string scratched = whole;
+    scratched.replace(at, 200, 200, '\x5a');
+    put(scratched);
+    expectRefused(DatabaseError::kUnrecognizedFormat);
+  }
+}
+
+TEST_F(DatabaseFileTest, RefusesAnotherProgramsDatabase) {
+  expectRefused(DatabaseError::kUnrecognizedFormat, {"site", "Link", "bookmarks"});
+  db.open(path, {"site", "Link"});
+  EXPECT_TRUE(db.isOpen());
+}
+
+TEST_F(DatabaseFileTest, RefusesAFileThatCannotBeWritten) {
+  if (geteuid() == 0) GTEST_SKIP() << "everything can be written by root";
+  fs::permissions(path, fs::perms::owner_read);
+  expectRefused(DatabaseError::kReadOnly);
+}
+
+TEST_F(DatabaseFileTest, RefusesWhatIsLockedByAnother) {
+  // Another process keeps the file in exclusive use until its pipe ends.
+  int ready[2], done[2];
+  ASSERT_EQ(pipe(ready) | pipe(done), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    close(done[1]);
+    Database other;
+    other.open(path);
+    other.query("pragma locking_mode=exclusive");
+    other.query("pragma journal_mode=delete");
+    other.execute("begin exclusive");
+    char byte = 'x';
+    if (write(ready[1], &byte, 1) == 1) (void)!read(done[0], &byte, 1);
+    _exit(0);
+  }
+  char byte;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  EXPECT_EQ(errorOf([&] { db.open(path); }), DatabaseError::kLocked);
+  close(done[1]);
+  waitpid(child, nullptr, 0);
+  for (const int end : {ready[0], ready[1], done[0]}) close(end);
+  db.open(path);
+  EXPECT_TRUE(db.isOpen());
+}
+
+// What a killed run has finished is there at the next start.
+TEST_F(DatabaseFileTest, RecoversAKilledRun) {
+  const pid_t child = fork();
+  if (child == 0) {
+    Database killed;
+    killed.open(path);
+    for (int i = 1; i <= 500; ++i)
+      killed.execute("insert into link (id, url) values (" + std::to_string(i) + ", \"host\")");
+    killed.execute("begin");
+    killed.execute("insert into link (id, url) values (501, \"unfinished\")");
+    kill(getpid(), SIGKILL);
+  }
+  waitpid(child, nullptr, 0);
+  ASSERT_TRUE(fs::exists(path + "-wal"));
+  EXPECT_EQ(errorOf([&] { db.open(path, {"bookmarks"}); }), DatabaseError::kUnrecognizedFormat);
+  db.open(path, {"link"});
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 500);
+  db.close();
+  EXPECT_FALSE(sidecars());
+  db.open(path);
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 500);
+}
+
+TEST_F(DatabaseFileTest, OpensAgainAndElsewhere) {
+  db.open(path);
+  db.execute("delete from pref");
+  db.open(path);
+  EXPECT_EQ(db.count("select count(*) as outCount from pref"), 0);
+  const std::string second = folder.filePath("second.mdb").toStdString();
+  mvtest::copyShippedDatabase(second);
+  db.open(second);
+  EXPECT_EQ(db.path(), second);
+  EXPECT_EQ(db.count("select count(*) as outCount from pref"), 1);
+  EXPECT_FALSE(sidecars());
+}
+
+// ---- compaction ----
+
+TEST_F(DatabaseFileTest, CompactsIntoASmallerFileWithTheSameRows) {
+  const std::string target = folder.filePath("it's \"small\".mdb").toStdString();
+  db.open(path);
+  addLinks(20'000);
+  db.execute("delete from link where id > 10");
+  db.close();
+  Database::compact(path, target);
+  EXPECT_LT(fs::file_size(target) * 4, fs::file_size(path));
+  EXPECT_FALSE(sidecars());
+  db.open(target);
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 10);
+  EXPECT_NE(plan("delete from link where url = \"x\"").find("link_url"), std::string::npos);
+  db.execute("insert into win_pos (wname) values (\"x\")");
+}
+
+TEST_F(DatabaseFileTest, AFailedCompactionLeavesNoTarget) {
+  const std::string target = folder.filePath("target.mdb").toStdString();
+  std::ofstream(target) << "kept";
+  EXPECT_EQ(errorOf([&] { Database::compact(path, target); }), DatabaseError::kAlreadyExists);
+  EXPECT_EQ(mvtest::readFile(target), "kept");
+  fs::remove(target);
+  put("no database");
+  EXPECT_EQ(errorOf([&] { Database::compact(path, target); }), DatabaseError::kUnrecognizedFormat);
+  EXPECT_FALSE(fs::exists(target));
+  fs::remove(path);
+  mvtest::copyShippedDatabase(path);
+  EXPECT_NE(errorOf([&] { Database::compact(path, folder.filePath("no/such/folder.mdb").toStdString()); }), 0);
+  EXPECT_NE(errorOf([&] { Database::compact(folder.filePath("missing").toStdString(), target); }), 0);
+  EXPECT_FALSE(fs::exists(target));
+}
+
+}  // namespace

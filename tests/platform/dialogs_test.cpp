@@ -1,0 +1,142 @@
+#include "platform/Dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+
+#include "platform/FolderDialog.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mv::FolderDialog;
+using mvtest::control;
+
+// Runs `work` on the modal dialog that the calling test opens next.
+template <class Dialog>
+void whenOpen(std::function<void(Dialog&)> work) {
+  QTimer::singleShot(0, [work] {
+    auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    work(*dialog);
+  });
+}
+
+TEST(DialogsTest, MessageShowsItsTextAsItStands) {
+  QString title;
+  QString text;
+  auto icon = QMessageBox::NoIcon;
+  auto format = Qt::AutoText;
+  whenOpen<QMessageBox>([&](QMessageBox& box) {
+    title = box.windowTitle();
+    text = box.text();
+    icon = box.icon();
+    format = box.textFormat();
+    EXPECT_EQ(box.buttons().size(), 1);
+    QTest::keyClick(&box, Qt::Key_Return);
+  });
+  mv::showMessage(nullptr, "Title", "<b>one</b>\r\ntwo", mv::MessageIcon::Exclamation);
+  EXPECT_EQ(title, "Title");
+  EXPECT_EQ(text, "<b>one</b>\ntwo");
+  EXPECT_EQ(format, Qt::PlainText);
+  EXPECT_EQ(icon, QMessageBox::Warning);
+}
+
+TEST(DialogsTest, MessageSurvivesTheEndOfItsOwner) {
+  auto* owner = new QWidget;
+  whenOpen<QMessageBox>([&](QMessageBox&) { delete owner; });
+  mv::showMessage(owner, "Title", "text", mv::MessageIcon::None);
+}
+
+TEST(DialogsTest, InputAnswersOrIsCancelled) {
+  whenOpen<QInputDialog>([](QInputDialog& box) {
+    EXPECT_EQ(box.labelText(), "How many?");
+    EXPECT_EQ(box.textValue(), "3");
+    box.setTextValue("7");
+    box.accept();
+  });
+  EXPECT_EQ(mv::askText(nullptr, "Title", "How many?", "3"), QString("7"));
+  whenOpen<QInputDialog>([](QInputDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(mv::askText(nullptr, "Title", "How many?", "3"), std::nullopt);
+}
+
+class FolderDialogTest : public ::testing::Test {
+ protected:
+  FolderDialogTest() {
+    QDir(root.path()).mkpath("alpha/beta");
+    request.title = "Add New Path";
+    request.prompt = "Please select a folder.";
+    request.statusText = "Path will be added.";
+    request.initialFolder = root.filePath("alpha/beta/not/yet/made");
+  }
+
+  QTemporaryDir root;
+  mv::FolderRequest request;
+};
+
+TEST_F(FolderDialogTest, StartsAtTheNearestExistingFolder) {
+  whenOpen<FolderDialog>([&](FolderDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Add New Path");
+    EXPECT_EQ(control<QLabel>(&dialog, "prompt").text(), "Please select a folder.");
+    EXPECT_EQ(control<QLabel>(&dialog, "status").text(), "Path will be added.");
+    EXPECT_EQ(control<QLineEdit>(&dialog, "path").text(), root.filePath("alpha/beta"));
+    EXPECT_EQ(control<QTreeView>(&dialog, "folders").currentIndex().data().toString(), "beta");
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  EXPECT_EQ(mv::browseForFolder(request), root.filePath("alpha/beta"));
+}
+
+TEST_F(FolderDialogTest, TakesATypedFolderOnlyWhenItExists) {
+  whenOpen<FolderDialog>([&](FolderDialog& dialog) {
+    auto& line = control<QLineEdit>(&dialog, "path");
+    line.selectAll();
+    QTest::keyClicks(&line, root.path() + "/alp");
+    EXPECT_FALSE(control<QPushButton>(&dialog, "ok").isEnabled());
+    EXPECT_NE(control<QLabel>(&dialog, "status").text(), "Path will be added.");
+    QTest::keyClicks(&line, "ha/");
+    EXPECT_TRUE(control<QPushButton>(&dialog, "ok").isEnabled());
+    EXPECT_EQ(control<QTreeView>(&dialog, "folders").currentIndex().data().toString(), "alpha");
+    EXPECT_EQ(line.text(), root.path() + "/alpha/") << "the tree does not rewrite what is being typed";
+    QTest::keyClick(&line, Qt::Key_Return);
+  });
+  EXPECT_EQ(mv::browseForFolder(request), root.filePath("alpha")) << "without the trailing separator";
+}
+
+TEST_F(FolderDialogTest, MakesANewFolder) {
+  whenOpen<FolderDialog>([&](FolderDialog& dialog) {
+    const auto makeFolder = [&](const QString& name) {
+      whenOpen<QInputDialog>([name](QInputDialog& box) {
+        EXPECT_EQ(box.textValue(), "New Folder");
+        box.setTextValue(name);
+        box.accept();
+      });
+      control<QPushButton>(&dialog, "newFolder").click();
+    };
+    makeFolder("../escaped");
+    EXPECT_FALSE(QDir(root.filePath("alpha/escaped")).exists());
+    EXPECT_TRUE(control<QLabel>(&dialog, "status").text().contains("cannot be made"));
+    makeFolder("gamma");
+    EXPECT_TRUE(QDir(root.filePath("alpha/beta/gamma")).exists());
+    EXPECT_EQ(control<QTreeView>(&dialog, "folders").currentIndex().data().toString(), "gamma");
+    dialog.accept();
+  });
+  EXPECT_EQ(mv::browseForFolder(request), root.filePath("alpha/beta/gamma"));
+}
+
+TEST_F(FolderDialogTest, EscapeCancels) {
+  whenOpen<FolderDialog>([&](FolderDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  EXPECT_EQ(mv::browseForFolder(request), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QThreadPool>
+#include <QtEndian>
+#include <memory>
+
+#include "platform/PictureDisplay.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mv::PictureDisplay;
+using mvtest::waitFor;
+
+class PictureTest : public ::testing::Test {
+ protected:
+  PictureTest() : display(std::make_unique<PictureDisplay>()) {
+    display->resize(200, 100);
+    display->show();
+  }
+
+  std::string picture(const QString& name, QSize size, const QColor& color) const {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(color);
+    const QString path = folder.filePath(name);
+    EXPECT_TRUE(image.save(path));
+    return path.toStdString();
+  }
+  std::string file(const QString& name, const QByteArray& content) const {
+    QFile written(folder.filePath(name));
+    EXPECT_TRUE(written.open(QFile::WriteOnly));
+    written.write(content);
+    return written.fileName().toStdString();
+  }
+  void load(const std::string& path) {
+    QSignalSpy loaded(display.get(), &PictureDisplay::loaded);
+    display->setPicture(path);
+    ASSERT_TRUE(waitFor([&] { return loaded.size() == 1; }));
+  }
+  QColor pixel(int x, int y) const { return display->grab().toImage().pixelColor(x, y); }
+
+  QTemporaryDir folder;
+  std::unique_ptr<PictureDisplay> display;
+};
+
+TEST_F(PictureTest, ShowsSmallPicturesAsTheyAreAndShrinksLargeOnes) {
+  load(picture("small.png", {40, 20}, Qt::red));
+  EXPECT_EQ(display->Zoom(), 100);
+  EXPECT_EQ(pixel(100, 50), QColor(Qt::red));
+  EXPECT_NE(pixel(60, 50), QColor(Qt::red));
+
+  load(picture("large.png", {1000, 1000}, Qt::blue));
+  EXPECT_EQ(display->Zoom(), 0);
+  EXPECT_EQ(pixel(55, 5), QColor(Qt::blue)) << "100 x 100 in the middle";
+  EXPECT_EQ(pixel(145, 95), QColor(Qt::blue));
+  EXPECT_NE(pixel(45, 50), QColor(Qt::blue));
+
+  display->setPicture("");
+  EXPECT_FALSE(display->hasPicture());
+  EXPECT_EQ(display->Zoom(), 100);
+}
+
+TEST_F(PictureTest, AWindowThatGrowsGetsTheFinerPicture) {
+  // Fine stripes: a picture decoded for a small pane and blown up has lost them.
+  QImage image(400, 400, QImage::Format_RGB32);
+  QPainter painter(&image);
+  for (int x = 0; x < 400; ++x) painter.fillRect(x, 0, 1, 400, x % 2 == 0 ? Qt::white : Qt::black);
+  painter.end();
+  image.save(folder.filePath("stripes.png"));
+  load(folder.filePath("stripes.png").toStdString());
+  EXPECT_EQ(display->Zoom(), 0);
+
+  display->resize(400, 400);
+  EXPECT_EQ(display->Zoom(), 100);
+  EXPECT_TRUE(waitFor([&] { return pixel(200, 200) == QColor(Qt::white) && pixel(201, 200) == QColor(Qt::black); }));
+}
+
+TEST_F(PictureTest, WhatIsNoPictureIsAShortText) {
+  // A well-formed header of a picture that would need 1.6 GB.
+  QImage tiny(1, 1, QImage::Format_RGB32);
+  tiny.save(folder.filePath("tiny.bmp"));
+  QFile tinyFile(folder.filePath("tiny.bmp"));
+  ASSERT_TRUE(tinyFile.open(QFile::ReadOnly));
+  QByteArray huge = tinyFile.readAll();
+  qToLittleEndian<qint32>(20'000, huge.data() + 18);
+  qToLittleEndian<qint32>(20'000, huge.data() + 22);
+
+  for (const std::string& path : {file("text.jpg", "no picture at all"), file("empty.png", ""), file("huge.bmp", huge),
+                                  folder.filePath("missing.gif").toStdString()}) {
+    load(path);
+    EXPECT_FALSE(display->hasPicture()) << path;
+    EXPECT_EQ(display->picturePath(), path);
+  }
+}
+
+TEST_F(PictureTest, ANewerPictureOvertakesAnOlderOne) {
+  const std::string slow = picture("slow.png", {3000, 3000}, Qt::green);
+  const std::string fast = picture("fast.png", {40, 40}, Qt::red);
+  QSignalSpy loaded(display.get(), &PictureDisplay::loaded);
+  display->setPicture(slow);
+  display->setPicture(fast);
+  ASSERT_TRUE(waitFor([&] { return !loaded.isEmpty(); }));
+  QThreadPool::globalInstance()->waitForDone();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(pixel(100, 50), QColor(Qt::red));
+  EXPECT_EQ(loaded.size(), 1);
+}
+
+TEST_F(PictureTest, TheWindowMayGoWhileItsPictureIsDecoded) {
+  const std::string slow = picture("slow.png", {3000, 3000}, Qt::green);
+  display->setPicture(slow);
+  display.reset();
+  QThreadPool::globalInstance()->waitForDone();
+  QCoreApplication::processEvents();
+}
+
+}  // namespace

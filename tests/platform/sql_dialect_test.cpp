@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include "platform/Database.h"
+#include "platform/SqlDialect.h"
+
+namespace {
+
+using mv::SqlStatement;
+using mv::SqlValue;
+using mv::translateSql;
+using namespace std::string_literals;
+
+std::string shown(const std::vector<SqlValue>& values) {
+  std::string text;
+  for (const SqlValue& value : values) {
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) text += std::to_string(*whole);
+    if (const auto* real = std::get_if<double>(&value)) text += 'r' + std::to_string(*real).substr(0, 4);
+    if (const auto* literal = std::get_if<std::string>(&value)) text += '<' + *literal + '>';
+    text += ' ';
+  }
+  return text;
+}
+
+struct Case {
+  std::string sql;
+  std::string shape;
+  std::string values;
+};
+
+TEST(SqlDialect, TakesLiteralsOut) {
+  const Case cases[] = {
+      // Texts, in both kinds of quotes.
+      {R"(insert into t (a) values ("x", 'y'))", "insert into t (a) values (?1, ?2)", "<x> <y> "},
+      {R"(insert into t values ("He said ""hi""", 'it''s'))", "insert into t values (?1, ?2)",
+       "<He said \"hi\"> <it's> "},
+      {R"(insert into t values ("it's", '"', "", ''))", "insert into t values (?1, ?2, ?3, ?4)", "<it's> <\"> <> <> "},
+      {R"(insert into t values (""""))", "insert into t values (?1)", "<\"> "},
+      {"select a from t where b = \"x\0y\""s, "select a from t where b = ?1", "<x\0y> "s},
+      {"select a from t where b = \"\xff\xc3\"", "select a from t where b = ?1", "<\xff\xc3> "},
+      {R"(select a from t where b = "x" -- "c)", "select a from t where b = ?1", "<x> "},
+      {R"(select a from t where b = "--" and c = "/*")", "select a from t where b = ?1 and c = ?2", "<--> </*> "},
+      {"select/* \" */a from t", "select a from t", ""},
+      {R"(SELECT a FROM t WHERE b IN("x","y"))", "SELECT a FROM t WHERE b IN(?1,?2)", "<x> <y> "},
+      // Numbers where they are values.
+      {"select a from t where b = 7 and c=-5", "select a from t where b = ?1 and c=-?2", "7 5 "},
+      {"update t1 set c2 = 1.5, d = .25 where e=1e3", "update t1 set c2 = ?1, d = ?2 where e=?3", "r1.50 r0.25 r1000 "},
+      {"insert into t values (1E+3, 99999999999999999999)", "insert into t values (?1, ?2)", "r1000 r1000 "},
+      {"insert into t values (0010)", "insert into t values (?1)", "10 "},
+      {"delete from t where x2y = 1and b = 2", "delete from t where x2y = 1and b = ?1", "2 "},
+      // Numbers that are a position, a count or a constant column.
+      {"select 1, a from t where b = 2 order by 1 limit 5", "select 1, a from t where b = ?1 order by 1 limit 5", "2 "},
+      {"select count(*), a from t group by 2 having a > 3", "select count(*), a from t group by 2 having a > ?1", "3 "},
+      // Touching tokens stay apart.
+      {R"(select a from t where b = "x"5)", "select a from t where b = ?1 ?2", "<x> 5 "},
+      {R"(select a from t where b = "x"and c = "y")", "select a from t where b = ?1 and c = ?2", "<x> <y> "},
+      // Names.
+      {"select [order], [a\"b] from [group] where [x y] = 1", "select [order], [a\"b] from [group] where [x y] = ?1",
+       "1 "},
+      {"select t.a2 from t where t.b=3;  ", "select t.a2 from t where t.b=?1", "3 "},
+      // Statements that define something keep everything in place.
+      {"alter table [site] add column [unique_names] text(3)", "alter table [site] add column [unique_names] text(3)",
+       ""},
+      {R"(create table x (a text(3) default "it's"))", "create table x (a text(3) default 'it''s')", ""},
+  };
+  for (const Case& c : cases) {
+    const SqlStatement statement = translateSql(c.sql);
+    EXPECT_EQ(statement.shape, c.shape) << c.sql;
+    EXPECT_EQ(shown(statement.values), c.values) << c.sql;
+  }
+}
+
+TEST(SqlDialect, LetsAnIndexServeUnequal) {
+  const Case cases[] = {
+      {R"(select a from t where b <> "x")", "select a from t where (b < ?1 or b > ?1)", "<x> "},
+      {R"(select a from t where c=1 and t.b<>"x" and d != 2)",
+       "select a from t where c=?1 and (t.b < ?2 or t.b > ?2) and (d < ?3 or d > ?3)", "1 <x> 2 "},
+      {R"(update t set a = "n" where not [b c] <> "y" or (d <> 3))",
+       "update t set a = ?1 where not ([b c] < ?2 or [b c] > ?2) or ((d < ?3 or d > ?3))", "<n> <y> 3 "},
+      {R"(select a from t where b <> "x" order by a)", "select a from t where (b < ?1 or b > ?1) order by a", "<x> "},
+      // Not a whole condition "column <> literal": as it stands.
+      {"select a from t where b <> c", "select a from t where b <> c", ""},
+      {"select a from t where b <> 1 + c", "select a from t where b <> ?1 + c", "1 "},
+      {"select a from t where c + b <> 1", "select a from t where c + b <> ?1", "1 "},
+      {"select a from t where c between 1 and b <> 2", "select a from t where c between ?1 and b <> ?2", "1 2 "},
+      {R"(select a from t where b <> "x" collate binary)", "select a from t where b <> ?1 collate binary", "<x> "},
+  };
+  for (const Case& c : cases) {
+    const SqlStatement statement = translateSql(c.sql);
+    EXPECT_EQ(statement.shape, c.shape) << c.sql;
+    EXPECT_EQ(shown(statement.values), c.values) << c.sql;
+  }
+}
+
+TEST(SqlDialect, RefusesWhatIsNoSingleStatement) {
+  const std::string refused[] = {
+      "",
+      " ;",
+      "-- only a comment",
+      R"(select "a)",
+      R"(select 'a'')",
+      R"(select "a"")",
+      "select [a",
+      "select 1; delete from site",
+      R"(select a from t where b = "x"; delete from site where "1" = "1")",
+      "select a from t where b = ?",
+      "select a from t where b = :x",
+      "select a from t\0 where b = 1"s,
+      "alter table t add column c text default \"\0\""s,
+      "\"select\"",
+  };
+  for (const std::string& sql : refused) {
+    try {
+      translateSql(sql);
+      ADD_FAILURE() << sql;
+    } catch (const mv::DatabaseError& error) {
+      EXPECT_EQ(error.number(), mv::DatabaseError::kSyntaxError) << sql;
+    }
+  }
+}
+
+TEST(SqlDialect, NamesFieldsAsTheSelectListDoes) {
+  struct FieldCase {
+    std::string sql;
+    std::vector<std::string> fields;
+    std::string name;
+  };
+  const FieldCase cases[] = {
+      {"SELECT r.name, search_value, vf . name FROM rule AS r",
+       {"r.name", "search_value", "vf.name"},
+       "select from rule"},
+      {"select count(*)  as outCount from link", {"outCount"}, "select from link"},
+      {"select distinct [the topic], max(a, b) m, a+b from t", {"the topic", "m", "a+b"}, "select from t"},
+      {"select (select max(id), 1 from x) as top from t", {"top"}, "select from x"},
+      {"select *, id from t", {}, "select from t"},
+      {"select t.* from t", {}, "select from t"},
+      {"delete from link where id = 1", {}, "delete from link"},
+      {"UPDATE site set a = 1", {}, "update site"},
+      {"alter table [site] add column x text(3)", {}, "alter table site"},
+  };
+  for (const FieldCase& c : cases) {
+    const SqlStatement statement = translateSql(c.sql);
+    EXPECT_EQ(statement.fields, c.fields) << c.sql;
+    EXPECT_EQ(statement.name, c.name) << c.sql;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,130 @@
+// The tag list and its editor, worked by clicks and keys.
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+#include "app/WindowRegistry.h"
+#include "scan/frmNewTag.h"
+#include "scan/frmTagManager.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mvtest::click;
+using mvtest::control;
+
+class Tags : public mvtest::WindowTest {
+ protected:
+  Tags() {
+    mv::gDatabase.execute("delete from valid_tag");
+    mv::gDatabase.execute("insert into valid_tag (id, tag) values (3, \"<a href=\")");
+    mv::gDatabase.execute("insert into valid_tag (id, tag) values (20, \"<IMG SRC=\")");
+    manager = mv::showSingle<mv::frmTagManager>();
+  }
+
+  mv::ListView& list() const { return control<mv::ListView>(manager, "lvwTags"); }
+  static mv::frmNewTag* editor() { return mv::WindowRegistry::instance().find<mv::frmNewTag>(); }
+  static QLineEdit& box() { return control<QLineEdit>(editor(), "txtTagName"); }
+  static QString shownId() { return control<QLabel>(editor(), "lblId").text(); }
+  std::string tag(int id) const { return value("select tag from valid_tag where id = " + std::to_string(id)); }
+
+  mv::frmTagManager* manager = nullptr;
+};
+
+TEST_F(Tags, ANewTagIsListedAtOnceInTheOrderOfTheIds) {
+  const std::string drawn = value("select next_value from valid_sid where sid_name = 'tag_id'");
+  EXPECT_EQ(mvtest::columnTexts(list(), 1), (std::vector<QString>{"3", "20"}));
+  click(manager, "New");
+  ASSERT_TRUE(editor());
+  EXPECT_EQ(editor()->caption(), "New Tag");
+  EXPECT_EQ(shownId().toStdString(), drawn);
+  EXPECT_NE(value("select next_value from valid_sid where sid_name = 'tag_id'"), drawn);
+
+  QTest::keyClicks(&box(), " data-\"src\"= ");
+  QTest::keyClick(&box(), Qt::Key_Return);
+  EXPECT_FALSE(editor());
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href=", "<IMG SRC=", " data-\"src\"= "}));
+  EXPECT_EQ(tag(list().cell(2, 1).toInt()), " data-\"src\"= ");
+}
+
+TEST_F(Tags, ATagWithoutTextIsRefused) {
+  click(manager, "New");
+  click(editor(), "cmdOK");
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, "Please enter the text for this tag");
+  EXPECT_EQ(dialogs.messages[0].title, "No Tag Text Provided");
+  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::Exclamation);
+  ASSERT_TRUE(editor());
+  QTest::keyClicks(&box(), "src");
+  click(editor(), "cmdCancel");
+  EXPECT_FALSE(editor());
+  EXPECT_EQ(count("valid_tag"), 2);
+}
+
+TEST_F(Tags, ADoubleClickEditsTheTag) {
+  mvtest::doubleClickRow(list(), 1);
+  ASSERT_TRUE(editor());
+  EXPECT_EQ(editor()->caption(), "Edit Tag: <IMG SRC=");
+  EXPECT_EQ(box().text(), "<IMG SRC=");
+  EXPECT_EQ(shownId(), "20");
+  EXPECT_TRUE(mvtest::waitFor([] { return box().selectedText() == box().text(); }));
+  QTest::keyClicks(&box(), "<img src=");
+  click(editor(), "cmdOK");
+  EXPECT_EQ(tag(20), "<img src=");
+  EXPECT_EQ(list().cell(1, 0), "<img src=");
+  EXPECT_EQ(count("valid_tag"), 2);
+}
+
+TEST_F(Tags, AClickIntoTheBoxSelectsItsText) {
+  mvtest::doubleClickRow(list(), 0);
+  ASSERT_TRUE(editor());
+  control<QAbstractButton>(editor(), "cmdCancel").setFocus();
+  box().deselect();
+  QTest::mouseClick(&box(), Qt::LeftButton, {}, QPoint(20, box().height() / 2));
+  EXPECT_TRUE(mvtest::waitFor([] { return box().selectedText() == "<a href="; }));
+}
+
+TEST_F(Tags, ATagDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
+  mvtest::doubleClickRow(list(), 0);
+  ASSERT_TRUE(editor());
+  mv::gDatabase.execute("delete from valid_tag where id = 3");
+  box().setText("kept");
+  click(editor(), "cmdOK");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  ASSERT_TRUE(editor());
+  EXPECT_EQ(box().text(), "kept");
+  EXPECT_EQ(count("valid_tag"), 1);
+}
+
+TEST_F(Tags, DeleteActsAtOnceAndOnASelectionOnly) {
+  click(manager, "Edit");
+  EXPECT_FALSE(editor());
+  click(manager, "Delete");
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, "Please select a tag to delete. ");
+  EXPECT_EQ(dialogs.messages[0].title, "No Tag Selected");
+  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::Information);
+  EXPECT_EQ(count("valid_tag"), 2);
+
+  mvtest::clickRow(list(), 1);
+  click(manager, "Delete");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href="}));
+  EXPECT_EQ(tag(20), "");
+}
+
+TEST_F(Tags, ResetClearsTheListAndInitBringsItBack) {
+  mvtest::clickRow(list(), 0);
+  manager->buildWorkingLists("reset");
+  EXPECT_EQ(list().rowCount(), 0);
+  click(manager, "Delete");
+  EXPECT_EQ(count("valid_tag"), 2);
+  manager->buildWorkingLists("init");
+  EXPECT_EQ(list().rowCount(), 2);
+}
+
+}  // namespace

@@ -1,0 +1,319 @@
+// What a site is tied to in its editor: file types, filters, the login form and its values.
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "SitesTest.h"
+#include "catalog/frmFileTypeChild.h"
+#include "catalog/frmSitePaths.h"
+#include "sites/AssignmentLists.h"
+#include "sites/frmNew.h"
+#include "sites/frmWebSites.h"
+
+namespace mvtest {
+namespace {
+
+class Assignments : public SitesTest {
+ protected:
+  Assignments() {
+    mv::gDatabase.execute(
+        "insert into filter (id, name, global, description) values (5, \"Own\", \"no\", \"\"), (6, \"More\", \"no\", "
+        "\"\"), (7, \"Everywhere\", \"yes\", \"\"), (8, \"Absent\", \"no\", \"\")");
+    id = addSite("www.example.test", "/x", {"jpg", "gif"});
+    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(id) + ", 5)");
+  }
+  ~Assignments() override { mv::setNewFilterOpener({}); }
+
+  void openEdit(int page) {
+    editor = new mv::frmNew;
+    editor->Mode = "edit";
+    editor->SiteID = id;
+    editor->SiteName = "www.example.test";
+    editor->open();
+    showPage(page);
+  }
+  void openNew(int page) {
+    editor = new mv::frmNew;
+    editor->open();
+    showPage(page);
+  }
+  void showPage(int page) {
+    control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
+    control<QTabWidget>(editor, "SSTab2").setCurrentIndex(page);
+    QCoreApplication::processEvents();
+  }
+  mv::ListView& list(const char* name) { return control<mv::ListView>(editor, name); }
+  bool enabled(const char* name) { return control<QPushButton>(editor, name).isEnabled(); }
+  void select(const char* name, const QString& text) { clickRow(list(name), list(name).findRow(0, text)); }
+  void switchAwayAndBack() {
+    auto* other = mv::showSingle<mv::frmWebSites>();
+    other->showChild();
+    editor->showChild();
+  }
+  void apply() { click(editor, "cmdApply"); }
+  std::string lastTitle() const { return dialogs.messages.empty() ? "" : dialogs.messages.back().title.toStdString(); }
+  std::string storedTypes() const {
+    return all("vf.name", "site_filetype_xref x, valid_filetypes vf where vf.id = x.file_type_id and x.site_id = " +
+                              std::to_string(id) + " order by vf.name");
+  }
+
+  static constexpr int kAuthentication = 0;
+  static constexpr int kFiletypes = 1;
+  static constexpr int kFilters = 2;
+  static constexpr int kPaths = 3;
+
+  int id = 0;
+  mv::frmNew* editor = nullptr;
+};
+
+TEST_F(Assignments, ANewSiteIsGivenTheDefaultFileTypes) {
+  openNew(kFiletypes);
+  const std::string defaults = all("name", "valid_filetypes where download_by_default = \"yes\" order by name");
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")).join(',').toStdString(), defaults);
+  EXPECT_EQ(list("lvwFiletypesAssigned").rowCount() + list("lvwFiletypesAvailable").rowCount(),
+            count("valid_filetypes"));
+  for (const QString& name : names(list("lvwFiletypesAssigned")))
+    EXPECT_EQ(list("lvwFiletypesAvailable").findRow(0, name), -1);
+  EXPECT_EQ(list("lvwFiltersAssigned").rowCount(), 0) << "a new site shows no global filters";
+}
+
+TEST_F(Assignments, FileTypesMoveAndAreStored) {
+  openEdit(kFiletypes);
+  EXPECT_FALSE(enabled("cmdMoveFileTypeToAssigned"));
+  EXPECT_FALSE(enabled("cmdMoveFileTypeToAvailable"));
+  select("lvwFiletypesAvailable", "bmp");
+  EXPECT_TRUE(enabled("cmdMoveFileTypeToAssigned"));
+  EXPECT_FALSE(enabled("cmdMoveFileTypeToAvailable"));
+  EXPECT_EQ(control<QLineEdit>(editor, "txtFiletypeDescription").text(), "Bitmap picture");
+  click(editor, "cmdMoveFileTypeToAssigned");
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"bmp", "gif", "jpg"}));
+
+  select("lvwFiletypesAssigned", "gif");
+  EXPECT_FALSE(enabled("cmdMoveFileTypeToAssigned"));
+  EXPECT_TRUE(enabled("cmdMoveFileTypeToAvailable"));
+  click(editor, "cmdMoveFileTypeToAvailable");
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"bmp", "jpg"}));
+  EXPECT_GE(list("lvwFiletypesAvailable").findRow(0, "gif"), 0);
+  EXPECT_EQ(storedTypes(), "gif,jpg") << "nothing is stored yet";
+
+  apply();
+  EXPECT_EQ(storedTypes(), "bmp,jpg");
+}
+
+TEST_F(Assignments, AnUnsavedMoveIsLostWhenAnotherWindowIsVisited) {
+  openEdit(kFiletypes);
+  select("lvwFiletypesAssigned", "gif");
+  click(editor, "cmdMoveFileTypeToAvailable");
+  switchAwayAndBack();
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"gif", "jpg"}));
+
+  select("lvwFiletypesAssigned", "gif");
+  click(editor, "cmdMoveFileTypeToAvailable");
+  apply();
+  switchAwayAndBack();
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList("jpg"));
+}
+
+TEST_F(Assignments, GlobalFiltersAreShownAndStayWhereTheyAre) {
+  openEdit(kFilters);
+  mv::ListView& assigned = list("lvwFiltersAssigned");
+  EXPECT_EQ(names(assigned), QStringList({"Own", "Everywhere"}));
+  EXPECT_TRUE(assigned.isBold(0));
+  EXPECT_FALSE(assigned.isBold(1));
+  EXPECT_EQ(names(list("lvwFiltersAvailable")), QStringList({"Absent", "More"}));
+
+  select("lvwFiltersAssigned", "Everywhere");
+  EXPECT_FALSE(enabled("cmdMoveFilterToAvailable"));
+  select("lvwFiltersAssigned", "Own");
+  EXPECT_TRUE(enabled("cmdMoveFilterToAvailable"));
+  assigned.selectAll();
+  click(editor, "cmdMoveFilterToAvailable");
+  EXPECT_EQ(names(assigned), QStringList("Everywhere"));
+  EXPECT_EQ(names(list("lvwFiltersAvailable")), QStringList({"Absent", "More", "Own"}));
+
+  clickRows(list("lvwFiltersAvailable"), {1, 2});
+  click(editor, "cmdMoveFilterToAssigned");
+  EXPECT_EQ(names(assigned), QStringList({"Everywhere", "More", "Own"})) << "moved rows come last";
+  select("lvwFiltersAvailable", "Absent");
+  click(editor, "cmdMoveFilterToAssigned");
+  select("lvwFiltersAssigned", "Own");
+  click(editor, "cmdMoveFilterToAvailable");
+  EXPECT_EQ(names(assigned), QStringList({"Absent", "Everywhere", "More"})) << "in order once";
+  apply();
+  EXPECT_EQ(all("filter_id", "site_filter_xref order by filter_id"), "6,8");
+}
+
+TEST_F(Assignments, UnsavedAssignmentsKeepTheOtherEditorsShut) {
+  int filterEditors = 0;
+  openEdit(kFilters);
+  EXPECT_FALSE(enabled("cmdNewFilter")) << "nobody can open a filter editor";
+  mv::setNewFilterOpener([&] { ++filterEditors; });
+  switchAwayAndBack();
+  click(editor, "cmdNewFilter");
+  EXPECT_EQ(filterEditors, 1);
+  select("lvwFiltersAvailable", "More");
+  click(editor, "cmdMoveFilterToAssigned");
+  click(editor, "cmdNewFilter");
+  EXPECT_EQ(filterEditors, 1);
+  EXPECT_EQ(lastTitle(), "Must save before adding new filter");
+  showPage(kPaths);
+  click(editor, "cmdOpenPathManager");
+  EXPECT_EQ(lastTitle(), "Must save before modifying paths");
+  EXPECT_EQ(dialogs.messages.back().icon, mv::MessageIcon::Information);
+
+  apply();
+  click(editor, "cmdOpenPathManager");
+  auto* paths = dynamic_cast<mv::frmSitePaths*>(windowTitled("Path Manager for: www.example.test"));
+  ASSERT_TRUE(paths);
+  EXPECT_EQ(paths->SiteID, id);
+  EXPECT_EQ(dialogs.messages.size(), 2u);
+}
+
+TEST_F(Assignments, ANewSiteMustBeSavedBeforeItsListsGetNewEntries) {
+  mv::setNewFilterOpener([] { FAIL() << "opened too early"; });
+  openNew(kFiletypes);
+  click(editor, "cmdNewFileType");
+  EXPECT_EQ(lastTitle(), "Must save before adding new filetype");
+  showPage(kFilters);
+  click(editor, "cmdNewFilter");
+  EXPECT_EQ(lastTitle(), "Must save before adding new filter");
+  showPage(kPaths);
+  click(editor, "cmdOpenPathManager");
+  EXPECT_EQ(lastTitle(), "Must save before modifying paths");
+  EXPECT_EQ(dialogs.messages.size(), 3u);
+
+  control<QLineEdit>(editor, "txtURL").setText("other.example.test");
+  apply();
+  showPage(kFiletypes);
+  click(editor, "cmdNewFileType");
+  mv::ChildWindow* child = windowTitled("New Filetype");
+  ASSERT_TRUE(child);
+  QTest::keyClicks(&control<QLineEdit>(child, "txtFileTypeExtention"), "abc");
+  click(child, "btnOK");
+  editor->showChild();
+  EXPECT_GE(list("lvwFiletypesAvailable").findRow(0, "abc"), 0);
+}
+
+// --- login forms
+
+class Login : public Assignments {
+ protected:
+  // Form 200 with three fields that the user supplies and one that the page supplies, form 201 with seven.
+  Login() {
+    mv::gDatabase.execute(
+        "insert into form (id, name, description, form_type) values (200, \"Three\", \"About three\", "
+        "\"Authentication\"), (201, \"Seven\", \"About seven\", \"Authentication\"), (202, \"Query\", \"\", "
+        "\"Query\")");
+    field(300, 200, 2, "Your name");
+    field(301, 200, 3, "Your Password");
+    field(302, 200, 1, "R&D");
+    mv::gDatabase.execute(
+        "insert into field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value) values "
+        "(303, "
+        "200, \"page\", \"4\", \"no\", \"not asked\", \"\")");
+    for (int i = 1; i <= 7; ++i) field(310 + i, 201, i, "Field " + std::to_string(i));
+  }
+  static void field(int fieldId, int formId, int number, const std::string& prompt) {
+    mv::gDatabase.execute(
+        "insert into field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value) values (" +
+        std::to_string(fieldId) + ", " + std::to_string(formId) + ", \"n\", \"" + std::to_string(number) +
+        "\", \"yes\", " + mv::quoted(prompt) + ", " + mv::quoted("default of " + prompt) + ")");
+  }
+  QComboBox& forms() { return control<QComboBox>(editor, "cmboAuthenticationService"); }
+  // By keyboard, as a user does who types the entry's name.
+  void choose(const QString& name) {
+    forms().setFocus();
+    QTest::keyClicks(&forms(), name);
+    ASSERT_EQ(forms().currentText(), name);
+  }
+  QLineEdit& value(int row) { return control<QLineEdit>(editor, ("txtFieldName" + std::to_string(row)).c_str()); }
+  // Prompt and value of the visible rows.
+  std::string rows() {
+    std::string rows;
+    for (int i = 1; i <= 5; ++i) {
+      const auto& label = control<QLabel>(editor, ("lblFieldName" + std::to_string(i)).c_str());
+      EXPECT_EQ(label.isHidden(), value(i).isHidden());
+      if (!label.isHidden())
+        rows += (label.text() + "=" + value(i).text() + ";").toStdString();
+      else
+        EXPECT_EQ((label.text() + value(i).text()).toStdString(), "");
+    }
+    EXPECT_EQ(control<QGroupBox>(editor, "frmFieldHelp").isHidden(), rows.empty());
+    return rows;
+  }
+  std::string stored() const {
+    return all("form_id", "site_form_xref where site_id = " + std::to_string(id)) + ":" +
+           all("field_id || '=' || field_value", "site_field_xref where site_id = " + std::to_string(id));
+  }
+};
+
+TEST_F(Login, ChoosingAFormShowsItsPromptsAndSavesTheValues) {
+  openEdit(kAuthentication);
+  EXPECT_EQ(forms().currentIndex(), -1);
+  EXPECT_EQ(rows(), "");
+  EXPECT_EQ(forms().findText("Query"), -1);
+  choose("Three");
+  EXPECT_EQ(rows(), "R&D=default of R&D;Your name=default of Your name;Your Password=default of Your Password;");
+  EXPECT_EQ(control<QLabel>(editor, "txtFieldHelp").text(), "About three");
+  EXPECT_EQ(value(2).echoMode(), QLineEdit::Normal);
+  EXPECT_EQ(value(3).echoMode(), QLineEdit::Password);
+  value(2).setText("Jo \"quote\" O'Neil");
+  value(3).setText("s3\"cret");
+  apply();
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_EQ(stored(), "200:302=default of R&D,300=Jo \"quote\" O'Neil,301=s3\"cret");
+
+  choose("Seven");
+  EXPECT_EQ(rows(),
+            "Field 1=default of Field 1;Field 2=default of Field 2;Field 3=default of Field 3;Field 4=default of Field "
+            "4;Field 5=default of Field 5;");
+  EXPECT_EQ(value(3).echoMode(), QLineEdit::Normal);
+  apply();
+  EXPECT_EQ(count("site_field_xref"), 5);
+}
+
+TEST_F(Login, TheSitesFormAndValuesAreShownAgain) {
+  const std::string key = std::to_string(id);
+  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + key + ", 200)");
+  for (const char* pair : {"302, \"one\"", "300, \"two\"", "301, \"three\""})
+    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + key + ", " + pair +
+                          ")");
+  openEdit(kAuthentication);
+  EXPECT_EQ(forms().currentText(), "Three");
+  EXPECT_EQ(rows(), "R&D=one;Your name=two;Your Password=three;");
+  apply();
+  EXPECT_EQ(stored(), "200:302=one,300=two,301=three");
+}
+
+TEST_F(Login, NoLoginHidesTheRows) {
+  openEdit(kAuthentication);
+  choose("Three");
+  choose("***None***");
+  EXPECT_EQ(rows(), "");
+  apply();
+  EXPECT_EQ(stored(), ":302=,300=,301=") << "the prompts of the form chosen before are stored empty";
+}
+
+TEST_F(Login, AFormWithoutValuesIsNotShownAndGoesWithTheNextSave) {
+  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + std::to_string(id) + ", 200)");
+  openEdit(kAuthentication);
+  EXPECT_EQ(forms().currentIndex(), -1);
+  EXPECT_EQ(rows(), "");
+  apply();
+  EXPECT_EQ(stored(), ":");
+}
+
+TEST_F(Login, AFormThatIsGoneIsNotShown) {
+  const std::string key = std::to_string(id);
+  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + key + ", 999)");
+  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + key + ", 1, \"\")");
+  openEdit(kAuthentication);
+  EXPECT_EQ(forms().currentIndex(), -1);
+  EXPECT_EQ(rows(), "");
+}
+
+}  // namespace
+}  // namespace mvtest

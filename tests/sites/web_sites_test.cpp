@@ -1,0 +1,369 @@
+// The web-site list, worked as a user works it.
+
+#include <QAction>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMimeData>
+#include <QToolButton>
+
+#include "SitesTest.h"
+#include "app/EndProgram.h"
+#include "download/frmDownload.h"
+#include "platform/Shell.h"
+#include "scan/frmScan.h"
+#include "sites/frmNew.h"
+#include "sites/frmWebSites.h"
+
+namespace mvtest {
+namespace {
+
+constexpr int kOnOff = 3;
+
+class WebSites : public SitesTest {
+ protected:
+  // Sites on a port that refuses at once; none of the tests waits for a request.
+  int site(const std::string& name) { return addSite("127.0.0.1:1/" + name, folder()); }
+  void openWith(std::initializer_list<const char*> names) {
+    for (const char* name : names) site(name);
+    window = mv::showSingle<mv::frmWebSites>();
+    list = &control<mv::ListView>(window, "lvwSites");
+  }
+  void press(const char* button) { click(window, button); }
+  bool enabled(const char* button) { return control<QToolButton>(window, button).isEnabled(); }
+  void choose(const char* entry) {
+    for (QAction* action : control<QToolButton>(window, "Connections").menu()->actions())
+      if (action->text() == QLatin1String(entry)) return action->trigger();
+    FAIL() << "no entry " << entry;
+  }
+  // "on" and bold change together: anything else shows as "?".
+  std::string states() {
+    std::string states;
+    for (int row = 0; row < list->rowCount(); ++row) {
+      const bool on = list->cell(row, kOnOff) == "on";
+      states += on != list->isBold(row) ? '?' : on ? '1' : '0';
+    }
+    return states;
+  }
+  int processWindows() const {
+    int count = 0;
+    for (mv::ChildWindow* each : mv::WindowRegistry::instance().windows())
+      if (each->positionKey().startsWith("Scan: ") || each->positionKey().startsWith("Download: ")) ++count;
+    return count;
+  }
+  template <class Window>
+  static Window* find() {
+    return mv::WindowRegistry::instance().find<Window>();
+  }
+  void setMaximum(int connections) {
+    mv::gDatabase.execute("update pref set max_connections = " + std::to_string(connections));
+  }
+
+  mv::frmWebSites* window = nullptr;
+  mv::ListView* list = nullptr;
+};
+
+TEST_F(WebSites, ShowsEverySiteWithItsColumns) {
+  setMaximum(2);
+  mv::gDatabase.execute("update valid_sid set next_value = 7 where sid_name = 'site_id'");
+  site("a");
+  mv::gDatabase.execute("update site set auto_scan = \"yes\", hops = 3, unique_names = \"yes\", base_name = \"B\"");
+  openWith({});
+  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 2");
+  EXPECT_EQ(window->positionKey(), "Web Sites");
+  QStringList row;
+  for (int column = 0; column < list->columnCount(); ++column) row << list->cell(0, column);
+  EXPECT_EQ(row.join('|'), "127.0.0.1:1/a|7|yes|off|127.0.0.1:1|3|yes|B");
+  EXPECT_EQ(frame.clipboardEnabled, true);
+  EXPECT_EQ(frame.deleteWebSiteEnabled, false);
+}
+
+TEST_F(WebSites, AnEmptyListDisablesTheEditItems) {
+  openWith({});
+  EXPECT_EQ(frame.clipboardEnabled, false);
+  EXPECT_EQ(frame.deleteWebSiteEnabled, false);
+}
+
+TEST_F(WebSites, StartsInListOrderUpToTheLimitAndStops) {
+  setMaximum(2);
+  openWith({"a", "b", "c", "d"});
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+  press("Start");
+  EXPECT_EQ(states(), "1100");
+  EXPECT_EQ(processWindows(), 4);
+  EXPECT_FALSE(enabled("Start"));
+  EXPECT_TRUE(enabled("Stop"));
+
+  clickRow(*list, 2);
+  EXPECT_TRUE(enabled("Start"));
+  EXPECT_FALSE(enabled("Stop"));
+  press("Start");
+  EXPECT_EQ(states(), "1100") << "the limit is reached";
+
+  clickRow(*list, 0);
+  EXPECT_TRUE(enabled("Stop"));
+  press("Stop");
+  EXPECT_EQ(states(), "0100");
+  EXPECT_TRUE(enabled("Start"));
+  EXPECT_FALSE(mv::gClosingProcesses);
+  EXPECT_FALSE(windowTitled("Scan: 127.0.0.1:1/a"));
+  EXPECT_FALSE(windowTitled("Download: 127.0.0.1:1/a"));
+
+  clickRows(*list, {1, 2});
+  press("Start");
+  EXPECT_EQ(states(), "0110") << "only the row that is off";
+  window->closeAllWebSites();
+  EXPECT_EQ(states(), "0000");
+  EXPECT_EQ(processWindows(), 0);
+}
+
+TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
+  const int id = site("a");
+  mv::gDatabase.execute("update site set hops = 4, unique_names = \"yes\", base_name = \"Stem\"");
+  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + std::to_string(id) + ", 20)");
+  mv::gOverwriteExisting = "yes";
+  mv::gHideProcesses = "yes";
+  openWith({});
+  clickRow(*list, 0);
+  QTest::keyClick(list, Qt::Key_Return);
+
+  auto* scan = find<mv::frmScan>();
+  auto* download = find<mv::frmDownload>();
+  ASSERT_TRUE(scan && download);
+  EXPECT_EQ(scan->positionKey(), "Scan: 127.0.0.1:1/a");
+  EXPECT_EQ(scan->process().SiteID, id);
+  EXPECT_EQ(scan->process().SiteName, "127.0.0.1:1/a");
+  EXPECT_EQ(scan->process().Domain, "127.0.0.1:1");
+  EXPECT_EQ(scan->process().LoginFormID, 20);
+  EXPECT_EQ(scan->process().DomainHops, 4);
+  EXPECT_EQ(download->positionKey(), "Download: 127.0.0.1:1/a");
+  EXPECT_EQ(download->process().SiteId, id);
+  EXPECT_EQ(download->process().UniqueNames, "yes");
+  EXPECT_EQ(download->process().BaseName, "Stem");
+  EXPECT_EQ(download->process().OverwriteExisting, "yes");
+  EXPECT_FALSE(scan->isChildVisible());
+  EXPECT_FALSE(download->isChildVisible());
+}
+
+TEST_F(WebSites, StopAfterTheWindowsWereClosedFreesTheConnection) {
+  setMaximum(1);
+  openWith({"a", "b"});
+  clickRow(*list, 0);
+  press("Start");
+  mv::gClosingProcesses = true;
+  find<mv::frmScan>()->unload();
+  find<mv::frmDownload>()->unload();
+  mv::gClosingProcesses = false;
+  EXPECT_EQ(states(), "10") << "the list is not told";
+  press("Stop");
+  clickRow(*list, 1);
+  press("Start");
+  EXPECT_EQ(states(), "01");
+}
+
+TEST_F(WebSites, AProgramThatClosesDuringAStartStartsNothingMore) {
+  setMaximum(3);
+  openWith({"a", "b"});
+  list->selectAll();
+  // The start runs into an error, and while its box stands the program is closed.
+  mv::gDatabase.execute("drop table site_form_xref");
+  dialogs.duringMessage = [this] {
+    mv::gAppClosing = true;
+    for (mv::ChildWindow* each : mv::WindowRegistry::instance().windows()) each->unload();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  press("Start");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(processWindows(), 0);
+}
+
+TEST_F(WebSites, AutoScanLooksAtTheFirstRowsOnly) {
+  struct Case {
+    std::vector<int> automatic;  // rows, from 1
+    std::string started;
+  };
+  openWith({"a", "b", "c", "d", "e"});
+  for (const Case& each : {Case{{4, 5}, "00000"}, Case{{1, 3}, "10100"}, Case{{1, 2, 3, 4, 5}, "11100"}}) {
+    mv::gDatabase.execute("update site set auto_scan = \"no\"");
+    for (const int row : each.automatic)
+      mv::gDatabase.execute("update site set auto_scan = \"yes\" where id = " + list->cell(row - 1, 1).toStdString());
+    window->buildWorkingLists("init");
+    window->autoScan();
+    EXPECT_EQ(states(), each.started);
+    window->closeAllWebSites();
+  }
+}
+
+TEST_F(WebSites, ConnectionsEntriesAreStored) {
+  openWith({});
+  struct Case {
+    std::optional<QString> answer;
+    long connections;
+  };
+  choose("4 Connections");
+  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 4");
+  EXPECT_EQ(value("select max_connections from pref"), "4");
+  for (const Case& each : {Case{"7", 7}, Case{"0", 1}, Case{"abc", 1}, Case{"", 1}, Case{std::nullopt, 1},
+                           Case{"2.6 please", 3}, Case{"-3", 1}, Case{"99999999999999999999", 1000}}) {
+    choose("2 Connections");
+    dialogs.nextInputs = {each.answer};
+    choose("Other...");
+    EXPECT_EQ(value("select max_connections from pref"), std::to_string(each.connections))
+        << each.answer.value_or("cancelled").toStdString();
+  }
+  EXPECT_EQ(dialogs.inputs.back().title, "Set Number of Connections");
+  EXPECT_EQ(dialogs.inputs.back().text, "Enter the number of connections.");
+}
+
+TEST_F(WebSites, TheConnectionsButtonSetsOneUntilTheNextRebuild) {
+  setMaximum(3);
+  openWith({"a", "b"});
+  QTest::mouseClick(&control<QToolButton>(window, "Connections"), Qt::LeftButton, {}, QPoint(5, 5));
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text,
+            "Connections set to 1\r\n\r\nUse drop down to increase the number of\r\nsimultaneuous connections.");
+  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::None);
+  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1");
+  EXPECT_EQ(value("select max_connections from pref"), "3");
+  list->selectAll();
+  press("Start");
+  EXPECT_EQ(states(), "10");
+  press("Stop");
+  window->buildWorkingLists("init");
+  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1");
+  list->selectAll();
+  press("Start");
+  EXPECT_EQ(states(), "11");
+}
+
+TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
+  openWith({"a", "b", "c", "d"});
+  clickRow(*list, 1);
+  press("Start");
+  clickRows(*list, {0, 1, 2});
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_Delete);
+  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/b", "127.0.0.1:1/d"}));
+  EXPECT_EQ(all("name", "site order by id"), "127.0.0.1:1/b,127.0.0.1:1/d");
+  EXPECT_EQ(states(), "10");
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(WebSites, EditAfterTheDeletionOpensNothing) {
+  openWith({"a", "b"});
+  clickRow(*list, 0);
+  press("Delete");
+  press("Edit");
+  EXPECT_FALSE(find<mv::frmNew>());
+}
+
+TEST_F(WebSites, OpensTheEditor) {
+  openWith({"a", "b"});
+  press("Edit");
+  EXPECT_FALSE(find<mv::frmNew>()) << "no row was clicked yet";
+  press("New");
+  ASSERT_TRUE(windowTitled("New Web Site"));
+  clickRow(*list, 1);
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_F2);
+  auto* editor = dynamic_cast<mv::frmNew*>(windowTitled("Edit: 127.0.0.1:1/b"));
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->Mode, "edit");
+  EXPECT_EQ(editor->SiteID, list->cell(1, 1).toInt());
+  EXPECT_TRUE(editor->isChildVisible());
+  EXPECT_EQ(states(), "00") << "F2 starts nothing";
+}
+
+TEST_F(WebSites, DoubleClickStarts) {
+  openWith({"a", "b"});
+  clickRow(*list, 1);
+  QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, placeOf(*list, 1));
+  EXPECT_EQ(states(), "01");
+}
+
+TEST_F(WebSites, AnEditedRunningSiteStaysOnWithItsNewValues) {
+  openWith({"a", "b"});
+  clickRow(*list, 0);
+  press("Start");
+  mv::gDatabase.execute("update site set hops = 9 where id = " + list->cell(0, 1).toStdString());
+  window->buildWorkingLists("websiteedited", list->cell(0, 1).toLong());
+  EXPECT_EQ(list->cell(0, 5), "9");
+  EXPECT_EQ(states(), "10");
+  window->buildWorkingLists("websiteedited", 4711);
+  window->buildWorkingLists("nonsense", 1);
+  EXPECT_EQ(list->rowCount(), 2);
+  window->buildWorkingLists("init");
+  EXPECT_EQ(states(), "00");
+}
+
+TEST_F(WebSites, HeaderClicksShareOneDirectionAndNewRowsComeLast) {
+  openWith({"b", "a", "c"});
+  const auto clickHeader = [this](int column) {
+    QHeaderView* header = list->header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
+  };
+  clickHeader(0);
+  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/a", "127.0.0.1:1/b", "127.0.0.1:1/c"}));
+  clickHeader(1);
+  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/c", "127.0.0.1:1/a", "127.0.0.1:1/b"}));
+  window->buildWorkingLists("websiteadded", site("aa"));
+  EXPECT_EQ(names(*list).last(), "127.0.0.1:1/aa");
+  clickHeader(kOnOff);
+  list->selectAll();
+  press("Start");
+  EXPECT_EQ(states(), "1110") << "a row that turns on keeps its place";
+}
+
+TEST_F(WebSites, DroppedFiltersGoToEverySelectedSite) {
+  openWith({"a", "b", "c"});
+  list->selectAll();
+  QMimeData data;
+  data.setText("12\r\n15\r\n");
+  const auto drop = [&] {
+    QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(list->viewport(), &event);
+  };
+  drop();
+  EXPECT_EQ(count("site_filter_xref"), 0) << "not a drag of filters";
+  mv::gDragKind = mv::kDropFilter;
+  drop();
+  EXPECT_EQ(count("site_filter_xref"), 6);
+  EXPECT_EQ(count("site_filter_xref", "filter_id = 15"), 3);
+  EXPECT_EQ(mv::gDragKind, "");
+}
+
+TEST_F(WebSites, ClosingOnlyHidesUntilTheProgramCloses) {
+  openWith({"a"});
+  clickRow(*list, 0);
+  press("Start");
+  window->closeRequested();
+  EXPECT_FALSE(window->isChildVisible());
+  EXPECT_EQ(mv::showSingle<mv::frmWebSites>(), window);
+  EXPECT_EQ(states(), "1");
+  EXPECT_EQ(count("win_pos"), 0);
+  mv::gAppClosing = true;
+  EXPECT_TRUE(window->unload());
+  EXPECT_EQ(count("win_pos", "wname = \"Web Sites\""), 1);
+}
+
+TEST_F(WebSites, TheQuitTimerEndsTheProgramOnlyAfterTheQuitMoment) {
+  openWith({});
+  int ends = 0;
+  mv::setEndProgram([&] { ++ends; });
+  EXPECT_EQ(window->tmrQuit.interval(), 60'000);
+  EXPECT_FALSE(window->tmrQuit.isActive());
+  mv::gQuitAt = QDateTime(QDate(2001, 5, 6), QTime(12, 0));
+  int ticks = 0;
+  QObject::connect(&window->tmrQuit, &QTimer::timeout, window, [&] { ++ticks; });
+  window->tmrQuit.start(1);
+  mv::setNow(mv::gQuitAt);
+  EXPECT_TRUE(waitFor([&] { return ticks > 1; }));
+  EXPECT_EQ(ends, 0);
+  mv::setNow(mv::gQuitAt.addSecs(1));
+  EXPECT_TRUE(waitFor([&] { return ends > 0; }));
+  mv::setEndProgram({});
+}
+
+}  // namespace
+}  // namespace mvtest

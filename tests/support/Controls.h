@@ -1,0 +1,51 @@
+// Working the controls of a window as a user does, found by object name.
+#pragma once
+
+#include <QAbstractButton>
+#include <QHeaderView>
+#include <QTest>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/ListView.h"
+
+namespace mvtest {
+
+template <class Control>
+Control& control(const QWidget* window, const char* name) {
+  auto* found = window ? window->findChild<Control*>(QString::fromLatin1(name)) : nullptr;
+  if (!found) throw std::logic_error(std::string("no control ") + name);
+  return *found;
+}
+
+// Buttons of a toolbar bear their caption, trimmed.
+inline void click(const QWidget* window, const char* button) {
+  QTest::mouseClick(&control<QAbstractButton>(window, button), Qt::LeftButton);
+}
+
+inline void clickRow(mv::ListView& list, int row, int column = 0) {
+  QTreeWidgetItem* item = list.topLevelItem(row);
+  if (!item) throw std::logic_error("no row " + std::to_string(row));
+  list.scrollToItem(item);
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, column)).center());
+}
+
+inline void doubleClickRow(mv::ListView& list, int row) {
+  clickRow(list, row);
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 0)).center());
+}
+
+inline void clickHeader(mv::ListView& list, int column) {
+  QHeaderView& header = *list.header();
+  const QPoint middle(header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2);
+  QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, middle);
+}
+
+inline std::vector<QString> columnTexts(const mv::ListView& list, int column = 0) {
+  std::vector<QString> texts;
+  for (int row = 0; row < list.rowCount(); ++row) texts.push_back(list.cell(row, column));
+  return texts;
+}
+
+}  // namespace mvtest
