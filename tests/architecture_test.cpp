@@ -171,7 +171,7 @@ Sources readSources() {
 
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;
-  for (const std::string& line : lines) text += line + "\n";
+  for (const std::string& line : lines) text.append(line).append("\n");
   return text;
 }
 

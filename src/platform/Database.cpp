@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <list>
@@ -166,6 +167,10 @@ std::string firstText(sqlite3* connection, const std::string& sql) {
   return text ? text : "";
 }
 
+std::int64_t firstNumber(sqlite3* connection, const std::string& sql) {
+  return std::strtoll(firstText(connection, sql).c_str(), nullptr, 10);
+}
+
 // The statements that were prepared last, by shape.
 class StatementCache {
  public:
@@ -210,7 +215,7 @@ ConnectionPtr openHandle(const std::string& path, int flags) {
 }
 
 std::string immutableUri(const std::string& path) {
-  std::string uri = "file:";
+  std::string uri = path.substr(0, 1) == "/" ? "file://" : "file:";
   for (const char c : path) {
     char code[4];
     std::snprintf(code, sizeof code, "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
@@ -263,18 +268,18 @@ void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
     for (std::size_t at = 0; (at = table.find('"', at)) != std::string::npos; at += 2) table.insert(at, 1, '"');
     firstText(connection, "select 1 from \"" + table + "\" limit 1");
   }
-  const bool shortened = wholeFile && std::stoll(firstText(connection, "pragma page_count")) *
-                                              std::stoll(firstText(connection, "pragma page_size")) >
-                                          bytes;
+  const std::int64_t expected =
+      firstNumber(connection, "pragma page_count") * firstNumber(connection, "pragma page_size");
+  const bool shortened = wholeFile && expected > bytes;
   if (shortened || (bytes <= kCheckedBelowBytes && firstText(connection, "pragma quick_check(1)") != "ok"))
     throw DatabaseError(DatabaseError::kUnrecognizedFormat, "damaged");
 }
 
-// Everything is judged before anything is changed. Reading "immutable" leaves no trace; it must not be used while a
-// killed run's journal holds pages that the file has not.
+// Everything is judged before anything is changed. Reading "immutable" leaves no trace; it must not be used where a
+// journal may hold pages that the file has not: after a killed run, or beside another one.
 void checkDatabase(const std::string& path, const Database::TableNames& needed) {
   checkFile(path);
-  const bool journal = fileSize(path + "-wal") > 0 || fileSize(path + "-journal") > 0;
+  const bool journal = fileSize(path + "-wal") >= 0 || fileSize(path + "-journal") >= 0;
   try {
     const ConnectionPtr probe = journal ? openHandle(path, SQLITE_OPEN_READONLY)
                                         : openHandle(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);

@@ -57,6 +57,9 @@ class DatabaseError : public std::runtime_error {
 // `text` as a text literal of the dialect: between double quotes, embedded double quotes doubled. The only way in
 // which a text gets into a statement. A NUL byte is kept.
 std::string quoted(std::string_view text);
+// Exact matches, so that an unqualified call never finds the stream manipulator std::quoted instead.
+inline std::string quoted(const std::string& text) { return quoted(std::string_view(text)); }
+inline std::string quoted(const char* text) { return quoted(std::string_view(text)); }
 
 // The rows of a query as they were at the moment of the query, whatever is written meanwhile. A few are read ahead: a
 // million rows cost no more memory than a hundred. A long result keeps the journal from shrinking while it is held.

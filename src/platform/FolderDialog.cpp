@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -17,6 +16,7 @@ namespace mv {
 namespace {
 
 constexpr QSize kInitialSize(420, 460);
+constexpr int kSettleMs = 50;
 
 QString absoluteFolder(const QString& path) {
   return QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
@@ -73,10 +73,13 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
   layout->addLayout(makeButtons());
 
   connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
-  // The folders above the current one arrive one after the other, each time moving it.
+  // The folders above the current one arrive one after the other and are sorted later, each time moving it.
+  settled_.setSingleShot(true);
+  settled_.setInterval(kSettleMs);
+  connect(&settled_, &QTimer::timeout, this,
+          [this] { tree_->scrollTo(tree_->currentIndex(), QTreeView::PositionAtCenter); });
   connect(model_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
-    if (folder().startsWith(absoluteFolder(loaded)))
-      QTimer::singleShot(0, this, [this] { tree_->scrollTo(tree_->currentIndex(), QTreeView::PositionAtCenter); });
+    if (folder().startsWith(absoluteFolder(loaded))) settled_.start();
   });
   connect(line_, &QLineEdit::textEdited, this, &FolderDialog::lineEdited);
   showFolder(nearestFolder(request.initialFolder));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 
 #include "platform/Dialogs.h"
 
@@ -37,6 +38,7 @@ class FolderDialog : public QDialog {
   QLabel* status_;
   QPushButton* ok_ = nullptr;
   QPushButton* newFolder_ = nullptr;
+  QTimer settled_;  // runs out when the tree has stopped moving
 };
 
 // `path` itself, or its nearest parent that is a folder.

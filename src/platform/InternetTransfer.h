@@ -56,7 +56,8 @@ class InternetTransfer : public QObject {
   //
   // After a HeadersOnly request has completed, the connection stands still with the body unread. Execute of the same
   // address with Text or File goes on with that very response: one request on the wire, no byte twice. Any other
-  // Execute, 30 s without one, cancel() or destruction drops it. If it was dropped by time, the address is requested anew.
+  // Execute, 30 s without one, cancel() or destruction drops it. If it was dropped by time, the address is requested
+  // anew.
   void Execute(const std::string& url, const std::string& operation, BodyMode mode);
 
   // Drops a running or held request without a signal.

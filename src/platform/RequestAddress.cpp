@@ -46,6 +46,7 @@ std::optional<Credentials> takeUserInfo(std::string_view& authority) {
   const auto colon = info.find(':');
   Credentials credentials{std::string(info.substr(0, colon)), {}};
   if (colon != std::string_view::npos) credentials.password = info.substr(colon + 1);
+  if (credentials.user.empty() && credentials.password.empty()) return std::nullopt;
   return credentials;
 }
 

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 
 #include "app/ChildWindow.h"
@@ -34,6 +35,18 @@ namespace {
 constexpr int kWidth = 6200;   // twips
 constexpr int kHeight = 3600;  // twips
 constexpr int kTimerQuitInterval = 8000;
+constexpr int kGrip = 80;  // pixels of a window that must be in view for the mouse to take hold of it
+
+// Where a window stored at `place` is to stand: there, unless its upper edge is on no screen any more.
+QPoint withinView(const QRect& place) {
+  const QRect grip(place.topLeft(), QSize(qMax(kGrip, place.width()), kGrip / 4));
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect seen = screen->availableGeometry() & grip;
+    if (seen.width() >= kGrip && seen.top() == grip.top()) return place.topLeft();
+  }
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  return primary ? primary->availableGeometry().topLeft() : QPoint();
+}
 
 }  // namespace
 
@@ -51,7 +64,8 @@ frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   buildStatusIndicators();
   timerQuit.setInterval(kTimerQuitInterval);
   connect(&timerQuit, &QTimer::timeout, this, [] { endProgramNow(); });
-  setGeometry(0, 0, twipsToPixels(kWidth), twipsToPixels(kHeight));
+  move(0, 0);
+  resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
 }
 
 frmDownloadManager::~frmDownloadManager() = default;
@@ -61,8 +75,8 @@ void frmDownloadManager::initWindow() {
   readWindowPosition(toUtf8(windowTitle()), top, left, height, width);
   if (height == 0) return;
   const auto pixels = [](long twips) { return twipsToPixels(static_cast<int>(twips)); };
-  move(pixels(left), pixels(top));
   resize(pixels(width), pixels(height));
+  move(withinView(QRect(pixels(left), pixels(top), pixels(width), pixels(height))));
 }
 
 void frmDownloadManager::setClipboardItemsEnabled(bool enabled) {

@@ -28,7 +28,8 @@ QLabel* centredLabel(const QString& text, qreal scale, bool bold) {
 
 }  // namespace
 
-frmSplash::frmSplash(QWidget* owner) : QWidget(owner, Qt::Dialog | Qt::FramelessWindowHint) {
+frmSplash::frmSplash(QWidget* owner) : QFrame(owner, Qt::Dialog | Qt::FramelessWindowHint) {
+  setFrameStyle(QFrame::Box | QFrame::Raised);
   setObjectName(QStringLiteral("frmSplash"));
   setWindowTitle(QStringLiteral("About ") + applicationTitle());
   setAttribute(Qt::WA_ShowWithoutActivating);
@@ -72,7 +73,7 @@ void frmSplash::mousePressEvent(QMouseEvent*) { hide(); }
 
 void frmSplash::keyPressEvent(QKeyEvent* event) {
   const bool closes = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  closes ? hide() : QWidget::keyPressEvent(event);
+  closes ? hide() : QFrame::keyPressEvent(event);
 }
 
 void frmSplash::showCentred() {

@@ -1,14 +1,14 @@
 // The splash window: shown at start-up for a few seconds, and from Help, About until the user closes it.
 #pragma once
 
+#include <QFrame>
 #include <QTimer>
-#include <QWidget>
 
 class QPushButton;
 
 namespace mv {
 
-class frmSplash : public QWidget {
+class frmSplash : public QFrame {
   Q_OBJECT
  public:
   // A window of its own above `owner`.

@@ -55,7 +55,8 @@ EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) 
 void EntryBox::keyPressEvent(QKeyEvent* event) {
   // Left to the validator alone, an unwanted key would still replace the selected text.
   const QString text = event->text();
-  const bool typed = !text.isEmpty() && text[0].isPrint();
+  const bool shortcut = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const bool typed = !shortcut && !text.isEmpty() && text[0].isPrint();
   if (typed && std::none_of(text.begin(), text.end(), [this](QChar c) { return isWanted(c, accepts_); })) {
     event->accept();
     return;

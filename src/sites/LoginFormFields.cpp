@@ -99,7 +99,7 @@ void LoginFormFields::buildForms() {
 
 void LoginFormFields::loadSite(std::int32_t siteId) {
   const std::int32_t savedFormId = siteLoginForm(siteId);
-  const std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
+  std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
   if (values.empty()) return;
   chosenFormId_ = savedFormId;
   loadPrompts();
@@ -110,7 +110,8 @@ void LoginFormFields::loadSite(std::int32_t siteId) {
     choose(entry);
     break;
   }
-  // By position: the values do not name a row, and stand in the order in which the rows were saved.
+  // Values belong to the rows by position, as they were saved; the engine may hand them out in another order.
+  std::sort(values.begin(), values.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
   for (std::size_t i = 0; i < std::min<std::size_t>(kRows, values.size()); ++i)
     txtFieldName_[i]->setText(toQString(values[i].value));
 }

@@ -95,6 +95,7 @@ void frmNew::initWindow() {
   else
     loadExistingSite();
   fileTypes_->disableMoves();
+  required_->txtURL->setFocus();
 }
 
 void frmNew::loadNewSite() {

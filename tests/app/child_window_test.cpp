@@ -242,10 +242,10 @@ TEST_F(ChildWindowTest, AFailureAtTheEndIsShownAndTheWindowGoes) {
 // A list of the tags that were put into the table, ordered by id.
 class TagList : public mv::ListWindow {
  public:
-  TagList() : ListWindow("Tags", 6200, 3600) {
+  explicit TagList(bool keepSorted = false) : ListWindow("Tags", 6200, 3600) {
     list().setColumns({{"Tag", 100}, {"Id", 60}});
     setIdColumn(1);
-    setKeepSorted(false);
+    setKeepSorted(keepSorted);
     addButton("      New      ", "Create", mv::toolIcon("new"), [this] { ++news; });
     edit = addButton("Edit", "Edit it", mv::toolIcon("edit"), [] { throw std::runtime_error("edit failed"); });
     load();
@@ -333,6 +333,21 @@ TEST_F(ListWindowTest, RemembersTheChosenRowOverRebuilds) {
   EXPECT_EQ(window->chosenId(), 0);
   EXPECT_EQ(window->chosenText(), "");
   EXPECT_TRUE(window->list().selectedRows().empty());
+}
+
+TEST_F(ListWindowTest, ARebuildKeepsTheOrderThatTheWindowWants) {
+  auto* sorted = new TagList(true);
+  sorted->showChild();
+  EXPECT_EQ(columnTexts(window->list()), std::vector<QString>({"b", "a", "c"}));
+  EXPECT_EQ(columnTexts(sorted->list()), std::vector<QString>({"a", "b", "c"}));
+  for (TagList* each : {window, sorted}) {
+    clickHeader(each->list(), 0);
+    clickHeader(each->list(), 0);
+    EXPECT_EQ(columnTexts(each->list()), std::vector<QString>({"c", "b", "a"}));
+    each->buildWorkingLists("init");
+  }
+  EXPECT_EQ(columnTexts(window->list()), std::vector<QString>({"b", "a", "c"}));
+  EXPECT_EQ(columnTexts(sorted->list()), std::vector<QString>({"c", "b", "a"}));
 }
 
 TEST_F(ListWindowTest, KeysAndDoubleClickReachTheSubclass) {

@@ -91,7 +91,10 @@ TEST_F(FolderDialogTest, StartsAtTheNearestExistingFolder) {
     EXPECT_EQ(control<QLabel>(&dialog, "prompt").text(), "Please select a folder.");
     EXPECT_EQ(control<QLabel>(&dialog, "status").text(), "Path will be added.");
     EXPECT_EQ(control<QLineEdit>(&dialog, "path").text(), root.filePath("alpha/beta"));
-    EXPECT_EQ(control<QTreeView>(&dialog, "folders").currentIndex().data().toString(), "beta");
+    auto& tree = control<QTreeView>(&dialog, "folders");
+    EXPECT_EQ(tree.currentIndex().data().toString(), "beta");
+    EXPECT_TRUE(mvtest::waitFor(
+        [&] { return tree.viewport()->rect().contains(tree.visualRect(tree.currentIndex()).center()); }, 5000));
     QTest::keyClick(&dialog, Qt::Key_Return);
   });
   EXPECT_EQ(mv::browseForFolder(request), root.filePath("alpha/beta"));

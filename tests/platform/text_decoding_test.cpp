@@ -51,45 +51,4 @@ TEST(TextDecoding, BytesBecomeUtf8) {
   for (const auto& c : cases) EXPECT_EQ(decodeText(c.bytes, c.contentType), c.text) << c.what;
 }
 
-TEST(RequestAddress, WhatGoesOverTheWire) {
-  const std::pair<std::string, const char*> cases[] = {
-      {"host", "http://host/"},
-      {"host/a b", "http://host/a%20b"},
-      {" http://host/a\n", "http://host/a"},
-      {"HTTPS://host:444?q=1", "HTTPS://host:444/?q=1"},
-      {"http://host/a#part", "http://host/a"},
-      {"http://host/%41%2f%zz?x=1&amp;y=2", "http://host/%41%2f%zz?x=1&amp;y=2"},
-      {"http://host/\xC3\xA4<>\"{}|\\^`\x01.", "http://host/%C3%A4%3C%3E%22%7B%7D%7C%5C%5E%60%01."},
-      {"http://b\xC3\xBC"
-       "cher.example:81/",
-       "http://xn--bcher-kva.example:81/"},
-      {"http://u:p@b\xC3\xBC"
-       "cher.example",
-       "http://xn--bcher-kva.example/"},
-      {"http://[::1]:80/", "http://[::1]:80/"},
-      {"host/?u=http://other/", "http://host/?u=http://other/"},
-      {"http://host/a@b", "http://host/a@b"},
-  };
-  for (const auto& [address, url] : cases) {
-    const auto target = toRequestAddress(address);
-    ASSERT_TRUE(target) << address;
-    EXPECT_EQ(target->url, url) << address;
-  }
-  for (const auto* address : {"", "http://", "http:///path", "http://user:pass@/x", "http://a b/", "?x"}) {
-    EXPECT_FALSE(toRequestAddress(address)) << address;
-  }
-}
-
-TEST(RequestAddress, UserInformationIsTakenLiterally) {
-  const auto target = toRequestAddress("http://us%41er:p@ss:w%20rd@host/x@y");
-  ASSERT_TRUE(target && target->credentials);
-  EXPECT_EQ(target->url, "http://host/x@y");
-  EXPECT_EQ(target->credentials->user, "us%41er");
-  EXPECT_EQ(target->credentials->password, "p@ss:w%20rd");
-  EXPECT_FALSE(toRequestAddress("http://host/x@y")->credentials);
-
-  EXPECT_EQ(withoutCredentials("from http://a:b@host/x to 'https://c@host' and http://d/e@f"),
-            "from http://***@host/x to 'https://***@host' and http://d/e@f");
-}
-
 }  // namespace

@@ -111,6 +111,7 @@ TEST_F(ProcessTest, NoSecondStepBeginsWhileABoxOfTheFirstStands) {
 }
 
 TEST_F(ProcessTest, ThePauseEndsByItselfAndARunningTimerIsNotRestarted) {
+  process.tmrOKToDownload.setTimerType(Qt::PreciseTimer);
   process.tmrOKToDownload.setInterval(60'000);
   process.tmrWaitForAWhile.start(1);
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));

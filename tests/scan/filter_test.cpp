@@ -31,20 +31,20 @@ TEST(FilterRules, CompareTheChosenPartOfALink) {
       {"Link", "contains", "banner", false},       {"Link", "", "banner", false},
   };
   for (const Case& c : onImage)
-    EXPECT_EQ(matches({c.field, c.op, "", "", c.value}, image), c.matches) << c.field << ' ' << c.op << ' ' << c.value;
-  EXPECT_FALSE(matches({"Filetype", "Equals", "", "", "gif"}, page));
-  EXPECT_TRUE(matches({"Filetype", "Does Not Equal", "", "", "gif"}, page)) << "a document is no gif";
+    EXPECT_EQ(mv::matches({c.field, c.op, "", "", c.value}, image), c.matches) << c.field << ' ' << c.op << ' ' << c.value;
+  EXPECT_FALSE(mv::matches({"Filetype", "Equals", "", "", "gif"}, page));
+  EXPECT_TRUE(mv::matches({"Filetype", "Does Not Equal", "", "", "gif"}, page)) << "a document is no gif";
   for (const char* op : {"Contains", "Equals", "Does Not Equal", "Begins With", "Does Not Begin With", "Ends With",
                          "Does Not End With"})
-    EXPECT_FALSE(matches({"Filetype", op, "", "", ""}, page)) << op << " nothing";
+    EXPECT_FALSE(mv::matches({"Filetype", op, "", "", ""}, page)) << op << " nothing";
 }
 
 TEST(FilterRules, OneMatchingRuleRejectsWhateverItsType) {
   const FilterRule other{"Link", "Contains", "Ignore", "a", "zzz"};
   const FilterRule saveTo{"Link", "Contains", "Save To", "b", "banner"};
-  EXPECT_TRUE(anyMatches({other, saveTo}, {"/banner", "h", ""}));
-  EXPECT_FALSE(anyMatches({other}, {"/banner", "h", ""}));
-  EXPECT_FALSE(anyMatches({}, {"/banner", "h", ""}));
+  EXPECT_TRUE(mv::anyMatches({other, saveTo}, {"/banner", "h", ""}));
+  EXPECT_FALSE(mv::anyMatches({other}, {"/banner", "h", ""}));
+  EXPECT_FALSE(mv::anyMatches({}, {"/banner", "h", ""}));
 }
 
 class FilterLoading : public mvtest::ProgramTest {

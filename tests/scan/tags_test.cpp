@@ -82,10 +82,12 @@ TEST_F(Tags, ADoubleClickEditsTheTag) {
 TEST_F(Tags, AClickIntoTheBoxSelectsItsText) {
   mvtest::doubleClickRow(list(), 0);
   ASSERT_TRUE(editor());
+  const auto isSelected = [] { return box().selectedText() == "<a href="; };
+  ASSERT_TRUE(mvtest::waitFor(isSelected));
   control<QAbstractButton>(editor(), "cmdCancel").setFocus();
   box().deselect();
   QTest::mouseClick(&box(), Qt::LeftButton, {}, QPoint(20, box().height() / 2));
-  EXPECT_TRUE(mvtest::waitFor([] { return box().selectedText() == "<a href="; }));
+  EXPECT_TRUE(mvtest::waitFor(isSelected));
 }
 
 TEST_F(Tags, ATagDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {

@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QtTest/QTest>
 
 #include "app/ChildWindow.h"
@@ -144,6 +145,11 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   main->close();
   EXPECT_EQ(value("select wwidth from win_pos where wname = \"Morvane2000\""), std::to_string(750 * 15))
       << "a minimised window keeps the place stored before";
+
+  gDatabase.execute("update win_pos set wtop = 900000, wleft = -900000 where wname = \"Morvane2000\"");
+  main = std::make_unique<frmDownloadManager>();
+  main->initWindow();
+  EXPECT_TRUE(main->screen()->availableGeometry().contains(main->pos())) << "a place on no screen";
 }
 
 TEST_F(MainWindowTest, ExitEndsAtOnceWithoutTheClosingSteps) {

@@ -321,6 +321,8 @@ TEST_F(WebSites, DroppedFiltersGoToEverySelectedSite) {
   QMimeData data;
   data.setText("12\r\n15\r\n");
   const auto drop = [&] {
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(list->viewport(), &enter);
     QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(list->viewport(), &event);
   };
@@ -362,6 +364,7 @@ TEST_F(WebSites, TheQuitTimerEndsTheProgramOnlyAfterTheQuitMoment) {
   EXPECT_EQ(ends, 0);
   mv::setNow(mv::gQuitAt.addSecs(1));
   EXPECT_TRUE(waitFor([&] { return ends > 0; }));
+  window->tmrQuit.stop();
   mv::setEndProgram({});
 }
 

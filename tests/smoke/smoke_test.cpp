@@ -42,7 +42,9 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
   site.file("/a.jpg", "image/jpeg", fileOf('a', 20000));
   site.file("/b.jpg", "image/jpeg", fileOf('b', 30000));
   site.file("/c.jpg", "image/jpeg", fileOf('c', 40000));
-  mvtest::Resource slow{"image/jpeg", fileOf('s', 50000)};
+  mvtest::Resource slow;
+  slow.type = "image/jpeg";
+  slow.body = fileOf('s', 50000);
   slow.fault = mvtest::Fault::HeaderOnly;  // stands still in the middle of the file
   site.add("/slow.jpg", slow);
 

@@ -12,22 +12,22 @@ namespace mvtest {
 
 enum class Fault {
   None,
-  Refuse,            // closes the connection without an answer
-  Reset,             // resets it after half of the body
-  ShortBody,         // announces the whole length, sends half, closes
-  NoContentLength,   // sends the body until the connection closes
-  WrongLength,       // announces more than it has, then closes
-  HeaderOnly,        // sends the headers, then nothing until the client goes
-  Garbage,           // no HTTP at all
+  Refuse,           // closes the connection without an answer
+  Reset,            // resets it after half of the body
+  ShortBody,        // announces the whole length, sends half, closes
+  NoContentLength,  // sends the body until the connection closes
+  WrongLength,      // announces more than it has, then closes
+  HeaderOnly,       // sends the headers, then nothing until the client goes
+  Garbage,          // no HTTP at all
 };
 
 struct Resource {
   std::string type = "text/html";
   std::string body;
   int status = 200;
-  std::string reason;                         // default: the status's usual phrase
-  std::map<std::string, std::string> headers; // beside Content-Type, Content-Length, Connection
-  int delayMs = 0;                            // before the answer
+  std::string reason;                          // default: the status's usual phrase
+  std::map<std::string, std::string> headers;  // beside Content-Type, Content-Length, Connection
+  int delayMs = 0;                             // before the answer
   Fault fault = Fault::None;
 };
 

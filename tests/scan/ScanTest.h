@@ -1,0 +1,68 @@
+// A scan of a loopback site, unpaced, and what it left in the database.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "scan/ScanProcess.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace mvtest {
+
+// `Base`: ProgramTest or WindowTest.
+template <class Base>
+class ScanTest : public Base {
+ protected:
+  ScanTest() : siteId(addSite(site.host(), this->folder(), {"jpg"})) {}
+
+  void prepare(mv::ScanProcess& process) {
+    process.SiteID = siteId;
+    process.SiteName = this->value("select name from site where id = " + std::to_string(siteId));
+    process.Domain = site.host();
+    process.tmrOKToDownload.setInterval(1);
+  }
+  void setSite(const std::string& assignments) {
+    mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
+  }
+  // A link that waits in the database, as an earlier page left it.
+  void addLink(int id, const std::string& url, const std::string& type = "Document", const std::string& status = "False") {
+    mv::gDatabase.execute(
+        "insert into link (id, site_id, url, link_type, username, password, status, file_type) values (" +
+        std::to_string(id) + ", " + std::to_string(siteId) + ", " + mv::quoted(url) + ", " + mv::quoted(type) +
+        ", \"\", \"\", " + mv::quoted(status) + ", \"\")");
+  }
+
+  // Stored links as "address type status", the site's own host left out, sorted.
+  std::vector<std::string> links() const {
+    std::vector<std::string> result;
+    for (mv::Recordset rows = mv::gDatabase.query("select url, link_type, status from link"); !rows.endOfRows();
+         rows.moveNext()) {
+      const std::string url = rows.text("url");
+      result.push_back((url.starts_with(site.host()) ? url.substr(site.host().size()) : url) + " " +
+                       rows.text("link_type") + " " + rows.text("status"));
+    }
+    std::sort(result.begin(), result.end());
+    return result;
+  }
+  bool waitForStatus(const std::string& path, const std::string& status) {
+    return waitFor([&] {
+      return this->count("link", "url = " + mv::quoted(site.host() + path) + " and status = " + mv::quoted(status)) == 1;
+    });
+  }
+  static std::string anchors(const std::string& path, int from, int to, const std::string& end = ".htm") {
+    std::string html;
+    for (int i = from; i < to; ++i) html += "<a href=\"" + path + std::to_string(i) + end + "\">x</a>\n";
+    return html;
+  }
+
+  TestSite site;
+  int siteId;
+};
+
+}  // namespace mvtest

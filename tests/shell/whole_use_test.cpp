@@ -1,0 +1,181 @@
+// A user makes a site from nothing, with the mouse and the keyboard only, through the main window's menu, starts it from the
+// list and finds the files in the right folders.
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QtTest/QTest>
+
+#include "app/WindowRegistry.h"
+#include "catalog/frmFileTypeChild.h"
+#include "catalog/frmFileTypeManager.h"
+#include "catalog/frmSitePaths.h"
+#include "platform/Text.h"
+#include "scan/frmNewTag.h"
+#include "scan/frmTagManager.h"
+#include "shell/frmDownloadManager.h"
+#include "sites/frmNew.h"
+#include "sites/frmWebSites.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace {
+
+using namespace mv;
+
+class WholeUseTest : public mvtest::ProgramTest {
+ protected:
+  WholeUseTest() {
+    main_.resize(1100, 850);
+    main_.show();
+    main_.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&main_));
+  }
+  ~WholeUseTest() override { main_.close(); }
+
+  // Opens a menu of the menu bar with the mouse and clicks one of its entries.
+  void chooseFromMenu(const char* menuName, const char* itemName) {
+    auto* menu = main_.findChild<QMenu*>(menuName);
+    QMenuBar* bar = main_.menuBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
+    ASSERT_TRUE(mvtest::waitFor([&] { return menu->isVisible(); }));
+    auto* item = main_.findChild<QAction*>(itemName);
+    ASSERT_TRUE(item->isEnabled());
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(item).center());
+    ASSERT_TRUE(mvtest::waitFor([&] { return !menu->isVisible(); }));
+  }
+
+  template <class Window>
+  Window* window() {
+    auto* found = WindowRegistry::instance().find<Window>();
+    EXPECT_NE(found, nullptr);
+    return found;
+  }
+
+  // Brings the control into view (tabs, scroll areas) as a user would, and answers it.
+  template <class Control>
+  Control* control(QWidget* owner, const char* name) {
+    auto* found = owner->findChild<Control*>(name);
+    EXPECT_NE(found, nullptr) << name;
+    for (QWidget* page = found; page && page != owner; page = page->parentWidget())
+      if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget() ? page->parentWidget()->parentWidget() : nullptr))
+        if (const int index = tabs->indexOf(page); index >= 0)
+          QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(index).center());
+    EXPECT_TRUE(found->isVisible()) << name;
+    return found;
+  }
+
+  void click(QWidget* owner, const char* name) {
+    auto* button = control<QAbstractButton>(owner, name);
+    ASSERT_TRUE(button->isEnabled()) << name;
+    QTest::mouseClick(button, Qt::LeftButton);
+  }
+
+  void type(QWidget* owner, const char* name, const QString& text) {
+    auto* box = control<QLineEdit>(owner, name);
+    QTest::mouseClick(box, Qt::LeftButton);
+    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(box, text);
+    EXPECT_EQ(box->text(), text) << name;
+  }
+
+  void choose(ListView* list, const QString& text) {
+    const int row = list->findRow(0, text);
+    ASSERT_GE(row, 0) << text.toStdString();
+    QTreeWidgetItem* item = list->topLevelItem(row);
+    list->scrollToItem(item);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+  }
+
+  void createFileType(const QString& extension, const QString& description) {
+    chooseFromMenu("mnuTools", "mnuToolsFileTypeManager");
+    click(window<frmFileTypeManager>(), "New");
+    auto* editor = window<frmFileTypeChild>();
+    type(editor, "txtFileTypeExtention", extension);
+    type(editor, "txtFiletypeDescription", description);
+    click(editor, "btnOK");
+  }
+
+  void createTag(const QString& tag) {
+    chooseFromMenu("mnuTools", "mnuToolsTagManager");
+    click(window<frmTagManager>(), "New");
+    auto* editor = window<frmNewTag>();
+    type(editor, "txtTagName", tag);
+    QTest::keyClick(editor->focusWidget(), Qt::Key_Return);
+  }
+
+  void choosePath(const QString& extension, const QString& folder) {
+    auto* paths = window<frmSitePaths>();
+    choose(control<ListView>(paths, "lvwFiletypesAssigned"), extension);
+    dialogs.nextFolders.push_back(folder);
+    click(paths, "cmdBrowse");
+  }
+
+  frmDownloadManager main_;
+};
+
+std::string body(char letter, std::size_t size) { return std::string(size, letter); }
+
+TEST_F(WholeUseTest, ASiteFromNothingToItsFiles) {
+  mvtest::TestSite site;
+  site.page("/", R"(<picture file="one.xyz"> <img src="two.jpg"> <a href="deep/index.html"> <img src="small.jpg">)");
+  site.page("/deep/index.html", R"(<img src="three.png"> <a href="large.png">)");
+  site.file("/one.xyz", "application/octet-stream", body('1', 3000));
+  site.file("/two.jpg", "image/jpeg", body('2', 4000));
+  site.file("/small.jpg", "image/jpeg", body('s', 2047));
+  site.file("/deep/three.png", "image/png", body('3', 5000));
+  site.file("/deep/large.png", "image/png", body('l', (1 << 20) + 1));
+  const QString root = toQString(folder());
+
+  createFileType("xyz", "Invented for this test");
+  createTag("<picture file=");
+
+  chooseFromMenu("mnuTools", "mnuToolsWebSiteManager");
+  auto* sites = window<frmWebSites>();
+  click(sites, "New");
+  auto* editor = window<frmNew>();
+  type(editor, "txtURL", toQString(site.host()));
+  type(editor, "txtUpperLimit", "1");
+  type(editor, "txtLowerLimit", "2");
+  type(editor, "txtPagesToScan", "20");
+  dialogs.nextFolders.push_back(root + "/default");
+  click(editor, "cmdBrowse");
+  click(editor, "cmdApply");
+
+  choose(control<ListView>(editor, "lvwFiletypesAvailable"), "xyz");
+  click(editor, "cmdMoveFileTypeToAssigned");
+  click(editor, "cmdApply");
+  EXPECT_EQ(value("select download_path from site"), folder() + "/default");
+  click(editor, "cmdOpenPathManager");
+  choosePath("jpg", root + "/photographs");
+  choosePath("xyz", root + "/others/xyz");
+  click(window<frmSitePaths>(), "cmdClose");
+  click(editor, "cmdOK");
+  ASSERT_EQ(count("site"), 1);
+
+  choose(control<ListView>(sites, "lvwSites"), toQString(site.host()));
+  click(sites, "Start");
+  const std::vector<std::pair<QString, std::string>> expected = {{"/others/xyz/one.xyz", body('1', 3000)},
+                                                                 {"/photographs/two.jpg", body('2', 4000)},
+                                                                 {"/default/three.png", body('3', 5000)}};
+  for (const auto& [path, content] : expected) {
+    ASSERT_TRUE(mvtest::waitFor([&] { return QFile::exists(root + path); }, 60'000)) << path.toStdString();
+    EXPECT_EQ(mvtest::readFile(toUtf8(root + path)), content);
+  }
+  ASSERT_TRUE(mvtest::waitFor([&] { return count("link", "link_type = \"File\" and status = \"Done\"") == 5; }, 60'000));
+  EXPECT_EQ(QDir(root + "/photographs").entryList(QDir::Files), QStringList("two.jpg")) << "the small one is left out";
+  EXPECT_EQ(QDir(root + "/default").entryList(QDir::Files), QStringList("three.png")) << "the large one is left out";
+  click(sites, "Stop");
+  EXPECT_EQ(WindowRegistry::instance().findByCaption("Scan: " + toQString(site.host())), nullptr);
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+}  // namespace
