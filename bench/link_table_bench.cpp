@@ -29,16 +29,17 @@ constexpr const char* kBusySite = "3";
 
 std::int64_t storedRows = kDefaultRows;
 
-// The address of link number `number`; in SQL and here the same. Hashed, so that neighbours in the table are none in
-// the index.
+std::int64_t idleRows() { return std::min(kHandledRows, storedRows / 2); }
+
+std::int64_t siteOf(std::int64_t number) { return number <= idleRows() ? std::atoll(kIdleSite) : number / 10 % 10; }
+
+// The address of link number `number`; in SQL and here the same. A site's links lead to its own host, in no order.
 std::string url(std::int64_t number) {
   char text[96];
-  std::snprintf(text, sizeof text, "www.host%03d.example/pictures/%08x/image%d.jpg", static_cast<int>(number % 1000),
+  std::snprintf(text, sizeof text, "www.host%03d.example/pictures/%08x/image%d.jpg", static_cast<int>(siteOf(number)),
                 static_cast<unsigned>(number * 2654435761 % 4294967296), static_cast<int>(number));
   return text;
 }
-
-std::int64_t idleRows() { return std::min(kHandledRows, storedRows / 2); }
 
 // Links begin+1 .. end. The first belong to the idle site, all of them handled files. The rest is spread over ten
 // sites: files and pages, one in a hundred waiting, and addresses of mailboxes, which wait for ever.
@@ -46,11 +47,14 @@ void storeSlice(std::int64_t begin, std::int64_t end) {
   const std::string idle = "n <= " + std::to_string(idleRows());
   gDatabase.execute(
       "insert into link (id, site_id, url, link_type, username, password, status, file_type) "
-      "with recursive numbers(n) as (select " +
-      std::to_string(begin + 1) + " union all select n + 1 from numbers where n < " + std::to_string(end) +
-      ") select n + 1, iif(" + idle + ", " + kIdleSite +
-      ", n / 10 % 10), "
-      "printf('www.host%03d.example/pictures/%08x/image%d.jpg', n % 1000, n * 2654435761 % 4294967296, n), "
+      "with recursive numbers(n, site) as (select " +
+      std::to_string(begin) +
+      ", 0 "
+      "union all select n + 1, iif(n + 1 <= " +
+      std::to_string(idleRows()) + ", " + kIdleSite + ", (n + 1) / 10 % 10) from numbers where n < " +
+      std::to_string(end) +
+      ") select n + 1, site, "
+      "printf('www.host%03d.example/pictures/%08x/image%d.jpg', site, n * 2654435761 % 4294967296, n), "
       "case when " +
       idle +
       " or n % 10 < 7 then 'File' when n % 50 = 49 then 'Email Address' "
@@ -58,7 +62,8 @@ void storeSlice(std::int64_t begin, std::int64_t end) {
       "case when " +
       idle +
       " or (n / 100 % 100 > 0 and n % 50 <> 49) then 'Done' else 'False' end, 'jpg' "
-      "from numbers");
+      "from numbers where n > " +
+      std::to_string(begin));
 }
 
 void storeLinks() {
@@ -103,8 +108,8 @@ void insertNewLink(benchmark::State& state) {
     const std::string address = url(++number);
     if (countUrl(address) > 0) state.SkipWithError("the address was there");
     gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                      std::string(kBusySite) + ", " + quoted(address) + ", " + quoted("File") + ", " + quoted("") +
-                      ", " + quoted("") + ", " + std::to_string(mv::nextSequenceValue("link_id")) + ", " +
+                      std::to_string(siteOf(number)) + ", " + quoted(address) + ", " + quoted("File") + ", " +
+                      quoted("") + ", " + quoted("") + ", " + std::to_string(mv::nextSequenceValue("link_id")) + ", " +
                       quoted("False") + ", " + quoted("jpg") + ")");
   }
   state.SetItemsProcessed(state.iterations());

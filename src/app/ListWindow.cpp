@@ -40,7 +40,7 @@ QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTi
   action->setIconText(caption);
   action->setToolTip(toolTip);
   action->setObjectName(name);
-  connect(action, &QAction::triggered, this, [this, todo = std::move(work)] { run(todo); });
+  connect(action, &QAction::triggered, this, [this, clicked = std::move(work)] { run(clicked); });
   toolbar_->addAction(action);
   auto* button = qobject_cast<QToolButton*>(toolbar_->widgetForAction(action));
   button->setObjectName(name);

@@ -409,7 +409,7 @@ void CurlRequest::complete() {
   raise(kResponseCompleted);
 }
 
-void CurlRequest::fail(long code, std::string info) {
+void CurlRequest::fail(long code, const std::string& info) {
   raiseDisconnected();
   code_ = code;
   info_ = withoutCredentials(info);

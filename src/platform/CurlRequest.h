@@ -71,7 +71,7 @@ class CurlRequest : private CurlClient {
   void raiseDisconnected();
   void conclude(CURLcode result);
   void complete();
-  void fail(long code, std::string info);
+  void fail(long code, const std::string& info);
 
   struct SlistDeleter {
     void operator()(curl_slist* list) const { curl_slist_free_all(list); }

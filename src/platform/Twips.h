@@ -1,5 +1,5 @@
-// Window places and sizes are kept in twips, 1/1440 inch. A desktop at 96 dots per inch has 15 twips to a logical pixel;
-// the toolkit scales logical pixels on finer screens.
+// Window places and sizes are kept in twips, 1/1440 inch. A desktop at 96 dots per inch has 15 twips to a logical
+// pixel; the toolkit scales logical pixels on finer screens.
 #pragma once
 
 #include <QRect>

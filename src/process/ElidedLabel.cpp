@@ -39,9 +39,11 @@ QSize ElidedLabel::minimumSizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  // Only as much of a long address as could ever show is measured.
   const int room = contentsRect().width();
-  QString line = text().simplified();
+  QString line = text();
+  for (QChar& character : line)
+    if (character.isSpace()) character = u' ';
+  // Only as much of a long address as could ever show is measured.
   if (line.size() > 2 * room) line = line.left(room) + QChar(0x2026) + line.right(room);
   style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
                         isEnabled(), fontMetrics().elidedText(line, Qt::ElideMiddle, room), foregroundRole());

@@ -49,9 +49,8 @@ Process::Process(const QStringList& listTitles, int workInterval) : lvwLinks(lis
     tmrWaitForAWhile.stop();
     enableWorkTimer();
   });
-  connect(&Inet2, &InternetTransfer::StateChanged, this, [this](int, int state) {
-    run([this, state] { transferEvent(state); });
-  });
+  connect(&Inet2, &InternetTransfer::StateChanged, this,
+          [this](int, int state) { run([this, state] { transferEvent(state); }); });
 }
 
 Process::~Process() = default;

@@ -2,8 +2,8 @@
 // flag, and running long work in slices so that the user-interface thread is never held for long.
 //
 // A process is stopped with requestStop(). Whatever of its procedures is then on the stack (a message box may hold one)
-// runs to its next test of the flag; stopped() is emitted when the outermost has returned, and only then may the process
-// be deleted.
+// runs to its next test of the flag; stopped() is emitted when the outermost has returned, and only then may the
+// process be deleted.
 #pragma once
 
 #include <QObject>
@@ -44,8 +44,8 @@ class Process : public QObject {
 
   InternetTransfer Inet2;
   WorkList lvwLinks;
-  QTimer tmrOKToDownload;    // one work step a tick while active
-  QTimer tmrWaitForAWhile;   // 60 s; when it fires it stops itself and starts the work timer
+  QTimer tmrOKToDownload;   // one work step a tick while active
+  QTimer tmrWaitForAWhile;  // 60 s; when it fires it stops itself and starts the work timer
 
   // Sets the stop flag, stops the timers and drops the request. Emits stopped() at once when nothing is running, else
   // when the running procedure has returned. Further calls do nothing.

@@ -1,5 +1,5 @@
-// Base of the scan and the download window: shows a Process, collapses and expands its details, hides instead of closing
-// while the program goes on, and goes only when its process has come to rest.
+// Base of the scan and the download window: shows a Process, collapses and expands its details, hides instead of
+// closing while the program goes on, and goes only when its process has come to rest.
 #pragma once
 
 #include <QLabel>

@@ -141,7 +141,8 @@ QVariant WorkList::data(const QModelIndex& index, int role) const {
 }
 
 QVariant WorkList::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return QAbstractTableModel::headerData(section, orientation, role);
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+    return QAbstractTableModel::headerData(section, orientation, role);
   return titles_.value(section);
 }
 

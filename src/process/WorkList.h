@@ -1,5 +1,6 @@
 // The work list of a scan or download process: the rows shown in `lvwLinks`, as a table model without widgets.
-// Ten thousand rows are not felt: the next waiting row, a row by link id and the test for an address take constant time.
+// Ten thousand rows are not felt: the next waiting row, a row by link id and the test for an address take constant
+// time.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -19,19 +20,19 @@ const char* stateText(RowState state);
 struct WorkRow {
   RowState state = RowState::Waiting;
   std::int64_t linkId = 0;
-  std::string url;       // as stored or built; user information is masked where it is shown
+  std::string url;  // as stored or built; user information is masked where it is shown
   std::string userName;
   std::string password;
   std::string fileName;
   std::string fileType;
-  bool tagged = true;    // counts for holdsAddress
+  bool tagged = true;  // counts for holdsAddress
 };
 
 class WorkList : public QAbstractTableModel {
   Q_OBJECT
  public:
-  // Column titles, the state first, then in order: id, address, user name, password, file name, file type; a shorter list
-  // shows the first ones.
+  // Column titles, the state first, then in order: id, address, user name, password, file name, file type; a shorter
+  // list shows the first ones.
   explicit WorkList(const QStringList& titles, QObject* parent = nullptr);
 
   void append(WorkRow row);

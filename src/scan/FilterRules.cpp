@@ -14,7 +14,8 @@ constexpr std::string_view kColumns = "r.name, r.search_value, r.operator, vf.na
 constexpr std::string_view kRulesOfFilter =
     "FROM filter AS f, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS vr";
 constexpr std::string_view kRulesOfSiteFilter =
-    "FROM filter AS f, site_filter_xref AS sfx, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS vr";
+    "FROM filter AS f, site_filter_xref AS sfx, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS "
+    "vr";
 constexpr std::string_view kJoin =
     "WHERE frx.rule_id=r.id AND frx.filter_id=f.id AND r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id and ";
 

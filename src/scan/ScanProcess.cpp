@@ -14,8 +14,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 3000;           // milliseconds
-constexpr std::int64_t kStartPageLinkId = 1;  // the sequence of link ids begins behind it
+constexpr int kWorkInterval = 3000;                           // milliseconds
+constexpr std::int64_t kStartPageLinkId = 1;                  // the sequence of link ids begins behind it
 constexpr std::size_t kSearchStretch = std::size_t{1} << 20;  // bytes searched between two looks at the clock
 constexpr const char* kBaseTag = "<base href=";
 constexpr const char* kFileType = "File";
@@ -73,8 +73,9 @@ void ScanProcess::readCredentials() {
 }
 
 std::string ScanProcess::siteField(int fieldId) const {
-  const Recordset rows = gDatabase.query("select field_value from site_field_xref where field_id = " +
-                                         std::to_string(fieldId) + " and site_id = " + std::to_string(SiteID));
+  const Recordset rows =
+      gDatabase.query("select field_value from site_field_xref where field_id = " + std::to_string(fieldId) +
+                      " and site_id = " + std::to_string(SiteID));
   return rows.endOfRows() ? std::string() : rows.text("field_value");
 }
 
@@ -102,7 +103,8 @@ void ScanProcess::buildQueue() {
   rowsAdded_ = 1;
   baseUrl_ = SiteName;
 
-  // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million rows.
+  // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million
+  // rows.
   Recordset links = gDatabase.query(
       "select id, status, site_id, url, link_type  from link where site_id = " + std::to_string(SiteID) +
       " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\"");

@@ -31,8 +31,8 @@ std::string extensionOf(std::string_view url) {
   const std::size_t dot = url.rfind('.');
   if (dot == std::string_view::npos) return {};
   std::string_view extension = url.substr(dot + 1);
-  const auto characters =
-      std::count_if(extension.begin(), extension.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+  const auto characters = std::count_if(extension.begin(), extension.end(),
+                                        [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
   if (static_cast<std::size_t>(characters) > kLongestExtension) return {};
   if (extension.ends_with('"')) extension.remove_suffix(1);
   return std::string(extension);
@@ -117,8 +117,8 @@ bool clsLinkParser::typeIsWanted() {
   }
   const Recordset type = gDatabase.query("select id" + named);
   if (type.endOfRows()) return true;
-  return gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " + std::to_string(SiteID) +
-                         " and file_type_id = " + std::to_string(type.number("id"))) > 0;
+  return gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " +
+                         std::to_string(SiteID) + " and file_type_id = " + std::to_string(type.number("id"))) > 0;
 }
 
 void clsLinkParser::applyGlobalFilters() {
@@ -168,10 +168,10 @@ void clsLinkParser::insertUnlessKnown() {
   if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) return;
   LinkID = nextSequenceValue("link_id");
   if (LinkID == 0) throw NoLinkId();
-  gDatabase.execute(
-      "insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" + std::to_string(SiteID) +
-      ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) + ", " + quoted(Password) + ", " +
-      std::to_string(LinkID) + ", " + quoted("False") + ", " + quoted(fileType_) + ")");
+  gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
+                    std::to_string(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) + ", " +
+                    quoted(Password) + ", " + std::to_string(LinkID) + ", " + quoted("False") + ", " +
+                    quoted(fileType_) + ")");
   Flag = true;
 }
 

@@ -21,10 +21,10 @@ class NoLinkId : public std::runtime_error {
 
 class clsLinkParser {
  public:
-  std::string Link;       // as found in the page
-  std::string BasePath;   // the page's, without scheme
-  std::string Domain;     // the site's host
-  std::string UserName;   // stored with the link
+  std::string Link;      // as found in the page
+  std::string BasePath;  // the page's, without scheme
+  std::string Domain;    // the site's host
+  std::string UserName;  // stored with the link
   std::string Password;
   std::int32_t SiteID = 0;
   std::int64_t LinkID = 0;  // of the last stored link
@@ -58,8 +58,8 @@ class clsLinkParser {
   bool passesDomainHopper();
   void insertUnlessKnown();
 
-  std::string fileType_;    // extension of a file, "" for anything else
-  std::string storedType_;  // LinkType, but "Document" for files of an unknown type
+  std::string fileType_;                        // extension of a file, "" for anything else
+  std::string storedType_;                      // LinkType, but "Document" for files of an unknown type
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::vector<FilterRule> globalRules_;
   std::vector<FilterRule> siteRules_;

@@ -101,8 +101,7 @@ void clsPageScanner::getLink() {
     return;
   }
   const std::size_t at = seeked_;
-  const std::optional<std::string_view> found =
-      searchString_.starts_with('<') ? takeTag(at) : takeAttribute(at);
+  const std::optional<std::string_view> found = searchString_.starts_with('<') ? takeTag(at) : takeAttribute(at);
   start();
   if (found)
     setLink(*found);
@@ -122,8 +121,8 @@ std::string_view clsPageScanner::takeTag(std::size_t at) {
   return page.substr(from, std::min(quote_.next(page, '"', from), end) - from);
 }
 
-// An attribute: the text behind its quote up to the character before the next blank. A blank that has no character before
-// it ends the walk.
+// An attribute: the text behind its quote up to the character before the next blank. A blank that has no character
+// before it ends the walk.
 std::optional<std::string_view> clsPageScanner::takeAttribute(std::size_t at) {
   const std::string_view page = *page_;
   const std::size_t from = charactersOn(page, at + searchString_.size(), 1);

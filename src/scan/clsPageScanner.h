@@ -1,5 +1,6 @@
-// Pulls links out of a page's text by plain string search. Every call of getLink consumes the text up to the place found,
-// so that successive calls walk through the page. A page of a million links is walked in time linear in its length.
+// Pulls links out of a page's text by plain string search. Every call of getLink consumes the text up to the place
+// found, so that successive calls walk through the page. A page of a million links is walked in time linear in its
+// length.
 #pragma once
 
 #include <cstddef>
@@ -57,9 +58,9 @@ class clsPageScanner {
   void notFound();
 
   std::shared_ptr<const std::string> page_ = std::make_shared<const std::string>();
-  std::size_t position_ = 0;  // where html() starts
-  std::size_t seeked_ = 0;    // no occurrence starts between position_ and here
-  bool atOccurrence_ = false; // one starts at seeked_
+  std::size_t position_ = 0;   // where html() starts
+  std::size_t seeked_ = 0;     // no occurrence starts between position_ and here
+  bool atOccurrence_ = false;  // one starts at seeked_
   std::string searchString_;
   std::string link_;
   bool linkFound_ = true;

@@ -172,6 +172,7 @@ void FileTypeLists::build(const std::function<void()>& fillAssigned) {
 
 std::vector<std::int64_t> FileTypeLists::assignedIds() const {
   std::vector<std::int64_t> ids;
+  ids.reserve(static_cast<std::size_t>(assigned().rowCount()));
   for (int row = 0; row < assigned().rowCount(); ++row) ids.push_back(assigned().cell(row, kIdColumn).toLongLong());
   return ids;
 }
@@ -248,6 +249,7 @@ bool FilterLists::isGlobal(int row) const { return isYes(toUtf8(assigned().cell(
 
 std::vector<std::pair<std::int64_t, std::string>> FilterLists::assignedIdsAndGlobal() const {
   std::vector<std::pair<std::int64_t, std::string>> filters;
+  filters.reserve(static_cast<std::size_t>(assigned().rowCount()));
   for (int row = 0; row < assigned().rowCount(); ++row)
     filters.emplace_back(assigned().cell(row, kIdColumn).toLongLong(), toUtf8(assigned().cell(row, kGlobalColumn)));
   return filters;

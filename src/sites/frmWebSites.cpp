@@ -45,6 +45,33 @@ QStringList textsOf(const SiteListRow& site) {
           toQString(site.domain), QString::number(site.hops), toQString(site.uniqueNames), toQString(site.baseName)};
 }
 
+QPointer<ChildWindow> openScan(const SiteListRow& site) {
+  const std::int32_t loginForm = siteLoginForm(site.id);
+  const QPointer<frmScan> scan = new frmScan;
+  scan->setCaption(kScanTitle + toQString(site.name));
+  scan->process().SiteID = site.id;
+  scan->process().SiteName = site.name;
+  scan->process().Domain = site.domain;
+  scan->process().LoginFormID = loginForm;
+  scan->process().DomainHops = site.hops;
+  scan->showChild();
+  if (scan) scan->initWindow();
+  return scan.data();
+}
+
+QPointer<ChildWindow> openDownload(const SiteListRow& site) {
+  const QPointer<frmDownload> download = new frmDownload;
+  download->setCaption(kDownloadTitle + toQString(site.name));
+  download->process().SiteId = site.id;
+  download->process().SiteName = site.name;
+  download->process().UniqueNames = site.uniqueNames;
+  download->process().BaseName = site.baseName;
+  download->process().OverwriteExisting = gOverwriteExisting;
+  download->showChild();
+  if (download) download->initWindow();
+  return download.data();
+}
+
 // While one stands, a process window that is asked to unload really does.
 class ClosingProcesses {
  public:
@@ -264,30 +291,10 @@ void frmWebSites::startRow(int row) {
 
 void frmWebSites::startSite(const SiteListRow& site) {
   if (site.id == 0) return;
-  const std::int32_t loginForm = siteLoginForm(site.id);
-
-  const QPointer<frmScan> scan = new frmScan;
-  scan->setCaption(kScanTitle + toQString(site.name));
-  scan->process().SiteID = site.id;
-  scan->process().SiteName = site.name;
-  scan->process().Domain = site.domain;
-  scan->process().LoginFormID = loginForm;
-  scan->process().DomainHops = site.hops;
-  scan->showChild();
-  scan->initWindow();
-
+  const QPointer<ChildWindow> scan = openScan(site);
   // A message box of the scan may have run the end of the program.
   if (isUnloaded()) return;
-  const QPointer<frmDownload> download = new frmDownload;
-  download->setCaption(kDownloadTitle + toQString(site.name));
-  download->process().SiteId = site.id;
-  download->process().SiteName = site.name;
-  download->process().UniqueNames = site.uniqueNames;
-  download->process().BaseName = site.baseName;
-  download->process().OverwriteExisting = gOverwriteExisting;
-  download->showChild();
-  download->initWindow();
-
+  const QPointer<ChildWindow> download = openDownload(site);
   if (isYes(gHideProcesses)) {
     if (scan) scan->hideChild();
     if (download) download->hideChild();

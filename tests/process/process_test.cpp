@@ -56,7 +56,10 @@ TEST_F(ProcessTest, StoppedAtRestItSaysSoAtOnceAndOnlyOnce) {
   EXPECT_FALSE(process.tmrWaitForAWhile.isActive());
   process.enableWorkTimer();
   EXPECT_FALSE(process.tmrOKToDownload.isActive());
-  process.run([this] { process.onTick(); FAIL() << "a stopped process works no more"; });
+  process.run([this] {
+    process.onTick();
+    FAIL() << "a stopped process works no more";
+  });
 }
 
 TEST_F(ProcessTest, StoppedInsideAMessageBoxItSaysSoWhenTheOutermostProcedureHasReturned) {

@@ -1,11 +1,11 @@
-#include "process/WorkList.h"
-
 #include <gtest/gtest.h>
 
 #include <QPersistentModelIndex>
 #include <ctime>
 #include <string>
 #include <vector>
+
+#include "process/WorkList.h"
 
 namespace {
 

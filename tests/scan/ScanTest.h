@@ -31,7 +31,8 @@ class ScanTest : public Base {
     mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
   }
   // A link that waits in the database, as an earlier page left it.
-  void addLink(int id, const std::string& url, const std::string& type = "Document", const std::string& status = "False") {
+  void addLink(int id, const std::string& url, const std::string& type = "Document",
+               const std::string& status = "False") {
     mv::gDatabase.execute(
         "insert into link (id, site_id, url, link_type, username, password, status, file_type) values (" +
         std::to_string(id) + ", " + std::to_string(siteId) + ", " + mv::quoted(url) + ", " + mv::quoted(type) +
@@ -52,7 +53,8 @@ class ScanTest : public Base {
   }
   bool waitForStatus(const std::string& path, const std::string& status) {
     return waitFor([&] {
-      return this->count("link", "url = " + mv::quoted(site.host() + path) + " and status = " + mv::quoted(status)) == 1;
+      return this->count("link", "url = " + mv::quoted(site.host() + path) + " and status = " + mv::quoted(status)) ==
+             1;
     });
   }
   static std::string anchors(const std::string& path, int from, int to, const std::string& end = ".htm") {

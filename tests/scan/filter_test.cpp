@@ -19,23 +19,34 @@ TEST(FilterRules, CompareTheChosenPartOfALink) {
   const mv::FilterSubject image{"/img/banner1.gif", "host1", "gif"};
   const mv::FilterSubject page{"/page.htm", "host1", ""};
   const Case onImage[] = {
-      {"Link", "Contains", "banner", true},        {"Link", "Contains", "BANNER", false},
-      {"Link", "Equals", "/img/banner1.gif", true}, {"Link", "Equals", "/img", false},
-      {"Link", "Does Not Equal", "/img", true},    {"Link", "Does Not Equal", "/img/banner1.gif", false},
-      {"Link", "Begins With", "/img", true},       {"Link", "Begins With", "img", false},
-      {"Link", "Does Not Begin With", "/img", false}, {"Link", "Does Not Begin With", "/img/banner1.gif2", true},
-      {"Link", "Ends With", ".gif", true},         {"Link", "Ends With", "x/img/banner1.gif", false},
-      {"Link", "Does Not End With", ".gif", false}, {"Link", "Does Not End With", ".jpg", true},
-      {"Domain", "Equals", "host1", true},         {"Filetype", "Equals", "gif", true},
-      {"Filetype", "Does Not Equal", "gif", false}, {"Host", "Contains", "h", false},
-      {"Link", "contains", "banner", false},       {"Link", "", "banner", false},
+      {"Link", "Contains", "banner", true},
+      {"Link", "Contains", "BANNER", false},
+      {"Link", "Equals", "/img/banner1.gif", true},
+      {"Link", "Equals", "/img", false},
+      {"Link", "Does Not Equal", "/img", true},
+      {"Link", "Does Not Equal", "/img/banner1.gif", false},
+      {"Link", "Begins With", "/img", true},
+      {"Link", "Begins With", "img", false},
+      {"Link", "Does Not Begin With", "/img", false},
+      {"Link", "Does Not Begin With", "/img/banner1.gif2", true},
+      {"Link", "Ends With", ".gif", true},
+      {"Link", "Ends With", "x/img/banner1.gif", false},
+      {"Link", "Does Not End With", ".gif", false},
+      {"Link", "Does Not End With", ".jpg", true},
+      {"Domain", "Equals", "host1", true},
+      {"Filetype", "Equals", "gif", true},
+      {"Filetype", "Does Not Equal", "gif", false},
+      {"Host", "Contains", "h", false},
+      {"Link", "contains", "banner", false},
+      {"Link", "", "banner", false},
   };
   for (const Case& c : onImage)
-    EXPECT_EQ(mv::matches({c.field, c.op, "", "", c.value}, image), c.matches) << c.field << ' ' << c.op << ' ' << c.value;
+    EXPECT_EQ(mv::matches({c.field, c.op, "", "", c.value}, image), c.matches)
+        << c.field << ' ' << c.op << ' ' << c.value;
   EXPECT_FALSE(mv::matches({"Filetype", "Equals", "", "", "gif"}, page));
   EXPECT_TRUE(mv::matches({"Filetype", "Does Not Equal", "", "", "gif"}, page)) << "a document is no gif";
-  for (const char* op : {"Contains", "Equals", "Does Not Equal", "Begins With", "Does Not Begin With", "Ends With",
-                         "Does Not End With"})
+  for (const char* op :
+       {"Contains", "Equals", "Does Not Equal", "Begins With", "Does Not Begin With", "Ends With", "Does Not End With"})
     EXPECT_FALSE(mv::matches({"Filetype", op, "", "", ""}, page)) << op << " nothing";
 }
 

@@ -1,9 +1,8 @@
-#include "scan/clsLinkParser.h"
-
 #include <string>
 #include <vector>
 
 #include "platform/Database.h"
+#include "scan/clsLinkParser.h"
 #include "support/Fixture.h"
 
 namespace {
@@ -95,13 +94,13 @@ TEST_F(LinkStoring, ClassifiesEveryLink) {
 
 TEST_F(LinkStoring, KnowsTheMusicServiceByItsPrefix) {
   mv::gDatabase.execute("insert into valid_filetypes (name, can_delete) values (\"ram\", \"no\")");
-  mv::gDatabase.execute(
-      "insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(parser.SiteID) +
-      ", id from valid_filetypes where name = \"ram\" or name = \"mp3\"");
+  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " +
+                        std::to_string(parser.SiteID) +
+                        ", id from valid_filetypes where name = \"ram\" or name = \"mp3\"");
   parser.DomainHops = 1;
-  for (const auto& [url, type] : {std::pair("http://music.invalid/d/12.htm", "mp3"),
-                                  std::pair("http://music.invalid/d/song.ram", "ram"),
-                                  std::pair("http://music.invalid/download", "mp3")}) {
+  for (const auto& [url, type] :
+       {std::pair("http://music.invalid/d/12.htm", "mp3"), std::pair("http://music.invalid/d/song.ram", "ram"),
+        std::pair("http://music.invalid/download", "mp3")}) {
     ASSERT_TRUE(add(url)) << url;
     EXPECT_EQ(stored("file_type"), type) << url;
     EXPECT_EQ(stored("link_type"), "File") << url;
@@ -134,10 +133,10 @@ TEST_F(LinkStoring, EntersOnlyTheAllowedNumberOfForeignDomains) {
   EXPECT_TRUE(add("http://host1/own.htm"));
   parser.DomainHops = 2;
   parser.InitializeDomainHopper();
-  for (const auto& [url, kept] :
-       {std::pair("http://two/a.htm", true), std::pair("http://three/a.htm", true), std::pair("http://four/a.htm", false),
-        std::pair("http://two/b.htm", true), std::pair("https://three/b.htm", true), std::pair("http://four/b.htm", false),
-        std::pair("http://host1/c.htm", true), std::pair("http://host1.net/c.htm", false)})
+  for (const auto& [url, kept] : {std::pair("http://two/a.htm", true), std::pair("http://three/a.htm", true),
+                                  std::pair("http://four/a.htm", false), std::pair("http://two/b.htm", true),
+                                  std::pair("https://three/b.htm", true), std::pair("http://four/b.htm", false),
+                                  std::pair("http://host1/c.htm", true), std::pair("http://host1.net/c.htm", false)})
     EXPECT_EQ(add(url), kept) << url;
 }
 

@@ -1,10 +1,10 @@
-#include "scan/clsPageScanner.h"
-
 #include <gtest/gtest.h>
 
 #include <ctime>
 #include <string>
 #include <vector>
+
+#include "scan/clsPageScanner.h"
 
 namespace {
 
@@ -39,10 +39,14 @@ TEST(PageScanner, FindsTheLinksOfAPage) {
   const Case cases[] = {
       {"relative", R"(<a href="pics/a.jpg">)", tag, {"host1/g/pics/a.jpg"}},
       {"absolute", R"(<a href="http://host2/b.htm">)", tag, {"http://host2/b.htm"}},
-      {"rooted, mail, dotted", R"(<a href="/r"><a href="mailto:x@y"><a href="./d"><a href="../u">)", tag,
+      {"rooted, mail, dotted",
+       R"(<a href="/r"><a href="mailto:x@y"><a href="./d"><a href="../u">)",
+       tag,
        {"/r", "mailto:x@y", "./d", "../u"}},
       {"https counts as relative", R"(<a href="https://host2/b">)", tag, {"host1/g/https://host2/b"}},
-      {"three in page order", R"(x<a href="1">y<a href="2">z<a href="3">)", tag,
+      {"three in page order",
+       R"(x<a href="1">y<a href="2">z<a href="3">)",
+       tag,
        {"host1/g/1", "host1/g/2", "host1/g/3"}},
       {"none", "<p>nothing</p>", tag, {}},
       {"empty page", "", tag, {}},
@@ -57,10 +61,15 @@ TEST(PageScanner, FindsTheLinksOfAPage) {
       {"a search string holding >", "<b>x</b>", "<b>", {}},
       {"quote of a later tag is not ours", "<a href=ab><p class=\"c\">", tag, {"host1/g/a"}},
       {"attribute", R"(<img src="a.jpg" alt="x">)", "src=", {"host1/g/a.jpg"}},
-      {"an attribute is followed by as many characters as it has", R"(src="abc" src="de" x)", "src=",
+      {"an attribute is followed by as many characters as it has",
+       R"(src="abc" src="de" x)",
+       "src=",
        {"host1/g/abc", "host1/g/de"}},
       {"an occurrence in what is skipped is lost", R"(src="a" src="b" x)", "src=", {"host1/g/a"}},
-      {"skips characters, not bytes", "s=\xC3\xA9\xC3\xA9\xC3\xA9s=\"b\" x", "s=", {"host1/g/\xC3\xA9\xC3\xA9s=\"b", "host1/g/b"}},
+      {"skips characters, not bytes",
+       "s=\xC3\xA9\xC3\xA9\xC3\xA9s=\"b\" x",
+       "s=",
+       {"host1/g/\xC3\xA9\xC3\xA9s=\"b", "host1/g/b"}},
       {"no blank", R"(src="a.jpg">)", "src=", {"host1/g/a.jpg\">"}},
       {"a blank at once is an error", "src=\" x src=\"b\" ", "src=", {}},
       {"one character before the blank", "src=\"a x", "src=", {}},
@@ -132,9 +141,13 @@ TEST(PageScanner, HugeAndHostilePagesAreWalkedOnce) {
     std::size_t atLeast;
   };
   const Page pages[] = {
-      {R"(<a href="p.htm">x)", "<a href=", 1'000'000}, {"<a href=", "<a href=", 999'000}, {"<a href=\"", "<a href=", 999'000},
-      {"<a href=x>", "<a href=", 0},                   {"<a href=xy>", "<a href=", 1'000'000},
-      {"src=", "src=", 300'000},                       {"src=\"a.jpg\" ", "src=", 1'000'000},
+      {R"(<a href="p.htm">x)", "<a href=", 1'000'000},
+      {"<a href=", "<a href=", 999'000},
+      {"<a href=\"", "<a href=", 999'000},
+      {"<a href=x>", "<a href=", 0},
+      {"<a href=xy>", "<a href=", 1'000'000},
+      {"src=", "src=", 300'000},
+      {"src=\"a.jpg\" ", "src=", 1'000'000},
       {"<", "<a href=", 0},
   };
   for (const Page& page : pages) {

@@ -62,7 +62,8 @@ TEST_F(ScanWindowTest, ShowsTheScanInBothSizes) {
   EXPECT_EQ(text("lblPagesProcessed"), "Processed: 2");
   EXPECT_EQ(control<QProgressBar>(window, "pbarSave").value(), 2);
   EXPECT_EQ(control<QProgressBar>(window, "pbarSave").maximum(), 50);
-  EXPECT_EQ(control<QLineEdit>(window, "txtInfoPageURL").text(), "Page URL: " + mv::toQString(site.host()) + "/gone.htm");
+  EXPECT_EQ(control<QLineEdit>(window, "txtInfoPageURL").text(),
+            "Page URL: " + mv::toQString(site.host()) + "/gone.htm");
   EXPECT_EQ(text("lblInfoErrorPage"), mv::toQString(site.host()) + "/gone.htm");
   EXPECT_EQ(text("lblInfoErrorReason"), "Code: 404  -  Reason: Not Found");
   EXPECT_EQ(text("lblSiteId"), QString::number(siteId));

@@ -71,7 +71,7 @@ std::string headOf(const Resource& resource, bool keepAlive) {
                      (resource.reason.empty() ? usualPhrase(resource.status) : resource.reason) + "\r\n";
   if (!resource.type.empty() && !hasHeader(resource, "content-type")) head += "Content-Type: " + resource.type + "\r\n";
   if (announces && !hasHeader(resource, "content-length")) head += "Content-Length: " + std::to_string(length) + "\r\n";
-  for (const auto& [name, value] : resource.headers) head += name + ": " + value + "\r\n";
+  for (const auto& [name, value] : resource.headers) head.append(name).append(": ").append(value).append("\r\n");
   head += keepAlive ? "Connection: keep-alive\r\n" : "Connection: close\r\n";
   return head + "\r\n";
 }
