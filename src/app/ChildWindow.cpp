@@ -195,6 +195,18 @@ void ChildWindow::savePosition() {
   saveWindowPosition(toUtf8(positionKey()), at.top, at.left, at.height, at.width);
 }
 
+void ChildWindow::placeCascaded() {
+  const QMdiArea* area = frame_->mdiArea();
+  const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
+  const QSize space = area->viewport()->size() / 2;
+  const int steps = std::max(1, std::min(space.width(), space.height()) / step);
+  const auto opened = std::count_if(
+      WindowRegistry::instance().windows_.begin(), WindowRegistry::instance().windows_.end(),
+      [this](const ChildWindow* other) { return other != this && other->isChildVisible() && !other->isMinimised(); });
+  const int offset = static_cast<int>(opened % steps) * step;
+  frame_->move(offset, offset);
+}
+
 void ChildWindow::setFrameSize(int width, int height) { frame_->resize(twipsToPixels(width), twipsToPixels(height)); }
 
 }  // namespace mv

@@ -90,6 +90,8 @@ class ChildWindow : public QWidget {
   // Stores the place, unless the window is minimised. Raises DatabaseError.
   void savePosition();
   void setFrameSize(int width, int height);  // twips, frame included
+  // Moves the window from the top left to a place where the title bars of the windows opened before stay in reach.
+  void placeCascaded();
 
   void closeEvent(QCloseEvent* event) override;
 

@@ -10,6 +10,7 @@ namespace mv {
 
 EditorWindow::EditorWindow(const QString& caption, int width, int height) : ChildWindow(width, height) {
   setCaption(caption);
+  placeCascaded();
 }
 
 void EditorWindow::open() {

@@ -55,6 +55,7 @@ ProcessWindow::ProcessWindow(Process& process) : ChildWindow(kProcessWidth, kCol
   auto* outer = new QVBoxLayout(this);
   outer->setContentsMargins(0, 0, 0, 0);
   outer->addWidget(scroll);
+  placeCascaded();
   wire();
 }
 

@@ -26,6 +26,7 @@
 #include "shell/Clipboard.h"
 #include "shell/VendorServers.h"
 #include "shell/frmSplash.h"
+#include "sites/LinkCleaner.h"
 #include "sites/frmWebSites.h"
 
 namespace mv {
@@ -100,7 +101,10 @@ frmSplash& frmDownloadManager::splash() {
 void frmDownloadManager::closeEvent(QCloseEvent* event) {
   gAppClosing = true;
   unloadChildWindows();
-  guarded("frmDownloadManager", [this] { saveOwnPosition(); });
+  guarded("frmDownloadManager", [this] {
+    saveOwnPosition();
+    LinkCleaner::instance().finish();
+  });
   try {
     logClosed();
   } catch (const std::exception&) {

@@ -6,6 +6,7 @@
 
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
+#include "sites/LinkCleaner.h"
 
 namespace mv {
 
@@ -247,7 +248,7 @@ void discardNewSite(std::int32_t siteId) {
   deleteFrom("site_filter_xref", siteId);
 }
 
-void clearLinkCache(std::int32_t siteId) { deleteFrom("link", siteId); }
+void clearLinkCache(std::int32_t siteId) { LinkCleaner::instance().clear(siteId); }
 
 // ---- derivations ----
 

@@ -80,17 +80,18 @@ void updateSite(std::int32_t siteId, const SiteValues& values);
 void saveSiteFileTypes(std::int32_t siteId, const std::vector<std::int64_t>& fileTypeIds);
 void saveSiteFilters(std::int32_t siteId, const std::vector<std::pair<std::int64_t, std::string>>& filterIdsAndGlobal);
 void saveSiteForm(std::int32_t siteId, std::int32_t formId);
-void saveSiteFieldValues(std::int32_t siteId, const std::vector<std::pair<std::int64_t, std::string>>& fieldIdsAndValues);
+void saveSiteFieldValues(std::int32_t siteId,
+                         const std::vector<std::pair<std::int64_t, std::string>>& fieldIdsAndValues);
 // `text`: filter identifiers, one a line, lines ended by CR LF.
 void addDroppedFilters(std::int32_t siteId, const std::string& text);
 
-// Deleting. deleteSite(0) is a message. discardNewSite takes back what Apply of a new site wrote.
+// Deleting. Of a site with very many links the rest of them go in later events (LinkCleaner). deleteSite(0) is a message. discardNewSite takes back what Apply of a new site wrote.
 void deleteSite(std::int32_t siteId);
 void discardNewSite(std::int32_t siteId);
 void clearLinkCache(std::int32_t siteId);
 
-// Derivations of the editor. A leading "http://", exactly so written, is dropped; the domain is the text before the first
-// "/"; hops are 0 to 100; a base name is 1 to 199 characters, else "NewFile".
+// Derivations of the editor. A leading "http://", exactly so written, is dropped; the domain is the text before the
+// first "/"; hops are 0 to 100; a base name is 1 to 199 characters, else "NewFile".
 std::string siteLocation(std::string_view typed);
 std::string siteDomain(std::string_view location);
 long siteHops(std::string_view typed);

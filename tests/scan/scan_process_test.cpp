@@ -335,19 +335,4 @@ TEST_F(ScanProcessTest, AStartThatFailedIsTriedAgain) {
   EXPECT_TRUE(waitForStatus("/a.htm", "False"));
 }
 
-TEST_F(ScanProcessTest, StoppedInsideAMessageBoxItComesToRestBehindIt) {
-  site.page("/", anchors("/p", 0, 50));
-  begin();
-  QSignalSpy stopped(&process, &mv::Process::stopped);
-  mv::gDatabase.execute("alter table link rename column file_type to gone");
-  dialogs.duringMessage = [&] {
-    process.requestStop();
-    EXPECT_EQ(stopped.count(), 0);
-  };
-  ASSERT_TRUE(waitFor([&] { return stopped.count() == 1; }));
-  EXPECT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_FALSE(process.tmrOKToDownload.isActive());
-  EXPECT_EQ(pages.count(), 0);
-}
-
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/Settings.h"
+#include "sites/LinkCleaner.h"
 #include "sites/SiteStore.h"
 #include "support/Fixture.h"
 
@@ -185,6 +186,22 @@ TEST_F(SiteStoreTest, DeletesWhatBelongsToASite) {
   mv::discardNewSite(3);
   EXPECT_EQ(rowsOf(3), 3) << "login, values and links stay";
   EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
+  gDatabase.execute(
+      "insert into link (id, site_id) with recursive n(i) as (select 2 union all select i + 1 from n where i < 5001) "
+      "select i, 1 + i % 2 from n");
+  mv::clearLinkCache(1);
+  EXPECT_GT(count("link", "site_id = 1"), 0) << "all at once";
+  gDatabase.execute("insert into link (id, site_id) values (6000, 1)");
+  EXPECT_TRUE(mvtest::waitFor([] { return mv::LinkCleaner::instance().isIdle(); }));
+  EXPECT_EQ(value("select group_concat(id) from link where site_id = 1"), "6000") << "stored after the clearing";
+  EXPECT_EQ(count("link", "site_id = 2"), 2500);
+
+  mv::deleteSite(2);
+  mv::LinkCleaner::instance().finish();
+  EXPECT_EQ(count("link", "site_id = 2"), 0);
 }
 
 TEST_F(SiteStoreTest, DeletingNoSiteIsAMessage) {

@@ -1,0 +1,37 @@
+// Deletes the stored links of a site without holding the user-interface thread: a small cache is gone when the call
+// returns, a large one goes on in later events.
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+#include <deque>
+
+namespace mv {
+
+class LinkCleaner : public QObject {
+  Q_OBJECT
+ public:
+  static LinkCleaner& instance();
+
+  // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
+  // part done at once; a failure later is shown, and ends the work on that site.
+  void clear(std::int32_t siteId);
+  bool isIdle() const { return work_.empty(); }
+  // Does all that is left at once: before the database is closed. Raises DatabaseError.
+  void finish();
+
+ private:
+  struct Work {
+    std::int32_t siteId;
+    std::int64_t lastLink;  // the newest link when the clearing was asked for
+  };
+
+  // Deletes some more of the first site's links; takes the site off the list when none are left.
+  void deleteSome();
+  void goOn();
+
+  std::deque<Work> work_;
+  bool scheduled_ = false;
+};
+
+}  // namespace mv
