@@ -33,7 +33,8 @@ void resetSettings() {
 template <class Answer>
 std::optional<Answer> takeNext(std::deque<std::optional<Answer>>& answers) {
   if (answers.empty()) return std::nullopt;
-  std::optional<Answer> next = std::move(answers.front());
+  std::optional<Answer> next;
+  next.swap(answers.front());
   answers.pop_front();
   return next;
 }

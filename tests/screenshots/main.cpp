@@ -1,0 +1,146 @@
+// screenshots <folder>: harvests the bundled gallery with the program's own windows and writes pictures of them, for the
+// README and the user guide.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QIcon>
+#include <QMdiSubWindow>
+#include <QTabWidget>
+#include <QTest>
+#include <cstdio>
+
+#include "app/Settings.h"
+#include "app/WindowRegistry.h"
+#include "catalog/frmFileTypeChild.h"
+#include "catalog/frmFileTypeManager.h"
+#include "catalog/frmSitePaths.h"
+#include "demo/Gallery.h"
+#include "download/frmDownload.h"
+#include "platform/Text.h"
+#include "scan/frmNewTag.h"
+#include "scan/frmScan.h"
+#include "scan/frmTagManager.h"
+#include "shell/StartUp.h"
+#include "shell/frmDownloadManager.h"
+#include "shell/frmSplash.h"
+#include "sites/frmNew.h"
+#include "sites/frmWebSites.h"
+#include "support/ProgramRun.h"
+
+namespace {
+
+using namespace mv;
+
+constexpr const char* kFolderShown = "/home/anna/Pictures/gallery";
+constexpr int kPatienceMs = 60'000;
+
+QString target;
+
+void save(QWidget* widget, const QString& name) {
+  QTest::qWait(200);
+  const QString path = target + '/' + name + ".png";
+  std::printf("%s\n", qPrintable(path));
+  if (!widget->grab().save(path)) std::fprintf(stderr, "%s cannot be written\n", qPrintable(path));
+}
+
+QWidget* frameOf(ChildWindow* window) { return window->parentWidget(); }
+
+template <class Window>
+Window* find() {
+  return WindowRegistry::instance().find<Window>();
+}
+
+// In twips, within the main window of the picture.
+void arrange() {
+  find<frmWebSites>()->setPlace({0, 0, 4800, 6600});
+  find<frmScan>()->setPlace({0, 6700, 5175, 7400});
+  find<frmDownload>()->setPlace({5250, 6700, 5175, 7400});
+}
+
+void harvest(frmDownloadManager& window) {
+  window.resize(960, 740);
+  QTest::qWait(100);
+  for (ProcessWindow* process : {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})
+    if (process->DetailsCollapsed()) process->toggleDetails();
+  arrange();
+  find<frmDownload>()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
+  // In the middle of the work: some pages done, some waiting.
+  QElapsedTimer clock;
+  clock.start();
+  while (gDatabase.count("select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") < 4 &&
+         clock.elapsed() < kPatienceMs)
+    QTest::qWait(100);
+  window.splash().hide();
+  save(&window, "harvest");
+}
+
+void siteEditor(std::int32_t site) {
+  auto* editor = new frmNew;
+  editor->SiteID = site;
+  editor->SiteName = "gallery.example";
+  editor->Mode = "edit";
+  editor->setCaption("Edit: gallery.example");
+  editor->open();
+  save(frameOf(editor), "editor-required-info");
+  editor->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
+  auto* tabs = editor->findChild<QTabWidget*>("SSTab2");
+  for (int i = 0; i < tabs->count(); ++i) {
+    tabs->setCurrentIndex(i);
+    save(frameOf(editor), "editor-" + tabs->tabText(i).toLower().replace(' ', '-'));
+  }
+  editor->unload();
+}
+
+void managers(std::int32_t site) {
+  save(frameOf(showSingle<frmFileTypeManager>()), "filetype-manager");
+  auto* fileType = new frmFileTypeChild;
+  fileType->setCaption("New Filetype");
+  fileType->open();
+  save(frameOf(fileType), "filetype-editor");
+  save(frameOf(showSingle<frmTagManager>()), "tag-manager");
+  auto* tag = new frmNewTag;
+  tag->setCaption("New Tag");
+  tag->open();
+  save(frameOf(tag), "tag-editor");
+  auto* paths = new frmSitePaths;
+  paths->SiteID = site;
+  paths->SiteName = "gallery.example";
+  paths->setCaption("Path Manager for: gallery.example");
+  paths->open();
+  save(frameOf(paths), "path-manager");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: screenshots <folder>\n");
+    return 2;
+  }
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Morvane2000");
+  QApplication::setWindowIcon(QIcon(MORVANE_ICON));
+  target = QString::fromLocal8Bit(argv[1]);
+
+  mvtest::TestSite gallery;
+  mvtest::fillGallery(gallery);
+  mvtest::ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
+  folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
+  const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
+  gDatabase.execute("update site set auto_scan = \"no\", download_path = " + mv::quoted(kFolderShown) +
+                    " where id = " + std::to_string(site));
+  const std::string owner = std::to_string(site);
+  gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + owner + ", 20)");
+  for (const char* field : {"17, \"anna\"", "18, \"secret\""})
+    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field + ")");
+  gDatabase.close();
+
+  StartUp startUp;
+  if (!startUp.run(gProgramFolder)) return 1;
+  harvest(*startUp.mainWindow());
+  gDownloadFolder = kFolderShown;
+  siteEditor(site);
+  managers(site);
+  startUp.mainWindow()->close();
+  return 0;
+}
