@@ -64,7 +64,7 @@ void ListWindow::rebuild() {
   fillList();
   list_->setSorting(keepSorted_);
 
-  const int row = chosenRow();
+  const int row = rememberedRow();
   if (row < 0)
     forgetChosen();
   else
@@ -77,6 +77,11 @@ void ListWindow::choose(int row) {
 }
 
 int ListWindow::chosenRow() const {
+  const int row = rememberedRow();
+  return row >= 0 && list_->isRowSelected(row) ? row : -1;
+}
+
+int ListWindow::rememberedRow() const {
   if (idColumn_ >= 0) return chosenId_ == 0 ? -1 : list_->findRow(idColumn_, QString::number(chosenId_));
   return chosenText_.isEmpty() ? -1 : list_->findRow(0, chosenText_);
 }

@@ -27,7 +27,6 @@ class ListWindow : public ChildWindow {
   ListWindow(const QString& caption, int width, int height);
 
   ListView& list() { return *list_; }
-  QToolBar& toolbar() { return *toolbar_; }
   // Adds a toolbar button; `work` runs guarded. The accessible name and object name are the trimmed caption.
   QToolButton* addButton(const QString& caption, const QString& toolTip, const QIcon& icon, std::function<void()> work);
 
@@ -48,7 +47,7 @@ class ListWindow : public ChildWindow {
   // Id and text of the row last chosen; 0 and "" when none, or when it is gone after a rebuild.
   long chosenId() const { return chosenId_; }
   QString chosenText() const { return chosenText_; }
-  // The list row of chosenId(), -1 when none.
+  // The list row of chosenId(), -1 when there is none, or when the user has unmarked it.
   int chosenRow() const;
   void forgetChosen();
 
@@ -59,6 +58,7 @@ class ListWindow : public ChildWindow {
  private:
   void rebuild();
   void choose(int row);
+  int rememberedRow() const;
 
   QToolBar* toolbar_;
   ListView* list_;

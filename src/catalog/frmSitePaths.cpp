@@ -66,7 +66,7 @@ QWidget* frmSitePaths::buildFileTypesFrame() {
   lvwFiletypesAssigned_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   connect(lvwFiletypesAssigned_, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
   connect(lvwFiletypesAssigned_, &QTreeWidget::itemSelectionChanged, this,
-          [this] { cmdBrowse_->setEnabled(lvwFiletypesAssigned_->currentSelectedRow() >= 0); });
+          [this] { run([this] { selectionChanged(); }); });
 
   auto* column = new QVBoxLayout(frame);
   column->setContentsMargins(kFrameMargins);
@@ -126,9 +126,7 @@ void frmSitePaths::buildWorkingLists(const std::string& command, long) {
   lvwFiletypesAssigned_->setSorting(false);
   fillList();
   lvwFiletypesAssigned_->setSorting(true);
-  if (lvwFiletypesAssigned_->rowCount() == 0) return;
   lvwFiletypesAssigned_->setCurrentItem(lvwFiletypesAssigned_->topLevelItem(0));
-  showPathOfRow(0);
 }
 
 void frmSitePaths::fillList() {
@@ -138,6 +136,13 @@ void frmSitePaths::fillList() {
       std::to_string(SiteID));
   for (; !rows.endOfRows(); rows.moveNext())
     lvwFiletypesAssigned_->addRow({toQString(rows.text("vf.name")), toQString(rows.text("vf.id"))});
+}
+
+// The mouse, dragged over the rows, moves the selection without a click.
+void frmSitePaths::selectionChanged() {
+  const int row = lvwFiletypesAssigned_->currentSelectedRow();
+  cmdBrowse_->setEnabled(row >= 0);
+  if (row >= 0) showPathOfRow(row);
 }
 
 void frmSitePaths::showPathOfRow(int row) {

@@ -36,6 +36,7 @@ class frmSitePaths : public ChildWindow {
   QWidget* buildPathFrame();
   QWidget* buildCloseRow();
   void fillList();
+  void selectionChanged();
   void showPathOfRow(int row);
   void browse();
   QString askFolder(const QString& extension);

@@ -402,9 +402,9 @@ void DownloadProcess::receivingFailed(const std::exception& error) {
 // error after the pause; then the process goes on.
 void DownloadProcess::failed(const std::exception& error) {
   if (StopRequested()) return;
-  countError(error.what(), errorNumber(error));
   disableWorkTimer();
   tmrWaitForAWhile.start();
+  countError(error.what(), errorNumber(error));
 }
 
 }  // namespace mv

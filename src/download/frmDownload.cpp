@@ -2,31 +2,16 @@
 
 #include <QEvent>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
-#include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/ScrollingPage.h"
 #include "platform/PictureDisplay.h"
 #include "platform/Text.h"
 
 namespace mv {
-
-namespace {
-
-constexpr QMargins kTightMargins(4, 2, 4, 2);
-constexpr int kTightSpacing = 2;
-
-QLabel* makeLabel(const QString& name, const std::string& text) {
-  auto* label = new QLabel(toQString(text));
-  label->setObjectName(name);
-  label->setTextFormat(Qt::PlainText);
-  return label;
-}
-
-}  // namespace
 
 frmDownload::frmDownload() : frmDownload(std::make_unique<DownloadProcess>()) {}
 
@@ -41,26 +26,17 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
 QString frmDownload::positionKey() const { return "Download: " + toQString(process_->SiteName); }
 
 void frmDownload::initWindow() {
-  lblSiteId_->setText(QString::number(process_->SiteId));
-  lblSiteId_->hide();
-  process_->initWindow();
-  if (process_->StopRequested()) return;
-  run([this] { restoreProcessPosition(); });
+  run([this] {
+    prepareFor(process_->SiteId);
+    process_->initWindow();
+  });
 }
 
 void frmDownload::buildSummary() {
   lblFile_ = new ElidedLabel("lblFile", process_->fileLabel());
-  lblFilesInQueue_ = makeLabel("lblFilesInQueue", process_->queueText());
-  lblFilesProcessed_ = makeLabel("lblFilesProcessed", process_->processedText());
-  lblSiteId_ = makeLabel("lblSiteId", "Please Wait...");
-  lblSiteId_->setParent(this);
-  lblSiteId_->hide();
-
-  auto* counters = new QHBoxLayout;
-  counters->addWidget(lblFilesInQueue_, 1);
-  counters->addWidget(lblFilesProcessed_, 1);
-  summary().addWidget(lblFile_);
-  summary().addLayout(counters);
+  lblFilesInQueue_ = new ElidedLabel("lblFilesInQueue", process_->queueText());
+  lblFilesProcessed_ = new ElidedLabel("lblFilesProcessed", process_->processedText());
+  addSummary(lblFile_, lblFilesInQueue_, lblFilesProcessed_);
 }
 
 void frmDownload::buildDetails() {
@@ -87,52 +63,45 @@ QWidget* frmDownload::makePreviewTab() {
 }
 
 QWidget* frmDownload::makeInfoTab() {
-  auto* page = new QWidget;
-  auto* layout = new QVBoxLayout(page);
+  auto* tab = new QWidget;
+  auto* layout = new QVBoxLayout(makeScrollingPage(tab));
   layout->setContentsMargins(kTightMargins);
   layout->addWidget(makeDownloadPanel());
   layout->addWidget(makeErrorPanel("frmErrorInfo", "lblInfoErrorFile", "lblInfoErrorReason", "lblInfoErrorTime",
                                    "lblInfoErrorCount"));
   layout->addStretch();
-  auto* scroll = new QScrollArea;
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setWidgetResizable(true);
-  scroll->setWidget(page);
-  return scroll;
+  return tab;
 }
 
 QWidget* frmDownload::makeDownloadPanel() {
   auto* panel = new QGroupBox("Download Information");
   panel->setObjectName("frmDownloading");
-  lblInfoSize_ = makeLabel("lblInfoSize", process_->sizeText());
+  lblInfoSize_ = new QLabel(toQString(process_->sizeText()));
+  lblInfoSize_->setObjectName("lblInfoSize");
+  lblInfoSize_->setTextFormat(Qt::PlainText);
   lblInfoSize_->setWordWrap(true);
-  lblInfoBytesReceived_ = makeLabel("lblInfoBytesReceived", process_->receivedText());
-  lblInfoBytesLeft_ = makeLabel("lblInfoBytesLeft", process_->leftText());
-  txtInfoSavePath_ = new QLineEdit(toQString(process_->savePathText()));
-  txtInfoSavePath_->setObjectName("txtInfoSavePath");
-  txtInfoSavePath_->setAccessibleName("Saving to");
-  txtInfoSavePath_->setReadOnly(true);
+  lblInfoBytesReceived_ = new ElidedLabel("lblInfoBytesReceived", process_->receivedText());
+  lblInfoBytesLeft_ = new ElidedLabel("lblInfoBytesLeft", process_->leftText());
+  txtInfoSavePath_ = makeReadOnlyLine("txtInfoSavePath", "Saving to", process_->savePathText());
   auto* layout = new QVBoxLayout(panel);
   layout->setContentsMargins(kTightMargins);
   layout->setSpacing(kTightSpacing);
-  for (QWidget* line : {static_cast<QWidget*>(lblInfoSize_), static_cast<QWidget*>(lblInfoBytesReceived_),
-                        static_cast<QWidget*>(lblInfoBytesLeft_), static_cast<QWidget*>(txtInfoSavePath_)})
-    layout->addWidget(line);
+  layout->addWidget(lblInfoSize_);
+  layout->addWidget(lblInfoBytesReceived_);
+  layout->addWidget(lblInfoBytesLeft_);
+  layout->addWidget(txtInfoSavePath_);
   return panel;
 }
 
 void frmDownload::refresh() {
   ProcessWindow::refresh();
   lblFile_->setLine(process_->fileLabel());
-  lblFilesInQueue_->setText(toQString(process_->queueText()));
-  lblFilesProcessed_->setText(toQString(process_->processedText()));
+  lblFilesInQueue_->setLine(process_->queueText());
+  lblFilesProcessed_->setLine(process_->processedText());
   lblInfoSize_->setText(toQString(process_->sizeText()));
-  lblInfoBytesReceived_->setText(toQString(process_->receivedText()));
-  lblInfoBytesLeft_->setText(toQString(process_->leftText()));
-  const QString folder = toQString(process_->savePathText());
-  if (txtInfoSavePath_->text() == folder) return;
-  txtInfoSavePath_->setText(folder);
-  txtInfoSavePath_->setCursorPosition(0);
+  lblInfoBytesReceived_->setLine(process_->receivedText());
+  lblInfoBytesLeft_->setLine(process_->leftText());
+  showLine(*txtInfoSavePath_, process_->savePathText());
 }
 
 bool frmDownload::eventFilter(QObject* watched, QEvent* event) {

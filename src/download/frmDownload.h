@@ -45,12 +45,11 @@ class frmDownload : public ProcessWindow {
   bool previewDue_ = false;
   PictureDisplay* Gear1_ = nullptr;
   ElidedLabel* lblFile_ = nullptr;
-  QLabel* lblFilesInQueue_ = nullptr;
-  QLabel* lblFilesProcessed_ = nullptr;
-  QLabel* lblSiteId_ = nullptr;
+  ElidedLabel* lblFilesInQueue_ = nullptr;
+  ElidedLabel* lblFilesProcessed_ = nullptr;
   QLabel* lblInfoSize_ = nullptr;
-  QLabel* lblInfoBytesReceived_ = nullptr;
-  QLabel* lblInfoBytesLeft_ = nullptr;
+  ElidedLabel* lblInfoBytesReceived_ = nullptr;
+  ElidedLabel* lblInfoBytesLeft_ = nullptr;
   QLineEdit* txtInfoSavePath_ = nullptr;
 };
 

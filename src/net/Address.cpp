@@ -20,11 +20,6 @@ std::string_view withoutScheme(std::string_view address) {
   return address;
 }
 
-std::string_view hostPart(std::string_view address) {
-  const auto rest = withoutScheme(address);
-  return rest.substr(0, rest.find('/'));
-}
-
 std::string_view lastSegment(std::string_view address) {
   const auto slash = address.rfind('/');
   return slash == std::string_view::npos ? std::string_view() : address.substr(slash + 1);

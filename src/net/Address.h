@@ -9,9 +9,6 @@ namespace mv {
 // `address` without a leading "http://" or "https://" (exactly so written).
 std::string_view withoutScheme(std::string_view address);
 
-// The part of `address`, scheme removed, before its first "/"; the whole when there is none.
-std::string_view hostPart(std::string_view address);
-
 // The part behind the last "/"; "" when there is none.
 std::string_view lastSegment(std::string_view address);
 

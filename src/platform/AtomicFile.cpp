@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
+#include <utility>
 
 namespace mv {
 
@@ -65,10 +66,8 @@ struct AtomicFile::Private {
     raise(errno, path);
   }
 
-  void closeFile() {
-    if (file >= 0) close(file);
-    file = -1;
-  }
+  // False when the system tells only now that something could not be written.
+  bool closeFile() { return file < 0 || close(std::exchange(file, -1)) == 0; }
 
   int link(const std::string& name) const {
     const int done = linkat(AT_FDCWD, descriptorPath(file).c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
@@ -136,10 +135,9 @@ void AtomicFile::write(std::string_view bytes) {
 std::uint64_t AtomicFile::size() const { return d->size; }
 
 void AtomicFile::commit() {
-  const bool named = d->temporary.empty() && d->linkNameless();
-  if (!named && std::rename(d->temporary.c_str(), d->path.c_str()) != 0) raise(errno, d->path);
+  if (d->temporary.empty() && d->linkNameless()) return;
+  if (!d->closeFile() || std::rename(d->temporary.c_str(), d->path.c_str()) != 0) raise(errno, d->path);
   d->temporary.clear();
-  d->closeFile();
 }
 
 void AtomicFile::failAfterBytes(std::uint64_t bytes) { failFrom = bytes; }

@@ -22,7 +22,6 @@ class BodySpool {
   // After the last append: from here on it is read from the start. False as above.
   bool rewind();
   const std::string& error() const { return error_; }
-  bool onDisk() const { return file_ != nullptr; }
 
   // The next bytes, at most `size`; empty at the end, where the memory and the file are given back. Raises
   // std::runtime_error when the file cannot be read.

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <map>
 #include <new>
 #include <optional>
 
@@ -38,48 +37,38 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(start, text.find_last_not_of(kBlank) - start + 1);
 }
 
+struct Phrase {
+  long status;
+  const char* text;
+};
+
 // For servers that send none: HTTP/2 has no reason phrases.
+constexpr Phrase kPhrases[] = {
+    {400, "Bad Request"},
+    {401, "Unauthorized"},
+    {402, "Payment Required"},
+    {403, "Forbidden"},
+    {404, "Not Found"},
+    {405, "Method Not Allowed"},
+    {406, "Not Acceptable"},
+    {407, "Proxy Authentication Required"},
+    {408, "Request Timeout"},
+    {410, "Gone"},
+    {414, "URI Too Long"},
+    {421, "Misdirected Request"},
+    {429, "Too Many Requests"},
+    {451, "Unavailable For Legal Reasons"},
+    {500, "Internal Server Error"},
+    {501, "Not Implemented"},
+    {502, "Bad Gateway"},
+    {503, "Service Unavailable"},
+    {504, "Gateway Timeout"},
+};
+
 std::string standardPhrase(long status) {
-  static const std::map<long, std::string> phrases = {{400, "Bad Request"},
-                                                      {401, "Unauthorized"},
-                                                      {402, "Payment Required"},
-                                                      {403, "Forbidden"},
-                                                      {404, "Not Found"},
-                                                      {405, "Method Not Allowed"},
-                                                      {406, "Not Acceptable"},
-                                                      {407, "Proxy Authentication Required"},
-                                                      {408, "Request Timeout"},
-                                                      {409, "Conflict"},
-                                                      {410, "Gone"},
-                                                      {411, "Length Required"},
-                                                      {412, "Precondition Failed"},
-                                                      {413, "Content Too Large"},
-                                                      {414, "URI Too Long"},
-                                                      {415, "Unsupported Media Type"},
-                                                      {416, "Range Not Satisfiable"},
-                                                      {417, "Expectation Failed"},
-                                                      {421, "Misdirected Request"},
-                                                      {422, "Unprocessable Content"},
-                                                      {423, "Locked"},
-                                                      {424, "Failed Dependency"},
-                                                      {425, "Too Early"},
-                                                      {426, "Upgrade Required"},
-                                                      {428, "Precondition Required"},
-                                                      {429, "Too Many Requests"},
-                                                      {431, "Request Header Fields Too Large"},
-                                                      {451, "Unavailable For Legal Reasons"},
-                                                      {500, "Internal Server Error"},
-                                                      {501, "Not Implemented"},
-                                                      {502, "Bad Gateway"},
-                                                      {503, "Service Unavailable"},
-                                                      {504, "Gateway Timeout"},
-                                                      {505, "HTTP Version Not Supported"},
-                                                      {506, "Variant Also Negotiates"},
-                                                      {507, "Insufficient Storage"},
-                                                      {508, "Loop Detected"},
-                                                      {511, "Network Authentication Required"}};
-  const auto found = phrases.find(status);
-  return found == phrases.end() ? "HTTP status " + std::to_string(status) : found->second;
+  for (const Phrase& phrase : kPhrases)
+    if (phrase.status == status) return phrase.text;
+  return "HTTP status " + std::to_string(status);
 }
 
 CurlRequest* requestOf(void* self) { return static_cast<CurlRequest*>(self); }
@@ -120,6 +109,8 @@ void CurlRequest::setOptions(const std::string& url) {
   curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 1L);
   curl_easy_setopt(easy_, CURLOPT_MAXREDIRS, kMostRedirects);
   curl_easy_setopt(easy_, CURLOPT_NOSIGNAL, 1L);
+  // A request that ends while a name server is still silent must not wait for its answer.
+  curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // cookies on, nothing read from or written to disk
   curl_easy_setopt(easy_, CURLOPT_HSTS_CTRL, static_cast<long>(CURLHSTS_ENABLE));
   curl_easy_setopt(easy_, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
@@ -191,7 +182,7 @@ curl_socket_t CurlRequest::onOpen(void* self, curlsocktype, curl_sockaddr* addre
 int CurlRequest::onReady(void* self, char*, char* localAddress, int, int localPort) {
   auto* request = requestOf(self);
   request->beginHop();
-  request->loop_->connected(localAddress + (" " + std::to_string(localPort)), request);
+  request->loop_->connected(std::string(localAddress) + ' ' + std::to_string(localPort), request);
   if (request->lastState_ == kConnecting) request->raise(kConnected);
   request->raise(kRequesting);
   return CURL_PREREQFUNC_OK;
@@ -264,7 +255,7 @@ void CurlRequest::endOfHeaders() {
   if (mode_ != BodyMode::HeadersOnly || !isFinalResponse() || status_ >= 400) return;
   held_ = true;
   raise(kResponseReceived);
-  complete();
+  raise(kResponseCompleted);
 }
 
 std::string CurlRequest::header(std::string_view name) const {
@@ -312,23 +303,15 @@ std::string CurlRequest::takeChunk(std::size_t size, ChunkType type) {
 
 // ---- a held response
 
-bool CurlRequest::canResume(BodyMode mode) const {
-  if (!held_ || released_ || mode == BodyMode::HeadersOnly) return false;
-  // A server that compresses unasked: libcurl was told not to undo it, so a page is better asked for anew.
-  const auto encoding = lowered(header("content-encoding"));
-  return mode == BodyMode::File || encoding.empty() || encoding == "identity";
-}
-
 void CurlRequest::hold() {
   if (!held_ || !running_ || paused_) return;
   paused_ = true;
   curl_easy_pause(easy_, CURLPAUSE_RECV);
 }
 
-void CurlRequest::resume(BodyMode mode) {
-  mode_ = mode;
+void CurlRequest::resume() {
+  mode_ = BodyMode::File;
   held_ = false;
-  finalAddress_.clear();
   lastState_ = kRequestSent;
   if (!running_) {
     conclude(heldResult_);
@@ -397,16 +380,8 @@ void CurlRequest::conclude(CURLcode result) {
     if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"));
     raise(kResponseReceived);
     raiseDisconnected();
-    complete();
+    raise(kResponseCompleted);
   }
-}
-
-void CurlRequest::complete() {
-  const char* effective = nullptr;
-  curl_easy_getinfo(easy_, CURLINFO_EFFECTIVE_URL, &effective);
-  const auto final = effective == nullptr ? std::nullopt : toRequestAddress(effective);
-  if (final) finalAddress_ = final->url;
-  raise(kResponseCompleted);
 }
 
 void CurlRequest::fail(long code, const std::string& info) {

@@ -29,11 +29,12 @@ class CurlRequest : private CurlClient {
 
   void start();
 
-  // A completed header request whose body can still be had as `mode`.
-  bool canResume(BodyMode mode) const;
+  // A completed header request whose body can still be had.
+  bool canResume() const { return held_ && !released_; }
   // Stops reading from the connection until resume(); only after a completed header request.
   void hold();
-  void resume(BodyMode mode);
+  // Goes on with the body, as a file.
+  void resume();
   // Gives the connection of a held response up; what has been received stays readable.
   void release();
 
@@ -41,7 +42,6 @@ class CurlRequest : private CurlClient {
   std::string header(std::string_view name) const;
   long code() const { return code_; }
   const std::string& info() const { return info_; }
-  const std::string& finalAddress() const { return finalAddress_; }
 
  private:
   static int onResolve(void*, void*, void* self);
@@ -70,7 +70,6 @@ class CurlRequest : private CurlClient {
   void raise(TransferState state);
   void raiseDisconnected();
   void conclude(CURLcode result);
-  void complete();
   void fail(long code, const std::string& info);
 
   struct SlistDeleter {
@@ -111,7 +110,6 @@ class CurlRequest : private CurlClient {
 
   long code_ = 0;
   std::string info_;
-  std::string finalAddress_;
 };
 
 }  // namespace mv

@@ -13,7 +13,6 @@
 #include <list>
 #include <new>
 #include <optional>
-#include <regex>
 #include <unordered_map>
 #include <utility>
 
@@ -90,11 +89,18 @@ long numberOfCode(int code, std::string_view message) {
   }
 }
 
+// The engine knows a value by its place in the statement only: near "?2".
+std::string withoutPlaces(std::string message) {
+  for (std::size_t start = 0; (start = message.find("\"?", start)) != std::string::npos; ++start) {
+    const std::size_t end = message.find_first_not_of("0123456789", start + 2);
+    if (end != std::string::npos && message[end] == '"') message.replace(start, end + 1 - start, "a value");
+  }
+  return message;
+}
+
 [[noreturn]] void raise(sqlite3* connection, int code, const std::string& statementName) {
   if (code == SQLITE_NOMEM) throw std::bad_alloc();
-  // The engine knows a value by its place in the statement only.
-  static const std::regex placeholder("\"\\?[0-9]*\"");
-  const std::string message = std::regex_replace(std::string(sqlite3_errmsg(connection)), placeholder, "a value");
+  const std::string message = withoutPlaces(sqlite3_errmsg(connection));
   throw DatabaseError(numberOfCode(code, message), statementName + ": " + message);
 }
 
@@ -279,10 +285,13 @@ void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
 // journal may hold pages that the file has not: after a killed run, or beside another one.
 void checkDatabase(const std::string& path, const Database::TableNames& needed) {
   checkFile(path);
-  const bool journal = fileSize(path + "-wal") >= 0 || fileSize(path + "-journal") >= 0;
+  const bool rollBack = fileSize(path + "-journal") > 0;
+  const bool journal = rollBack || fileSize(path + "-wal") >= 0;
   try {
-    const ConnectionPtr probe = journal ? openHandle(path, SQLITE_OPEN_READONLY)
-                                        : openHandle(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    // Only a connection that may write can take back a change that was interrupted.
+    const int access = rollBack ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
+    const ConnectionPtr probe =
+        journal ? openHandle(path, access) : openHandle(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     sqlite3_db_config(probe.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     checkTables(probe.get(), path, needed);
     checkContent(probe.get(), fileSize(path), !journal);
@@ -532,7 +541,6 @@ void Database::open(const std::string& path, const TableNames& neededTables) {
   close();
   checkDatabase(path, neededTables);
   connection_ = std::make_shared<Connection>(path);
-  path_ = path;
 }
 
 void Database::close() { connection_.reset(); }

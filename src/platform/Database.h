@@ -110,7 +110,6 @@ class Database {
   // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
   void close();
   bool isOpen() const;
-  const std::string& path() const { return path_; }
 
   // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
   Recordset query(std::string_view sql);
@@ -129,7 +128,6 @@ class Database {
 
  private:
   std::shared_ptr<Connection> connection_;
-  std::string path_;
 };
 
 }  // namespace mv

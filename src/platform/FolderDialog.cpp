@@ -30,8 +30,7 @@ QString freeName(const QDir& parent) {
   return QStringLiteral("%1 (%2)").arg(name).arg(number);
 }
 
-}  // namespace
-
+// `path` itself, or its nearest parent that is a folder.
 QString nearestFolder(const QString& path) {
   if (path.isEmpty()) return QDir::homePath();
   QString folder = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
@@ -43,6 +42,8 @@ QString nearestFolder(const QString& path) {
   return folder;
 }
 
+}  // namespace
+
 FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
     : QDialog(parent),
       hint_(request.statusText),
@@ -51,27 +52,7 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
       line_(new QLineEdit(this)),
       status_(new QLabel(this)) {
   setWindowTitle(request.title);
-  auto* prompt = new QLabel(request.prompt, this);
-  prompt->setObjectName(QStringLiteral("prompt"));
-  prompt->setTextFormat(Qt::PlainText);
-  prompt->setWordWrap(true);
-  auto* lineLabel = new QLabel(QStringLiteral("&Folder:"), this);
-  line_->setObjectName(QStringLiteral("path"));
-  lineLabel->setBuddy(line_);
-  status_->setObjectName(QStringLiteral("status"));
-  status_->setTextFormat(Qt::PlainText);
-  status_->setWordWrap(true);
-
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(prompt);
-  layout->addWidget(tree_, 1);
-  auto* lineRow = new QHBoxLayout;
-  lineRow->addWidget(lineLabel);
-  lineRow->addWidget(line_, 1);
-  layout->addLayout(lineRow);
-  layout->addWidget(status_);
-  layout->addLayout(makeButtons());
-
+  layOut(request.prompt);
   connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
   // The folders above the current one arrive one after the other and are sorted later, each time moving it.
   settled_.setSingleShot(true);
@@ -85,6 +66,28 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
   showFolder(nearestFolder(request.initialFolder));
   resize(kInitialSize);
   tree_->setFocus();
+}
+
+void FolderDialog::layOut(const QString& promptText) {
+  auto* prompt = new QLabel(promptText, this);
+  prompt->setObjectName(QStringLiteral("prompt"));
+  line_->setObjectName(QStringLiteral("path"));
+  status_->setObjectName(QStringLiteral("status"));
+  for (QLabel* label : {prompt, status_}) {
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+  }
+  auto* lineLabel = new QLabel(QStringLiteral("&Folder:"), this);
+  lineLabel->setBuddy(line_);
+  auto* lineRow = new QHBoxLayout;
+  lineRow->addWidget(lineLabel);
+  lineRow->addWidget(line_, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(prompt);
+  layout->addWidget(tree_, 1);
+  layout->addLayout(lineRow);
+  layout->addWidget(status_);
+  layout->addLayout(makeButtons());
 }
 
 QTreeView* FolderDialog::makeTree() {

@@ -24,6 +24,7 @@ class FolderDialog : public QDialog {
 
  private:
   QTreeView* makeTree();
+  void layOut(const QString& promptText);
   QLayout* makeButtons();
   void treeMoved(const QModelIndex& index);
   void lineEdited();
@@ -40,8 +41,5 @@ class FolderDialog : public QDialog {
   QPushButton* newFolder_ = nullptr;
   QTimer settled_;  // runs out when the tree has stopped moving
 };
-
-// `path` itself, or its nearest parent that is a folder.
-QString nearestFolder(const QString& path);
 
 }  // namespace mv

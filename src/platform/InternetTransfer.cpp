@@ -22,7 +22,7 @@ class InternetTransfer::Private {
   }
 
   void start(const std::string& url, BodyMode mode);
-  bool resume(const std::string& url, BodyMode mode);
+  bool resume(const std::string& url);
   void drop();
   void enqueue(TransferState state);
 
@@ -56,13 +56,13 @@ void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   request->start();
 }
 
-bool InternetTransfer::Private::resume(const std::string& url, BodyMode mode) {
-  if (executing || !completed || url != address || !request || !request->canResume(mode)) return false;
+bool InternetTransfer::Private::resume(const std::string& url) {
+  if (executing || !completed || url != address || !request || !request->canResume()) return false;
   holdTimer.stop();
   holding = false;
   executing = true;
   completed = false;
-  request->resume(mode);
+  request->resume();
   return true;
 }
 
@@ -121,7 +121,7 @@ void InternetTransfer::Execute(const std::string& url, const std::string& operat
   if (toQString(operation).compare(QLatin1String("GET"), Qt::CaseInsensitive) != 0) {
     throw std::invalid_argument("The transfer knows no operation \"" + operation + "\"");
   }
-  if (!d->resume(url, mode)) d->start(url, mode);
+  if (mode != BodyMode::File || !d->resume(url)) d->start(url, mode);
 }
 
 void InternetTransfer::cancel() { d->drop(); }
@@ -139,8 +139,6 @@ std::string InternetTransfer::GetHeader(const std::string& name) const {
 long InternetTransfer::ResponseCode() const { return d->request ? d->request->code() : 0; }
 
 std::string InternetTransfer::ResponseInfo() const { return d->request ? d->request->info() : std::string(); }
-
-std::string InternetTransfer::FinalAddress() const { return d->completed ? d->request->finalAddress() : std::string(); }
 
 InternetTransfer::Limits& InternetTransfer::limits() {
   static Limits limits;

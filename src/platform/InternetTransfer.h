@@ -55,9 +55,8 @@ class InternetTransfer : public QObject {
   // is "GET" in any case of letters (std::invalid_argument otherwise). A running request is dropped without a signal.
   //
   // After a HeadersOnly request has completed, the connection stands still with the body unread. Execute of the same
-  // address with Text or File goes on with that very response: one request on the wire, no byte twice. Any other
-  // Execute, 30 s without one, cancel() or destruction drops it. If it was dropped by time, the address is requested
-  // anew.
+  // address with File goes on with that very response: one request on the wire, no byte twice. Any other Execute, 30 s
+  // without one, cancel() or destruction drops it. If it was dropped by time, the address is requested anew.
   void Execute(const std::string& url, const std::string& operation, BodyMode mode);
 
   // Drops a running or held request without a signal.
@@ -76,9 +75,6 @@ class InternetTransfer : public QObject {
   // list); 0 after success. ResponseInfo is the reason phrase or the error's description, without credentials.
   long ResponseCode() const;
   std::string ResponseInfo() const;
-
-  // The address of the final response, redirects followed, without credentials. "" before state 12.
-  std::string FinalAddress() const;
 
   // Limits in milliseconds, bytes and folders, process-wide, for tests and slow lines. Read when a request starts.
   struct Limits {

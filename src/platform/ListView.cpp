@@ -208,6 +208,14 @@ void ListView::mousePressEvent(QMouseEvent* event) {
     event->accept();
 }
 
+void ListView::mouseReleaseEvent(QMouseEvent* event) {
+  // A mouse dragged over the rows ends in no click, but moves the selection all the same.
+  const bool dragged = state() == DragSelectingState;
+  QTreeWidget::mouseReleaseEvent(event);
+  const int row = currentSelectedRow();
+  if (dragged && row >= 0) Q_EMIT rowChosen(row);
+}
+
 void ListView::keyPressEvent(QKeyEvent* event) {
   const int row = currentSelectedRow();
   switch (event->key()) {

@@ -50,7 +50,6 @@ class ListView : public QTreeWidget {
   // Sorting compares texts ("10" before "9"), without case first; equal rows keep their order.
   // While on, the list is kept in order of the current sort column and direction.
   void setSorting(bool on);
-  bool isSorting() const { return sorting_; }
   // The column-header rule of the list windows: sorts by `column`, ascending or descending by a flag that is one for
   // the whole list and turns at every call; the first call sorts ascending. Connected to header clicks by default.
   void sortByClick(int column);
@@ -73,6 +72,7 @@ class ListView : public QTreeWidget {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;

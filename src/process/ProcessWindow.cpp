@@ -3,12 +3,12 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QScrollArea>
+#include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <limits>
 
-#include "app/ReportError.h"
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "platform/Text.h"
 
@@ -19,9 +19,6 @@ namespace {
 constexpr const char* kShowDetails = "Show Details";
 constexpr const char* kHideDetails = "Hide Details";
 
-// A collapsed window has room for three lines below its title bar, and not a pixel more.
-constexpr QMargins kTightMargins(4, 2, 4, 2);
-constexpr int kTightSpacing = 2;
 constexpr int kProgressHeight = 12;
 constexpr int kSmallestList = 90;
 constexpr int kStateWidth = 60;
@@ -33,35 +30,14 @@ int asProgress(long value) { return static_cast<int>(std::clamp<long>(value, 0, 
 }  // namespace
 
 ProcessWindow::ProcessWindow(Process& process) : ChildWindow(kProcessWidth, kCollapsedHeight), process_(process) {
-  auto* content = new QWidget;
-  auto* lines = new QVBoxLayout(content);
-  lines->setContentsMargins(kTightMargins);
-  lines->setSpacing(kTightSpacing);
-  buildSummary();
-  buildDetails();
-  lines->addLayout(summary_);
-  auto* lastLine = new QHBoxLayout;
-  lastLine->addWidget(pbarSave_, 1);
-  lastLine->addWidget(btnDetails_);
-  lines->addLayout(lastLine);
-  lines->addWidget(details_, 1);
-  lines->addStretch(0);  // takes what a collapsed window has too much
-
-  auto* scroll = new QScrollArea;
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidgetResizable(true);
-  scroll->setWidget(content);
-  auto* outer = new QVBoxLayout(this);
-  outer->setContentsMargins(0, 0, 0, 0);
-  outer->addWidget(scroll);
+  buildControls();
+  buildLinkView();
+  layOut();
   placeCascaded();
   wire();
 }
 
-void ProcessWindow::buildSummary() {
-  summary_ = new QVBoxLayout;
-  summary_->setSpacing(kTightSpacing);
+void ProcessWindow::buildControls() {
   pbarSave_ = new QProgressBar;
   pbarSave_->setObjectName("pbarSave");
   pbarSave_->setAccessibleName("Progress");
@@ -70,19 +46,42 @@ void ProcessWindow::buildSummary() {
   pbarSave_->setRange(0, 1);
   btnDetails_ = new QPushButton(kShowDetails);
   btnDetails_->setObjectName("btnDetails");
+  lblSiteId_ = new QLabel("Please Wait...", this);
+  lblSiteId_->setObjectName("lblSiteId");
+  lblSiteId_->hide();
 }
 
-void ProcessWindow::buildDetails() {
+void ProcessWindow::layOut() {
+  summary_ = new QVBoxLayout;
+  summary_->setSpacing(kTightSpacing);
+  auto* lastLine = new QHBoxLayout;
+  lastLine->addWidget(pbarSave_, 1);
+  lastLine->addWidget(btnDetails_);
   details_ = new QWidget;
   details_->hide();
-  auto* layout = new QVBoxLayout(details_);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kTightSpacing);
-  buildLinkView();
+  auto* detailLines = new QVBoxLayout(details_);
+  detailLines->setContentsMargins(0, 0, 0, 0);
+  detailLines->setSpacing(kTightSpacing);
+
+  auto* lines = new QVBoxLayout(makeScrollingPage(this));
+  lines->setContentsMargins(kTightMargins);
+  lines->setSpacing(kTightSpacing);
+  lines->addLayout(summary_);
+  lines->addLayout(lastLine);
+  lines->addWidget(details_, 1);
+  lines->addStretch(0);  // takes what a collapsed window has too much
+}
+
+void ProcessWindow::addSummary(QWidget* line, QWidget* leftCounter, QWidget* rightCounter) {
+  auto* counters = new QHBoxLayout;
+  counters->addWidget(leftCounter, 1);
+  counters->addWidget(rightCounter, 1);
+  summary_->addWidget(line);
+  summary_->addLayout(counters);
 }
 
 void ProcessWindow::buildLinkView() {
-  lvwLinks_ = new QTreeView(details_);
+  lvwLinks_ = new QTreeView(this);
   lvwLinks_->setObjectName("lvwLinks");
   lvwLinks_->setAccessibleName("Links");
   lvwLinks_->setUniformRowHeights(true);
@@ -127,6 +126,29 @@ QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& su
   return panel;
 }
 
+QLineEdit* ProcessWindow::makeReadOnlyLine(const QString& name, const QString& accessibleName,
+                                           const std::string& text) {
+  auto* line = new QLineEdit(toQString(text));
+  line->setObjectName(name);
+  line->setAccessibleName(accessibleName);
+  line->setReadOnly(true);
+  return line;
+}
+
+void ProcessWindow::showLine(QLineEdit& line, const std::string& text) {
+  const QString shown = toQString(text);
+  if (line.text() == shown) return;
+  line.setText(shown);
+  line.setCursorPosition(0);
+}
+
+void ProcessWindow::prepareFor(std::int32_t siteId) {
+  lblSiteId_->setText(QString::number(siteId));
+  run([this] {
+    if (restorePosition()) setDetailsShown(place().height == kExpandedHeight);
+  });
+}
+
 void ProcessWindow::toggleDetails() {
   if (process_.StopRequested()) return;
   setDetailsShown(collapsed_);
@@ -137,10 +159,6 @@ void ProcessWindow::setDetailsShown(bool shown) {
   details_->setVisible(shown);
   btnDetails_->setText(shown ? kHideDetails : kShowDetails);
   setFrameSize(place().width, shown ? kExpandedHeight : kCollapsedHeight);
-}
-
-void ProcessWindow::restoreProcessPosition() {
-  if (restorePosition()) setDetailsShown(place().height == kExpandedHeight);
 }
 
 void ProcessWindow::sortLinks(int column) {

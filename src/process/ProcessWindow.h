@@ -12,6 +12,7 @@
 #include "process/Process.h"
 
 class QGroupBox;
+class QLineEdit;
 class QVBoxLayout;
 
 namespace mv {
@@ -19,6 +20,10 @@ namespace mv {
 inline constexpr int kProcessWidth = 4800;     // twips
 inline constexpr int kCollapsedHeight = 1600;  // twips
 inline constexpr int kExpandedHeight = 5175;   // twips
+
+// A collapsed window has room for three lines below its title bar, and not a pixel more.
+inline constexpr QMargins kTightMargins(4, 2, 4, 2);
+inline constexpr int kTightSpacing = 2;
 
 class ProcessWindow : public ChildWindow {
   Q_OBJECT
@@ -33,19 +38,20 @@ class ProcessWindow : public ChildWindow {
 
   // The area below the always visible lines, shown when expanded; it has a vertical layout.
   QWidget& details() { return *details_; }
-  // The always visible lines: those that subclasses add here, then one with the progress bar and the details button.
-  QVBoxLayout& summary() { return *summary_; }
-  QProgressBar& progressBar() { return *pbarSave_; }
+  // The always visible lines above the one with the progress bar and the details button.
+  void addSummary(QWidget* line, QWidget* leftCounter, QWidget* rightCounter);
   // The work list. A click on a column header sorts it, ascending and descending by turns, one flag for all columns.
   QTreeView& linkView() { return *lvwLinks_; }
   // "Last Error Logged" with its four labels, object names as given.
   QGroupBox* makeErrorPanel(const QString& frame, const QString& subject, const QString& reason, const QString& time,
                             const QString& count, const std::string& subjectCaption = "File:");
+  // A text of any length, to be read and copied only; showLine shows its start.
+  static QLineEdit* makeReadOnlyLine(const QString& name, const QString& accessibleName, const std::string& text);
+  static void showLine(QLineEdit& line, const std::string& text);
 
-  // Expands or collapses.
-  void setDetailsShown(bool shown);
-  // Restores the stored place; expanded when the stored height is kExpandedHeight, else collapsed.
-  void restoreProcessPosition();
+  // Before the process starts: keeps the site's id in the hidden `lblSiteId` and restores the stored place, expanded
+  // when the stored height is kExpandedHeight, else collapsed.
+  void prepareFor(std::int32_t siteId);
   // Copies the process's texts into the controls; subclasses call this first.
   virtual void refresh();
 
@@ -56,9 +62,10 @@ class ProcessWindow : public ChildWindow {
 
  private:
   void buildLinkView();
-  void buildSummary();
-  void buildDetails();
+  void buildControls();
+  void layOut();
   void wire();
+  void setDetailsShown(bool shown);
   void sortLinks(int column);
   void showRow(int row);
   void showErrorPanel();
@@ -66,6 +73,7 @@ class ProcessWindow : public ChildWindow {
   Process& process_;
   bool collapsed_ = true;
   bool sortDescending_ = false;
+  QLabel* lblSiteId_ = nullptr;
   QVBoxLayout* summary_ = nullptr;
   QWidget* details_ = nullptr;
   QProgressBar* pbarSave_ = nullptr;

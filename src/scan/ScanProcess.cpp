@@ -41,8 +41,7 @@ std::string endedBySlash(std::string_view path) {
 
 ScanProcess::ScanProcess() : Process({"Done", "ID", "URL"}, kWorkInterval) {}
 
-void ScanProcess::initWindow(std::function<void()> placeWindow) {
-  placeWindow_ = std::move(placeWindow);
+void ScanProcess::initWindow() {
   run([this] { start(); });
 }
 
@@ -52,15 +51,15 @@ void ScanProcess::start() {
   reloadLimits();
   updateStatus("pagestoscan");
   buildQueue();
+}
+
+void ScanProcess::finishStart() {
   buildTagArray();
-  if (const auto place = std::exchange(placeWindow_, {})) place();
-  if (StopRequested()) return;
   parser_.SiteID = SiteID;
   parser_.DomainHops = DomainHops;
   parser_.BuildFilters();
   parser_.InitializeDomainHopper();
   started_ = true;
-  enableWorkTimer();
 }
 
 void ScanProcess::readCredentials() {
@@ -96,28 +95,46 @@ void ScanProcess::buildTagArray() {
 
 void ScanProcess::buildQueue() {
   if (StopRequested()) return;
-  std::vector<WorkRow> rows(1);
-  rows[0].linkId = kStartPageLinkId;
-  rows[0].url = useUrlCredentials_ ? withCredentials(SiteName, userName_, password_) : "http://" + SiteName;
-  rows[0].tagged = false;
+  WorkRow startPage;
+  startPage.linkId = kStartPageLinkId;
+  // Whatever characters it holds, the password itself stays out of everything that is shown.
+  startPage.url = useUrlCredentials_ ? maskUserInfo(withCredentials(SiteName, {}, {})) : "http://" + SiteName;
+  startPage.tagged = false;
+  lvwLinks.append(std::move(startPage));
   rowsAdded_ = 1;
   baseUrl_ = SiteName;
 
   // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million
   // rows.
-  Recordset links = gDatabase.query(
+  waitingLinks_.emplace(gDatabase.query(
       "select id, status, site_id, url, link_type  from link where site_id = " + std::to_string(SiteID) +
-      " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\"");
-  for (; !links.endOfRows() && rowsAdded_ < kQueueLimit && rowsAdded_ < pagesLeft_; links.moveNext()) {
+      " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\""));
+  fillQueue();
+}
+
+void ScanProcess::fillQueue() {
+  if (!waitingLinks_) return;  // built meanwhile by a second call
+  const Slice slice;
+  Recordset& links = *waitingLinks_;
+  std::vector<WorkRow> rows;
+  const auto moreWanted = [&] { return !links.endOfRows() && rowsAdded_ < kQueueLimit && rowsAdded_ < pagesLeft_; };
+  for (; moreWanted() && !slice.spent(); links.moveNext(), ++rowsAdded_) {
     WorkRow& row = rows.emplace_back();
     row.linkId = links.number("id");
     row.url = restored(links.text("url"));
-    setCaption("Opening. Please wait..." + std::to_string(++rowsAdded_));
   }
   lvwLinks.append(std::move(rows));
+  if (moreWanted()) {
+    setCaption("Opening. Please wait..." + std::to_string(rowsAdded_));
+    yieldThen([this] { fillQueue(); });
+    return;
+  }
+  waitingLinks_.reset();
   setCaption(scanCaption());
   updateStatus("pagestoscan");
   setProgress(pagesProcessed_, pagesLeft_);
+  if (!started_) finishStart();
+  enableWorkTimer();
 }
 
 void ScanProcess::tick() {
@@ -156,20 +173,17 @@ void ScanProcess::takeUp(int index) {
   setProgress(pagesProcessed_, progressMaximum());
   baseUrl_ = isStartPage ? SiteName : currentUrl_;
   requestKind_ = kGetPage;
-  // The start page's address holds the credentials already.
-  const bool addCredentials = useUrlCredentials_ && !isStartPage;
-  Inet2.Execute(addCredentials ? withCredentials(currentUrl_, userName_, password_) : currentUrl_, "GET",
+  Inet2.Execute(useUrlCredentials_ ? withCredentials(baseUrl_, userName_, password_) : currentUrl_, "GET",
                 BodyMode::Text);
 }
 
 void ScanProcess::rebuildQueue() {
+  disableWorkTimer();
   lvwLinks.clear();
   reloadLimits();
   pagesProcessed_ = 0;
-  buildQueue();
-  updateStatus("pagestoscan");
   labelUrl_.clear();
-  enableWorkTimer();
+  buildQueue();
 }
 
 void ScanProcess::markPageDone() {
@@ -320,6 +334,7 @@ std::string ScanProcess::computeBasePath() const {
 std::string ScanProcess::computeBasePath(const std::string& baseHref) const { return endedBySlash(baseHref); }
 
 void ScanProcess::failed(const std::exception& error) {
+  waitingLinks_.reset();
   setCaption(scanCaption());
   report(error);
   // A request that was started before the failure will switch the timer on itself.

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/Database.h"
 #include "process/Process.h"
 #include "scan/clsLinkParser.h"
 #include "scan/clsPageScanner.h"
@@ -27,10 +28,11 @@ class ScanProcess : public Process {
 
   static constexpr int kQueueLimit = 10000;
 
-  // Starts the scan: credentials, limits, queue, tags, the window's place (by `placeWindow`), filters, work timer. When
-  // one of them fails the work timer's next tick starts it anew.
-  void initWindow(std::function<void()> placeWindow = {});
+  // Starts the scan: credentials, limits, queue, tags, filters, work timer. When one of them fails the work timer's
+  // next tick starts it anew.
+  void initWindow();
   void buildTagArray();
+  // Adds the start page and the links that wait. A long queue is built in slices; the scan goes on when it is complete.
   void buildQueue();
   // One work step, as the timer runs it.
   void crawlStep();
@@ -63,11 +65,13 @@ class ScanProcess : public Process {
   enum class Walk { BaseHref, Links };
 
   void start();
+  void finishStart();
   void readCredentials();
   std::string siteField(int fieldId) const;
   void reloadLimits();
   void crawl();
   void takeUp(int row);
+  void fillQueue();
   void rebuildQueue();
   void markPageDone();
   void pageFailed();
@@ -84,7 +88,7 @@ class ScanProcess : public Process {
 
   clsLinkParser parser_;
   clsPageScanner scanner_;
-  std::function<void()> placeWindow_;
+  std::optional<Recordset> waitingLinks_;  // while the queue is built
   bool started_ = false;
   std::vector<std::string> tags_;
 

@@ -51,13 +51,9 @@ std::size_t clsPageScanner::Finder::next(std::string_view text, char c, std::siz
   return found;
 }
 
-void clsPageScanner::setHtml(std::string html) { setHtml(std::make_shared<const std::string>(std::move(html))); }
-
-void clsPageScanner::setHtml(std::shared_ptr<const std::string> html) {
-  if (page_ != html) {
-    page_ = std::move(html);
-    angle_ = quote_ = space_ = Finder();
-  }
+void clsPageScanner::setHtml(std::string html) {
+  page_ = std::move(html);
+  angle_ = quote_ = space_ = Finder();
   restart();
 }
 
@@ -66,7 +62,7 @@ void clsPageScanner::restart() {
   start();
 }
 
-std::string_view clsPageScanner::html() const { return std::string_view(*page_).substr(position_); }
+std::string_view clsPageScanner::html() const { return std::string_view(page_).substr(position_); }
 
 void clsPageScanner::setSearchString(std::string searchString) {
   searchString_ = std::move(searchString);
@@ -80,7 +76,7 @@ void clsPageScanner::start() {
 }
 
 bool clsPageScanner::seek(std::size_t bytes) {
-  const std::string_view page = *page_;
+  const std::string_view page = page_;
   if (atOccurrence_ || seeked_ >= page.size()) return true;
   if (searchString_.empty()) {
     seeked_ = page.size();
@@ -95,7 +91,7 @@ bool clsPageScanner::seek(std::size_t bytes) {
 }
 
 void clsPageScanner::getLink() {
-  seek(page_->size());
+  seek(page_.size());
   if (!atOccurrence_) {
     notFound();
     return;
@@ -111,7 +107,7 @@ void clsPageScanner::getLink() {
 
 // A whole tag: the text up to the character before ">", out of its quotes.
 std::string_view clsPageScanner::takeTag(std::size_t at) {
-  const std::string_view page = *page_;
+  const std::string_view page = page_;
   std::size_t from = at + searchString_.size();
   position_ = from;
   const std::size_t angle = angle_.next(page, '>', at);
@@ -124,7 +120,7 @@ std::string_view clsPageScanner::takeTag(std::size_t at) {
 // An attribute: the text behind its quote up to the character before the next blank. A blank that has no character
 // before it ends the walk.
 std::optional<std::string_view> clsPageScanner::takeAttribute(std::size_t at) {
-  const std::string_view page = *page_;
+  const std::string_view page = page_;
   const std::size_t from = charactersOn(page, at + searchString_.size(), 1);
   position_ = charactersOn(page, from, characterCount(searchString_));
   const std::size_t space = space_.next(page, ' ', from);

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,9 +12,8 @@ namespace mv {
 
 class clsPageScanner {
  public:
-  // The text still to be searched. Setting a shared page costs nothing per tag.
+  // The text still to be searched.
   void setHtml(std::string html);
-  void setHtml(std::shared_ptr<const std::string> html);
   std::string_view html() const;
   // Makes html() the whole text last set again.
   void restart();
@@ -57,7 +55,7 @@ class clsPageScanner {
   void setLink(std::string_view found);
   void notFound();
 
-  std::shared_ptr<const std::string> page_ = std::make_shared<const std::string>();
+  std::string page_;
   std::size_t position_ = 0;   // where html() starts
   std::size_t seeked_ = 0;     // no occurrence starts between position_ and here
   bool atOccurrence_ = false;  // one starts at seeked_

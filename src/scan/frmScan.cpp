@@ -1,12 +1,10 @@
 #include "scan/frmScan.h"
 
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/ReportError.h"
 #include "platform/Text.h"
 
 namespace mv {
@@ -22,21 +20,11 @@ void frmScan::buildSummary() {
   lblPage_ = new ElidedLabel("lblPage", process_->pageLabel());
   lblPagesToScan_ = new ElidedLabel("lblPagesToScan", process_->toScanText());
   lblPagesProcessed_ = new ElidedLabel("lblPagesProcessed", process_->processedText());
-  lblSiteId_ = new QLabel(this);
-  lblSiteId_->setObjectName("lblSiteId");
-  lblSiteId_->hide();
-  auto* counters = new QHBoxLayout;
-  counters->addWidget(lblPagesToScan_, 1);
-  counters->addWidget(lblPagesProcessed_, 1);
-  summary().addWidget(lblPage_);
-  summary().addLayout(counters);
+  addSummary(lblPage_, lblPagesToScan_, lblPagesProcessed_);
 }
 
 void frmScan::buildDetails() {
-  txtInfoPageURL_ = new QLineEdit(toQString(process_->pageUrlText()));
-  txtInfoPageURL_->setObjectName("txtInfoPageURL");
-  txtInfoPageURL_->setAccessibleName("Page URL");
-  txtInfoPageURL_->setReadOnly(true);
+  txtInfoPageURL_ = makeReadOnlyLine("txtInfoPageURL", "Page URL", process_->pageUrlText());
   QLayout& lines = *details().layout();
   lines.addWidget(&linkView());
   lines.addWidget(txtInfoPageURL_);
@@ -46,8 +34,8 @@ void frmScan::buildDetails() {
 
 void frmScan::initWindow() {
   run([this] {
-    lblSiteId_->setText(QString::number(process_->SiteID));
-    process_->initWindow([this] { guarded("frmScan.initWindow", [this] { restoreProcessPosition(); }); });
+    prepareFor(process_->SiteID);
+    process_->initWindow();
     refresh();
   });
 }
@@ -59,10 +47,7 @@ void frmScan::refresh() {
   lblPage_->setLine(process_->pageLabel());
   lblPagesToScan_->setLine(process_->toScanText());
   lblPagesProcessed_->setLine(process_->processedText());
-  const QString address = toQString(process_->pageUrlText());
-  if (txtInfoPageURL_->text() == address) return;
-  txtInfoPageURL_->setText(address);
-  txtInfoPageURL_->setCursorPosition(0);
+  showLine(*txtInfoPageURL_, process_->pageUrlText());
 }
 
 }  // namespace mv

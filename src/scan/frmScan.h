@@ -32,7 +32,6 @@ class frmScan : public ProcessWindow {
   ElidedLabel* lblPage_;
   ElidedLabel* lblPagesToScan_;
   ElidedLabel* lblPagesProcessed_;
-  QLabel* lblSiteId_;
   QLineEdit* txtInfoPageURL_;
 };
 

@@ -12,6 +12,7 @@
 #include "platform/Text.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
+#include "sites/LinkCleaner.h"
 #include "sites/frmWebSites.h"
 #include "store/ProgramDatabase.h"
 
@@ -27,7 +28,8 @@ constexpr const char* kSharedFolder = "/../share/morvane2000";
 
 std::string findProgramFolder(const std::string& executableFolder, const std::string& userFolder) {
   const QString own = toQString(executableFolder);
-  const QString shipped = QDir::cleanPath(own + QString::fromLatin1(kSharedFolder)) + QString::fromLatin1(kDatabaseName);
+  const QString shipped =
+      QDir::cleanPath(own + QString::fromLatin1(kSharedFolder)) + QString::fromLatin1(kDatabaseName);
   const bool writable = QFileInfo(own).isWritable();
   if (writable && (QFile::exists(own + QString::fromLatin1(kDatabaseName)) || !QFile::exists(shipped)))
     return executableFolder;
@@ -63,6 +65,7 @@ void StartUp::openData(const std::string& programFolder) {
   guarded("loadPreferences", loadPreferences);
   upgradeDatabase();
   ensureIndexes();
+  guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
 }
 
 void StartUp::openWindows() {

@@ -49,6 +49,16 @@ QPoint withinView(const QRect& place) {
   return primary ? primary->availableGeometry().topLeft() : QPoint();
 }
 
+// A cache that was to be cleared must not come back half at the next start.
+void finishClearing() {
+  guarded("LinkCleaner", [] { LinkCleaner::instance().finish(); });
+}
+
+void endAtOnce() {
+  finishClearing();
+  endProgramNow();
+}
+
 }  // namespace
 
 frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
@@ -64,7 +74,7 @@ frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   buildHelpMenu();
   buildStatusIndicators();
   timerQuit.setInterval(kTimerQuitInterval);
-  connect(&timerQuit, &QTimer::timeout, this, [] { endProgramNow(); });
+  connect(&timerQuit, &QTimer::timeout, this, [] { endAtOnce(); });
   move(0, 0);
   resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
 }
@@ -101,10 +111,8 @@ frmSplash& frmDownloadManager::splash() {
 void frmDownloadManager::closeEvent(QCloseEvent* event) {
   gAppClosing = true;
   unloadChildWindows();
-  guarded("frmDownloadManager", [this] {
-    saveOwnPosition();
-    LinkCleaner::instance().finish();
-  });
+  guarded("frmDownloadManager", [this] { saveOwnPosition(); });
+  finishClearing();
   try {
     logClosed();
   } catch (const std::exception&) {
@@ -146,7 +154,7 @@ void frmDownloadManager::buildFileMenu() {
   menu->setObjectName(QStringLiteral("mnuFile"));
   addItem(menu, "mnuFilePrefs", QStringLiteral("&Preferences..."));
   menu->addSeparator()->setObjectName(QStringLiteral("mnuSep5"));
-  addItem(menu, "mnuFileExit", QStringLiteral("&Exit"), [] { endProgramNow(); });
+  addItem(menu, "mnuFileExit", QStringLiteral("&Exit"), endAtOnce);
 }
 
 void frmDownloadManager::buildEditMenu() {

@@ -7,9 +7,9 @@
 #include <QVBoxLayout>
 
 #include "app/ListHelpers.h"
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "platform/Text.h"
-#include "sites/SiteStore.h"
 
 namespace mv {
 
@@ -25,14 +25,21 @@ std::function<void()>& installedNewFilterOpener() {
   return opener;
 }
 
-void addNamedRow(ListView& list, std::int64_t id, const std::string& name) {
-  list.addRow({toQString(name), QString::number(id)});
+void showTypes(ListView& list, const std::vector<NamedId>& types) {
+  list.setSorting(false);
+  list.clearRows();
+  for (const NamedId& type : types) list.addRow({toQString(type.name), QString::number(type.id)});
+  list.setSorting(true);
+}
+
+QStringList textsOf(const SiteFilter& filter) {
+  return {toQString(filter.name), QString::number(filter.id), toQString(filter.global)};
 }
 
 }  // namespace
 
-AssignmentLists::AssignmentLists(SlotRunner runner, const Texts& texts, const std::vector<const char*>& assignedHidden)
-    : run_(std::move(runner)),
+AssignmentLists::AssignmentLists(const Texts& texts, const std::vector<const char*>& assignedHidden)
+    : rows_(new QVBoxLayout(makeScrollingPage(this))),
       available_(makeList(texts.availableName, texts.availableTip, texts.column, {"ID"})),
       toAssigned_(makeButton(texts.toAssigned, ">")),
       toAvailable_(makeButton(texts.toAvailable, "<")),
@@ -51,8 +58,7 @@ AssignmentLists::AssignmentLists(SlotRunner runner, const Texts& texts, const st
   lists->addLayout(buttons);
   lists->addWidget(titled(texts.assignedTitle, assigned_), 1);
 
-  auto* layout = new QVBoxLayout(this);
-  layout->addLayout(lists, 1);
+  rows_->addLayout(lists, 1);
   connectAll();
 }
 
@@ -95,11 +101,11 @@ void AssignmentLists::connectAll() {
   connect(available_, &ListView::entered, this, [this] { allowMove(true); });
   connect(assigned_, &ListView::entered, this, [this] { allowMove(false); });
   connect(toAssigned_, &QPushButton::clicked, this, [this] {
-    run([this] { moveToAssigned(); });
+    moveToAssigned();
     Q_EMIT moved();
   });
   connect(toAvailable_, &QPushButton::clicked, this, [this] {
-    run([this] { moveToAvailable(); });
+    moveToAvailable();
     Q_EMIT moved();
   });
   connect(create_, &QPushButton::clicked, this, &AssignmentLists::newWanted);
@@ -117,9 +123,8 @@ void AssignmentLists::disableMoves() {
 
 // --- file types
 
-FileTypeLists::FileTypeLists(SlotRunner runner)
-    : AssignmentLists(std::move(runner),
-                      {"Extension",
+FileTypeLists::FileTypeLists()
+    : AssignmentLists({"Extension",
                        "lvwFiletypesAvailable",
                        "Available Filetypes",
                        "These filetypes will not be downloaded from this site",
@@ -137,36 +142,20 @@ FileTypeLists::FileTypeLists(SlotRunner runner)
   txtFiletypeDescription_->setAccessibleName("Filetype Description");
   auto* label = new QLabel("Filetype Description", this);
   label->setBuddy(txtFiletypeDescription_);
-  layout()->addWidget(label);
-  layout()->addWidget(txtFiletypeDescription_);
+  rows().addWidget(label);
+  rows().addWidget(txtFiletypeDescription_);
 
   for (ListView* list : {&available(), &assigned()})
-    connect(list, &ListView::rowChosen, this, [this, list](int row) { run([&] { showDescription(*list, row); }); });
+    connect(list, &ListView::rowChosen, this,
+            [this, list](int row) { Q_EMIT typeChosen(list->cell(row, kIdColumn).toLongLong()); });
 }
 
-void FileTypeLists::buildForNewSite() {
-  build([this] {
-    for (const NamedId& type : loadDefaultFileTypes()) addNamedRow(assigned(), type.id, type.name);
-  });
-}
+void FileTypeLists::buildForNewSite() { build(loadDefaultFileTypes()); }
+void FileTypeLists::buildForSite(std::int32_t siteId) { build(loadSiteFileTypes(siteId)); }
 
-void FileTypeLists::buildForSite(std::int32_t siteId) {
-  build([this, siteId] {
-    for (const NamedId& type : loadSiteFileTypes(siteId)) addNamedRow(assigned(), type.id, type.name);
-  });
-}
-
-void FileTypeLists::build(const std::function<void()>& fillAssigned) {
-  for (ListView* list : {&available(), &assigned()}) {
-    list->setSorting(false);
-    list->clearRows();
-  }
-  for (Recordset types = gDatabase.query("select id, name from valid_filetypes order by id"); !types.endOfRows();
-       types.moveNext())
-    addNamedRow(available(), types.number("id"), types.text("name"));
-  fillAssigned();
-  available().setSorting(true);
-  assigned().setSorting(true);
+void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
+  showTypes(available(), listFileTypes());
+  showTypes(assigned(), assignedTypes);
   removeListedItems(available(), assigned());
 }
 
@@ -180,9 +169,9 @@ std::vector<std::int64_t> FileTypeLists::assignedIds() const {
 void FileTypeLists::moveToAssigned() { moveSelectedItems(available(), assigned()); }
 void FileTypeLists::moveToAvailable() { moveSelectedItems(assigned(), available()); }
 
-void FileTypeLists::showDescription(const ListView& list, int row) {
-  const std::string id = std::to_string(list.cell(row, kIdColumn).toLongLong());
-  for (Recordset types = gDatabase.query("select description from valid_filetypes where id = " + id);
+void FileTypeLists::showDescription(std::int64_t fileTypeId) {
+  for (Recordset types =
+           gDatabase.query("select description from valid_filetypes where id = " + std::to_string(fileTypeId));
        !types.endOfRows(); types.moveNext()) {
     txtFiletypeDescription_->setText(toQString(types.text("description")));
     txtFiletypeDescription_->setCursorPosition(0);
@@ -194,9 +183,8 @@ void FileTypeLists::showDescription(const ListView& list, int row) {
 void setNewFilterOpener(std::function<void()> opener) { installedNewFilterOpener() = std::move(opener); }
 const std::function<void()>& newFilterOpener() { return installedNewFilterOpener(); }
 
-FilterLists::FilterLists(SlotRunner runner)
-    : AssignmentLists(std::move(runner),
-                      {"Filter Name",
+FilterLists::FilterLists()
+    : AssignmentLists({"Filter Name",
                        "lvwFiltersAvailable",
                        "Available Filters",
                        "",
@@ -212,37 +200,26 @@ FilterLists::FilterLists(SlotRunner runner)
 }
 
 void FilterLists::buildForNewSite() {
-  fillAvailable();
+  showAvailable(listFilters(false));
   removeListedItems(available(), assigned());
 }
 
 void FilterLists::buildForSite(std::int32_t siteId) {
-  fillAvailable();
-  fillAssigned(siteId);
+  const std::vector<SiteFilter> own = loadSiteFilters(siteId);
+  const std::vector<SiteFilter> global = listFilters(true);
+  showAvailable(listFilters(false));
+  assigned().clearRows();
+  for (const SiteFilter& filter : own) assigned().addRow(textsOf(filter), true);
+  for (const SiteFilter& filter : global) assigned().addRow(textsOf(filter));
   removeListedItems(available(), assigned());
 }
 
-void FilterLists::fillAvailable() {
+void FilterLists::showAvailable(const std::vector<SiteFilter>& filters) {
   createButton().setEnabled(static_cast<bool>(newFilterOpener()));
   available().setSorting(false);
   available().clearRows();
-  for (Recordset filters =
-           gDatabase.query("select id, name, global from filter where global = " + quoted("no") + " order by id");
-       !filters.endOfRows(); filters.moveNext())
-    addNamedRow(available(), filters.number("id"), filters.text("name"));
+  for (const SiteFilter& filter : filters) available().addRow({toQString(filter.name), QString::number(filter.id)});
   available().setSorting(true);
-}
-
-void FilterLists::fillAssigned(std::int32_t siteId) {
-  assigned().setSorting(false);
-  assigned().clearRows();
-  for (const SiteFilter& filter : loadSiteFilters(siteId))
-    assigned().addRow({toQString(filter.name), QString::number(filter.id), toQString(filter.global)}, true);
-  for (Recordset filters =
-           gDatabase.query("select id, name, global from filter where global = " + quoted("yes") + " order by id");
-       !filters.endOfRows(); filters.moveNext())
-    assigned().addRow(
-        {toQString(filters.text("name")), QString::number(filters.number("id")), toQString(filters.text("global"))});
 }
 
 bool FilterLists::isGlobal(int row) const { return isYes(toUtf8(assigned().cell(row, kGlobalColumn))); }

@@ -10,10 +10,11 @@
 #include <vector>
 
 #include "platform/ListView.h"
-#include "sites/SlotRunner.h"
+#include "sites/SiteStore.h"
 
 class QLineEdit;
 class QPushButton;
+class QVBoxLayout;
 
 namespace mv {
 
@@ -48,9 +49,10 @@ class AssignmentLists : public QWidget {
     const char* createCaption;
   };
   // `assignedHidden`: titles of the assigned list's columns that the user does not see, after the identifier.
-  AssignmentLists(SlotRunner runner, const Texts& texts, const std::vector<const char*>& assignedHidden);
+  AssignmentLists(const Texts& texts, const std::vector<const char*>& assignedHidden);
 
-  void run(const std::function<void()>& work) const { run_(work); }
+  // Where a subclass adds what it has below the lists.
+  QVBoxLayout& rows() { return *rows_; }
   ListView& available() { return *available_; }
   ListView& assigned() { return *assigned_; }
   const ListView& assigned() const { return *assigned_; }
@@ -70,7 +72,7 @@ class AssignmentLists : public QWidget {
   void connectAll();
   void allowMove(bool toAssigned);
 
-  SlotRunner run_;
+  QVBoxLayout* rows_;
   ListView* available_;
   ListView* assigned_;
   QPushButton* toAssigned_;
@@ -82,21 +84,25 @@ class AssignmentLists : public QWidget {
 class FileTypeLists : public AssignmentLists {
   Q_OBJECT
  public:
-  explicit FileTypeLists(SlotRunner runner);
+  FileTypeLists();
 
-  // Rebuild both lists from the database. Raise DatabaseError.
+  // Rebuild both lists from the database. Raise DatabaseError, and leave the lists as they were.
   void buildForNewSite();
   void buildForSite(std::int32_t siteId);
   // In list order.
   std::vector<std::int64_t> assignedIds() const;
+  // Below the lists. Raises DatabaseError.
+  void showDescription(std::int64_t fileTypeId);
+
+ Q_SIGNALS:
+  void typeChosen(std::int64_t fileTypeId);
 
  protected:
   void moveToAssigned() override;
   void moveToAvailable() override;
 
  private:
-  void build(const std::function<void()>& fillAssigned);
-  void showDescription(const ListView& list, int row);
+  void build(const std::vector<NamedId>& assignedTypes);
 
   QLineEdit* txtFiletypeDescription_;
 };
@@ -109,9 +115,10 @@ const std::function<void()>& newFilterOpener();
 class FilterLists : public AssignmentLists {
   Q_OBJECT
  public:
-  explicit FilterLists(SlotRunner runner);
+  FilterLists();
 
-  // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError.
+  // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError, and leave the
+  // lists as they were.
   void buildForNewSite();
   void buildForSite(std::int32_t siteId);
   // Identifier and "Global" text of every assigned row, in list order.
@@ -122,8 +129,7 @@ class FilterLists : public AssignmentLists {
   void moveToAvailable() override;
 
  private:
-  void fillAvailable();
-  void fillAssigned(std::int32_t siteId);
+  void showAvailable(const std::vector<SiteFilter>& filters);
   bool isGlobal(int row) const;
 };
 

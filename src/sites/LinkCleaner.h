@@ -16,6 +16,9 @@ class LinkCleaner : public QObject {
   // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
   // part done at once; a failure later is shown, and ends the work on that site.
   void clear(std::int32_t siteId);
+  // Goes on where a killed program left off: clears what is left of the links of sites that are gone. Raises
+  // DatabaseError.
+  void resume();
   bool isIdle() const { return work_.empty(); }
   // Does all that is left at once: before the database is closed. Raises DatabaseError.
   void finish();

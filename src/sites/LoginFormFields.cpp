@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QEvent>
-#include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -10,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "platform/Text.h"
 #include "sites/SiteStore.h"
@@ -22,7 +22,7 @@ constexpr const char* kFormType = "Authentication";
 
 }  // namespace
 
-LoginFormFields::LoginFormFields(SlotRunner runner) : run_(std::move(runner)) {
+LoginFormFields::LoginFormFields() {
   cmboAuthenticationService_ = new QComboBox(this);
   cmboAuthenticationService_->setObjectName("cmboAuthenticationService");
   cmboAuthenticationService_->setAccessibleName("Method");
@@ -34,14 +34,14 @@ LoginFormFields::LoginFormFields(SlotRunner runner) : run_(std::move(runner)) {
   method->addWidget(label);
   method->addWidget(cmboAuthenticationService_, 1);
 
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
   layout->addLayout(method);
   layout->addWidget(makeRows());
   layout->addWidget(makeHelp());
   layout->addStretch();
   hideRows();
 
-  connect(cmboAuthenticationService_, &QComboBox::activated, this, [this](int index) { run_([&] { choose(index); }); });
+  connect(cmboAuthenticationService_, &QComboBox::activated, this, &LoginFormFields::entryChosen);
 }
 
 QWidget* LoginFormFields::makeRows() {
@@ -101,8 +101,8 @@ void LoginFormFields::loadSite(std::int32_t siteId) {
   const std::int32_t savedFormId = siteLoginForm(siteId);
   std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
   if (values.empty()) return;
+  loadPrompts(savedFormId);
   chosenFormId_ = savedFormId;
-  loadPrompts();
   // The first entry is the one for no login.
   for (int entry = 1; entry < cmboAuthenticationService_->count(); ++entry) {
     if (cmboAuthenticationService_->itemData(entry).toInt() != chosenFormId_) continue;
@@ -116,25 +116,29 @@ void LoginFormFields::loadSite(std::int32_t siteId) {
     txtFieldName_[i]->setText(toQString(values[i].value));
 }
 
-void LoginFormFields::choose(int index) {
-  chosenFormId_ = cmboAuthenticationService_->itemData(index).toInt();
-  if (chosenFormId_ == kNoLoginForm)
+void LoginFormFields::choose(int entry) {
+  const std::int32_t formId = cmboAuthenticationService_->itemData(entry).toInt();
+  if (formId == kNoLoginForm)
     hideRows();
   else
-    loadPrompts();
+    loadPrompts(formId);
+  chosenFormId_ = formId;
 }
 
-void LoginFormFields::loadPrompts() {
-  fieldInfo_.clear();
-  const std::string id = std::to_string(chosenFormId_);
+void LoginFormFields::loadPrompts(std::int32_t formId) {
+  const std::string id = std::to_string(formId);
+  QString description = txtFieldHelp_->text();
   for (Recordset forms = gDatabase.query("select description from form where id = " + id); !forms.endOfRows();
        forms.moveNext())
-    txtFieldHelp_->setText(toQString(forms.text("description")));
+    description = toQString(forms.text("description"));
+  std::vector<Prompt> prompts;
   for (Recordset fields = gDatabase.query("select id, prompt, field_value from field_info where form_id = " + id +
                                           " and supplied_by_user = " + quoted("yes") + " order by logical_number");
        !fields.endOfRows(); fields.moveNext())
-    fieldInfo_.push_back(
-        {fields.number("id"), toQString(fields.text("prompt")), toQString(fields.text("field_value"))});
+    prompts.push_back({fields.number("id"), toQString(fields.text("prompt")), toQString(fields.text("field_value"))});
+
+  txtFieldHelp_->setText(description);
+  fieldInfo_ = std::move(prompts);
   hideRows();
   showRows();
 }

@@ -9,8 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "sites/SlotRunner.h"
-
 class QComboBox;
 class QGroupBox;
 class QLabel;
@@ -21,17 +19,22 @@ namespace mv {
 class LoginFormFields : public QWidget {
   Q_OBJECT
  public:
-  explicit LoginFormFields(SlotRunner runner);
+  LoginFormFields();
 
   // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
   void buildForms();
   // Chooses the site's form and shows the site's values. Raises DatabaseError.
   void loadSite(std::int32_t siteId);
 
+  // Shows the prompts of an entry of the drop-down list. Raises DatabaseError.
+  void choose(int entry);
   // 0 until a form is chosen.
   std::int32_t chosenFormId() const { return chosenFormId_; }
   // Field and value of every prompt, at most five.
   std::vector<std::pair<std::int64_t, std::string>> fieldValues() const;
+
+ Q_SIGNALS:
+  void entryChosen(int entry);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -48,13 +51,11 @@ class LoginFormFields : public QWidget {
 
   QWidget* makeRows();
   QWidget* makeHelp();
-  void choose(int index);
-  void loadPrompts();
+  void loadPrompts(std::int32_t formId);
   void hideRows();
   void showRows();
   int shownPrompts() const;
 
-  SlotRunner run_;
   std::int32_t chosenFormId_ = 0;
   std::vector<Prompt> fieldInfo_;
   QComboBox* cmboAuthenticationService_;

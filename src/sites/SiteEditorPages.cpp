@@ -4,10 +4,11 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "app/ScrollingPage.h"
 #include "sites/EntryBox.h"
 
 namespace mv {
@@ -17,6 +18,9 @@ namespace {
 using Accepts = EntryBox::Accepts;
 
 constexpr int kNumberBoxWidth = 84;  // logical pixels: room for the longest run of digits
+// With these the whole first page is seen at the window's first size.
+constexpr int kTightSpacing = 3;
+constexpr QMargins kTightMargins(9, 4, 9, 4);
 
 QLabel* wrappedLabel(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
@@ -62,6 +66,8 @@ RequiredInfoPage::RequiredInfoPage() {
   txtFilesToDownload = numberBox("txtFilesToDownload", "1000", "Try to download this many files", this);
 
   auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(kTightSpacing);
+  grid->setHorizontalSpacing(2 * kTightSpacing);
   grid->setColumnStretch(2, 1);
   addLimit(grid, txtUpperLimit, "Upper Limit", "Megabytes (This is the largest file that will be downloaded.)");
   addLimit(grid, txtLowerLimit, "Lower Limit", "Kilobytes (Files smaller than this will not be downloaded.)");
@@ -71,12 +77,13 @@ RequiredInfoPage::RequiredInfoPage() {
   auto* note = wrappedLabel(
       "If the web site you want to scan requires a username, password, or other form of authentication, please be sure "
       "to click the Authentication tab. This will allow you to provide the needed information to gain access to the "
-      "web "
-      "site.",
+      "web site.",
       this);
   note->setObjectName("lblRequiredInfoPasswordWarning");
 
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
+  layout->setContentsMargins(kTightMargins);
+  layout->setSpacing(kTightSpacing);
   layout->addWidget(labelFor(txtURL, "Web Site Location (URL)"));
   layout->addWidget(txtURL);
   layout->addLayout(grid);
@@ -95,7 +102,8 @@ QString RequiredInfoPage::emptyLimit() const {
 }
 
 PathsPage::PathsPage() {
-  txtDefaultPath = new EntryBox("txtDefaultPath", Accepts::AnyText, this);
+  txtDefaultPath = new QLineEdit(this);
+  txtDefaultPath->setObjectName("txtDefaultPath");
   txtDefaultPath->setToolTip("This is where downloaded files will be saved.");
   cmdBrowse = new QPushButton("Browse...", this);
   cmdBrowse->setObjectName("cmdBrowse");
@@ -104,7 +112,7 @@ PathsPage::PathsPage() {
   folder->addWidget(txtDefaultPath);
   folder->addWidget(cmdBrowse);
 
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
   layout->addWidget(labelFor(txtDefaultPath, "Default Path - This is where files will be saved for this web site."));
   layout->addLayout(folder);
   layout->addWidget(makeUniqueNames());
@@ -152,7 +160,7 @@ AutoScanPage::AutoScanPage() {
   chkAutoScan->setToolTip("Check to scan this site when Scan On Launch is turned on");
   chkAutoScan->setChecked(true);
 
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
   layout->addWidget(chkAutoScan);
   layout->addWidget(wrappedLabel(
       "With automatic scanning Morvane starts to scan this site, and to download from it, as soon as the program has "
@@ -172,7 +180,7 @@ DomainHoppingPage::DomainHoppingPage() {
   hops->addWidget(labelFor(txtHops, "Allow Morvane to hop to this many different domains"), 1);
   hops->addWidget(txtHops);
 
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
   layout->addLayout(hops);
   layout->addWidget(wrappedLabel(
       "Pages often hold links to other web sites. Here you say how many other domains such links may lead to while "
@@ -185,7 +193,7 @@ DomainHoppingPage::DomainHoppingPage() {
 }
 
 OtherPage::OtherPage() {
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(makeScrollingPage(this));
   layout->addWidget(makePathMatching());
   layout->addWidget(makeLinkCache());
   layout->addStretch();
@@ -199,8 +207,7 @@ QWidget* OtherPage::makePathMatching() {
   layout->addWidget(chkAlternateMatchPath);
   layout->addWidget(
       wrappedLabel("Sometimes Morvane will parse the HTML in a manner that causes urls to be constructed improperly. "
-                   "Turn this on to "
-                   "use an alternate method of constructing urls. It may clear up the problem.",
+                   "Turn this on to use an alternate method of constructing urls. It may clear up the problem.",
                    frame));
   return frame;
 }
@@ -217,15 +224,6 @@ QWidget* OtherPage::makeLinkCache() {
       frame));
   layout->addWidget(cmdClearCache, 0, Qt::AlignLeft);
   return frame;
-}
-
-QScrollArea* scrolled(QWidget* page) {
-  auto* area = new QScrollArea;
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidgetResizable(true);
-  area->setFocusPolicy(Qt::NoFocus);
-  area->setWidget(page);
-  return area;
 }
 
 }  // namespace mv

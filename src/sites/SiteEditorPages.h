@@ -1,12 +1,13 @@
-// The plain tabs of the site editor: their controls and fixed texts, without behaviour beyond the typing rules.
+// The plain tabs of the site editor: their controls and fixed texts, without behaviour beyond the typing rules. A page
+// scrolls where its window is too small for it.
 #pragma once
 
 #include <QWidget>
 #include <array>
 
 class QCheckBox;
+class QLineEdit;
 class QPushButton;
-class QScrollArea;
 
 namespace mv {
 
@@ -33,7 +34,7 @@ class PathsPage : public QWidget {
  public:
   PathsPage();
 
-  EntryBox* txtDefaultPath;
+  QLineEdit* txtDefaultPath;
   QPushButton* cmdBrowse;
   QCheckBox* optPathUniqueNames;
   EntryBox* txtPathsBaseName;
@@ -67,8 +68,5 @@ class OtherPage : public QWidget {
   QWidget* makePathMatching();
   QWidget* makeLinkCache();
 };
-
-// `page` behind scroll bars, which appear where the window is too small for it.
-QScrollArea* scrolled(QWidget* page);
 
 }  // namespace mv

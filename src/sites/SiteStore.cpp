@@ -70,9 +70,9 @@ auto readAll(const std::string& sql, Make make) {
   return result;
 }
 
-NamedId namedId(const Recordset& rows, std::string_view idField, std::string_view nameField) {
-  return {rows.number(idField), rows.text(nameField)};
-}
+NamedId namedId(const Recordset& rows) { return {rows.number("id"), rows.text("name")}; }
+
+SiteFilter siteFilter(const Recordset& rows) { return {rows.number("id"), rows.text("name"), rows.text("global")}; }
 
 void deleteFrom(std::string_view table, Id siteId, std::string_view column = "site_id") {
   gDatabase.execute(std::string("delete from ").append(table).append(" where ").append(column) + " = " + text(siteId));
@@ -140,12 +140,12 @@ std::vector<NamedId> loadSiteFileTypes(std::int32_t siteId) {
       " where vf.id = sfx.file_type_id"
       " and sfx.site_id = " +
           text(siteId),
-      [](const Recordset& row) { return namedId(row, "vf.id", "vf.name"); });
+      namedId);
 }
 
 std::vector<NamedId> loadDefaultFileTypes() {
   return readAll("select id, name from valid_filetypes where download_by_default = " + quoted("yes") + " order by id",
-                 [](const Recordset& row) { return namedId(row, "id", "name"); });
+                 namedId);
 }
 
 std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId) {
@@ -154,9 +154,14 @@ std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId) {
       " where f.id = sfx.filter_id"
       " and sfx.site_id = " +
           text(siteId),
-      [](const Recordset& row) {
-        return SiteFilter{row.number("f.id"), row.text("f.name"), row.text("f.global")};
-      });
+      siteFilter);
+}
+
+std::vector<NamedId> listFileTypes() { return readAll("select id, name from valid_filetypes order by id", namedId); }
+
+std::vector<SiteFilter> listFilters(bool global) {
+  return readAll("select id, name, global from filter where global = " + quoted(yesNo(global)) + " order by id",
+                 siteFilter);
 }
 
 // ---- writing ----
@@ -165,8 +170,7 @@ void insertSite(std::int32_t siteId, const SiteValues& values) {
   checkLimits(values);
   gDatabase.execute(
       "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
-      "auto_scan, "
-      "domain, alternate_matchpath, hops, unique_names, base_name) values (" +
+      "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
       text(siteId) + ", " + quoted(values.name) + ", " + values.upperLimit + ", " + values.lowerLimit + ", " +
       values.pagesToScan + ", " + values.filesToDownload + ", " + quoted(values.downloadPath) + ", " +
       quoted(values.autoScan) + ", " + quoted(values.domain) + ", " + quoted(values.alternateMatchpath) + ", " +

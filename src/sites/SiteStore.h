@@ -72,6 +72,9 @@ std::vector<SiteFieldValue> loadSiteFieldValues(std::int32_t siteId);
 std::vector<NamedId> loadSiteFileTypes(std::int32_t siteId);
 std::vector<NamedId> loadDefaultFileTypes();
 std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId);
+// What a site can be given: all file types; the filters of all sites, or those that a site can be given.
+std::vector<NamedId> listFileTypes();
+std::vector<SiteFilter> listFilters(bool global);
 
 // Writing. Limits that are no run of digits raise DatabaseError before anything is written.
 void insertSite(std::int32_t siteId, const SiteValues& values);
@@ -85,7 +88,8 @@ void saveSiteFieldValues(std::int32_t siteId,
 // `text`: filter identifiers, one a line, lines ended by CR LF.
 void addDroppedFilters(std::int32_t siteId, const std::string& text);
 
-// Deleting. Of a site with very many links the rest of them go in later events (LinkCleaner). deleteSite(0) is a message. discardNewSite takes back what Apply of a new site wrote.
+// Deleting. Of very many links the first go at once and the rest in later events (LinkCleaner). deleteSite(0) is a
+// message. discardNewSite takes back what Apply of a new site wrote.
 void deleteSite(std::int32_t siteId);
 void discardNewSite(std::int32_t siteId);
 void clearLinkCache(std::int32_t siteId);

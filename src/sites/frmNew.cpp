@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -37,7 +36,7 @@ frmNew::frmNew() : EditorWindow("New Web Site", kWidth, kHeight) {
 
   auto* requiredTabs = new QTabWidget(this);
   requiredTabs->setObjectName("SSTab1");
-  requiredTabs->addTab(scrolled(required_), "Required Info");
+  requiredTabs->addTab(required_, "Required Info");
   requiredTabs->addTab(makeOptionalTabs(), "Optional Info");
 
   auto* layout = new QVBoxLayout(this);
@@ -48,11 +47,10 @@ frmNew::frmNew() : EditorWindow("New Web Site", kWidth, kHeight) {
 }
 
 void frmNew::buildPages() {
-  const SlotRunner runner = [this](const std::function<void()>& work) { run(work); };
   required_ = new RequiredInfoPage;
-  login_ = new LoginFormFields(runner);
-  fileTypes_ = new FileTypeLists(runner);
-  filters_ = new FilterLists(runner);
+  login_ = new LoginFormFields;
+  fileTypes_ = new FileTypeLists;
+  filters_ = new FilterLists;
   paths_ = new PathsPage;
   autoScan_ = new AutoScanPage;
   hopping_ = new DomainHoppingPage;
@@ -62,19 +60,20 @@ void frmNew::buildPages() {
 QTabWidget* frmNew::makeOptionalTabs() {
   auto* tabs = new QTabWidget;
   tabs->setObjectName("SSTab2");
-  tabs->addTab(scrolled(login_), "Authentication");
-  tabs->addTab(scrolled(fileTypes_), "Filetypes");
-  tabs->addTab(scrolled(filters_), "Filters");
-  tabs->addTab(scrolled(paths_), "Paths");
-  tabs->addTab(scrolled(autoScan_), "AutoScan");
-  tabs->addTab(scrolled(hopping_), "Domain Hopping");
-  tabs->addTab(scrolled(other_), "Other");
+  tabs->addTab(login_, "Authentication");
+  tabs->addTab(fileTypes_, "Filetypes");
+  tabs->addTab(filters_, "Filters");
+  tabs->addTab(paths_, "Paths");
+  tabs->addTab(autoScan_, "AutoScan");
+  tabs->addTab(hopping_, "Domain Hopping");
+  tabs->addTab(other_, "Other");
   return tabs;
 }
 
 void frmNew::connectPages() {
   for (const EntryBox* box : required_->limitBoxes())
-    connect(box, &QLineEdit::textChanged, this, [this] { enableOk(); });
+    connect(box, &QLineEdit::textChanged, this,
+            [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
   for (AssignmentLists* lists : {static_cast<AssignmentLists*>(fileTypes_), static_cast<AssignmentLists*>(filters_)})
     connect(lists, &AssignmentLists::moved, this, [this] { assignmentsChanged_ = true; });
   const auto onClick = [this](const QPushButton* button, void (frmNew::*work)()) {
@@ -83,6 +82,9 @@ void frmNew::connectPages() {
   onClick(paths_->cmdBrowse, &frmNew::browse);
   onClick(paths_->cmdOpenPathManager, &frmNew::openPathManager);
   onClick(other_->cmdClearCache, &frmNew::clearCache);
+  connect(fileTypes_, &FileTypeLists::typeChosen, this,
+          [this](std::int64_t id) { run([&] { fileTypes_->showDescription(id); }); });
+  connect(login_, &LoginFormFields::entryChosen, this, [this](int entry) { run([&] { login_->choose(entry); }); });
   connect(fileTypes_, &AssignmentLists::newWanted, this, [this] { run([this] { openNewFileType(); }); });
   connect(filters_, &AssignmentLists::newWanted, this, [this] { run([this] { openNewFilter(); }); });
 }
@@ -184,8 +186,6 @@ bool frmNew::limitsAreFilled() {
 void frmNew::refuse(const QString& title, const QString& text) {
   showMessage(this, title, text, MessageIcon::Exclamation);
 }
-
-void frmNew::enableOk() { okButton().setEnabled(required_->emptyLimit().isEmpty()); }
 
 // --- saving
 

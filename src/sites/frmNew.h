@@ -57,7 +57,6 @@ class frmNew : public EditorWindow {
   void refuse(const QString& title, const QString& text);
   void mustSaveFirst(const QString& title, const QString& text);
 
-  void enableOk();
   void browse();
   void clearCache();
   void openNewFileType();

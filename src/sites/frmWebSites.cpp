@@ -128,6 +128,7 @@ void frmWebSites::buildToolbar() {
   addButton("Delete", "Delete the selected web site", toolIcon("delete"), [this] { deleteChosen(); });
   start_ = addButton("Start", "Start downloading from selected sites", toolIcon("start"), [this] { startSelected(); });
   stop_ = addButton("Stop", "", toolIcon("stop"), [this] { stopSelected(); });
+  stop_->installEventFilter(this);
   connections_ = addButton("Connections", "Set the number of connections", toolIcon("connections"),
                            [this] { setOneConnection(); });
   buildConnectionsMenu();
@@ -158,6 +159,8 @@ void frmWebSites::activated() {
 }
 
 bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
+  // Left without a tool tip, a button shows its caption instead.
+  if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
   const bool f2 = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2;
   if (watched != &list() || !f2) return ListWindow::eventFilter(watched, event);
   run([this] { openEdit(); });
@@ -196,7 +199,7 @@ void frmWebSites::fillList() {
 void frmWebSites::addSiteRow(const SiteListRow& site) { list().addRow(textsOf(site)); }
 
 void frmWebSites::refreshRow(long siteId) {
-  const int row = list().findRow(kId, QString::number(siteId));
+  const int row = rowOf(siteId);
   if (row < 0) return;
   const bool running = isRunning(row);
   for (const SiteListRow& site : loadSiteRow(static_cast<std::int32_t>(siteId))) {
@@ -219,6 +222,8 @@ SiteListRow frmWebSites::siteOfRow(int row) {
   return site;
 }
 
+int frmWebSites::rowOf(long siteId) { return list().findRow(kId, QString::number(siteId)); }
+
 bool frmWebSites::isRunning(int row) { return list().isBold(row); }
 
 void frmWebSites::setRunning(int row, bool running) {
@@ -238,7 +243,7 @@ void frmWebSites::rowWasChosen(int row) {
 }
 
 void frmWebSites::forgetVanishedSelection() {
-  if (list().findRow(kId, QString::number(selectedSiteID_)) >= 0) return;
+  if (rowOf(selectedSiteID_) >= 0) return;
   selectedSiteID_ = 0;
   selectedSiteName_.clear();
 }
@@ -262,12 +267,12 @@ void frmWebSites::openEdit() {
 }
 
 void frmWebSites::deleteChosen() {
-  QStringList ids;
+  std::vector<std::int32_t> ids;
   for (const int row : list().selectedRows())
-    if (list().cell(row, kOnOff) == kOff) ids << list().cell(row, kId);
-  for (const QString& id : ids) {
-    deleteSite(id.toInt());
-    list().removeRow(list().findRow(kId, id));
+    if (list().cell(row, kOnOff) == kOff) ids.push_back(siteOfRow(row).id);
+  for (const std::int32_t id : ids) {
+    deleteSite(id);
+    list().removeRow(rowOf(id));
     forgetVanishedSelection();
   }
 }
@@ -282,10 +287,9 @@ void frmWebSites::startSelected() {
 }
 
 void frmWebSites::startRow(int row) {
-  startSite(siteOfRow(row));
-  // A message box of the start may have run a rebuild.
-  if (row >= list().rowCount()) return;
-  setRunning(row, true);
+  const SiteListRow site = siteOfRow(row);
+  startSite(site);
+  setRunning(rowOf(site.id), true);
   offerStart(false);
 }
 
@@ -310,8 +314,9 @@ void frmWebSites::stopSelected() {
 }
 
 void frmWebSites::stopRow(int row) {
-  closeProcesses(list().cell(row, kName));
-  setRunning(row, false);
+  const SiteListRow site = siteOfRow(row);
+  closeProcesses(toQString(site.name));
+  setRunning(rowOf(site.id), false);
   offerStart(true);
 }
 
@@ -359,7 +364,7 @@ void frmWebSites::setOneConnection() {
 void frmWebSites::askConnections() {
   const auto answer =
       askText(this, "Set Number of Connections", "Enter the number of connections.", QString::number(maxConnections_));
-  setConnections(connectionsOf(answer.value_or(QString())));
+  if (!isUnloaded()) setConnections(connectionsOf(answer.value_or(QString())));
 }
 
 void frmWebSites::setConnections(long connections) {

@@ -55,6 +55,7 @@ class frmWebSites : public ListWindow {
   void addSiteRow(const SiteListRow& site);
   void refreshRow(long siteId);
   SiteListRow siteOfRow(int row);
+  int rowOf(long siteId);  // -1 when it has none
   bool isRunning(int row);
   void setRunning(int row, bool running);
   void offerStart(bool start);

@@ -56,6 +56,14 @@ bool lacksUniqueNames() {
   return false;
 }
 
+// After some failures, a full disk above all, the engine has done so already.
+void rollBack() {
+  try {
+    gDatabase.execute("rollback");
+  } catch (const DatabaseError&) {
+  }
+}
+
 }  // namespace
 
 void openProgramDatabase(const std::string& path) { gDatabase.open(path, kTables); }
@@ -66,11 +74,11 @@ void upgradeDatabase() {
   gDatabase.execute("begin");
   try {
     for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
+    gDatabase.execute("commit");
   } catch (...) {
-    gDatabase.execute("rollback");
+    rollBack();
     throw;
   }
-  gDatabase.execute("commit");
 }
 
 void ensureIndexes() {

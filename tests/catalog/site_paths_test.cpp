@@ -92,15 +92,6 @@ TEST_F(SitePaths, BrowseCreatesTheFolderShownEvenWhenTheDialogIsCancelled) {
   EXPECT_EQ(count("site_paths"), 0);
 }
 
-TEST_F(SitePaths, AnEmptyPathStartsTheDialogInTheProgramFolder) {
-  openWith({"gif"});
-  control<QLineEdit>(window, "txtPath").clear();
-  click(window, "cmdBrowse");
-  ASSERT_EQ(dialogs.folderRequests.size(), 1u);
-  EXPECT_EQ(dialogs.folderRequests[0].initialFolder.toStdString(), mv::gProgramFolder);
-  EXPECT_TRUE(dialogs.messages.empty());
-}
-
 TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
   openWith({"gif"});
   control<QLineEdit>(window, "txtPath").setText(QStringLiteral("/proc/none/of/this"));
@@ -108,14 +99,31 @@ TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
   EXPECT_EQ(dialogs.messages.size(), 1u);
   EXPECT_TRUE(dialogs.folderRequests.empty());
   EXPECT_EQ(count("site_paths"), 0);
+
+  control<QLineEdit>(window, "txtPath").clear();
+  click(window, "cmdBrowse");
+  ASSERT_EQ(dialogs.folderRequests.size(), 1u);
+  EXPECT_EQ(dialogs.folderRequests[0].initialFolder.toStdString(), mv::gProgramFolder);
+}
+
+TEST_F(SitePaths, TheMouseDraggedToAnotherRowChoosesThatRow) {
+  openWith({"gif", "jpg"});
+  QWidget* rows = list().viewport();
+  const auto place = [this](int row) { return list().visualRect(list().model()->index(row, 0)).center(); };
+  QTest::mousePress(rows, Qt::LeftButton, {}, place(0));
+  QMouseEvent drag(QEvent::MouseMove, place(1), rows->mapToGlobal(place(1)), Qt::NoButton, Qt::LeftButton, {});
+  QCoreApplication::sendEvent(rows, &drag);
+  QTest::mouseRelease(rows, Qt::LeftButton, {}, place(1));
+  ASSERT_EQ(list().currentSelectedRow(), 1);
+  dialogs.nextFolders = {QStringLiteral("/for jpg")};
+  click(window, "cmdBrowse");
+  EXPECT_EQ(stored("jpg"), "/for jpg");
+  EXPECT_EQ(count("site_paths"), 1);
 }
 
 TEST_F(SitePaths, WithoutTypesThereIsNothingToBrowseFor) {
   openWith({});
-  EXPECT_EQ(list().rowCount(), 0);
   EXPECT_FALSE(canBrowse());
-  click(window, "cmdBrowse");
-  EXPECT_TRUE(dialogs.folderRequests.empty());
 }
 
 TEST_F(SitePaths, EscapeAndCloseEndTheWindowAndItsPlaceComesBack) {
@@ -127,10 +135,8 @@ TEST_F(SitePaths, EscapeAndCloseEndTheWindowAndItsPlaceComesBack) {
 
   open(siteId);
   const mv::TwipRect place = window->place();
-  EXPECT_EQ(place.top, 300);
-  EXPECT_EQ(place.left, 450);
-  EXPECT_EQ(place.height, 4500);
-  EXPECT_EQ(place.width, 6000);
+  EXPECT_EQ((std::vector<int>{place.top, place.left, place.height, place.width}),
+            (std::vector<int>{300, 450, 4500, 6000}));
   click(window, "cmdClose");
   EXPECT_EQ(windows.find<mv::frmSitePaths>(), nullptr);
 }

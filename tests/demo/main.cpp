@@ -2,14 +2,11 @@
 // and lists what was saved. Works with and without a display. The exit code says whether files and link rows are the
 // expected ones.
 
-#include <QBuffer>
+#include <QCoreApplication>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QCoreApplication>
-#include <QImage>
-#include <QRandomGenerator>
 #include <QThread>
 #include <cstdio>
 #include <map>
@@ -18,65 +15,25 @@
 
 #include "app/Settings.h"
 #include "catalog/clsPath.h"
+#include "demo/Gallery.h"
 #include "platform/Text.h"
 #include "support/ProgramRun.h"
 #include "support/TestSite.h"
 
 namespace {
 
+using mvtest::Picture;
+
 constexpr int kDeadlineMs = 180'000;
 constexpr int kLookEveryMs = 500;
 constexpr const char* kPngFolder = "/Pictures in PNG";
 
-// A picture of the gallery: where it is, its size, and whether it is to be saved.
-struct Picture {
-  const char* path;
-  const char* format;
-  int side;
-  bool wanted;
-};
-
-constexpr Picture kPictures[] = {
-    {"/pictures/entrance.png", "png", 120, true},  {"/pictures/founder.png", "png", 90, true},
-    {"/pictures/poster.bmp", "bmp", 700, false},  // above the largest size
-    {"/gallery/hall.jpg", "jpg", 240, true},       {"/gallery/map.png", "png", 160, true},
-    {"/gallery/birds/heron.jpg", "jpg", 200, true}, {"/gallery/birds/heron-thumb.png", "png", 16, false},  // below
-    {"/gallery/birds/wren.jpg", "jpg", 220, true}, {"/gallery/trees/oak.jpg", "jpg", 260, true},
-    {"/gallery/trees/leaf.bmp", "bmp", 80, true},
-};
-
 // The rows that the link table is to hold in the end: type and status, and how many.
 const std::map<std::string, int> kExpectedRows = {{"Directory, Done", 1}, {"Document, Done", 6}, {"File, Done", 11}};
-
-std::string pictureBytes(const Picture& picture) {
-  QImage image(picture.side, picture.side, QImage::Format_RGB32);
-  QRandomGenerator noise(static_cast<quint32>(picture.side));
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, noise.generate() | 0xff000000u);
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  image.save(&buffer, picture.format);
-  return buffer.data().toStdString();
-}
 
 std::string readAll(const QString& path) {
   QFile file(path);
   return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
-}
-
-void fillSite(mvtest::TestSite& site) {
-  const QString root = QStringLiteral(MORVANE_DEMO_SITE);
-  QDirIterator pages(root, {QStringLiteral("*.html")}, QDir::Files, QDirIterator::Subdirectories);
-  while (pages.hasNext()) {
-    const QString file = pages.next();
-    QString html = mv::toQString(readAll(file));
-    html.replace(QStringLiteral("@HOST@"), mv::toQString(site.host()));
-    const std::string path = mv::toUtf8(file.mid(root.size()));
-    site.page(path, mv::toUtf8(html));
-    if (path == "/index.html") site.page("/", mv::toUtf8(html));
-  }
-  for (const Picture& picture : kPictures)
-    site.file(picture.path, std::string("image/") + picture.format, pictureBytes(picture));
 }
 
 std::map<std::string, int> linkRows() {
@@ -90,11 +47,12 @@ QString savedPath(const Picture& picture) {
   const QString path = QString::fromLatin1(picture.path);
   const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
   const bool png = name.endsWith(QStringLiteral(".png"));
-  return mv::toQString(mv::gDownloadFolder) + (png ? QString::fromLatin1(kPngFolder) : QString()) + QLatin1Char('/') + name;
+  return mv::toQString(mv::gDownloadFolder) + (png ? QString::fromLatin1(kPngFolder) : QString()) + QLatin1Char('/') +
+         name;
 }
 
 bool allSaved() {
-  for (const Picture& picture : kPictures)
+  for (const Picture& picture : mvtest::galleryPictures())
     if (picture.wanted && !QFile::exists(savedPath(picture))) return false;
   return true;
 }
@@ -113,8 +71,8 @@ bool waitForHarvest(mvtest::ProgramRun& program) {
 bool listFiles() {
   bool good = true;
   std::map<QString, std::string> wanted;
-  for (const Picture& picture : kPictures)
-    if (picture.wanted) wanted[savedPath(picture)] = pictureBytes(picture);
+  for (const Picture& picture : mvtest::galleryPictures())
+    if (picture.wanted) wanted[savedPath(picture)] = mvtest::pictureBytes(picture);
   std::printf("Files saved:\n");
   const QString root = mv::toQString(mv::gDownloadFolder);
   QDirIterator files(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -156,12 +114,12 @@ int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
 
   mvtest::TestSite site;
-  fillSite(site);
+  mvtest::fillGallery(site);
   mvtest::ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
-  std::vector<std::int64_t> types;
   mv::clsPath paths;
-  paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"}, &types);
-  paths.AddSitePath(mv::gDownloadFolder + kPngFolder, types.front());
+  paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"});
+  paths.AddSitePath(mv::gDownloadFolder + kPngFolder,
+                    mv::gDatabase.query("select id from valid_filetypes where name = \"png\"").number("id"));
 
   std::printf("Serving a gallery on http://%s/ and harvesting it%s ...\n", site.host().c_str(),
               display ? "" : " (no display)");

@@ -1,19 +1,16 @@
 // The download window, driven as its user and the other windows drive it.
 
 #include <QBuffer>
-#include <QHeaderView>
 #include <QImage>
 #include <QLabel>
 #include <QPointer>
-#include <QPushButton>
 #include <QTabWidget>
-#include <QTest>
-#include <QTreeView>
 
 #include "app/WindowRegistry.h"
 #include "download/DownloadTest.h"
 #include "download/frmDownload.h"
 #include "platform/PictureDisplay.h"
+#include "support/Controls.h"
 
 namespace {
 
@@ -32,8 +29,6 @@ class DownloadWindowTest : public mvtest::DownloadTest<mvtest::WindowTest> {
 
   QString title() const { return "Download: " + QString::fromStdString(site.host()); }
   QString text(const char* label) const { return window->findChild<QLabel*>(label)->text(); }
-  QTabWidget& tabs() { return *window->findChild<QTabWidget*>("SSTab1"); }
-  void click(const char* button) { QTest::mouseClick(window->findChild<QPushButton*>(button), Qt::LeftButton); }
   void closeForGood() {
     mv::gClosingProcesses = true;
     window->unload();
@@ -59,6 +54,10 @@ TEST_F(DownloadWindowTest, ShowsItsDesignTextsUntilItIsInitialised) {
                {"lblInfoErrorCount", "Total Errors:"}};
   for (const auto& t : texts) EXPECT_EQ(text(t.label), t.text) << t.label;
   EXPECT_NEAR(window->place().height, mv::kCollapsedHeight, mv::kTwipsPerPixel);
+  QStringList titles;
+  for (int column = 0; column < 7; ++column)
+    titles << window->process().lvwLinks.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  EXPECT_EQ(titles, QStringList({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}));
 
   window->initWindow();
   ASSERT_TRUE(waitFor([this] { return text("lblFilesInQueue") == "Queue: 50"; }));
@@ -81,10 +80,10 @@ TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {
   auto* preview = window->findChild<mv::PictureDisplay*>("Gear1");
   EXPECT_EQ(preview->picturePath(), "");
 
-  click("btnDetails");
+  mvtest::click(window, "btnDetails");
   EXPECT_FALSE(window->DetailsCollapsed());
   EXPECT_EQ(preview->picturePath(), "");  // the tab "Links" is in front
-  tabs().setCurrentIndex(1);
+  mvtest::control<QTabWidget>(window, "SSTab1").setCurrentIndex(1);
   EXPECT_EQ(preview->picturePath(), path("two.png"));
   ASSERT_TRUE(waitFor([&] { return preview->hasPicture(); }));
   EXPECT_EQ(preview->Zoom(), 100);
@@ -119,46 +118,6 @@ TEST_F(DownloadWindowTest, ClosingTheSiteWhileAFileIsSavedLeavesNoPartOfIt) {
   ASSERT_TRUE(waitFor([this] { return window.isNull(); }));
   EXPECT_TRUE(savedFiles().empty());
   EXPECT_FALSE(allDone());
-}
-
-TEST_F(DownloadWindowTest, AColumnSortsAscendingFirstWithOneFlagForTheList) {
-  setSite("pages_to_scan = 3");
-  for (const char* name : {"b", "c", "a"}) addLink(site.host() + "/" + name + ".jpg", "jpg");
-  window->process().tmrOKToDownload.setInterval(600'000);
-  window->initWindow();
-  click("btnDetails");
-  auto* list = window->findChild<QTreeView*>("lvwLinks");
-  const auto sortBy = [&](int column) {
-    const int x = list->header()->sectionViewportPosition(column) + 5;
-    QTest::mouseClick(list->header()->viewport(), Qt::LeftButton, {}, QPoint(x, 5));
-    std::string order;
-    for (int row = 0; row < 3; ++row) order += window->process().lvwLinks.row(row).fileName[0];
-    return order;
-  };
-  QStringList titles;
-  for (int column = 0; column < 7; ++column)
-    titles << window->process().lvwLinks.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  EXPECT_EQ(titles, QStringList({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}));
-  EXPECT_EQ(sortBy(1), "bca");
-  EXPECT_EQ(sortBy(2), "cba");
-  EXPECT_EQ(sortBy(2), "abc");
-}
-
-TEST_F(DownloadWindowTest, ComesBackExpandedWhenItWasLeftSo) {
-  window->initWindow();
-  click("btnDetails");
-  EXPECT_EQ(window->place().height, mv::kExpandedHeight);
-  closeForGood();
-  ASSERT_TRUE(waitFor([this] { return window.isNull(); }));
-
-  window = new frmDownload;
-  prepare(window->process());
-  window->setCaption(title());
-  window->showChild();
-  EXPECT_TRUE(window->DetailsCollapsed());
-  window->initWindow();
-  EXPECT_FALSE(window->DetailsCollapsed());
-  EXPECT_EQ(window->findChild<QPushButton*>("btnDetails")->text(), "Hide Details");
 }
 
 }  // namespace

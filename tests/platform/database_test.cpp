@@ -77,21 +77,12 @@ TEST_F(DatabaseTest, TextsComeBackAsTheyWereTyped) {
   }
 }
 
-TEST_F(DatabaseTest, ComparesWithoutCaseWhereTextsAreWords) {
-  EXPECT_EQ(db.query("select description from valid_filetypes where name = \"JPG\"").text("description"),
-            "JPEG picture");
-  addLinks(1);
-  EXPECT_EQ(db.count("select count(*) as outCount from link where url = \"host/1\" and status = \"false\""), 1);
-  EXPECT_EQ(db.count("select count(*) as outCount from link where url = \"HOST/1\""), 0);
-}
-
 TEST_F(DatabaseTest, ReadsFieldsByEveryNameTheSelectListGives) {
   db.execute(
       "insert into rule (id, name, valid_field_id, valid_rule_type_id, search_value) values (1, \"R\", 3, 2, null)");
   const Recordset row = db.query(
-      "SELECT r.name, r.search_value, r.operator, vf.name, vr.name, r.id FROM rule AS r, valid_field AS vf, valid_rule "
-      "AS "
-      "vr WHERE r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id");
+      "SELECT r.name, r.search_value, r.operator, vf.name, vr.name, r.id FROM rule AS r, valid_field AS vf, "
+      "valid_rule AS vr WHERE r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id");
   EXPECT_EQ(row.text("r.name"), "R");
   EXPECT_EQ(row.text("VF.Name"), "Filetype");
   EXPECT_EQ(row.text("vr.name"), "Save To");
@@ -102,14 +93,8 @@ TEST_F(DatabaseTest, ReadsFieldsByEveryNameTheSelectListGives) {
   EXPECT_EQ(errorOf([&] { row.text("name"); }), DatabaseError::kItemNotFound) << "three fields end so";
   EXPECT_EQ(errorOf([&] { row.text("nothing"); }), DatabaseError::kItemNotFound);
   EXPECT_EQ(db.query("select * from valid_field where id = 2").text("name"), "Domain");
-}
-
-TEST_F(DatabaseTest, ReadsTextsAsNumbersByTheirBeginning) {
-  const std::pair<const char*, std::int64_t> cases[] = {{"12", 12},   {"12ab", 12}, {" 7", 7},
-                                                        {"-3.9", -3}, {"ab", 0},    {"", 0}};
-  for (const auto& [text, number] : cases)
+  for (const auto& [text, number] : {std::pair("12ab", 12), std::pair("-3.9", -3), std::pair("ab", 0)})
     EXPECT_EQ(db.query("select "s + mv::quoted(text) + " as x from pref").number("x"), number) << text;
-  EXPECT_EQ(db.query("select 1.5 as x from pref").text("x"), "1.5");
 }
 
 // ---- recordsets ----
@@ -150,23 +135,6 @@ TEST_F(DatabaseTest, AResultStaysAsItWasWhileRowsAreWritten) {
   EXPECT_EQ(db.count("select count(*) as outCount from link"), 400);
 }
 
-TEST_F(DatabaseTest, ManyResultsCanBeOpenAtOnce) {
-  addLinks(200);
-  std::vector<Recordset> open;
-  for (int i = 0; i < 5; ++i) open.push_back(db.query("select id from link where site_id = 7"));
-  for (int i = 0; i < 150; ++i)
-    for (Recordset& rows : open) rows.moveNext();
-  for (const Recordset& rows : open) EXPECT_EQ(rows.number("id"), 151);
-}
-
-TEST_F(DatabaseTest, AnOpenTransactionSeesItsOwnRows) {
-  db.execute("begin");
-  for (int i = 1; i <= 100; ++i) db.execute("insert into link (id, site_id) values (" + std::to_string(i) + ", 7)");
-  EXPECT_EQ(db.query("select id from link where site_id = 7").recordCount(), 100);
-  db.execute("rollback");
-  EXPECT_EQ(db.query("select id from link where site_id = 7").recordCount(), 0);
-}
-
 TEST_F(DatabaseTest, AResultThatOutlivesItsDatabaseSaysSo) {
   addLinks(100);
   Recordset few = db.query("select name from valid_field");
@@ -175,11 +143,9 @@ TEST_F(DatabaseTest, AResultThatOutlivesItsDatabaseSaysSo) {
   db.close();
   EXPECT_FALSE(sidecars());
   for (Recordset* rows : {&few, &many}) {
-    EXPECT_EQ(errorOf([&] { rows->endOfRows(); }), DatabaseError::kNotOpen);
     EXPECT_EQ(errorOf([&] { rows->moveFirst(); }), DatabaseError::kNotOpen);
     EXPECT_EQ(errorOf([&] { rows->recordCount(); }), DatabaseError::kNotOpen);
   }
-  EXPECT_EQ(errorOf([&] { db.query("select id from link"); }), DatabaseError::kNotOpen);
   EXPECT_EQ(errorOf([&] { db.execute("delete from link"); }), DatabaseError::kNotOpen);
 }
 
@@ -190,13 +156,11 @@ TEST_F(DatabaseTest, FailuresCarryTheirNumberAndNoValues) {
   const std::pair<const char*, long> cases[] = {
       {"select unique_name from site", DatabaseError::kUnknownColumn},
       {"select id from site where nmae = \"secret\"", DatabaseError::kUnknownColumn},
-      {"select id from site where name = secret_", DatabaseError::kUnknownColumn},
       {"insert into site (id, nmae) values (2, \"secret\")", DatabaseError::kUnknownColumn},
       {"update site set nmae = \"secret\"", DatabaseError::kUnknownColumn},
       {"select id from sites where name = \"secret\"", DatabaseError::kUnknownTable},
       {"insert into site (id, name) values (1, \"secret\")", DatabaseError::kDuplicateKey},
       {"select id from site where name == = \"secret\"", DatabaseError::kSyntaxError},
-      {"select id from site where name = \"x\" \"secret\"", DatabaseError::kSyntaxError},
       {"insert into site (id, name) values (2, \"secret\"", DatabaseError::kSyntaxError},
       {"insert into site (id, name) values (2, \"secret)", DatabaseError::kSyntaxError},
       {"create index link_url on link (url)", DatabaseError::kAlreadyExists},
@@ -215,28 +179,11 @@ TEST_F(DatabaseTest, FailuresCarryTheirNumberAndNoValues) {
   EXPECT_EQ(db.count("select count(*) as outCount from site"), 1);
 }
 
-TEST_F(DatabaseTest, CountsTheRowsThatAStatementTouched) {
-  addLinks(5);
-  db.execute("update link set status = \"Done\" where id > 2");
-  EXPECT_EQ(db.rowsAffected(), 3);
-  db.execute("delete from link where site_id = 8");
-  EXPECT_EQ(db.rowsAffected(), 0);
-}
-
 TEST_F(DatabaseTest, UnequalLeavesNullsOut) {
-  db.execute(
-      "insert into site (id, alternate_matchpath) values (1, \"yes\"), (2, \"no\"), (3, \"\"), (4, null), (5, "
-      "\"YES\")");
+  db.execute("insert into site (id, alternate_matchpath) values (1, 'yes'), (2, 'no'), (3, ''), (4, null), (5, 'YES')");
   db.execute("update site set alternate_matchpath = \"set\" where alternate_matchpath <> \"yes\"");
   EXPECT_EQ(db.rowsAffected(), 2);
   EXPECT_EQ(db.count("select count(*) as outCount from site where not alternate_matchpath <> \"yes\""), 2);
-}
-
-TEST_F(DatabaseTest, MoreShapesThanAreKeptStillRun) {
-  for (int i = 0; i < 300; ++i) {
-    const std::string alias = "n" + std::to_string(i);
-    EXPECT_EQ(db.query("select count(*) as " + alias + " from valid_field").number(alias), 3);
-  }
 }
 
 TEST_F(DatabaseTest, StatementsSurviveAChangeOfTheirTable) {
@@ -316,7 +263,8 @@ TEST_F(DatabaseFileTest, RefusesWhatIsNoDatabase) {
   expectRefused(DatabaseError::kUnrecognizedFormat);
 }
 
-TEST_F(DatabaseFileTest, RefusesADamagedDatabase) {
+TEST_F(DatabaseFileTest, RefusesADamagedDatabaseAndAnotherPrograms) {
+  expectRefused(DatabaseError::kUnrecognizedFormat, {"site", "Link", "bookmarks"});
   const std::string whole = mvtest::readFile(path);
   for (const std::size_t length : {std::size_t{50}, std::size_t{4096}, whole.size() / 2, whole.size() - 4096}) {
     put(whole.substr(0, length));
@@ -328,18 +276,6 @@ TEST_F(DatabaseFileTest, RefusesADamagedDatabase) {
     put(scratched);
     expectRefused(DatabaseError::kUnrecognizedFormat);
   }
-}
-
-TEST_F(DatabaseFileTest, RefusesAnotherProgramsDatabase) {
-  expectRefused(DatabaseError::kUnrecognizedFormat, {"site", "Link", "bookmarks"});
-  db.open(path, {"site", "Link"});
-  EXPECT_TRUE(db.isOpen());
-}
-
-TEST_F(DatabaseFileTest, RefusesAFileThatCannotBeWritten) {
-  if (geteuid() == 0) GTEST_SKIP() << "everything can be written by root";
-  fs::permissions(path, fs::perms::owner_read);
-  expectRefused(DatabaseError::kReadOnly);
 }
 
 TEST_F(DatabaseFileTest, RefusesWhatIsLockedByAnother) {
@@ -368,40 +304,32 @@ TEST_F(DatabaseFileTest, RefusesWhatIsLockedByAnother) {
   EXPECT_TRUE(db.isOpen());
 }
 
-// What a killed run has finished is there at the next start.
+// What a killed run has finished is there at the next start, with either kind of journal.
 TEST_F(DatabaseFileTest, RecoversAKilledRun) {
-  const pid_t child = fork();
-  if (child == 0) {
-    Database killed;
-    killed.open(path);
-    for (int i = 1; i <= 500; ++i)
-      killed.execute("insert into link (id, url) values (" + std::to_string(i) + ", \"host\")");
-    killed.execute("begin");
-    killed.execute("insert into link (id, url) values (501, \"unfinished\")");
-    kill(getpid(), SIGKILL);
+  for (const std::string mode : {"wal", "delete"}) {
+    SCOPED_TRACE(mode);
+    const pid_t child = fork();
+    if (child == 0) {
+      Database killed;
+      killed.open(path);
+      killed.query("pragma journal_mode=" + mode);
+      killed.query("pragma cache_size=10");  // so that the unfinished change reaches the file
+      killed.execute("delete from link");
+      killed.execute("insert into link (id, url) values (1, \"finished\")");
+      killed.execute("begin");
+      for (int i = 2; i <= 2000; ++i)
+        killed.execute("insert into link (id, url) values (" + std::to_string(i) + ", \"unfinished\")");
+      kill(getpid(), SIGKILL);
+    }
+    waitpid(child, nullptr, 0);
+    ASSERT_TRUE(fs::exists(path + (mode == "wal" ? "-wal" : "-journal")));
+    EXPECT_EQ(errorOf([&] { db.open(path, {"bookmarks"}); }), DatabaseError::kUnrecognizedFormat);
+    db.open(path, {"link"});
+    EXPECT_EQ(db.query("select url from link").text("url"), "finished");
+    EXPECT_EQ(db.count("select count(*) as outCount from link"), 1);
+    db.close();
+    EXPECT_FALSE(sidecars());
   }
-  waitpid(child, nullptr, 0);
-  ASSERT_TRUE(fs::exists(path + "-wal"));
-  EXPECT_EQ(errorOf([&] { db.open(path, {"bookmarks"}); }), DatabaseError::kUnrecognizedFormat);
-  db.open(path, {"link"});
-  EXPECT_EQ(db.count("select count(*) as outCount from link"), 500);
-  db.close();
-  EXPECT_FALSE(sidecars());
-  db.open(path);
-  EXPECT_EQ(db.count("select count(*) as outCount from link"), 500);
-}
-
-TEST_F(DatabaseFileTest, OpensAgainAndElsewhere) {
-  db.open(path);
-  db.execute("delete from pref");
-  db.open(path);
-  EXPECT_EQ(db.count("select count(*) as outCount from pref"), 0);
-  const std::string second = folder.filePath("second.mdb").toStdString();
-  mvtest::copyShippedDatabase(second);
-  db.open(second);
-  EXPECT_EQ(db.path(), second);
-  EXPECT_EQ(db.count("select count(*) as outCount from pref"), 1);
-  EXPECT_FALSE(sidecars());
 }
 
 // ---- compaction ----
@@ -417,8 +345,6 @@ TEST_F(DatabaseFileTest, CompactsIntoASmallerFileWithTheSameRows) {
   EXPECT_FALSE(sidecars());
   db.open(target);
   EXPECT_EQ(db.count("select count(*) as outCount from link"), 10);
-  EXPECT_NE(plan("delete from link where url = \"x\"").find("link_url"), std::string::npos);
-  db.execute("insert into win_pos (wname) values (\"x\")");
 }
 
 TEST_F(DatabaseFileTest, AFailedCompactionLeavesNoTarget) {

@@ -1,22 +1,38 @@
 // The transfer component against a real server on the loopback interface.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
 #include <sys/resource.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <csignal>
 #include <cstdio>
 #include <functional>
 #include <random>
 #include <stdexcept>
+#include <thread>
 
-#include "platform/BodySpool.h"
 #include "platform/InternetTransfer.h"
 #include "support/Fixture.h"
 #include "support/TestSite.h"
+
+namespace {
+
+constexpr const char* kSilentHost = "silent.test";
+constexpr std::chrono::seconds kSilence(3);
+
+}  // namespace
+
+// Stands before the system's own: a host whose name server is silent for a while.
+extern "C" int getaddrinfo(const char* node, const char* service, const addrinfo* hints, addrinfo** result) {
+  static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+  if (node == nullptr || std::string(node) != kSilentHost) return real(node, service, hints, result);
+  std::this_thread::sleep_for(kSilence);
+  return EAI_AGAIN;
+}
 
 namespace {
 
@@ -58,6 +74,11 @@ Resource faulty(Fault fault, std::size_t size = 2000) {
   Resource result = resource(200, {}, std::string(size, 'x'));
   result.fault = fault;
   return result;
+}
+
+// zlib's format, behind the four bytes of length that Qt puts in front.
+std::string deflated(const std::string& text) {
+  return qCompress(QByteArray::fromStdString(text)).mid(4).toStdString();
 }
 
 std::string randomBytes(std::size_t size) {
@@ -139,24 +160,17 @@ TEST_F(TransferTest, Outcomes) {
       {"redirect without a place", resource(302), 0, ""},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    site.add("/", c.resource);
-    const int outcome = client.run(site.url("/"));
-    EXPECT_EQ(outcome, c.code == 0 ? mv::kResponseCompleted : mv::kError);
-    EXPECT_EQ(client.transfer.ResponseCode(), c.code);
-    if (c.info != nullptr) {
-      EXPECT_EQ(client.transfer.ResponseInfo(), c.info);
+    for (const auto mode : {BodyMode::Text, BodyMode::File}) {
+      if (mode == BodyMode::File && c.code == kBadEncoding) continue;  // a file is not unpacked
+      SCOPED_TRACE(c.what);
+      site.add("/", c.resource);
+      EXPECT_EQ(client.run(site.url("/"), mode), c.code == 0 ? mv::kResponseCompleted : mv::kError);
+      EXPECT_EQ(client.transfer.ResponseCode(), c.code);
+      const auto info = client.transfer.ResponseInfo();
+      EXPECT_EQ(info, c.info != nullptr ? c.info : info);
+      EXPECT_EQ(info.empty(), c.code == 0);
+      EXPECT_EQ(client.body(), c.code == 0 ? c.resource.body : "");
     }
-    EXPECT_EQ(client.transfer.ResponseInfo().empty(), c.code == 0);
-    EXPECT_EQ(client.body(), c.code == 0 ? c.resource.body : "");
-  }
-  // The same faults end a file, and what ends a header request is its headers.
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    if (c.code == kBadEncoding) continue;
-    site.add("/", c.resource);
-    EXPECT_EQ(client.run(site.url("/"), BodyMode::File), c.code == 0 ? mv::kResponseCompleted : mv::kError);
-    EXPECT_EQ(client.transfer.ResponseCode(), c.code);
   }
 }
 
@@ -188,22 +202,20 @@ TEST_F(TransferTest, StatesTellWhatTheConnectionDoes) {
   site.add("/closing", faulty(Fault::NoContentLength));
   site.add("/moved", redirect("/"));
 
-  EXPECT_EQ(client.run("http://localhost:" + std::to_string(site.port()) + "/"), mv::kResponseCompleted);
-  EXPECT_EQ(client.states, (States{1, 2, 3, 4, 5, 6, 7, 8, 12}));
-  client.run("http://localhost:" + std::to_string(site.port()) + "/");
-  EXPECT_EQ(client.states, (States{5, 6, 7, 8, 12})) << "the connection is used again";
-  client.run("http://localhost:" + std::to_string(site.port()) + "/moved");
-  EXPECT_EQ(client.states, (States{5, 6, 7, 8, 5, 6, 7, 8, 12}));
-  client.run("http://localhost:" + std::to_string(site.port()) + "/closing");
-  EXPECT_EQ(client.states, (States{5, 6, 7, 8, 9, 10, 12}));
-  client.run("http://localhost:" + std::to_string(site.port()) + "/none");
-  EXPECT_EQ(States(client.states.end() - 5, client.states.end()), (States{5, 6, 7, 8, 11}));
+  const std::pair<const char*, States> cases[] = {
+      {"/", {1, 2, 3, 4, 5, 6, 7, 8, 12}},      {"/", {5, 6, 7, 8, 12}},  // the connection is used again
+      {"/moved", {5, 6, 7, 8, 5, 6, 7, 8, 12}}, {"/closing", {5, 6, 7, 8, 9, 10, 12}},
+      {"/none", {3, 4, 5, 6, 7, 8, 11}},  // a new connection, the host is known
+  };
+  for (const auto& [path, states] : cases) {
+    client.run("http://localhost:" + std::to_string(site.port()) + path);
+    EXPECT_EQ(client.states, states) << path;
+  }
 }
 
 TEST_F(TransferTest, RequestsAreWhatServersExpect) {
   site.page("/a%20b?q=%C3%A4", "x");
   EXPECT_EQ(client.run(site.host() + "/a b?q=\xC3\xA4#part"), mv::kResponseCompleted);
-  EXPECT_EQ(client.transfer.FinalAddress(), site.url("/a%20b?q=%C3%A4"));
   client.run(site.url("/"), BodyMode::File);
   const auto requests = site.requests();
   ASSERT_EQ(requests.size(), 2U);
@@ -213,19 +225,9 @@ TEST_F(TransferTest, RequestsAreWhatServersExpect) {
   EXPECT_EQ(requests[1].headers.at("accept-encoding"), "identity");
 }
 
-TEST_F(TransferTest, HeadersOfTheFinalResponse) {
-  site.add("/from", redirect("/to"));
-  site.add("/to", resource(200, {{"x-thing", " a "}, {"X-Thing", "b"}}));
-  ASSERT_EQ(client.run(site.url("/from")), mv::kResponseCompleted);
-  EXPECT_EQ(client.transfer.GetHeader("CONTENT-LENGTH"), "4");
-  EXPECT_EQ(client.transfer.GetHeader("Content-Type"), "text/html");
-  EXPECT_EQ(client.transfer.GetHeader("X-THING"), "a") << "the last one sent";
-  EXPECT_EQ(client.transfer.GetHeader("Location"), "");
-}
-
 TEST_F(TransferTest, Redirects) {
   TestSite other;
-  other.page("/there", "other");
+  other.add("/there", resource(200, {{"x-thing", " a "}, {"X-Thing", "b"}}, "other"));
   for (int i = 0; i < 21; ++i) site.add("/" + std::to_string(i), redirect(std::to_string(i + 1)));
   site.page("/21", "end");
   site.add("/loop", redirect("/loop"));
@@ -235,9 +237,10 @@ TEST_F(TransferTest, Redirects) {
 
   EXPECT_EQ(client.run(site.url("/1")), mv::kResponseCompleted) << "20 redirects";
   EXPECT_EQ(client.body(), "end");
-  EXPECT_EQ(client.transfer.FinalAddress(), site.url("/21"));
   EXPECT_EQ(client.run(site.url("/away")), mv::kResponseCompleted);
   EXPECT_EQ(client.body(), "other");
+  EXPECT_EQ(client.transfer.GetHeader("X-THING"), "a") << "of the final response the last one sent";
+  EXPECT_EQ(client.transfer.GetHeader("Location"), "");
 
   const std::pair<const char*, long> failing[] = {
       {"/0", kTooManyRedirects}, {"/loop", kTooManyRedirects}, {"/ftp", kUnsupportedProtocol}, {"/missing", 404}};
@@ -273,7 +276,6 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
   const std::string basic = "Basic " + QByteArray("me:p@ss%41").toBase64().toStdString();
   EXPECT_EQ(client.run(user + "/near"), mv::kResponseCompleted);
   for (auto& request : site.requests()) EXPECT_EQ(request.headers["authorization"], basic) << request.path;
-  EXPECT_EQ(client.transfer.FinalAddress(), site.url("/page"));
   EXPECT_EQ(client.run(user + "/"), mv::kResponseCompleted);
   ASSERT_EQ(other.requests().size(), 1U);
   EXPECT_EQ(other.requests()[0].headers.count("authorization"), 0U);
@@ -284,15 +286,13 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
 TEST_F(TransferTest, ChallengesAreAnsweredOnce) {
   site.add("/digest", resource(401, {{"WWW-Authenticate", "Digest realm=\"r\", nonce=\"n1\", qop=\"auth\""}}));
   site.add("/basic", resource(401, {{"WWW-Authenticate", "Basic realm=\"r\""}}));
-  for (const auto mode : {BodyMode::Text, BodyMode::HeadersOnly}) {
-    EXPECT_EQ(client.run("http://me:secret@" + site.host() + "/digest", mode), mv::kError);
-    EXPECT_EQ(client.transfer.ResponseCode(), 401);
+  const std::pair<const char*, int> cases[] = {{"/digest", 2}, {"/basic", 1}};
+  for (const auto& [path, requests] : cases) {
+    EXPECT_EQ(client.run("http://me:secret@" + site.host() + path, BodyMode::HeadersOnly), mv::kError);
     EXPECT_EQ(client.transfer.ResponseInfo(), "Unauthorized");
-    EXPECT_TRUE(site.requests().back().headers["authorization"].starts_with("Digest username=\"me\""));
+    EXPECT_EQ(site.requestCount(path), requests);
   }
-  EXPECT_EQ(site.requestCount("/digest"), 4);
-  EXPECT_EQ(client.run("http://me:secret@" + site.host() + "/basic"), mv::kError);
-  EXPECT_EQ(site.requestCount("/basic"), 1);
+  EXPECT_TRUE(site.requests()[1].headers["authorization"].starts_with("Digest username=\"me\""));
 }
 
 TEST_F(TransferTest, PagesArriveAsTextInPiecesOfCharacters) {
@@ -303,9 +303,8 @@ TEST_F(TransferTest, PagesArriveAsTextInPiecesOfCharacters) {
   EXPECT_EQ(client.transfer.GetChunk(1024, ChunkType::Text), euros);
   EXPECT_EQ(client.transfer.GetChunk(1024, ChunkType::Text), "");
 
-  // zlib's format behind the four bytes of length that Qt puts in front
   const std::string plain(100'000, 'z');
-  const auto packed = qCompress(QByteArray::fromStdString(plain)).mid(4).toStdString();
+  const auto packed = deflated(plain);
   site.add("/packed", resource(200, {{"Content-Encoding", "deflate"}}, packed));
   ASSERT_EQ(client.run(site.url("/packed")), mv::kResponseCompleted);
   EXPECT_EQ(client.body(), plain);
@@ -323,8 +322,7 @@ TEST_F(TransferTest, PagesHaveALimit) {
   InternetTransfer::limits().textLimit = 50'000;
   site.page("/most", std::string(50'000, 'x'));
   site.page("/more", std::string(50'001, 'x'));
-  const auto bomb = qCompress(QByteArray(10'000'000, 'x')).mid(4).toStdString();
-  site.add("/bomb", resource(200, {{"Content-Encoding", "deflate"}}, bomb));
+  site.add("/bomb", resource(200, {{"Content-Encoding", "deflate"}}, deflated(std::string(10'000'000, 'x'))));
   EXPECT_EQ(client.run(site.url("/most")), mv::kResponseCompleted);
   for (const auto* path : {"/more", "/bomb"}) {
     EXPECT_EQ(client.run(site.url(path)), mv::kError) << path;
@@ -336,8 +334,9 @@ TEST_F(TransferTest, PagesHaveALimit) {
 // ---- header requests
 
 TEST_F(TransferTest, HeldResponseGoesOnWithoutASecondRequest) {
-  // Small enough to come with the headers; too large for what the system buffers by itself.
-  const std::size_t sizes[] = {0, 1, 1025, 16 * kMegabyte};
+  InternetTransfer::limits().spoolThreshold = 1025;
+  // Small enough to come with the headers; around the edge of the memory; too large for what the system buffers.
+  const std::size_t sizes[] = {0, 1, 1025, 1026, 16 * kMegabyte};
   std::uint64_t sent = 0;
   for (const auto size : sizes) {
     SCOPED_TRACE(size);
@@ -352,59 +351,42 @@ TEST_F(TransferTest, HeldResponseGoesOnWithoutASecondRequest) {
     EXPECT_TRUE(client.body(ChunkType::Bytes) == bytes);
     EXPECT_EQ(client.transfer.GetHeader("Content-Length"), std::to_string(size));
     sent += size;
-    EXPECT_EQ(site.bytesSent(), sent);
+    EXPECT_TRUE(waitFor([&] { return site.bytesSent() == sent; })) << site.bytesSent();
   }
   EXPECT_EQ(site.requestCount("/f"), static_cast<int>(std::size(sizes)));
-
-  site.page("/p", "page \xE4");
-  client.run(site.url("/p"), BodyMode::HeadersOnly);
-  ASSERT_EQ(client.run(site.url("/p"), BodyMode::Text), mv::kResponseCompleted);
-  EXPECT_EQ(client.body(), "page \xC3\xA4");
-  EXPECT_EQ(site.requestCount("/p"), 1);
-}
-
-TEST_F(TransferTest, HeldResponseIsNotReadAhead) {
-  constexpr std::size_t kSize = 32 * kMegabyte;
-  site.file("/f", "image/jpeg", std::string(kSize, 'x'));
-  ASSERT_EQ(client.run(site.url("/f"), BodyMode::HeadersOnly), mv::kResponseCompleted);
-  site.page("/", "x");
-  Client another;
-  ASSERT_EQ(another.run(site.url("/")), mv::kResponseCompleted) << "others are not held up";
-  EXPECT_LT(site.bytesSent(), kSize);
 }
 
 TEST_F(TransferTest, WhatDropsAHeldResponse) {
   site.file("/f", "image/jpeg", "bytes");
-  site.file("/other", "image/jpeg", "other");
-  const auto holdThen = [this](const std::function<void()>& drop) {
+  site.page("/other", "other");
+  const std::pair<std::function<void()>, int> cases[] = {
+      {[] {}, 1},
+      {[this] { client.run(site.url("/other"), BodyMode::File); }, 2},
+      {[this] { client.run(site.url("/f"), BodyMode::HeadersOnly); }, 2},
+      {[this] { client.run(site.url("/f"), BodyMode::Text); }, 3},
+      {[this] { client.transfer.cancel(); }, 2},
+  };
+  for (const auto& [drop, requests] : cases) {
     const int before = site.requestCount("/f");
     EXPECT_EQ(client.run(site.url("/f"), BodyMode::HeadersOnly), mv::kResponseCompleted);
     drop();
     EXPECT_EQ(client.run(site.url("/f"), BodyMode::File), mv::kResponseCompleted);
     EXPECT_EQ(client.body(ChunkType::Bytes), "bytes");
-    return site.requestCount("/f") - before;
-  };
-  EXPECT_EQ(holdThen([] {}), 1);
-  EXPECT_EQ(holdThen([this] { client.run(site.url("/other"), BodyMode::File); }), 2);
-  EXPECT_EQ(holdThen([this] { client.run(site.url("/f"), BodyMode::HeadersOnly); }), 2);
-  EXPECT_EQ(holdThen([this] { client.transfer.cancel(); }), 2);
-
-  // A page that the server compressed unasked is asked for again, since its bytes are of no use.
-  const auto packed = qCompress(QByteArray("page")).mid(4).toStdString();
-  site.add("/packed", resource(200, {{"Content-Encoding", "deflate"}}, packed));
-  client.run(site.url("/packed"), BodyMode::HeadersOnly);
-  ASSERT_EQ(client.run(site.url("/packed"), BodyMode::Text), mv::kResponseCompleted);
-  EXPECT_EQ(client.body(), "page");
+    EXPECT_EQ(site.requestCount("/f") - before, requests);
+  }
 }
 
-TEST_F(TransferTest, HeldResponseExpires) {
+TEST_F(TransferTest, HeldResponseIsNotReadAheadAndExpires) {
+  constexpr std::size_t kSize = 32 * kMegabyte;
   InternetTransfer::limits().holdMs = 50;
-  site.file("/f", "image/jpeg", std::string(20 * kMegabyte, 'x'));
+  site.file("/f", "image/jpeg", std::string(kSize, 'x'));
+  site.page("/", "x");
   ASSERT_EQ(client.run(site.url("/f"), BodyMode::HeadersOnly), mv::kResponseCompleted);
-  QElapsedTimer timer;
-  timer.start();
-  waitFor([&] { return timer.elapsed() > 150; });
-  EXPECT_EQ(client.transfer.GetHeader("Content-Length"), std::to_string(20 * kMegabyte));
+  Client another;
+  ASSERT_EQ(another.run(site.url("/")), mv::kResponseCompleted) << "others are not held up";
+  EXPECT_LT(site.bytesSent(), kSize);
+  waitFor([] { return false; }, 150);
+  EXPECT_EQ(client.transfer.GetHeader("Content-Length"), std::to_string(kSize));
   ASSERT_EQ(client.run(site.url("/f"), BodyMode::File), mv::kResponseCompleted);
   EXPECT_EQ(site.requestCount("/f"), 2);
 }
@@ -430,9 +412,7 @@ TEST_F(TransferTest, WaitingInAHoldIsNoStall) {
   InternetTransfer::limits().stallTimeoutS = 1;
   site.file("/f", "image/jpeg", std::string(20 * kMegabyte, 'x'));
   ASSERT_EQ(client.run(site.url("/f"), BodyMode::HeadersOnly), mv::kResponseCompleted);
-  QElapsedTimer timer;
-  timer.start();
-  waitFor([&] { return timer.elapsed() > 2200; });
+  waitFor([] { return false; }, 2200);
   ASSERT_EQ(client.run(site.url("/f"), BodyMode::File), mv::kResponseCompleted);
   EXPECT_EQ(client.body(ChunkType::Bytes).size(), 20 * kMegabyte);
   EXPECT_EQ(site.requestCount("/f"), 1);
@@ -448,48 +428,16 @@ long residentKilobytes() {
   return kilobytes;
 }
 
-QStringList spoolFiles() {
-  return QDir(QStringLiteral("/var/tmp")).entryList({QStringLiteral("morvane2000-*")}, QDir::Files);
-}
-
 TEST_F(TransferTest, LargeFilesDoNotFillTheMemory) {
   constexpr std::size_t kSize = 96 * kMegabyte + 1;
-  const auto bytes = randomBytes(kMegabyte);
-  std::string whole;
-  whole.reserve(kSize);
-  while (whole.size() + bytes.size() < kSize) whole += bytes;
-  whole.resize(kSize, 'e');
+  const std::string whole = randomBytes(kSize);
   site.file("/f", "video/mpeg", whole);
-  const auto spoolFilesBefore = spoolFiles();
   const long before = residentKilobytes();
   ASSERT_GT(before, 0);
   ASSERT_EQ(client.run(site.url("/f"), BodyMode::File), mv::kResponseCompleted);
   EXPECT_LT(residentKilobytes() - before, 32 * 1024);
-  EXPECT_EQ(spoolFiles(), spoolFilesBefore) << "the spool file has a name";
 
-  std::size_t at = 0;
-  bool same = true;
-  for (auto piece = client.transfer.GetChunk(1024, ChunkType::Bytes); !piece.empty();
-       piece = client.transfer.GetChunk(1024, ChunkType::Bytes)) {
-    same = same && whole.compare(at, piece.size(), piece) == 0;
-    at += piece.size();
-  }
-  EXPECT_TRUE(same);
-  EXPECT_EQ(at, kSize);
-}
-
-TEST(BodySpool, GoesToDiskPastTheThreshold) {
-  for (const std::size_t size : {99U, 100U, 101U, 70'000U}) {
-    mv::BodySpool spool(100);
-    const auto bytes = randomBytes(size);
-    for (std::size_t at = 0; at < size; at += 33) ASSERT_TRUE(spool.append(std::string_view(bytes).substr(at, 33)));
-    EXPECT_EQ(spool.onDisk(), size > 100);
-    ASSERT_TRUE(spool.rewind());
-    std::string read;
-    for (auto piece = spool.read(1000); !piece.empty(); piece = spool.read(1000)) read += piece;
-    EXPECT_TRUE(read == bytes) << size;
-    EXPECT_FALSE(spool.onDisk()) << "given back when read";
-  }
+  EXPECT_TRUE(client.body(ChunkType::Bytes) == whole);
 }
 
 TEST_F(TransferTest, FullDiskEndsTheTransfer) {
@@ -542,24 +490,25 @@ TEST_F(TransferTest, MayStartAgainInItsOwnSignal) {
     EXPECT_TRUE(restarted);
     EXPECT_EQ(client.body(), "two");
   }
-  // As a download does it: the file at the end of its header request, then the next.
-  int completed = 0;
-  client.onState = [&](int state) {
-    QCoreApplication::processEvents();
-    if (state != mv::kResponseCompleted) return;
-    ++completed;
-    if (completed == 1) client.transfer.Execute(site.url("/1"), "Get", BodyMode::File);
-    if (completed == 2) client.transfer.Execute(site.url("/2"), "GET", BodyMode::HeadersOnly);
-  };
-  client.begin(site.url("/1"), BodyMode::HeadersOnly);
-  EXPECT_TRUE(waitFor([&] { return completed == 3; }));
 }
 
 TEST_F(TransferTest, SurvivesAReceiverThatThrows) {
   site.page("/", "x");
   client.onState = [](int) { throw std::runtime_error("a receiver's own trouble"); };
   EXPECT_EQ(client.run(site.url("/")), mv::kResponseCompleted);
-  EXPECT_EQ(client.body(), "x");
+}
+
+// The window of a site that cannot be found is closed like any other.
+TEST_F(TransferTest, ASilentNameServerHoldsNothingUp) {
+  for (const bool byTimeout : {false, true}) {
+    if (byTimeout) InternetTransfer::limits().connectTimeoutMs = 200;
+    client.begin(std::string("http://") + kSilentHost + "/");
+    ASSERT_TRUE(waitFor([&] { return byTimeout ? client.over() : !client.states.empty(); }, 1500));
+    QElapsedTimer clock;
+    clock.start();
+    client.transfer.cancel();
+    EXPECT_LT(clock.elapsed(), 500);
+  }
 }
 
 TEST_F(TransferTest, DroppedRequestsAreSilent) {
@@ -582,19 +531,17 @@ TEST_F(TransferTest, DroppedRequestsAreSilent) {
 }
 
 TEST_F(TransferTest, InstancesWorkSideBySide) {
-  constexpr int kInstances = 24;
   std::vector<std::unique_ptr<Client>> clients;
-  for (int i = 0; i < kInstances; ++i) {
-    auto answer = resource(200, {}, std::string(200'000, static_cast<char>('a' + i)));
-    answer.delayMs = i % 3;
-    site.add("/" + std::to_string(i), answer);
+  for (char letter = 'a'; letter <= 'x'; ++letter) {
+    const auto path = std::string("/") + letter;
+    site.page(path, std::string(200'000, letter));
     clients.push_back(std::make_unique<Client>());
-    clients.back()->begin(site.url("/" + std::to_string(i)), i % 2 == 0 ? BodyMode::Text : BodyMode::File);
+    clients.back()->begin(site.url(path), letter % 2 == 0 ? BodyMode::Text : BodyMode::File);
   }
-  for (int i = 0; i < kInstances; ++i) {
-    auto& each = *clients[static_cast<std::size_t>(i)];
-    ASSERT_TRUE(waitFor([&] { return each.over(); }));
-    EXPECT_EQ(each.body(ChunkType::Bytes), std::string(200'000, static_cast<char>('a' + i)));
+  char letter = 'a';
+  for (const auto& each : clients) {
+    ASSERT_TRUE(waitFor([&] { return each->over(); }));
+    EXPECT_EQ(each->body(ChunkType::Bytes), std::string(200'000, letter++));
   }
 }
 

@@ -1,8 +1,8 @@
 #include <string>
-#include <vector>
 
 #include "platform/Database.h"
 #include "scan/FilterRules.h"
+#include "scan/clsLinkParser.h"
 #include "support/Fixture.h"
 
 namespace {
@@ -10,55 +10,36 @@ namespace {
 using mv::FilterRule;
 
 TEST(FilterRules, CompareTheChosenPartOfALink) {
-  struct Case {
-    const char* field;
-    const char* op;
-    const char* value;
-    bool matches;
-  };
   const mv::FilterSubject image{"/img/banner1.gif", "host1", "gif"};
   const mv::FilterSubject page{"/page.htm", "host1", ""};
-  const Case onImage[] = {
-      {"Link", "Contains", "banner", true},
-      {"Link", "Contains", "BANNER", false},
-      {"Link", "Equals", "/img/banner1.gif", true},
-      {"Link", "Equals", "/img", false},
-      {"Link", "Does Not Equal", "/img", true},
-      {"Link", "Does Not Equal", "/img/banner1.gif", false},
-      {"Link", "Begins With", "/img", true},
-      {"Link", "Begins With", "img", false},
-      {"Link", "Does Not Begin With", "/img", false},
-      {"Link", "Does Not Begin With", "/img/banner1.gif2", true},
-      {"Link", "Ends With", ".gif", true},
-      {"Link", "Ends With", "x/img/banner1.gif", false},
-      {"Link", "Does Not End With", ".gif", false},
-      {"Link", "Does Not End With", ".jpg", true},
-      {"Domain", "Equals", "host1", true},
-      {"Filetype", "Equals", "gif", true},
-      {"Filetype", "Does Not Equal", "gif", false},
-      {"Host", "Contains", "h", false},
-      {"Link", "contains", "banner", false},
-      {"Link", "", "banner", false},
+  const struct {
+    const char *field, *op, *match, *other;
+  } cases[] = {
+      {"Link", "Contains", "banner", "BANNER"},
+      {"Link", "Equals", "/img/banner1.gif", "/img"},
+      {"Link", "Does Not Equal", "/img", "/img/banner1.gif"},
+      {"Link", "Begins With", "/img", "img"},
+      {"Link", "Does Not Begin With", "/img/banner1.gif2", "/img"},
+      {"Link", "Ends With", ".gif", "x/img/banner1.gif"},
+      {"Link", "Does Not End With", ".jpg", ".gif"},
+      {"Domain", "Equals", "host1", "host"},
+      {"Filetype", "Equals", "gif", "GIF"},
   };
-  for (const Case& c : onImage)
-    EXPECT_EQ(mv::matches({c.field, c.op, "", "", c.value}, image), c.matches)
-        << c.field << ' ' << c.op << ' ' << c.value;
-  EXPECT_FALSE(mv::matches({"Filetype", "Equals", "", "", "gif"}, page));
+  for (const auto& c : cases) {
+    EXPECT_TRUE(mv::matches({c.field, c.op, "Save To", "", c.match}, image)) << c.op << ' ' << c.match;
+    EXPECT_FALSE(mv::matches({c.field, c.op, "Save To", "", c.other}, image)) << c.op << ' ' << c.other;
+  }
+  EXPECT_FALSE(mv::matches({"Host", "Contains", "", "", "h"}, image));
+  EXPECT_FALSE(mv::matches({"Link", "contains", "", "", "banner"}, image));
   EXPECT_TRUE(mv::matches({"Filetype", "Does Not Equal", "", "", "gif"}, page)) << "a document is no gif";
-  for (const char* op :
-       {"Contains", "Equals", "Does Not Equal", "Begins With", "Does Not Begin With", "Ends With", "Does Not End With"})
-    EXPECT_FALSE(mv::matches({"Filetype", op, "", "", ""}, page)) << op << " nothing";
+  for (const char* op : {"Contains", "Does Not Equal", "Begins With", "Does Not End With"})
+    EXPECT_FALSE(mv::matches({"Link", op, "", "", ""}, page)) << op << " nothing";
+  const FilterRule no{"Link", "Contains", "", "", "zzz"};
+  EXPECT_TRUE(mv::anyMatches({no, {"Link", "Contains", "", "", "page"}}, page));
+  EXPECT_FALSE(mv::anyMatches({no}, page));
 }
 
-TEST(FilterRules, OneMatchingRuleRejectsWhateverItsType) {
-  const FilterRule other{"Link", "Contains", "Ignore", "a", "zzz"};
-  const FilterRule saveTo{"Link", "Contains", "Save To", "b", "banner"};
-  EXPECT_TRUE(mv::anyMatches({other, saveTo}, {"/banner", "h", ""}));
-  EXPECT_FALSE(mv::anyMatches({other}, {"/banner", "h", ""}));
-  EXPECT_FALSE(mv::anyMatches({}, {"/banner", "h", ""}));
-}
-
-class FilterLoading : public mvtest::ProgramTest {
+class Filters : public mvtest::ProgramTest {
  protected:
   static void addFilter(int id, const char* global, const std::string& value) {
     const std::string key = std::to_string(id);
@@ -69,27 +50,28 @@ class FilterLoading : public mvtest::ProgramTest {
         ", 2, 1, " + mv::quoted(value) + ", \"\", \"rule " + key + "\", \"Contains\")");
     mv::gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (" + key + ", " + key + ")");
   }
-  static std::vector<std::string> values(const std::vector<FilterRule>& rules) {
-    std::vector<std::string> result;
-    for (const FilterRule& rule : rules) result.push_back(rule.searchValue);
-    return result;
-  }
 };
 
-TEST_F(FilterLoading, GlobalFiltersServeAllSitesAndOthersTheirOwn) {
+TEST_F(Filters, GlobalOnesServeAllSitesAndOthersTheirOwn) {
   addFilter(1, "yes", "everywhere");
   addFilter(2, "no", "say \"no\"");
   addFilter(3, "no", "elsewhere");
-  EXPECT_TRUE(mv::loadSiteRules(7).empty());
-  mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (7, 2)");
-  mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (8, 3)");
-  EXPECT_EQ(values(mv::loadGlobalRules()), std::vector<std::string>{"everywhere"});
-  const std::vector<FilterRule> rules = mv::loadSiteRules(7);
-  ASSERT_EQ(values(rules), std::vector<std::string>{"say \"no\""});
-  EXPECT_EQ(rules[0].fieldName, "Link");
-  EXPECT_EQ(rules[0].op, "Contains");
-  EXPECT_EQ(rules[0].ruleType, "Save To");
-  EXPECT_EQ(rules[0].ruleName, "rule 2");
+  mv::clsLinkParser parser;
+  parser.SiteID = mvtest::addSite("host1", folder());
+  parser.Domain = "host1";
+  for (const int filter : {2, 3})
+    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" +
+                          std::to_string(parser.SiteID + filter - 2) + ", " + std::to_string(filter) + ")");
+  const auto add = [&parser](const std::string& url) {
+    parser.Link = parser.URL = url;
+    parser.AddLinkToDatabase();
+    return parser.Flag;
+  };
+  EXPECT_TRUE(add("host1/everywhere/")) << "rules count from BuildFilters on";
+  parser.BuildFilters();
+  for (const auto& [url, kept] : {std::pair("host1/everywhere.htm", false), std::pair("host1/EVERYWHERE.htm", true),
+                                  std::pair("host1/say \"no\".htm", false), std::pair("host1/elsewhere.htm", true)})
+    EXPECT_EQ(add(url), kept) << url;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // The start of the program: what is written, what is shown, what is left alone.
 
-#include "shell/StartUp.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +8,7 @@
 #include "app/WindowRegistry.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
+#include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
 #include "sites/frmWebSites.h"

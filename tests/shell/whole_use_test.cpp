@@ -1,13 +1,13 @@
-// A user makes a site from nothing, with the mouse and the keyboard only, through the main window's menu, starts it from the
-// list and finds the files in the right folders.
+// A user makes a site from nothing, with the mouse and the keyboard only, through the main window's menu, starts it
+// from the list and finds the files in the right folders.
 
 #include <QAction>
 #include <QCheckBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -170,7 +170,8 @@ TEST_F(WholeUseTest, ASiteFromNothingToItsFiles) {
     ASSERT_TRUE(mvtest::waitFor([&] { return QFile::exists(root + path); }, 60'000)) << path.toStdString();
     EXPECT_EQ(mvtest::readFile(toUtf8(root + path)), content);
   }
-  ASSERT_TRUE(mvtest::waitFor([&] { return count("link", "link_type = \"File\" and status = \"Done\"") == 5; }, 60'000));
+  ASSERT_TRUE(
+      mvtest::waitFor([&] { return count("link", "link_type = \"File\" and status = \"Done\"") == 5; }, 60'000));
   EXPECT_EQ(QDir(root + "/photographs").entryList(QDir::Files), QStringList("two.jpg")) << "the small one is left out";
   EXPECT_EQ(QDir(root + "/default").entryList(QDir::Files), QStringList("three.png")) << "the large one is left out";
   click(sites, "Stop");

@@ -54,7 +54,6 @@ class Assignments : public SitesTest {
     editor->showChild();
   }
   void apply() { click(editor, "cmdApply"); }
-  std::string lastTitle() const { return dialogs.messages.empty() ? "" : dialogs.messages.back().title.toStdString(); }
   std::string storedTypes() const {
     return all("vf.name", "site_filetype_xref x, valid_filetypes vf where vf.id = x.file_type_id and x.site_id = " +
                               std::to_string(id) + " order by vf.name");
@@ -71,16 +70,14 @@ class Assignments : public SitesTest {
 
 TEST_F(Assignments, ANewSiteIsGivenTheDefaultFileTypes) {
   openNew(kFiletypes);
-  const std::string defaults = all("name", "valid_filetypes where download_by_default = \"yes\" order by name");
-  EXPECT_EQ(names(list("lvwFiletypesAssigned")).join(',').toStdString(), defaults);
-  EXPECT_EQ(list("lvwFiletypesAssigned").rowCount() + list("lvwFiletypesAvailable").rowCount(),
-            count("valid_filetypes"));
-  for (const QString& name : names(list("lvwFiletypesAssigned")))
-    EXPECT_EQ(list("lvwFiletypesAvailable").findRow(0, name), -1);
+  const mv::ListView& assigned = list("lvwFiletypesAssigned");
+  const mv::ListView& available = list("lvwFiletypesAvailable");
+  EXPECT_EQ(names(assigned), all("name", "valid_filetypes where download_by_default = \"yes\" order by name"));
+  EXPECT_EQ(names(available), all("name", "valid_filetypes where download_by_default <> \"yes\" order by name"));
   EXPECT_EQ(list("lvwFiltersAssigned").rowCount(), 0) << "a new site shows no global filters";
 }
 
-TEST_F(Assignments, FileTypesMoveAndAreStored) {
+TEST_F(Assignments, FileTypesMoveAndAreStoredByApplyOnly) {
   openEdit(kFiletypes);
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAssigned"));
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAvailable"));
@@ -89,41 +86,46 @@ TEST_F(Assignments, FileTypesMoveAndAreStored) {
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAvailable"));
   EXPECT_EQ(control<QLineEdit>(editor, "txtFiletypeDescription").text(), "Bitmap picture");
   click(editor, "cmdMoveFileTypeToAssigned");
-  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"bmp", "gif", "jpg"}));
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), "bmp,gif,jpg");
 
   select("lvwFiletypesAssigned", "gif");
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAssigned"));
   EXPECT_TRUE(enabled("cmdMoveFileTypeToAvailable"));
   click(editor, "cmdMoveFileTypeToAvailable");
-  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"bmp", "jpg"}));
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), "bmp,jpg");
   EXPECT_GE(list("lvwFiletypesAvailable").findRow(0, "gif"), 0);
   EXPECT_EQ(storedTypes(), "gif,jpg") << "nothing is stored yet";
+  switchAwayAndBack();
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), "gif,jpg") << "a visit to another window drops the moves";
 
+  select("lvwFiletypesAssigned", "gif");
+  click(editor, "cmdMoveFileTypeToAvailable");
   apply();
-  EXPECT_EQ(storedTypes(), "bmp,jpg");
+  switchAwayAndBack();
+  EXPECT_EQ(names(list("lvwFiletypesAssigned")), "jpg");
+  EXPECT_EQ(storedTypes(), "jpg");
 }
 
-TEST_F(Assignments, AnUnsavedMoveIsLostWhenAnotherWindowIsVisited) {
-  openEdit(kFiletypes);
-  select("lvwFiletypesAssigned", "gif");
-  click(editor, "cmdMoveFileTypeToAvailable");
-  switchAwayAndBack();
-  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList({"gif", "jpg"}));
-
-  select("lvwFiletypesAssigned", "gif");
-  click(editor, "cmdMoveFileTypeToAvailable");
-  apply();
-  switchAwayAndBack();
-  EXPECT_EQ(names(list("lvwFiletypesAssigned")), QStringList("jpg"));
+// The next save would store what the lists have lost.
+TEST_F(Assignments, ARebuildThatFailsLeavesTheListsAsTheyWere) {
+  openEdit(kFilters);
+  for (const char* table : {"filter", "valid_filetypes"}) {
+    mv::gDatabase.execute(std::string("alter table ") + table + " rename to elsewhere");
+    switchAwayAndBack();
+    EXPECT_FALSE(dialogs.messages.empty());
+    mv::gDatabase.execute(std::string("alter table elsewhere rename to ") + table);
+    EXPECT_EQ(names(list("lvwFiletypesAssigned")), "gif,jpg") << table;
+    EXPECT_EQ(names(list("lvwFiltersAssigned")), "Own,Everywhere") << table;
+  }
 }
 
 TEST_F(Assignments, GlobalFiltersAreShownAndStayWhereTheyAre) {
   openEdit(kFilters);
   mv::ListView& assigned = list("lvwFiltersAssigned");
-  EXPECT_EQ(names(assigned), QStringList({"Own", "Everywhere"}));
+  EXPECT_EQ(names(assigned), "Own,Everywhere");
   EXPECT_TRUE(assigned.isBold(0));
   EXPECT_FALSE(assigned.isBold(1));
-  EXPECT_EQ(names(list("lvwFiltersAvailable")), QStringList({"Absent", "More"}));
+  EXPECT_EQ(names(list("lvwFiltersAvailable")), "Absent,More");
 
   select("lvwFiltersAssigned", "Everywhere");
   EXPECT_FALSE(enabled("cmdMoveFilterToAvailable"));
@@ -131,20 +133,27 @@ TEST_F(Assignments, GlobalFiltersAreShownAndStayWhereTheyAre) {
   EXPECT_TRUE(enabled("cmdMoveFilterToAvailable"));
   assigned.selectAll();
   click(editor, "cmdMoveFilterToAvailable");
-  EXPECT_EQ(names(assigned), QStringList("Everywhere"));
-  EXPECT_EQ(names(list("lvwFiltersAvailable")), QStringList({"Absent", "More", "Own"}));
+  EXPECT_EQ(names(assigned), "Everywhere");
+  EXPECT_EQ(names(list("lvwFiltersAvailable")), "Absent,More,Own");
 
   clickRows(list("lvwFiltersAvailable"), {1, 2});
   click(editor, "cmdMoveFilterToAssigned");
-  EXPECT_EQ(names(assigned), QStringList({"Everywhere", "More", "Own"})) << "moved rows come last";
+  EXPECT_EQ(names(assigned), "Everywhere,More,Own") << "moved rows come last";
   select("lvwFiltersAvailable", "Absent");
   click(editor, "cmdMoveFilterToAssigned");
   select("lvwFiltersAssigned", "Own");
   click(editor, "cmdMoveFilterToAvailable");
-  EXPECT_EQ(names(assigned), QStringList({"Absent", "Everywhere", "More"})) << "in order once";
+  EXPECT_EQ(names(assigned), "Absent,Everywhere,More") << "in order once";
   apply();
   EXPECT_EQ(all("filter_id", "site_filter_xref order by filter_id"), "6,8");
 }
+
+constexpr const char* kFileTypeRefusal =
+    "Must save before adding new filetype: Please click the Apply button before modifying filetypes.";
+constexpr const char* kFilterRefusal =
+    "Must save before adding new filter: Please click the Apply button before modifying filters.";
+constexpr const char* kPathRefusal =
+    "Must save before modifying paths: Please click the Apply button before accessing the Path Manager";
 
 TEST_F(Assignments, UnsavedAssignmentsKeepTheOtherEditorsShut) {
   int filterEditors = 0;
@@ -158,10 +167,10 @@ TEST_F(Assignments, UnsavedAssignmentsKeepTheOtherEditorsShut) {
   click(editor, "cmdMoveFilterToAssigned");
   click(editor, "cmdNewFilter");
   EXPECT_EQ(filterEditors, 1);
-  EXPECT_EQ(lastTitle(), "Must save before adding new filter");
+  EXPECT_EQ(lastMessage(), kFilterRefusal);
   showPage(kPaths);
   click(editor, "cmdOpenPathManager");
-  EXPECT_EQ(lastTitle(), "Must save before modifying paths");
+  EXPECT_EQ(lastMessage(), kPathRefusal);
   EXPECT_EQ(dialogs.messages.back().icon, mv::MessageIcon::Information);
 
   apply();
@@ -174,20 +183,18 @@ TEST_F(Assignments, UnsavedAssignmentsKeepTheOtherEditorsShut) {
 
 TEST_F(Assignments, ANewSiteMustBeSavedBeforeItsListsGetNewEntries) {
   mv::setNewFilterOpener([] { FAIL() << "opened too early"; });
-  openNew(kFiletypes);
-  click(editor, "cmdNewFileType");
-  EXPECT_EQ(lastTitle(), "Must save before adding new filetype");
-  showPage(kFilters);
+  openNew(kFilters);
   click(editor, "cmdNewFilter");
-  EXPECT_EQ(lastTitle(), "Must save before adding new filter");
+  EXPECT_EQ(lastMessage(), kFilterRefusal);
   showPage(kPaths);
   click(editor, "cmdOpenPathManager");
-  EXPECT_EQ(lastTitle(), "Must save before modifying paths");
-  EXPECT_EQ(dialogs.messages.size(), 3u);
+  EXPECT_EQ(lastMessage(), kPathRefusal);
+  showPage(kFiletypes);
+  click(editor, "cmdNewFileType");
+  EXPECT_EQ(lastMessage(), kFileTypeRefusal);
 
   control<QLineEdit>(editor, "txtURL").setText("other.example.test");
   apply();
-  showPage(kFiletypes);
   click(editor, "cmdNewFileType");
   mv::ChildWindow* child = windowTitled("New Filetype");
   ASSERT_TRUE(child);
@@ -207,20 +214,24 @@ class Login : public Assignments {
         "insert into form (id, name, description, form_type) values (200, \"Three\", \"About three\", "
         "\"Authentication\"), (201, \"Seven\", \"About seven\", \"Authentication\"), (202, \"Query\", \"\", "
         "\"Query\")");
-    field(300, 200, 2, "Your name");
-    field(301, 200, 3, "Your Password");
+    field(300, 200, 2, "name");
+    field(301, 200, 3, "Password");
     field(302, 200, 1, "R&D");
-    mv::gDatabase.execute(
-        "insert into field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value) values "
-        "(303, "
-        "200, \"page\", \"4\", \"no\", \"not asked\", \"\")");
-    for (int i = 1; i <= 7; ++i) field(310 + i, 201, i, "Field " + std::to_string(i));
+    field(303, 200, 4, "not asked", "no");
+    for (int i = 1; i <= 7; ++i) field(310 + i, 201, i, "F" + std::to_string(i));
   }
-  static void field(int fieldId, int formId, int number, const std::string& prompt) {
+  static void field(int fieldId, int formId, int number, const std::string& prompt, const std::string& asked = "yes") {
     mv::gDatabase.execute(
         "insert into field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value) values (" +
-        std::to_string(fieldId) + ", " + std::to_string(formId) + ", \"n\", \"" + std::to_string(number) +
-        "\", \"yes\", " + mv::quoted(prompt) + ", " + mv::quoted("default of " + prompt) + ")");
+        std::to_string(fieldId) + ", " + std::to_string(formId) + ", \"n\", \"" + std::to_string(number) + "\", " +
+        mv::quoted(asked) + ", " + mv::quoted(prompt) + ", " + mv::quoted("my " + prompt) + ")");
+  }
+  void store(int formId, std::initializer_list<const char*> fieldsAndValues) const {
+    const std::string key = std::to_string(id) + ", ";
+    mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + key + std::to_string(formId) +
+                          ")");
+    for (const char* pair : fieldsAndValues)
+      mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + key + pair + ")");
   }
   QComboBox& forms() { return control<QComboBox>(editor, "cmboAuthenticationService"); }
   // By keyboard; every entry on the way is chosen for a moment.
@@ -258,7 +269,7 @@ TEST_F(Login, ChoosingAFormShowsItsPromptsAndSavesTheValues) {
   EXPECT_EQ(rows(), "");
   EXPECT_EQ(forms().findText("Query"), -1);
   choose("Three");
-  EXPECT_EQ(rows(), "R&D=default of R&D;Your name=default of Your name;Your Password=default of Your Password;");
+  EXPECT_EQ(rows(), "R&D=my R&D;name=my name;Password=my Password;");
   EXPECT_EQ(control<QLabel>(editor, "txtFieldHelp").text(), "About three");
   EXPECT_EQ(value(2).echoMode(), QLineEdit::Normal);
   EXPECT_EQ(value(3).echoMode(), QLineEdit::Password);
@@ -266,55 +277,38 @@ TEST_F(Login, ChoosingAFormShowsItsPromptsAndSavesTheValues) {
   value(3).setText("s3\"cret");
   apply();
   EXPECT_TRUE(dialogs.messages.empty());
-  EXPECT_EQ(stored(), "200:302=default of R&D,300=Jo \"quote\" O'Neil,301=s3\"cret");
+  EXPECT_EQ(stored(), "200:302=my R&D,300=Jo \"quote\" O'Neil,301=s3\"cret");
 
   choose("Seven");
-  EXPECT_EQ(rows(),
-            "Field 1=default of Field 1;Field 2=default of Field 2;Field 3=default of Field 3;Field 4=default of Field "
-            "4;Field 5=default of Field 5;");
+  EXPECT_EQ(rows(), "F1=my F1;F2=my F2;F3=my F3;F4=my F4;F5=my F5;");
   EXPECT_EQ(value(3).echoMode(), QLineEdit::Normal);
   apply();
   EXPECT_EQ(count("site_field_xref"), 5);
+
+  choose("***None***");
+  EXPECT_EQ(rows(), "");
+  apply();
+  EXPECT_EQ(stored(), ":311=,312=,313=,314=,315=") << "the prompts of the form chosen before are stored empty";
 }
 
 TEST_F(Login, TheSitesFormAndValuesAreShownAgain) {
-  const std::string key = std::to_string(id);
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + key + ", 200)");
-  for (const char* pair : {"302, \"one\"", "300, \"two\"", "301, \"three\""})
-    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + key + ", " + pair +
-                          ")");
+  store(200, {"302, \"one\"", "300, \"two\"", "301, \"three\""});
   openEdit(kAuthentication);
   EXPECT_EQ(forms().currentText(), "Three");
-  EXPECT_EQ(rows(), "R&D=one;Your name=two;Your Password=three;");
+  EXPECT_EQ(rows(), "R&D=one;name=two;Password=three;");
   apply();
   EXPECT_EQ(stored(), "200:302=one,300=two,301=three");
 }
 
-TEST_F(Login, NoLoginHidesTheRows) {
-  openEdit(kAuthentication);
-  choose("Three");
-  choose("***None***");
-  EXPECT_EQ(rows(), "");
-  apply();
-  EXPECT_EQ(stored(), ":302=,300=,301=") << "the prompts of the form chosen before are stored empty";
-}
-
-TEST_F(Login, AFormWithoutValuesIsNotShownAndGoesWithTheNextSave) {
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + std::to_string(id) + ", 200)");
-  openEdit(kAuthentication);
-  EXPECT_EQ(forms().currentIndex(), -1);
-  EXPECT_EQ(rows(), "");
-  apply();
-  EXPECT_EQ(stored(), ":");
-}
-
-TEST_F(Login, AFormThatIsGoneIsNotShown) {
-  const std::string key = std::to_string(id);
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + key + ", 999)");
-  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + key + ", 1, \"\")");
-  openEdit(kAuthentication);
-  EXPECT_EQ(forms().currentIndex(), -1);
-  EXPECT_EQ(rows(), "");
+TEST_F(Login, AFormWithoutValuesOrWithoutDefinitionIsNotShownAndGoesWithTheNextSave) {
+  for (const bool gone : {false, true}) {
+    gone ? store(999, {"1, \"\""}) : store(200, {});
+    openEdit(kAuthentication);
+    EXPECT_EQ(forms().currentIndex(), -1);
+    EXPECT_EQ(rows(), "");
+    apply();
+    EXPECT_EQ(stored(), gone ? "999:1=" : ":");
+  }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // The web-site list, worked as a user works it.
 
 #include <QAction>
-#include <QHeaderView>
 #include <QMenu>
 #include <QMimeData>
 #include <QToolButton>
@@ -63,6 +62,13 @@ class WebSites : public SitesTest {
 };
 
 TEST_F(WebSites, ShowsEverySiteWithItsColumns) {
+  openWith({});
+  EXPECT_EQ(frame.clipboardEnabled, false);
+  EXPECT_EQ(frame.deleteWebSiteEnabled, false);
+  mv::gAppClosing = true;
+  window->unload();
+  mv::gAppClosing = false;
+
   setMaximum(2);
   mv::gDatabase.execute("update valid_sid set next_value = 7 where sid_name = 'site_id'");
   site("a");
@@ -74,12 +80,6 @@ TEST_F(WebSites, ShowsEverySiteWithItsColumns) {
   for (int column = 0; column < list->columnCount(); ++column) row << list->cell(0, column);
   EXPECT_EQ(row.join('|'), "127.0.0.1:1/a|7|yes|off|127.0.0.1:1|3|yes|B");
   EXPECT_EQ(frame.clipboardEnabled, true);
-  EXPECT_EQ(frame.deleteWebSiteEnabled, false);
-}
-
-TEST_F(WebSites, AnEmptyListDisablesTheEditItems) {
-  openWith({});
-  EXPECT_EQ(frame.clipboardEnabled, false);
   EXPECT_EQ(frame.deleteWebSiteEnabled, false);
 }
 
@@ -112,6 +112,16 @@ TEST_F(WebSites, StartsInListOrderUpToTheLimitAndStops) {
   clickRows(*list, {1, 2});
   press("Start");
   EXPECT_EQ(states(), "0110") << "only the row that is off";
+
+  mv::gClosingProcesses = true;
+  mv::WindowRegistry::instance().findByKey("Scan: 127.0.0.1:1/b")->unload();
+  mv::WindowRegistry::instance().findByKey("Download: 127.0.0.1:1/b")->unload();
+  mv::gClosingProcesses = false;
+  clickRow(*list, 1);
+  press("Stop");
+  clickRow(*list, 3);
+  press("Start");
+  EXPECT_EQ(states(), "0011") << "a stop without windows frees the connection too";
   window->closeAllWebSites();
   EXPECT_EQ(states(), "0000");
   EXPECT_EQ(processWindows(), 0);
@@ -124,41 +134,21 @@ TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
   mv::gOverwriteExisting = "yes";
   mv::gHideProcesses = "yes";
   openWith({});
-  clickRow(*list, 0);
-  QTest::keyClick(list, Qt::Key_Return);
-
+  doubleClickRow(*list, 0);
   auto* scan = find<mv::frmScan>();
   auto* download = find<mv::frmDownload>();
   ASSERT_TRUE(scan && download);
-  EXPECT_EQ(scan->positionKey(), "Scan: 127.0.0.1:1/a");
-  EXPECT_EQ(scan->process().SiteID, id);
-  EXPECT_EQ(scan->process().SiteName, "127.0.0.1:1/a");
-  EXPECT_EQ(scan->process().Domain, "127.0.0.1:1");
-  EXPECT_EQ(scan->process().LoginFormID, 20);
-  EXPECT_EQ(scan->process().DomainHops, 4);
+  const auto& scanned = scan->process();
+  EXPECT_EQ((scan->positionKey() + "|" + scanned.SiteName.c_str() + "|" + scanned.Domain.c_str()),
+            "Scan: 127.0.0.1:1/a|127.0.0.1:1/a|127.0.0.1:1");
+  EXPECT_EQ((std::vector<long>{scanned.SiteID, scanned.LoginFormID, scanned.DomainHops}),
+            (std::vector<long>{id, 20, 4}));
+  const auto& saved = download->process();
   EXPECT_EQ(download->positionKey(), "Download: 127.0.0.1:1/a");
-  EXPECT_EQ(download->process().SiteId, id);
-  EXPECT_EQ(download->process().UniqueNames, "yes");
-  EXPECT_EQ(download->process().BaseName, "Stem");
-  EXPECT_EQ(download->process().OverwriteExisting, "yes");
+  EXPECT_EQ(saved.SiteId, id);
+  EXPECT_EQ(saved.UniqueNames + saved.BaseName + saved.OverwriteExisting, "yesStemyes");
   EXPECT_FALSE(scan->isChildVisible());
   EXPECT_FALSE(download->isChildVisible());
-}
-
-TEST_F(WebSites, StopAfterTheWindowsWereClosedFreesTheConnection) {
-  setMaximum(1);
-  openWith({"a", "b"});
-  clickRow(*list, 0);
-  press("Start");
-  mv::gClosingProcesses = true;
-  find<mv::frmScan>()->unload();
-  find<mv::frmDownload>()->unload();
-  mv::gClosingProcesses = false;
-  EXPECT_EQ(states(), "10") << "the list is not told";
-  press("Stop");
-  clickRow(*list, 1);
-  press("Start");
-  EXPECT_EQ(states(), "01");
 }
 
 TEST_F(WebSites, AProgramThatClosesDuringAStartStartsNothingMore) {
@@ -175,6 +165,21 @@ TEST_F(WebSites, AProgramThatClosesDuringAStartStartsNothingMore) {
   press("Start");
   EXPECT_EQ(dialogs.messages.size(), 1u);
   EXPECT_EQ(processWindows(), 0);
+}
+
+TEST_F(WebSites, ARebuildDuringAStartMarksNoOtherRow) {
+  openWith({"a", "b", "c"});
+  clickRow(*list, 1);
+  // The scan runs into an error; while its box stands the first site is deleted.
+  mv::gDatabase.execute("drop table valid_tag");
+  dialogs.duringMessage = [this] {
+    dialogs.duringMessage = nullptr;
+    mv::gDatabase.execute("delete from site where id = 1");
+    window->buildWorkingLists("init");
+  };
+  press("Start");
+  EXPECT_FALSE(dialogs.messages.empty());
+  EXPECT_EQ(states(), "10") << "b, now the first";
 }
 
 TEST_F(WebSites, AutoScanLooksAtTheFirstRowsOnly) {
@@ -203,8 +208,8 @@ TEST_F(WebSites, ConnectionsEntriesAreStored) {
   choose("4 Connections");
   EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 4");
   EXPECT_EQ(value("select max_connections from pref"), "4");
-  for (const Case& each : {Case{"7", 7}, Case{"0", 1}, Case{"abc", 1}, Case{"", 1}, Case{std::nullopt, 1},
-                           Case{"2.6 please", 3}, Case{"-3", 1}, Case{"99999999999999999999", 1000}}) {
+  for (const Case& each : {Case{"7", 7}, Case{"0", 1}, Case{"abc", 1}, Case{std::nullopt, 1}, Case{"2.6 please", 3},
+                           Case{"-3", 1}, Case{"99999999999999999999", 1000}}) {
     choose("2 Connections");
     dialogs.nextInputs = {each.answer};
     choose("Other...");
@@ -219,18 +224,13 @@ TEST_F(WebSites, TheConnectionsButtonSetsOneUntilTheNextRebuild) {
   setMaximum(3);
   openWith({"a", "b"});
   QTest::mouseClick(&control<QToolButton>(window, "Connections"), Qt::LeftButton, {}, QPoint(5, 5));
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text,
-            "Connections set to 1\r\n\r\nUse drop down to increase the number of\r\nsimultaneuous connections.");
-  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::None);
+  EXPECT_EQ(lastMessage(), mv::applicationTitle().toStdString() +
+                               ": Connections set to 1\r\n\r\nUse drop down to increase the number of\r\n"
+                               "simultaneuous connections.");
   EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1");
   EXPECT_EQ(value("select max_connections from pref"), "3");
-  list->selectAll();
-  press("Start");
-  EXPECT_EQ(states(), "10");
-  press("Stop");
   window->buildWorkingLists("init");
-  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1");
+  EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1") << "a rebuild leaves the title";
   list->selectAll();
   press("Start");
   EXPECT_EQ(states(), "11");
@@ -243,18 +243,12 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   clickRows(*list, {0, 1, 2});
   list->setFocus();
   QTest::keyClick(list, Qt::Key_Delete);
-  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/b", "127.0.0.1:1/d"}));
+  EXPECT_EQ(names(*list), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(all("name", "site order by id"), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(states(), "10");
   EXPECT_TRUE(dialogs.messages.empty());
-}
-
-TEST_F(WebSites, EditAfterTheDeletionOpensNothing) {
-  openWith({"a", "b"});
-  clickRow(*list, 0);
-  press("Delete");
   press("Edit");
-  EXPECT_FALSE(find<mv::frmNew>());
+  EXPECT_FALSE(find<mv::frmNew>()) << "the row clicked last is gone";
 }
 
 TEST_F(WebSites, OpensTheEditor) {
@@ -274,13 +268,6 @@ TEST_F(WebSites, OpensTheEditor) {
   EXPECT_EQ(states(), "00") << "F2 starts nothing";
 }
 
-TEST_F(WebSites, DoubleClickStarts) {
-  openWith({"a", "b"});
-  clickRow(*list, 1);
-  QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, placeOf(*list, 1));
-  EXPECT_EQ(states(), "01");
-}
-
 TEST_F(WebSites, AnEditedRunningSiteStaysOnWithItsNewValues) {
   openWith({"a", "b"});
   clickRow(*list, 0);
@@ -298,18 +285,12 @@ TEST_F(WebSites, AnEditedRunningSiteStaysOnWithItsNewValues) {
 
 TEST_F(WebSites, HeaderClicksShareOneDirectionAndNewRowsComeLast) {
   openWith({"b", "a", "c"});
-  const auto clickHeader = [this](int column) {
-    QHeaderView* header = list->header();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
-  };
-  clickHeader(0);
-  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/a", "127.0.0.1:1/b", "127.0.0.1:1/c"}));
-  clickHeader(1);
-  EXPECT_EQ(names(*list), QStringList({"127.0.0.1:1/c", "127.0.0.1:1/a", "127.0.0.1:1/b"}));
+  clickHeader(*list, 0);
+  EXPECT_EQ(names(*list), "127.0.0.1:1/a,127.0.0.1:1/b,127.0.0.1:1/c");
+  clickHeader(*list, 1);
   window->buildWorkingLists("websiteadded", site("aa"));
-  EXPECT_EQ(names(*list).last(), "127.0.0.1:1/aa");
-  clickHeader(kOnOff);
+  EXPECT_EQ(names(*list), "127.0.0.1:1/c,127.0.0.1:1/a,127.0.0.1:1/b,127.0.0.1:1/aa");
+  clickHeader(*list, kOnOff);
   list->selectAll();
   press("Start");
   EXPECT_EQ(states(), "1110") << "a row that turns on keeps its place";
@@ -330,8 +311,7 @@ TEST_F(WebSites, DroppedFiltersGoToEverySelectedSite) {
   EXPECT_EQ(count("site_filter_xref"), 0) << "not a drag of filters";
   mv::gDragKind = mv::kDropFilter;
   drop();
-  EXPECT_EQ(count("site_filter_xref"), 6);
-  EXPECT_EQ(count("site_filter_xref", "filter_id = 15"), 3);
+  EXPECT_EQ(all("filter_id", "site_filter_xref"), "12,15,12,15,12,15");
   EXPECT_EQ(mv::gDragKind, "");
 }
 

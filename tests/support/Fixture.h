@@ -18,6 +18,7 @@
 #include "app/MainFrame.h"
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
+#include "support/SiteRow.h"
 
 namespace mvtest {
 
@@ -91,10 +92,6 @@ class WindowTest : public ProgramTest {
 
 // Copies the shipped database to `path`.
 void copyShippedDatabase(const std::string& path);
-
-// Inserts a site with usable limits (0 KB to 24 MB, 50 pages) and returns its id.
-int addSite(const std::string& location, const std::string& downloadPath,
-            const std::vector<std::string>& extensions = {});
 
 std::string readFile(const std::string& path);
 

@@ -5,6 +5,7 @@
 
 #include "app/Settings.h"
 #include "platform/Text.h"
+#include "support/SiteRow.h"
 
 namespace mvtest {
 
@@ -30,25 +31,11 @@ ProgramRun::~ProgramRun() {
 }
 
 std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
-                                         const std::string& upperMB, const std::vector<std::string>& extensions,
-                                         std::vector<std::int64_t>* fileTypeIds) {
-  auto& database = mv::gDatabase;
-  database.execute("update pref set auto_scan = \"yes\"");
-  const std::int32_t id =
-      static_cast<std::int32_t>(database.query("select next_value from valid_sid where sid_name = 'site_id'").number("next_value"));
-  database.execute("update valid_sid set next_value = " + std::to_string(id + 1) + " where sid_name = 'site_id'");
-  const std::string domain = location.substr(0, location.find('/'));
-  database.execute("insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
-                   "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
-                   std::to_string(id) + ", " + mv::quoted(location) + ", " + upperMB + ", " + lowerKB + ", 50, 1000, " +
-                   mv::quoted(mv::gDownloadFolder) + ", \"yes\", " + mv::quoted(domain) + ", \"no\", 0, \"no\", \"NewFile\")");
-  for (const std::string& extension : extensions) {
-    auto type = database.query("select id from valid_filetypes where name = " + mv::quoted(extension));
-    const std::int64_t typeId = type.number("id");
-    database.execute("insert into site_filetype_xref (site_id, file_type_id) values (" + std::to_string(id) + ", " +
-                     std::to_string(typeId) + ")");
-    if (fileTypeIds) fileTypeIds->push_back(typeId);
-  }
+                                         const std::string& upperMB, const std::vector<std::string>& extensions) {
+  const std::int32_t id = addSite(location, mv::gDownloadFolder, extensions);
+  mv::gDatabase.execute("update site set auto_scan = \"yes\", lower_limit = " + lowerKB + ", upper_limit = " + upperMB +
+                        " where id = " + std::to_string(id));
+  mv::gDatabase.execute("update pref set auto_scan = \"yes\"");
   return id;
 }
 

@@ -11,8 +11,8 @@ namespace mvtest {
 
 class ProgramRun {
  public:
-  // A fresh folder with a copy of `executable` and of the shipped database `database`. gDatabase is open on that database,
-  // and process-wide paths point into the folder.
+  // A fresh folder with a copy of `executable` and of the shipped database `database`. gDatabase is open on that
+  // database, and process-wide paths point into the folder.
   ProgramRun(const std::string& executable, const std::string& database);
   // Kills a program that still runs and closes gDatabase.
   ~ProgramRun();
@@ -20,9 +20,9 @@ class ProgramRun {
   ProgramRun& operator=(const ProgramRun&) = delete;
 
   // Adds a site with automatic scanning on, files from `lowerKB` to `upperMB`, and switches automatic scanning on.
-  // Returns the site's id; `fileTypeIds` gets those of `extensions`.
+  // Returns the site's id.
   std::int32_t addAutoScanSite(const std::string& location, const std::string& lowerKB, const std::string& upperMB,
-                               const std::vector<std::string>& extensions, std::vector<std::int64_t>* fileTypeIds = nullptr);
+                               const std::vector<std::string>& extensions);
 
   // Without a display (DISPLAY, WAYLAND_DISPLAY) on the offscreen platform. False when it did not start.
   bool start();

@@ -1,0 +1,14 @@
+// A site's rows in gDatabase.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace mvtest {
+
+// Inserts a site with usable limits (0 KB to 24 MB, 50 pages) that fetches files of these types, and returns its id.
+std::int32_t addSite(const std::string& location, const std::string& downloadPath,
+                     const std::vector<std::string>& extensions = {});
+
+}  // namespace mvtest
