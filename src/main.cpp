@@ -12,10 +12,10 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("Morvane2000"));
+  QApplication::setApplicationName("Morvane2000");
   QApplication::setApplicationVersion(QStringLiteral(MORVANE_VERSION));
-  QApplication::setDesktopFileName(QStringLiteral("morvane2000"));
-  QApplication::setWindowIcon(QIcon(QStringLiteral(":/morvane2000.svg")));
+  QApplication::setDesktopFileName("morvane2000");
+  QApplication::setWindowIcon(QIcon(":/morvane2000.svg"));
 
   mv::StartUp startUp;
   const std::string folder =

@@ -35,9 +35,8 @@ class EditorWindow : public ChildWindow {
 
   // A row of buttons: OK (default), Apply when its name is not empty, Cancel. Object names and captions as given.
   QHBoxLayout* makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,
-                           const QString& okCaption = QStringLiteral("OK"),
-                           const QString& cancelCaption = QStringLiteral("Cancel"),
-                           const QString& applyCaption = QStringLiteral("&Apply"));
+                           const QString& okCaption = "OK", const QString& cancelCaption = "Cancel",
+                           const QString& applyCaption = "&Apply");
   QPushButton& okButton() { return *ok_; }
 
   void activated() override;

@@ -21,7 +21,7 @@ QStringList rowTexts(const ListView& list, int row) {
 
 void openInBrowser(QWidget* owner, const QString& url) {
   if (!openWithDefaultBrowser(url))
-    showMessage(owner, applicationTitle(), QStringLiteral("Sorry, couldn't find your browser."), MessageIcon::None);
+    showMessage(owner, applicationTitle(), "Sorry, couldn't find your browser.", MessageIcon::None);
 }
 
 void takeFirstLine(std::string& text, std::string& line) {

@@ -18,7 +18,7 @@ constexpr QSize kIconSize(24, 24);
 ListWindow::ListWindow(const QString& caption, int width, int height)
     : ChildWindow(width, height), toolbar_(new QToolBar(this)), list_(new ListView(this)) {
   setCaption(caption);
-  toolbar_->setObjectName(QStringLiteral("Toolbar1"));
+  toolbar_->setObjectName("Toolbar1");
   toolbar_->setIconSize(kIconSize);
   toolbar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
   setFocusProxy(list_);

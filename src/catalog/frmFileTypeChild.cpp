@@ -41,9 +41,9 @@ frmFileTypeChild::frmFileTypeChild()
     : EditorWindow(QString(), kWidth, kHeight),
       txtFileTypeExtention_(new QLineEdit(this)),
       txtFiletypeDescription_(new QLineEdit(this)),
-      chkDownloadByDefault_(new QCheckBox(QStringLiteral("Download by default"), this)),
+      chkDownloadByDefault_(new QCheckBox("Download by default", this)),
       lblID_(new QLabel(this)) {
-  setObjectName(QStringLiteral("frmFileTypeChild"));
+  setObjectName("frmFileTypeChild");
   buildFields();
   new KeyDiscarder(txtFileTypeExtention_, kPeriod);
   new KeyDiscarder(txtFiletypeDescription_, kDoubleQuote);
@@ -53,13 +53,12 @@ frmFileTypeChild::frmFileTypeChild()
 }
 
 void frmFileTypeChild::buildFields() {
-  txtFileTypeExtention_->setObjectName(QStringLiteral("txtFileTypeExtention"));
-  txtFiletypeDescription_->setObjectName(QStringLiteral("txtFiletypeDescription"));
-  chkDownloadByDefault_->setObjectName(QStringLiteral("chkDownloadByDefault"));
-  chkDownloadByDefault_->setToolTip(
-      QStringLiteral("Automatically download this filetype from all newly added web sites."));
-  lblID_->setObjectName(QStringLiteral("lblID"));
-  lblID_->setAccessibleName(QStringLiteral("Identifier"));
+  txtFileTypeExtention_->setObjectName("txtFileTypeExtention");
+  txtFiletypeDescription_->setObjectName("txtFiletypeDescription");
+  chkDownloadByDefault_->setObjectName("chkDownloadByDefault");
+  chkDownloadByDefault_->setToolTip("Automatically download this filetype from all newly added web sites.");
+  lblID_->setObjectName("lblID");
+  lblID_->setAccessibleName("Identifier");
 
   const auto label = [this](const char* name, const QString& text, QLineEdit* buddy) {
     auto* made = new QLabel(text, this);
@@ -68,16 +67,14 @@ void frmFileTypeChild::buildFields() {
     return made;
   };
   auto* grid = new QGridLayout(makeScrollingPage(this));
-  grid->addWidget(label("lblFileTypeExtension", QStringLiteral("Extension:"), txtFileTypeExtention_), 0, 0);
+  grid->addWidget(label("lblFileTypeExtension", "Extension:", txtFileTypeExtention_), 0, 0);
   grid->addWidget(txtFileTypeExtention_, 0, 1);
-  grid->addWidget(label("lblFileTypeDescription", QStringLiteral("Description:"), txtFiletypeDescription_), 1, 0);
+  grid->addWidget(label("lblFileTypeDescription", "Description:", txtFiletypeDescription_), 1, 0);
   grid->addWidget(txtFiletypeDescription_, 1, 1);
   grid->addWidget(chkDownloadByDefault_, 2, 1);
   grid->setRowStretch(3, 1);
   grid->addWidget(lblID_, 4, 0, Qt::AlignLeft | Qt::AlignVCenter);
-  grid->addLayout(makeButtons(QStringLiteral("btnOK"), QString(), QStringLiteral("btnCancel"), QStringLiteral("&OK"),
-                              QStringLiteral("&Cancel")),
-                  4, 1);
+  grid->addLayout(makeButtons("btnOK", QString(), "btnCancel", "&OK", "&Cancel"), 4, 1);
 }
 
 void frmFileTypeChild::initWindow() {
@@ -112,16 +109,15 @@ bool frmFileTypeChild::extensionIsTaken() const {
 
 bool frmFileTypeChild::accept() {
   if (extensionIsTaken()) {
-    showMessage(this, applicationTitle(), QStringLiteral("This Extension is already in the database."),
-                MessageIcon::None);
+    showMessage(this, applicationTitle(), "This Extension is already in the database.", MessageIcon::None);
     return false;
   }
   if (!save()) {
-    showMessage(this, applicationTitle(), QStringLiteral("This filetype has been deleted meanwhile. It was not saved."),
+    showMessage(this, applicationTitle(), "This filetype has been deleted meanwhile. It was not saved.",
                 MessageIcon::Exclamation);
     return false;
   }
-  WindowRegistry::instance().markRefreshPending(QStringLiteral("FileType Manager"));
+  WindowRegistry::instance().markRefreshPending("FileType Manager");
   return true;
 }
 

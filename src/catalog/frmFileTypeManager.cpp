@@ -17,21 +17,15 @@ enum Column { kName, kDescription, kCanDelete, kDownloadByDefault, kId };
 
 }  // namespace
 
-frmFileTypeManager::frmFileTypeManager() : ListWindow(QStringLiteral("FileType Manager"), kWidth, kHeight) {
-  setObjectName(QStringLiteral("frmFileTypeManager"));
-  list().setObjectName(QStringLiteral("lvwFiletypes"));
-  list().setColumns({{QStringLiteral("FileType"), 68},
-                     {QStringLiteral("Description"), 106},
-                     {QStringLiteral("Can Delete"), 76},
-                     {QStringLiteral("Download by Default"), 128},
-                     {QStringLiteral("Id"), 0, true}});
+frmFileTypeManager::frmFileTypeManager() : ListWindow("FileType Manager", kWidth, kHeight) {
+  setObjectName("frmFileTypeManager");
+  list().setObjectName("lvwFiletypes");
+  list().setColumns(
+      {{"FileType", 68}, {"Description", 106}, {"Can Delete", 76}, {"Download by Default", 128}, {"Id", 0, true}});
   setIdColumn(kId);
-  addButton(QStringLiteral("      New      "), QStringLiteral("Create a new filetype"), toolIcon(QStringLiteral("new")),
-            [this] { openNew(); });
-  addButton(QStringLiteral("Edit"), QStringLiteral("Edit the selected filetype"), toolIcon(QStringLiteral("edit")),
-            [this] { editChosen(); });
-  addButton(QStringLiteral("Delete"), QStringLiteral("Delete the selected filetype"),
-            toolIcon(QStringLiteral("delete")), [this] { deleteChosen(); });
+  addButton("      New      ", "Create a new filetype", toolIcon("new"), [this] { openNew(); });
+  addButton("Edit", "Edit the selected filetype", toolIcon("edit"), [this] { editChosen(); });
+  addButton("Delete", "Delete the selected filetype", toolIcon("delete"), [this] { deleteChosen(); });
   load();
 }
 
@@ -68,20 +62,18 @@ void frmFileTypeManager::editChosen() {
   editor->Description = list().cell(row, kDescription);
   editor->CanDelete = toUtf8(list().cell(row, kCanDelete));
   editor->DownloadByDefault = toUtf8(list().cell(row, kDownloadByDefault));
-  editor->setCaption(QStringLiteral("Edit: ") + editor->Extension);
+  editor->setCaption("Edit: " + editor->Extension);
   editor->open();
 }
 
 void frmFileTypeManager::deleteChosen() {
   const int row = chosenRow();
   if (row < 0) {
-    showMessage(this, QStringLiteral("No FileType Selected"), QStringLiteral("Please select a filetype to delete. "),
-                MessageIcon::Information);
+    showMessage(this, "No FileType Selected", "Please select a filetype to delete. ", MessageIcon::Information);
     return;
   }
   if (list().cell(row, kCanDelete) == QLatin1String("no")) {
-    showMessage(this, QStringLiteral("Cannot Delete Built-in FileTypes"),
-                QStringLiteral("You cannot delete this filetype"), MessageIcon::Information);
+    showMessage(this, "Cannot Delete Built-in FileTypes", "You cannot delete this filetype", MessageIcon::Information);
     return;
   }
   const std::string id = std::to_string(chosenId());

@@ -42,8 +42,8 @@ frmSitePaths::frmSitePaths()
     : ChildWindow(kWidth, kHeight),
       lvwFiletypesAssigned_(new ListView),
       txtPath_(new QLineEdit),
-      cmdBrowse_(new QPushButton(QStringLiteral("Browse..."))) {
-  setObjectName(QStringLiteral("frmSitePaths"));
+      cmdBrowse_(new QPushButton("Browse...")) {
+  setObjectName("frmSitePaths");
   auto* frames = new QHBoxLayout;
   frames->addWidget(buildFileTypesFrame(), 2);
   frames->addWidget(buildPathFrame(), 3);
@@ -55,13 +55,13 @@ frmSitePaths::frmSitePaths()
 }
 
 QWidget* frmSitePaths::buildFileTypesFrame() {
-  auto* frame = new QGroupBox(QStringLiteral("Filetypes"));
-  frame->setObjectName(QStringLiteral("frmFileTypes"));
+  auto* frame = new QGroupBox("Filetypes");
+  frame->setObjectName("frmFileTypes");
   frame->setMinimumWidth(kNarrowestList);
-  auto* label = wrappedLabel("lblFileTypesList", QStringLiteral("Filetypes being downloaded from this site"));
+  auto* label = wrappedLabel("lblFileTypesList", "Filetypes being downloaded from this site");
   label->setBuddy(lvwFiletypesAssigned_);
-  lvwFiletypesAssigned_->setObjectName(QStringLiteral("lvwFiletypesAssigned"));
-  lvwFiletypesAssigned_->setColumns({{QStringLiteral("Extension"), 90}, {QStringLiteral("Id"), 0, true}});
+  lvwFiletypesAssigned_->setObjectName("lvwFiletypesAssigned");
+  lvwFiletypesAssigned_->setColumns({{"Extension", 90}, {"Id", 0, true}});
   lvwFiletypesAssigned_->setMinimumHeight(kLowestList);
   lvwFiletypesAssigned_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   connect(lvwFiletypesAssigned_, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
@@ -76,12 +76,12 @@ QWidget* frmSitePaths::buildFileTypesFrame() {
 }
 
 QWidget* frmSitePaths::buildPathFrame() {
-  auto* frame = new QGroupBox(QStringLiteral("Path"));
-  frame->setObjectName(QStringLiteral("frmPath"));
+  auto* frame = new QGroupBox("Path");
+  frame->setObjectName("frmPath");
   frame->setMinimumWidth(kNarrowestPath);
-  txtPath_->setObjectName(QStringLiteral("txtPath"));
+  txtPath_->setObjectName("txtPath");
   txtPath_->setAccessibleName(frame->title());
-  cmdBrowse_->setObjectName(QStringLiteral("cmdBrowse"));
+  cmdBrowse_->setObjectName("cmdBrowse");
   cmdBrowse_->setEnabled(false);
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
 
@@ -98,8 +98,8 @@ QWidget* frmSitePaths::buildPathFrame() {
 
 QWidget* frmSitePaths::buildCloseRow() {
   auto* strip = new QWidget;
-  auto* cmdClose = new QPushButton(QStringLiteral("&Close"));
-  cmdClose->setObjectName(QStringLiteral("cmdClose"));
+  auto* cmdClose = new QPushButton("&Close");
+  cmdClose->setObjectName("cmdClose");
   connect(cmdClose, &QPushButton::clicked, this, [this] { closeRequested(); });
   auto* row = new QHBoxLayout(strip);
   row->setContentsMargins(0, 0, 0, 0);
@@ -109,7 +109,7 @@ QWidget* frmSitePaths::buildCloseRow() {
 }
 
 void frmSitePaths::open() {
-  setCaption(QStringLiteral("Path Manager for: ") + SiteName);
+  setCaption("Path Manager for: " + SiteName);
   run([this] {
     restorePosition();
     path_.SiteID = SiteID;
@@ -170,8 +170,7 @@ QString frmSitePaths::askFolder(const QString& extension) {
   }
   FolderRequest request;
   request.title = QStringLiteral("Add New Path for %1 files").arg(extension);
-  request.prompt = QStringLiteral("Select folder where you want ") + extension +
-                   QStringLiteral(" files downloaded from ") + SiteName + QStringLiteral(" to be saved.");
+  request.prompt = "Select folder where you want " + extension + " files downloaded from " + SiteName + " to be saved.";
   request.initialFolder = shown.isEmpty() ? toQString(gProgramFolder) : shown;
   request.owner = this;
   return browseForFolder(request).value_or(QString());

@@ -16,7 +16,7 @@ constexpr std::size_t kReadAtOnce = std::size_t{64} * 1024;
 
 // The ordinary folder for temporary files is often kept in memory; this one is for what is large.
 QString spoolFolder() {
-  const QString large = QStringLiteral("/var/tmp");
+  const QString large = "/var/tmp";
   return QFileInfo(large).isDir() && QFileInfo(large).isWritable() ? large : QDir::tempPath();
 }
 
@@ -38,7 +38,7 @@ bool BodySpool::append(std::string_view bytes) {
 
 bool BodySpool::spill() {
   // The file's name is never asked for: where the system can, it has none, and nothing is left behind by a crash.
-  file_ = std::make_unique<QTemporaryFile>(spoolFolder() + QStringLiteral("/morvane2000-XXXXXX"));
+  file_ = std::make_unique<QTemporaryFile>(spoolFolder() + "/morvane2000-XXXXXX");
   const auto size = static_cast<qint64>(memory_.size());
   if (!file_->open() || file_->write(memory_.data(), size) != size) {
     error_ = toUtf8(file_->errorString());

@@ -35,7 +35,7 @@ class DesktopDialogs : public Dialogs {
     const QPointer<QMessageBox> box = new QMessageBox(topLevel(owner));
     box->setWindowTitle(title);
     box->setTextFormat(Qt::PlainText);
-    box->setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    box->setText(QString(text).replace("\r\n", "\n"));
     box->setIcon(boxIcon(icon));
     box->setStandardButtons(QMessageBox::Ok);
     box->exec();
@@ -72,7 +72,7 @@ Dialogs& Dialogs::current() {
 
 Dialogs* Dialogs::install(Dialogs* dialogs) { return std::exchange(installed, dialogs); }
 
-QString applicationTitle() { return QStringLiteral("Morvane2000"); }
+QString applicationTitle() { return "Morvane2000"; }
 
 void showMessage(QWidget* owner, const QString& title, const QString& text, MessageIcon icon) {
   Dialogs::current().message(owner, title, text, icon);

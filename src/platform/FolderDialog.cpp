@@ -23,7 +23,7 @@ QString absoluteFolder(const QString& path) {
 }
 
 QString freeName(const QDir& parent) {
-  const QString name = QStringLiteral("New Folder");
+  const QString name = "New Folder";
   if (!parent.exists(name)) return name;
   int number = 2;
   while (parent.exists(QStringLiteral("%1 (%2)").arg(name).arg(number))) ++number;
@@ -70,14 +70,14 @@ FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
 
 void FolderDialog::layOut(const QString& promptText) {
   auto* prompt = new QLabel(promptText, this);
-  prompt->setObjectName(QStringLiteral("prompt"));
-  line_->setObjectName(QStringLiteral("path"));
-  status_->setObjectName(QStringLiteral("status"));
+  prompt->setObjectName("prompt");
+  line_->setObjectName("path");
+  status_->setObjectName("status");
   for (QLabel* label : {prompt, status_}) {
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
   }
-  auto* lineLabel = new QLabel(QStringLiteral("&Folder:"), this);
+  auto* lineLabel = new QLabel("&Folder:", this);
   lineLabel->setBuddy(line_);
   auto* lineRow = new QHBoxLayout;
   lineRow->addWidget(lineLabel);
@@ -94,7 +94,7 @@ QTreeView* FolderDialog::makeTree() {
   model_->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
   model_->setRootPath(QDir::rootPath());
   auto* tree = new QTreeView(this);
-  tree->setObjectName(QStringLiteral("folders"));
+  tree->setObjectName("folders");
   tree->setModel(model_);
   tree->setHeaderHidden(true);
   tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -103,14 +103,14 @@ QTreeView* FolderDialog::makeTree() {
 }
 
 QLayout* FolderDialog::makeButtons() {
-  newFolder_ = new QPushButton(QStringLiteral("&New Folder"), this);
-  newFolder_->setObjectName(QStringLiteral("newFolder"));
+  newFolder_ = new QPushButton("&New Folder", this);
+  newFolder_->setObjectName("newFolder");
   newFolder_->setAutoDefault(false);
-  ok_ = new QPushButton(QStringLiteral("OK"), this);
-  ok_->setObjectName(QStringLiteral("ok"));
+  ok_ = new QPushButton("OK", this);
+  ok_->setObjectName("ok");
   ok_->setDefault(true);
-  auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-  cancel->setObjectName(QStringLiteral("cancel"));
+  auto* cancel = new QPushButton("Cancel", this);
+  cancel->setObjectName("cancel");
   connect(newFolder_, &QPushButton::clicked, this, &FolderDialog::makeFolder);
   connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -155,16 +155,15 @@ void FolderDialog::lineEdited() {
 void FolderDialog::makeFolder() {
   QDir parent(folder());
   bool confirmed = false;
-  const QString name =
-      QInputDialog::getText(this, QStringLiteral("New Folder"), QStringLiteral("Name of the new folder:"),
-                            QLineEdit::Normal, freeName(parent), &confirmed)
-          .trimmed();
+  const QString name = QInputDialog::getText(this, "New Folder", "Name of the new folder:", QLineEdit::Normal,
+                                             freeName(parent), &confirmed)
+                           .trimmed();
   if (!confirmed) return;
-  const bool isName = !name.isEmpty() && name != QStringLiteral("..") && !name.contains('/') && !name.contains('\\');
+  const bool isName = !name.isEmpty() && name != ".." && !name.contains('/') && !name.contains('\\');
   if (isName && parent.mkdir(name))
     showFolder(parent.filePath(name));
   else
-    status_->setText(QStringLiteral("A folder of this name cannot be made here."));
+    status_->setText("A folder of this name cannot be made here.");
 }
 
 void FolderDialog::updateButtons() {
@@ -172,7 +171,7 @@ void FolderDialog::updateButtons() {
   const bool usable = chosen.isAbsolute() && chosen.isDir();
   ok_->setEnabled(usable);
   newFolder_->setEnabled(usable);
-  status_->setText(usable ? hint_ : QStringLiteral("There is no such folder."));
+  status_->setText(usable ? hint_ : "There is no such folder.");
 }
 
 }  // namespace mv

@@ -12,7 +12,7 @@
 namespace mv {
 namespace {
 
-const QString kTextType = QStringLiteral("text/plain");
+const QString kTextType = "text/plain";
 
 bool lessText(const QString& a, const QString& b) {
   const int order = a.compare(b, Qt::CaseInsensitive);

@@ -23,7 +23,7 @@ QString settingsFile(const QString& application) {
   const QString folder = settingsFolder.isEmpty()
                              ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                              : settingsFolder;
-  return folder + '/' + application + QStringLiteral(".ini");
+  return folder + '/' + application + ".ini";
 }
 
 }  // namespace
@@ -31,7 +31,7 @@ QString settingsFile(const QString& application) {
 bool openWithDefaultBrowser(const QString& url) {
   if (browserOpener) return browserOpener(url);
   QUrl address(url);
-  if (address.isRelative()) address = QUrl(QStringLiteral("http://") + url);
+  if (address.isRelative()) address = QUrl("http://" + url);
   return address.isValid() && QDesktopServices::openUrl(address);
 }
 

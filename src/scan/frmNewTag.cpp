@@ -23,19 +23,17 @@ constexpr int kHeight = 2100;  // twips
 }  // namespace
 
 frmNewTag::frmNewTag()
-    : EditorWindow(QStringLiteral("New Tag"), kWidth, kHeight),
-      txtTagName_(new QLineEdit(this)),
-      lblId_(new QLabel(this)) {
-  setObjectName(QStringLiteral("frmNewTag"));
+    : EditorWindow("New Tag", kWidth, kHeight), txtTagName_(new QLineEdit(this)), lblId_(new QLabel(this)) {
+  setObjectName("frmNewTag");
   buildFields();
   txtTagName_->installEventFilter(this);
 }
 
 void frmNewTag::buildFields() {
-  txtTagName_->setObjectName(QStringLiteral("txtTagName"));
-  lblId_->setObjectName(QStringLiteral("lblId"));
-  lblId_->setAccessibleName(QStringLiteral("Identifier"));
-  auto* label = new QLabel(QStringLiteral("&Tag:"), this);
+  txtTagName_->setObjectName("txtTagName");
+  lblId_->setObjectName("lblId");
+  lblId_->setAccessibleName("Identifier");
+  auto* label = new QLabel("&Tag:", this);
   label->setBuddy(txtTagName_);
 
   auto* grid = new QGridLayout(makeScrollingPage(this));
@@ -43,9 +41,7 @@ void frmNewTag::buildFields() {
   grid->addWidget(txtTagName_, 0, 1);
   grid->setRowStretch(1, 1);
   grid->addWidget(lblId_, 2, 0, Qt::AlignLeft | Qt::AlignVCenter);
-  grid->addLayout(makeButtons(QStringLiteral("cmdOK"), QString(), QStringLiteral("cmdCancel"), QStringLiteral("&OK"),
-                              QStringLiteral("&Cancel")),
-                  2, 1);
+  grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel"), 2, 1);
 }
 
 void frmNewTag::initWindow() {
@@ -72,16 +68,15 @@ bool frmNewTag::eventFilter(QObject* watched, QEvent* event) {
 bool frmNewTag::accept() {
   const std::string tag = toUtf8(txtTagName_->text());
   if (tag.empty()) {
-    showMessage(this, QStringLiteral("No Tag Text Provided"), QStringLiteral("Please enter the text for this tag"),
-                MessageIcon::Exclamation);
+    showMessage(this, "No Tag Text Provided", "Please enter the text for this tag", MessageIcon::Exclamation);
     return false;
   }
   if (!save(tag)) {
-    showMessage(this, applicationTitle(), QStringLiteral("This tag has been deleted meanwhile. It was not saved."),
+    showMessage(this, applicationTitle(), "This tag has been deleted meanwhile. It was not saved.",
                 MessageIcon::Exclamation);
     return false;
   }
-  WindowRegistry::instance().tell(QStringLiteral("Tag Manager"), "init");
+  WindowRegistry::instance().tell("Tag Manager", "init");
   return true;
 }
 

@@ -17,15 +17,15 @@ enum Column { kTag, kId };
 
 }  // namespace
 
-frmTagManager::frmTagManager() : ListWindow(QStringLiteral("Tag Manager"), kWidth, kHeight) {
-  setObjectName(QStringLiteral("frmTagManager"));
-  list().setObjectName(QStringLiteral("lvwTags"));
-  list().setColumns({{QStringLiteral("Tag"), 260}, {QStringLiteral("Id"), 80}});
+frmTagManager::frmTagManager() : ListWindow("Tag Manager", kWidth, kHeight) {
+  setObjectName("frmTagManager");
+  list().setObjectName("lvwTags");
+  list().setColumns({{"Tag", 260}, {"Id", 80}});
   setIdColumn(kId);
   setKeepSorted(false);
-  addButton(QStringLiteral("      New      "), QString(), toolIcon(QStringLiteral("new")), [this] { openNew(); });
-  addButton(QStringLiteral("Edit"), QString(), toolIcon(QStringLiteral("edit")), [this] { editChosen(); });
-  addButton(QStringLiteral("Delete"), QString(), toolIcon(QStringLiteral("delete")), [this] { deleteChosen(); });
+  addButton("      New      ", QString(), toolIcon("new"), [this] { openNew(); });
+  addButton("Edit", QString(), toolIcon("edit"), [this] { editChosen(); });
+  addButton("Delete", QString(), toolIcon("delete"), [this] { deleteChosen(); });
   load();
 }
 
@@ -45,7 +45,7 @@ void frmTagManager::fillList() {
 void frmTagManager::openNew() {
   auto* editor = new frmNewTag;
   editor->Mode = "new";
-  editor->setCaption(QStringLiteral("New Tag"));
+  editor->setCaption("New Tag");
   editor->open();
 }
 
@@ -54,14 +54,13 @@ void frmTagManager::editChosen() {
   auto* editor = new frmNewTag;
   editor->Mode = "edit";
   editor->TagId = chosenId();
-  editor->setCaption(QStringLiteral("Edit Tag: ") + chosenText());
+  editor->setCaption("Edit Tag: " + chosenText());
   editor->open();
 }
 
 void frmTagManager::deleteChosen() {
   if (chosenRow() < 0) {
-    showMessage(this, QStringLiteral("No Tag Selected"), QStringLiteral("Please select a tag to delete. "),
-                MessageIcon::Information);
+    showMessage(this, "No Tag Selected", "Please select a tag to delete. ", MessageIcon::Information);
     return;
   }
   gDatabase.execute("delete from valid_tag where id = " + std::to_string(chosenId()));

@@ -10,14 +10,14 @@ constexpr const char* kDefaultSupportHost = "support.quillon.example";
 constexpr const char* kDefaultMakerHost = "www.quillon.example";
 
 QString address(const char* key, const char* defaultHost, const QString& path) {
-  const QString host = readUserSetting(QStringLiteral("Morvane2000"), QStringLiteral("Servers"),
-                                       QString::fromLatin1(key), QString::fromLatin1(defaultHost));
-  return QStringLiteral("http://") + host + path;
+  const QString host =
+      readUserSetting("Morvane2000", "Servers", QString::fromLatin1(key), QString::fromLatin1(defaultHost));
+  return "http://" + host + path;
 }
 
 }  // namespace
 
 QString supportPage(const QString& path) { return address("SupportHost", kDefaultSupportHost, path); }
-QString makerPage() { return address("MakerHost", kDefaultMakerHost, QStringLiteral("/")); }
+QString makerPage() { return address("MakerHost", kDefaultMakerHost, "/"); }
 
 }  // namespace mv

@@ -10,7 +10,6 @@
 #include <QStatusBar>
 
 #include "app/ChildWindow.h"
-#include "app/EndProgram.h"
 #include "app/ErrorLog.h"
 #include "app/ListHelpers.h"
 #include "app/ReportError.h"
@@ -49,20 +48,10 @@ QPoint withinView(const QRect& place) {
   return primary ? primary->availableGeometry().topLeft() : QPoint();
 }
 
-// A cache that was to be cleared must not come back half at the next start.
-void finishClearing() {
-  guarded("LinkCleaner", [] { LinkCleaner::instance().finish(); });
-}
-
-void endAtOnce() {
-  finishClearing();
-  endProgramNow();
-}
-
 }  // namespace
 
 frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
-  setObjectName(QStringLiteral("frmDownloadManager"));
+  setObjectName("frmDownloadManager");
   setWindowTitle(applicationTitle());
   setCentralWidget(area_);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -74,7 +63,7 @@ frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   buildHelpMenu();
   buildStatusIndicators();
   timerQuit.setInterval(kTimerQuitInterval);
-  connect(&timerQuit, &QTimer::timeout, this, [] { endAtOnce(); });
+  connect(&timerQuit, &QTimer::timeout, this, [] { clearAndEndProgram(); });
   move(0, 0);
   resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
 }
@@ -150,63 +139,57 @@ QAction* frmDownloadManager::addPageItem(QMenu* menu, const char* name, const QS
 }
 
 void frmDownloadManager::buildFileMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("&File"));
-  menu->setObjectName(QStringLiteral("mnuFile"));
-  addItem(menu, "mnuFilePrefs", QStringLiteral("&Preferences..."));
-  menu->addSeparator()->setObjectName(QStringLiteral("mnuSep5"));
-  addItem(menu, "mnuFileExit", QStringLiteral("&Exit"), endAtOnce);
+  QMenu* menu = menuBar()->addMenu("&File");
+  menu->setObjectName("mnuFile");
+  addItem(menu, "mnuFilePrefs", "&Preferences...");
+  menu->addSeparator()->setObjectName("mnuSep5");
+  addItem(menu, "mnuFileExit", "&Exit", clearAndEndProgram);
 }
 
 void frmDownloadManager::buildEditMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Edit"));
-  menu->setObjectName(QStringLiteral("mnuEdit"));
-  mnuEditCut_ = addItem(menu, "mnuEditCut", QStringLiteral("&Cut"), cutToClipboard);
-  mnuEditCopy_ = addItem(menu, "mnuEditCopy", QStringLiteral("C&opy"), copyToClipboard);
-  mnuEditPaste_ = addItem(menu, "mnuEditPaste", QStringLiteral("P&aste"), pasteFromClipboard);
-  menu->addSeparator()->setObjectName(QStringLiteral("mnuSep2"));
-  mnuEditDeleteWebSite_ = addItem(menu, "mnuEditDeleteWebSite", QStringLiteral("&Delete Web Site"));
+  QMenu* menu = menuBar()->addMenu("&Edit");
+  menu->setObjectName("mnuEdit");
+  mnuEditCut_ = addItem(menu, "mnuEditCut", "&Cut", cutToClipboard);
+  mnuEditCopy_ = addItem(menu, "mnuEditCopy", "C&opy", copyToClipboard);
+  mnuEditPaste_ = addItem(menu, "mnuEditPaste", "P&aste", pasteFromClipboard);
+  menu->addSeparator()->setObjectName("mnuSep2");
+  mnuEditDeleteWebSite_ = addItem(menu, "mnuEditDeleteWebSite", "&Delete Web Site");
 }
 
 void frmDownloadManager::buildToolsMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Tools"));
-  menu->setObjectName(QStringLiteral("mnuTools"));
-  addItem(menu, "mnuToolsPictureViewer", QStringLiteral("&Picture Viewer"));
-  addItem(menu, "mnuToolsWebSiteManager", QStringLiteral("&Web Site Manager"), [] { showSingle<frmWebSites>(); });
-  addItem(menu, "mnuToolsProcessManager", QStringLiteral("P&rocess Manager"));
-  menu->addSeparator()->setObjectName(QStringLiteral("mnuSeop3"));
-  addItem(menu, "mnuToolsFormManager", QStringLiteral("F&orm Manager"));
-  addItem(menu, "mnuToolsFilterManager", QStringLiteral("&Filter Manager"));
-  addItem(menu, "mnuToolsRuleManager", QStringLiteral("&Rule Manager"));
-  addItem(menu, "mnuToolsFileTypeManager", QStringLiteral("FileType &Manager"),
-          [] { showSingle<frmFileTypeManager>(); });
-  addItem(menu, "mnuToolsTagManager", QStringLiteral("Ta&g Manager"), [] { showSingle<frmTagManager>(); });
+  QMenu* menu = menuBar()->addMenu("&Tools");
+  menu->setObjectName("mnuTools");
+  addItem(menu, "mnuToolsPictureViewer", "&Picture Viewer");
+  addItem(menu, "mnuToolsWebSiteManager", "&Web Site Manager", [] { showSingle<frmWebSites>(); });
+  addItem(menu, "mnuToolsProcessManager", "P&rocess Manager");
+  menu->addSeparator()->setObjectName("mnuSeop3");
+  addItem(menu, "mnuToolsFormManager", "F&orm Manager");
+  addItem(menu, "mnuToolsFilterManager", "&Filter Manager");
+  addItem(menu, "mnuToolsRuleManager", "&Rule Manager");
+  addItem(menu, "mnuToolsFileTypeManager", "FileType &Manager", [] { showSingle<frmFileTypeManager>(); });
+  addItem(menu, "mnuToolsTagManager", "Ta&g Manager", [] { showSingle<frmTagManager>(); });
 }
 
 void frmDownloadManager::buildWindowsMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Windows"));
-  menu->setObjectName(QStringLiteral("mnuWindows"));
-  addItem(menu, "mnuWindowsCascade", QStringLiteral("&Cascade"), [this] { cascadeWindows(*area_); });
-  addItem(menu, "mnuWindowsTileHorizontally", QStringLiteral("Tile &Horizontally"),
-          [this] { tileHorizontally(*area_); });
-  addItem(menu, "mnuWindowsTileVertically", QStringLiteral("Tile &Vertically"), [this] { tileVertically(*area_); });
+  QMenu* menu = menuBar()->addMenu("&Windows");
+  menu->setObjectName("mnuWindows");
+  addItem(menu, "mnuWindowsCascade", "&Cascade", [this] { cascadeWindows(*area_); });
+  addItem(menu, "mnuWindowsTileHorizontally", "Tile &Horizontally", [this] { tileHorizontally(*area_); });
+  addItem(menu, "mnuWindowsTileVertically", "Tile &Vertically", [this] { tileVertically(*area_); });
 }
 
 void frmDownloadManager::buildHelpMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("&Help"));
-  menu->setObjectName(QStringLiteral("mnuHelp"));
-  addItem(menu, "mnuHelpOpen", QStringLiteral("&Open Help"));
-  addPageItem(menu, "mnuHelpOnlineManual", QStringLiteral("Morvane2000 Online &Manual"),
-              supportPage(QStringLiteral("/morvane2000/manual.html")));
-  addPageItem(menu, "mnuHelpMorvaneHelpPage", QStringLiteral("Morvane2000 &Help Page"),
-              supportPage(QStringLiteral("/morvane2000/help.html")));
-  addPageItem(menu, "mnuHelpMorvane99HomePage", QStringLiteral("&Morvane2000 Home Page"),
-              supportPage(QStringLiteral("/morvane2000/index.html")));
-  menu->addSeparator()->setObjectName(QStringLiteral("sep16"));
-  addPageItem(menu, "mnuHelpQuillonSupportSite", QStringLiteral("Quillon &Support Site"),
-              supportPage(QStringLiteral("/")));
-  addPageItem(menu, "mnuHelpQuillonHomePage", QStringLiteral("&Quillon Home Page"), makerPage());
-  menu->addSeparator()->setObjectName(QStringLiteral("sep18"));
-  addItem(menu, "mnuAbout", QStringLiteral("&About Morvane2000"), [this] { splash().showUntilClosed(); });
+  QMenu* menu = menuBar()->addMenu("&Help");
+  menu->setObjectName("mnuHelp");
+  addItem(menu, "mnuHelpOpen", "&Open Help");
+  addPageItem(menu, "mnuHelpOnlineManual", "Morvane2000 Online &Manual", supportPage("/morvane2000/manual.html"));
+  addPageItem(menu, "mnuHelpMorvaneHelpPage", "Morvane2000 &Help Page", supportPage("/morvane2000/help.html"));
+  addPageItem(menu, "mnuHelpMorvane99HomePage", "&Morvane2000 Home Page", supportPage("/morvane2000/index.html"));
+  menu->addSeparator()->setObjectName("sep16");
+  addPageItem(menu, "mnuHelpQuillonSupportSite", "Quillon &Support Site", supportPage("/"));
+  addPageItem(menu, "mnuHelpQuillonHomePage", "&Quillon Home Page", makerPage());
+  menu->addSeparator()->setObjectName("sep18");
+  addItem(menu, "mnuAbout", "&About Morvane2000", [this] { splash().showUntilClosed(); });
 }
 
 void frmDownloadManager::buildStatusIndicators() {

@@ -30,22 +30,22 @@ QLabel* centredLabel(const QString& text, qreal scale, bool bold) {
 
 frmSplash::frmSplash(QWidget* owner) : QFrame(owner, Qt::Dialog | Qt::FramelessWindowHint) {
   setFrameStyle(QFrame::Box | QFrame::Raised);
-  setObjectName(QStringLiteral("frmSplash"));
-  setWindowTitle(QStringLiteral("About ") + applicationTitle());
+  setObjectName("frmSplash");
+  setWindowTitle("About " + applicationTitle());
   setAttribute(Qt::WA_ShowWithoutActivating);
 
   auto* picture = new QLabel;
   picture->setPixmap(QApplication::windowIcon().pixmap(kPictureSize));
   picture->setAlignment(Qt::AlignCenter);
-  close_ = new QPushButton(QStringLiteral("Close"));
+  close_ = new QPushButton("Close");
   connect(close_, &QPushButton::clicked, this, &QWidget::hide);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(40, 28, 40, 24);
   layout->addWidget(picture);
   layout->addWidget(centredLabel(applicationTitle(), 2.0, true));
-  layout->addWidget(centredLabel(QStringLiteral("Version ") + QApplication::applicationVersion(), 1.0, false));
-  layout->addWidget(centredLabel(QStringLiteral("Harvests files from web sites"), 1.1, false));
+  layout->addWidget(centredLabel("Version " + QApplication::applicationVersion(), 1.0, false));
+  layout->addWidget(centredLabel("Harvests files from web sites", 1.1, false));
   layout->addSpacing(8);
   layout->addWidget(close_, 0, Qt::AlignHCenter);
 

@@ -3,6 +3,7 @@
 #include <QMetaObject>
 #include <string>
 
+#include "app/EndProgram.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
 
@@ -70,6 +71,15 @@ void LinkCleaner::goOn() {
         goOn();
       },
       Qt::QueuedConnection);
+}
+
+void finishClearing() {
+  guarded("LinkCleaner", [] { LinkCleaner::instance().finish(); });
+}
+
+void clearAndEndProgram() {
+  finishClearing();
+  endProgramNow();
 }
 
 }  // namespace mv

@@ -37,4 +37,9 @@ class LinkCleaner : public QObject {
   bool scheduled_ = false;
 };
 
+// What every end of the program does before it closes the database: finish(), a failure shown.
+void finishClearing();
+// Ends the program at once; but a cache that was to be cleared must not come back half at the next start.
+void clearAndEndProgram();
+
 }  // namespace mv

@@ -10,7 +10,6 @@
 #include <cmath>
 #include <string_view>
 
-#include "app/EndProgram.h"
 #include "app/MainFrame.h"
 #include "app/Settings.h"
 #include "app/ToolIcons.h"
@@ -20,6 +19,7 @@
 #include "platform/Shell.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"
+#include "sites/LinkCleaner.h"
 #include "sites/frmNew.h"
 
 namespace mv {
@@ -382,7 +382,7 @@ void frmWebSites::dropFilters(const QString& text) {
 }
 
 void frmWebSites::quitWhenDue() {
-  if (gQuitAt.isValid() && now() > gQuitAt) endProgramNow();
+  if (gQuitAt.isValid() && now() > gQuitAt) clearAndEndProgram();
 }
 
 }  // namespace mv

@@ -63,7 +63,7 @@ TEST_F(SitePaths, EachTypeShowsItsOwnFolderOrTheProgramsDefault) {
 
 TEST_F(SitePaths, BrowsePreparesTheDialogAndStoresTheChoiceOnce) {
   openWith({"gif"});
-  dialogs.nextFolders = {QStringLiteral("/first \"quoted\""), QStringLiteral("/second")};
+  dialogs.nextFolders = {"/first \"quoted\"", "/second"};
   click(window, "cmdBrowse");
   ASSERT_EQ(dialogs.folderRequests.size(), 1u);
   const mv::FolderRequest& request = dialogs.folderRequests[0];
@@ -94,7 +94,7 @@ TEST_F(SitePaths, BrowseCreatesTheFolderShownEvenWhenTheDialogIsCancelled) {
 
 TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
   openWith({"gif"});
-  control<QLineEdit>(window, "txtPath").setText(QStringLiteral("/proc/none/of/this"));
+  control<QLineEdit>(window, "txtPath").setText("/proc/none/of/this");
   click(window, "cmdBrowse");
   EXPECT_EQ(dialogs.messages.size(), 1u);
   EXPECT_TRUE(dialogs.folderRequests.empty());
@@ -115,7 +115,7 @@ TEST_F(SitePaths, TheMouseDraggedToAnotherRowChoosesThatRow) {
   QCoreApplication::sendEvent(rows, &drag);
   QTest::mouseRelease(rows, Qt::LeftButton, {}, place(1));
   ASSERT_EQ(list().currentSelectedRow(), 1);
-  dialogs.nextFolders = {QStringLiteral("/for jpg")};
+  dialogs.nextFolders = {"/for jpg"};
   click(window, "cmdBrowse");
   EXPECT_EQ(stored("jpg"), "/for jpg");
   EXPECT_EQ(count("site_paths"), 1);

@@ -46,7 +46,7 @@ std::map<std::string, int> linkRows() {
 QString savedPath(const Picture& picture) {
   const QString path = QString::fromLatin1(picture.path);
   const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-  const bool png = name.endsWith(QStringLiteral(".png"));
+  const bool png = name.endsWith(".png");
   return mv::toQString(mv::gDownloadFolder) + (png ? QString::fromLatin1(kPngFolder) : QString()) + QLatin1Char('/') +
          name;
 }

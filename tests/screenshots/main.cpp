@@ -1,5 +1,5 @@
-// screenshots <folder>: harvests the bundled gallery with the program's own windows and writes pictures of them, for the
-// README and the user guide.
+// screenshots <folder>: harvests the bundled gallery with the program's own windows and writes pictures of them, for
+// the README and the user guide.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -60,14 +60,16 @@ void arrange() {
 void harvest(frmDownloadManager& window) {
   window.resize(960, 740);
   QTest::qWait(100);
-  for (ProcessWindow* process : {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})
+  for (ProcessWindow* process :
+       {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})
     if (process->DetailsCollapsed()) process->toggleDetails();
   arrange();
   find<frmDownload>()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
   // In the middle of the work: some pages done, some waiting.
   QElapsedTimer clock;
   clock.start();
-  while (gDatabase.count("select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") < 4 &&
+  while (gDatabase.count("select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") <
+             4 &&
          clock.elapsed() < kPatienceMs)
     QTest::qWait(100);
   window.splash().hide();
@@ -132,7 +134,8 @@ int main(int argc, char** argv) {
   const std::string owner = std::to_string(site);
   gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + owner + ", 20)");
   for (const char* field : {"17, \"anna\"", "18, \"secret\""})
-    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field + ")");
+    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field +
+                      ")");
   gDatabase.close();
 
   StartUp startUp;

@@ -61,11 +61,11 @@ TEST_F(MainWindowTest, HasTheWholeMenuTree) {
     found.push_back((top->text() + ": " + entries.join(", ")).toStdString());
   }
   EXPECT_EQ(found, expected);
-  EXPECT_EQ(main->windowTitle(), QStringLiteral("Morvane2000"));
+  EXPECT_EQ(main->windowTitle(), "Morvane2000");
 }
 
 TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
-  auto* edit = new QLineEdit(QStringLiteral("xabcy"), main.get());
+  auto* edit = new QLineEdit("xabcy", main.get());
   edit->setGeometry(0, 40, 100, 20);
   edit->show();
   main->activateWindow();
@@ -73,26 +73,26 @@ TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
   ASSERT_TRUE(mvtest::waitFor([&] { return QApplication::focusWidget() == edit; }));
   QClipboard* clipboard = QApplication::clipboard();
 
-  clipboard->setText(QStringLiteral("kept"));
+  clipboard->setText("kept");
   item("mnuEditCopy")->trigger();
-  EXPECT_EQ(clipboard->text(), QStringLiteral("kept")) << "nothing selected";
+  EXPECT_EQ(clipboard->text(), "kept") << "nothing selected";
   edit->setSelection(1, 3);
   item("mnuEditCopy")->trigger();
-  EXPECT_EQ(clipboard->text(), QStringLiteral("abc"));
+  EXPECT_EQ(clipboard->text(), "abc");
   item("mnuEditCut")->trigger();
-  EXPECT_EQ(edit->text(), QStringLiteral("xy"));
+  EXPECT_EQ(edit->text(), "xy");
   item("mnuEditPaste")->trigger();
   item("mnuEditPaste")->trigger();
-  EXPECT_EQ(edit->text(), QStringLiteral("xabcabcy"));
+  EXPECT_EQ(edit->text(), "xabcabcy");
 
   edit->setReadOnly(true);
   edit->selectAll();
   item("mnuEditCut")->trigger();
-  EXPECT_EQ(edit->text(), QStringLiteral("xabcabcy"));
+  EXPECT_EQ(edit->text(), "xabcabcy");
   edit->setEchoMode(QLineEdit::Password);
   edit->selectAll();
   item("mnuEditCopy")->trigger();
-  EXPECT_EQ(clipboard->text(), QStringLiteral("abc")) << "a password does not leave its box";
+  EXPECT_EQ(clipboard->text(), "abc") << "a password does not leave its box";
 }
 
 TEST_F(MainWindowTest, OpensOneWindowOfAKindAndArrangesThem) {
@@ -174,14 +174,13 @@ TEST_F(MainWindowTest, HelpPagesOpenInTheBrowserAndAFailureIsSaid) {
     opened << url;
     return opened.size() < 2;
   });
-  saveUserSetting(QStringLiteral("Morvane2000"), QStringLiteral("Servers"), QStringLiteral("SupportHost"),
-                  QStringLiteral("127.0.0.1:9"));
+  saveUserSetting("Morvane2000", "Servers", "SupportHost", "127.0.0.1:9");
   frmDownloadManager redirected;
-  redirected.findChild<QAction*>(QStringLiteral("mnuHelpOnlineManual"))->trigger();
-  redirected.findChild<QAction*>(QStringLiteral("mnuHelpQuillonSupportSite"))->trigger();
+  redirected.findChild<QAction*>("mnuHelpOnlineManual")->trigger();
+  redirected.findChild<QAction*>("mnuHelpQuillonSupportSite")->trigger();
   EXPECT_EQ(opened, QStringList({"http://127.0.0.1:9/morvane2000/manual.html", "http://127.0.0.1:9/"}));
   ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text, QStringLiteral("Sorry, couldn't find your browser."));
+  EXPECT_EQ(dialogs.messages[0].text, "Sorry, couldn't find your browser.");
 }
 
 TEST_F(MainWindowTest, AboutStaysUntilItIsClosed) {

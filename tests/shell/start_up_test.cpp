@@ -38,9 +38,7 @@ class StartUpTest : public mvtest::ProgramTest {
   std::unique_ptr<StartUp> startUp_;
 };
 
-QStringList logLines() {
-  return toQString(mvtest::readFile(errorLogPath())).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-}
+QStringList logLines() { return toQString(mvtest::readFile(errorLogPath())).split("\r\n", Qt::SkipEmptyParts); }
 
 const QString kRule = QString(56, QLatin1Char('='));
 
@@ -52,12 +50,12 @@ TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   EXPECT_TRUE(startUp_->mainWindow()->splash().isVisible());
   EXPECT_FALSE(webSites()->tmrQuit.isActive());
   EXPECT_EQ(logLines().size(), 2);
-  EXPECT_EQ(logLines().first(), QStringLiteral("Log opened ") + kRule);
+  EXPECT_EQ(logLines().first(), "Log opened " + kRule);
   end();
   ASSERT_EQ(logLines().size(), 4);
-  EXPECT_EQ(logLines().at(2), QStringLiteral("Log closed ") + kRule);
+  EXPECT_EQ(logLines().at(2), "Log closed " + kRule);
   EXPECT_TRUE(dialogs.messages.empty());
-  EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + QStringLiteral("-wal")));
+  EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + "-wal"));
 }
 
 TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
@@ -71,8 +69,8 @@ TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
   ASSERT_TRUE(start());
   EXPECT_EQ(gQuitAt, moment.addSecs(3 * 3600));
   EXPECT_TRUE(webSites()->tmrQuit.isActive());
-  EXPECT_NE(WindowRegistry::instance().findByCaption(QStringLiteral("Scan: ") + toQString(site.host())), nullptr);
-  EXPECT_NE(WindowRegistry::instance().findByCaption(QStringLiteral("Download: ") + toQString(site.host())), nullptr);
+  EXPECT_NE(WindowRegistry::instance().findByCaption("Scan: " + toQString(site.host())), nullptr);
+  EXPECT_NE(WindowRegistry::instance().findByCaption("Download: " + toQString(site.host())), nullptr);
   end();
 }
 
@@ -80,7 +78,7 @@ TEST_F(StartUpTest, EmptyPreferencesAreReportedAndEverythingCountsAsNo) {
   gDatabase.execute("delete from pref");
   ASSERT_TRUE(start());
   ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.startsWith(QStringLiteral("An error has occured")));
+  EXPECT_TRUE(dialogs.messages[0].text.startsWith("An error has occured"));
   EXPECT_NE(gAutoScan, "yes");
   EXPECT_EQ(gQuitTime, 0);
   end();
@@ -115,22 +113,22 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
     EXPECT_TRUE(dialogs.messages[0].text.contains(path)) << dialogs.messages[0].text.toStdString();
     EXPECT_EQ(QFile::exists(path), c.exists);
     EXPECT_EQ(mvtest::readFile(gDatabasePath), c.content);
-    EXPECT_EQ(QDir(toQString(folder())).entryList({QStringLiteral("*-wal"), QStringLiteral("*-shm")}), QStringList());
+    EXPECT_EQ(QDir(toQString(folder())).entryList({"*-wal", "*-shm"}), QStringList());
     startUp_.reset();
   }
 }
 
 TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
   QDir base(toQString(folder()));
-  base.mkpath(QStringLiteral("prefix/bin"));
-  base.mkpath(QStringLiteral("prefix/share/morvane2000"));
+  base.mkpath("prefix/bin");
+  base.mkpath("prefix/share/morvane2000");
   const std::string bin = folder() + "/prefix/bin";
   const std::string user = folder() + "/user/data";
   EXPECT_EQ(findProgramFolder(bin, user), bin) << "no database anywhere: beside the program, where it is missed";
 
   mvtest::copyShippedDatabase(folder() + "/prefix/share/morvane2000/morvane2000.mdb");
   EXPECT_EQ(findProgramFolder(bin, user), user);
-  const QString copy = toQString(user) + QStringLiteral("/morvane2000.mdb");
+  const QString copy = toQString(user) + "/morvane2000.mdb";
   EXPECT_TRUE(QFileInfo(copy).isWritable());
 
   QFile own(copy);

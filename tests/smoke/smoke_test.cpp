@@ -73,8 +73,8 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
       {"a.jpg", "20000 a"}, {"b.jpg", "30000 b"}, {"c.jpg", "40000 c"}, {"slow.jpg", "50000 s"}};
   EXPECT_EQ(savedFiles(), expected);
   const QString log = toQString(mvtest::readFile(errorLogPath()));
-  EXPECT_EQ(log.count(QStringLiteral("Log opened ")), 2);
-  EXPECT_EQ(log.count(QStringLiteral("Log closed ")), 1);
+  EXPECT_EQ(log.count("Log opened "), 2);
+  EXPECT_EQ(log.count("Log closed "), 1);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST_F(ProgramDatabaseTest, SequencesCountOn) {
 TEST_F(ProgramDatabaseTest, AnUnknownSequenceIsReportedAndIsZero) {
   EXPECT_EQ(mv::nextSequenceValue("no_id"), 0);
   ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_TRUE(dialogs.messages[0].text.contains(QStringLiteral("3021")));
+  EXPECT_TRUE(dialogs.messages[0].text.contains("3021"));
   EXPECT_EQ(count("valid_sid"), 8);
 }
 

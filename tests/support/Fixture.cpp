@@ -79,7 +79,7 @@ TestFrame::TestFrame() : area_(new QMdiArea(this)) {
 ProgramTest::ProgramTest() {
   mv::Dialogs::install(&dialogs);
   resetSettings();
-  mv::setUserSettingsFolder(folder_.filePath(QStringLiteral("user-settings")));
+  mv::setUserSettingsFolder(folder_.filePath("user-settings"));
   mv::setProgramFolder(folder());
   copyShippedDatabase(mv::gDatabasePath);
   mv::gDatabase.open(mv::gDatabasePath);

@@ -16,10 +16,10 @@ constexpr int kPatienceMs = 10'000;
 }  // namespace
 
 ProgramRun::ProgramRun(const std::string& executable, const std::string& database)
-    : folder_(work_.path() + QStringLiteral("/program")) {
+    : folder_(work_.path() + "/program") {
   QDir().mkpath(folder_);
-  QFile::copy(mv::toQString(executable), folder_ + QStringLiteral("/morvane2000"));
-  QFile::copy(mv::toQString(database), folder_ + QStringLiteral("/morvane2000.mdb"));
+  QFile::copy(mv::toQString(executable), folder_ + "/morvane2000");
+  QFile::copy(mv::toQString(database), folder_ + "/morvane2000.mdb");
   mv::setProgramFolder(mv::toUtf8(folder_));
   mv::gDatabase.open(mv::gDatabasePath);
   process_.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -41,10 +41,10 @@ std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std:
 
 bool ProgramRun::start() {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  if (!environment.contains(QStringLiteral("DISPLAY")) && !environment.contains(QStringLiteral("WAYLAND_DISPLAY")))
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+  if (!environment.contains("DISPLAY") && !environment.contains("WAYLAND_DISPLAY"))
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
   process_.setProcessEnvironment(environment);
-  process_.start(folder_ + QStringLiteral("/morvane2000"), QStringList());
+  process_.start(folder_ + "/morvane2000", QStringList());
   return process_.waitForStarted(kPatienceMs);
 }
 
