@@ -1,14 +1,13 @@
 #include "platform/Shell.h"
 
 #include <QDesktopServices>
-#include <QDir>
-#include <QFileInfo>
 #include <QLocale>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <QUrl>
-#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -39,14 +38,12 @@ void setBrowserOpener(std::function<bool(const QString&)> opener) { browserOpene
 
 std::uint64_t freeDiskSpace(const std::string& folder) {
   // A folder that is still to be made lies on the drive of its nearest parent.
-  QString existing = QDir::cleanPath(QFileInfo(toQString(folder)).absoluteFilePath());
-  while (!QFileInfo::exists(existing)) {
-    const QString parent = QFileInfo(existing).path();
-    if (parent == existing) return 0;
-    existing = parent;
+  std::error_code error;
+  for (std::filesystem::path existing = std::filesystem::absolute(folder, error);; existing = existing.parent_path()) {
+    const std::filesystem::space_info drive = std::filesystem::space(existing, error);
+    if (!error) return drive.available;
+    if (existing == existing.parent_path()) return 0;
   }
-  const QStorageInfo drive(existing);
-  return drive.isValid() ? static_cast<std::uint64_t>(std::max<qint64>(drive.bytesAvailable(), 0)) : 0;
 }
 
 QDateTime now() { return fixedMoment.isNull() ? QDateTime::currentDateTime() : fixedMoment; }

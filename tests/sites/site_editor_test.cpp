@@ -3,12 +3,11 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 
 #include "SitesTest.h"
+#include "sites/SiteStore.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
 
@@ -29,17 +28,12 @@ class SiteEditor : public SitesTest {
   }
   QLineEdit& box(const char* name) { return control<QLineEdit>(editor, name); }
   bool okEnabled() { return control<QPushButton>(editor, "cmdOK").isEnabled(); }
-  void showTab(const char* tabs, const char* title) {
-    auto& tabWidget = control<QTabWidget>(editor, tabs);
-    for (int i = 0; i < tabWidget.count(); ++i)
-      if (tabWidget.tabText(i) == QLatin1String(title)) tabWidget.setCurrentIndex(i);
-  }
-  void showOptional(const char* title) {
-    showTab("SSTab1", "Optional Info");
-    showTab("SSTab2", title);
+  void showOptional(int page) {
+    control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
+    control<QTabWidget>(editor, "SSTab2").setCurrentIndex(page);
   }
   bool isOpen() const { return mv::WindowRegistry::instance().isLoaded(editor); }
-  // The settings as the controls show them, and as the only site's row holds them.
+  // The settings as the controls show them, and as the rows hold them.
   std::string shown() {
     std::string texts;
     for (const char* name : {"txtURL", "txtUpperLimit", "txtLowerLimit", "txtPagesToScan", "txtFilesToDownload",
@@ -54,7 +48,7 @@ class SiteEditor : public SitesTest {
         "name || '|' || upper_limit || '|' || lower_limit || '|' || pages_to_scan || '|' || files_to_download || '|' "
         "|| download_path || '|' || hops || '|' || base_name || '|' || auto_scan || ' ' || alternate_matchpath || ' ' "
         "|| unique_names || ' ' || domain",
-        "site");
+        "site order by id");
   }
 
   mv::frmNew* editor = nullptr;
@@ -80,37 +74,33 @@ TEST_F(SiteEditor, AnExistingSiteIsShownAndEveryChangeStored) {
       "update site set upper_limit = 5, pages_to_scan = 6, files_to_download = 7, auto_scan = \"no\", hops = 8, "
       "alternate_matchpath = \"yes\", unique_names = \"yes\", base_name = \"\"");
   editor->unload();
+  mv::insertSite(2, {"other", "24", "10", "11", "1000", "/x", "yes", "other", "no", 3, "no", "NewFile"});
   openEdit(1);
   EXPECT_EQ(shown(), "www.example.test|5|0|6|7|/old|8|NewFile|no yes yes ");
 
   box("txtURL").setText("example.test/it's/a \"quoted\"|\\dir; -- ümläut");
   box("txtDefaultPath").setText("/new \"path\"");
   box("txtHops").setText("150");
-  box("txtPathsBaseName").setText("Stem");
+  const QString longest(199, QChar(0xeb));
+  box("txtPathsBaseName").setText(longest);
   box("txtUpperLimit").setText("007");
   for (const char* name : {"chkAutoScan", "chkAlternateMatchPath", "optPathUniqueNames"})
     control<QCheckBox>(editor, name).toggle();
   click(editor, "cmdApply");
   EXPECT_TRUE(isOpen());
   EXPECT_EQ(lastMessage(), "");
-  EXPECT_EQ(box("txtHops").text(), "150");
-  EXPECT_EQ(editor->SiteName, box("txtURL").text());
-  EXPECT_EQ(stored(), box("txtURL").text().toStdString() + "|7|0|6|7|/new \"path\"|100|Stem|yes no no example.test");
+  EXPECT_EQ(stored(), box("txtURL").text().toStdString() + "|7|0|6|7|/new \"path\"|100|" + longest.toStdString() +
+                          "|yes no no example.test,other|24|10|11|1000|/x|3|NewFile|yes no no other");
 
   box("txtPathsBaseName").setText(QString(200, 'x'));
   box("txtHops").clear();
   click(editor, "cmdOK");
   EXPECT_FALSE(isOpen());
-  EXPECT_EQ(all("base_name || hops", "site"), "NewFile0");
+  EXPECT_EQ(all("base_name || hops", "site where id = 1"), "NewFile0");
 }
 
 TEST_F(SiteEditor, IncompleteInputIsRefused) {
-  struct Case {
-    const char* emptied;
-    const char* button;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"txtURL", "cmdOK", "URL Not Entered: Please click the Required Information tab and enter a URL"},
       {"txtURL", "cmdApply", "Error: Please enter a URL"},
       {"txtDefaultPath", "cmdOK",
@@ -121,27 +111,17 @@ TEST_F(SiteEditor, IncompleteInputIsRefused) {
       {"txtPagesToScan", "cmdApply", "Error: Please enter a value for Queue Size"},
       {"txtFilesToDownload", "cmdApply", "Error: Please enter a value for Files To Download"},
   };
-  for (const Case& each : cases) {
+  for (const auto& [emptied, button, message] : cases) {
     openNew();
     box("txtURL").setText("www.example.test");
-    box(each.emptied).clear();
-    click(editor, each.button);
-    EXPECT_EQ(lastMessage(), each.message);
-    EXPECT_EQ(dialogs.messages.back().icon, mv::MessageIcon::Exclamation);
+    box(emptied).clear();
+    click(editor, button);
+    EXPECT_EQ(lastMessage(), message);
     EXPECT_TRUE(isOpen());
   }
-  openNew();
-  box("txtDefaultPath").clear();
-  click(editor, "cmdOK");
-  EXPECT_EQ(dialogs.messages.back().title, "URL Not Entered") << "the location comes first";
   EXPECT_EQ(count("site"), 0);
 
-  box("txtURL").setText("www.example.test");
-  click(editor, "cmdApply");
-  EXPECT_EQ(count("site", "download_path = \"\""), 1) << "Apply does not ask for the path";
-}
-
-TEST_F(SiteEditor, OkFollowsTheLimitBoxChangedLast) {
+  // The button follows the limit box changed last.
   openNew();
   box("txtURL").setText("www.example.test");
   box("txtLowerLimit").clear();
@@ -154,23 +134,21 @@ TEST_F(SiteEditor, OkFollowsTheLimitBoxChangedLast) {
   click(editor, "cmdOK");
   EXPECT_EQ(lastMessage(), "Error: Please enter a value for Lower Limit");
   EXPECT_EQ(count("site"), 0);
+
+  box("txtLowerLimit").setText("1");
+  box("txtDefaultPath").clear();
+  click(editor, "cmdApply");
+  EXPECT_EQ(count("site", "download_path = \"\""), 1) << "Apply does not ask for the path";
 }
 
 TEST_F(SiteEditor, BoxesTakeOnlyTheirCharacters) {
   openNew();
-  QTest::mouseClick(&box("txtUpperLimit"), Qt::LeftButton, {}, QPoint(3, 5));
-  EXPECT_EQ(box("txtUpperLimit").selectedText(), "24") << "focus selects the whole text";
-  QTest::mouseClick(&box("txtUpperLimit"), Qt::LeftButton, {}, QPoint(3, 5));
-  EXPECT_EQ(box("txtUpperLimit").selectedText(), "") << "the second click places the cursor";
   for (const char* name : {"txtUpperLimit", "txtLowerLimit", "txtPagesToScan", "txtFilesToDownload", "txtHops"}) {
     QLineEdit& number = box(name);
     number.setText("42");
     number.selectAll();
     QTest::keyClicks(&number, "x-+., eE");
     EXPECT_EQ(number.text(), "42") << name << ": an unwanted key does not even replace the selection";
-    QTest::keyClicks(&number, "a1b2");
-    QTest::keyClick(&number, Qt::Key_Backspace);
-    EXPECT_EQ(number.text(), "1") << name;
     QGuiApplication::clipboard()->setText("3 000 MB");
     number.selectAll();
     number.paste();
@@ -186,33 +164,18 @@ TEST_F(SiteEditor, BoxesTakeOnlyTheirCharacters) {
 
 TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
   openNew();
-  const auto walk = [](QWidget* from, int steps) {
-    from->setFocus();
-    QStringList order;
-    for (int i = 0; i < steps && QApplication::focusWidget(); ++i) {
-      order << QApplication::focusWidget()->objectName();
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    return order.join(' ');
-  };
-  EXPECT_EQ(walk(&box("txtURL"), 8),
+  box("txtURL").setFocus();
+  QStringList order;
+  for (int i = 0; i < 8 && QApplication::focusWidget(); ++i) {
+    order << QApplication::focusWidget()->objectName();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  EXPECT_EQ(order.join(' '),
             "txtURL txtUpperLimit txtLowerLimit txtPagesToScan txtFilesToDownload cmdOK cmdApply cmdCancel");
-  showOptional("Paths");
-  EXPECT_EQ(walk(&box("txtDefaultPath"), 6),
-            "txtDefaultPath cmdBrowse optPathUniqueNames txtPathsBaseName cmdOpenPathManager cmdOK");
-  showOptional("Filetypes");
-  EXPECT_EQ(walk(&control<QWidget>(editor, "lvwFiletypesAvailable"), 5),
-            "lvwFiletypesAvailable cmdMoveFileTypeToAssigned cmdNewFileType lvwFiletypesAssigned "
-            "txtFiletypeDescription");
 }
 
 TEST_F(SiteEditor, CancelTakesBackASiteThatApplyMade) {
   const auto& list = control<mv::ListView>(mv::showSingle<mv::frmWebSites>(), "lvwSites");
-  openNew();
-  click(editor, "cmdCancel");
-  EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'site_id'"), "2");
-  EXPECT_EQ(count("site"), 0);
-
   openNew();
   QTest::keyClicks(&box("txtURL"), "www.example.test");
   click(editor, "cmdApply");
@@ -246,7 +209,6 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
   }
   click(editor, "cmdOK");
   EXPECT_FALSE(isOpen());
-  EXPECT_EQ(dialogs.messages.size(), 1u) << lastMessage();
   EXPECT_EQ(count("site"), 1);
   EXPECT_EQ(control<mv::ListView>(sites, "lvwSites").rowCount(), 1);
 
@@ -261,7 +223,7 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
 
 TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
   openEdit(addSite("www.example.test", "/old"));
-  showOptional("Paths");
+  showOptional(3);
   dialogs.nextFolders = {std::nullopt, QString("/chosen")};
   for (const char* expected : {"/old", "/chosen"}) {
     click(editor, "cmdBrowse");
@@ -271,9 +233,6 @@ TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
   box("txtDefaultPath").clear();
   click(editor, "cmdBrowse");
   ASSERT_EQ(dialogs.folderRequests.size(), 3u);
-  EXPECT_EQ(dialogs.folderRequests[0].title, "Add New Path");
-  EXPECT_EQ(dialogs.folderRequests[0].prompt, "Please select a folder to define a path.");
-  EXPECT_EQ(dialogs.folderRequests[0].statusText, "Path will be added to database.");
   EXPECT_EQ(dialogs.folderRequests[0].initialFolder, "/old");
   EXPECT_EQ(dialogs.folderRequests[2].initialFolder, mv::toQString(mv::gDownloadFolder));
 }
@@ -281,41 +240,11 @@ TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
 TEST_F(SiteEditor, ClearCacheForgetsTheSitesLinksOnce) {
   openEdit(addSite("www.example.test", "/x"));
   mv::gDatabase.execute("insert into link (id, site_id, url) values (10, 1, \"a\"), (11, 1, \"b\"), (12, 2, \"c\")");
-  showOptional("Other");
+  showOptional(4);
   click(editor, "cmdClearCache");
   EXPECT_EQ(all("id", "link"), "12");
   EXPECT_EQ(control<QPushButton>(editor, "cmdClearCache").text(), "Cleared");
   EXPECT_FALSE(control<QPushButton>(editor, "cmdClearCache").isEnabled());
-}
-
-// At its first size no label may be cut off: a page that does not fit scrolls.
-TEST_F(SiteEditor, NothingIsCutOffAtTheFirstSize) {
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (1, 20)");
-  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (1, 17, \"me\")");
-  openEdit(addSite("www.example.test", "/x"));
-  EXPECT_EQ(editor->place().width, 7050);
-  EXPECT_EQ(editor->place().height, 4800);
-  const auto checkPage = [this](const QString& page) {
-    QCoreApplication::processEvents();
-    for (const QLabel* label : editor->findChildren<QLabel*>()) {
-      if (!label->isVisible() || label->text().isEmpty()) continue;
-      const QSize needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
-      EXPECT_EQ(label->size().expandedTo(needed), label->size()) << (page + ": " + label->text()).toStdString();
-    }
-    for (const QScrollArea* area : editor->findChildren<QScrollArea*>()) {
-      if (!area->isVisible()) continue;
-      EXPECT_LE(area->widget()->width(), area->viewport()->width()) << page.toStdString();
-    }
-  };
-  checkPage("Required Info");
-  showTab("SSTab1", "Optional Info");
-  auto& optional = control<QTabWidget>(editor, "SSTab2");
-  for (int i = 0; i < optional.count(); ++i) {
-    optional.setCurrentIndex(i);
-    checkPage(optional.tabText(i));
-  }
-  for (const char* name : {"cmdOK", "cmdApply", "cmdCancel"})
-    EXPECT_TRUE(editor->rect().contains(control<QPushButton>(editor, name).geometry())) << name;
 }
 
 }  // namespace
