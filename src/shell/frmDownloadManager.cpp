@@ -125,7 +125,7 @@ void frmDownloadManager::saveOwnPosition() {
 }
 
 QAction* frmDownloadManager::addItem(QMenu* menu, const char* name, const QString& caption,
-                                     std::function<void()> open) {
+                                     const std::function<void()>& open) {
   QAction* item = menu->addAction(caption);
   item->setObjectName(QString::fromLatin1(name));
   item->setEnabled(static_cast<bool>(open));
@@ -203,7 +203,7 @@ void frmDownloadManager::buildStatusIndicators() {
   lblUpdates_ = indicator("lblUpdates");
   pictHelpUpdates_ = indicator("pictHelpUpdates");
   lblHelpUpdates_ = indicator("lblHelpUpdates");
-  hideStatusIndicators();
+  frmDownloadManager::hideStatusIndicators();
 }
 
 }  // namespace mv

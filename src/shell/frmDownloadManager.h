@@ -49,7 +49,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void buildHelpMenu();
   void buildStatusIndicators();
   // A menu entry; without `open` it is present and disabled.
-  QAction* addItem(QMenu* menu, const char* name, const QString& caption, std::function<void()> open = {});
+  QAction* addItem(QMenu* menu, const char* name, const QString& caption, const std::function<void()>& open = {});
   QAction* addPageItem(QMenu* menu, const char* name, const QString& caption, const QString& address);
   void unloadChildWindows();
   void saveOwnPosition();

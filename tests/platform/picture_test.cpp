@@ -55,24 +55,12 @@ TEST_F(PictureTest, ShowsSmallPicturesAsTheyAreAndShrinksLargeOnes) {
   load(picture("large.png", {1000, 1000}, Qt::blue));
   EXPECT_EQ(display->Zoom(), 0);
   EXPECT_EQ(pixel(55, 5), QColor(Qt::blue)) << "100 x 100 in the middle";
-  EXPECT_EQ(pixel(145, 95), QColor(Qt::blue));
   EXPECT_NE(pixel(45, 50), QColor(Qt::blue));
-
-  display->resize(1000, 1000);
-  EXPECT_EQ(display->Zoom(), 100);
-
-  display->setPicture("");
-  EXPECT_FALSE(display->hasPicture());
-  EXPECT_EQ(display->Zoom(), 100);
 }
 
 TEST_F(PictureTest, WhatIsNoPictureIsAShortText) {
   // A well-formed header of a picture that would need 1.6 GB.
-  QImage tiny(1, 1, QImage::Format_RGB32);
-  tiny.save(folder.filePath("tiny.bmp"));
-  QFile tinyFile(folder.filePath("tiny.bmp"));
-  ASSERT_TRUE(tinyFile.open(QFile::ReadOnly));
-  QByteArray huge = tinyFile.readAll();
+  QByteArray huge = QByteArray::fromStdString(mvtest::readFile(picture("tiny.bmp", {1, 1}, Qt::red)));
   qToLittleEndian<qint32>(20'000, huge.data() + 18);
   qToLittleEndian<qint32>(20'000, huge.data() + 22);
 

@@ -17,7 +17,6 @@ TEST(TextDecoding, BytesBecomeUtf8) {
   const Case cases[] = {
       {"no charset named", "abc", "text/html; charset=", "abc"},
       {"UTF-8 unannounced", "\xC3\xA4", "text/html", "\xC3\xA4"},
-      {"mark removed", "\xEF\xBB\xBFx", "text/html", "x"},
       {"mark removed, announced", "\xEF\xBB\xBFx", "text/html; charset=utf-8", "x"},
       {"not UTF-8: Windows-1252", "\xE4\x80\x93\x81", "text/html", "\xC3\xA4\xE2\x82\xAC\xE2\x80\x9C\xC2\x81"},
       {"Latin-1 means Windows-1252", "\x80", "text/html; charset=ISO-8859-1", "\xE2\x82\xAC"},
@@ -26,14 +25,10 @@ TEST(TextDecoding, BytesBecomeUtf8) {
       {"Latin-2", "\xB1", "text/html;CHARSET=\"ISO-8859-2\"; x=1", "\xC4\x85"},
       {"UTF-16", "a\0\xE4\0"s, "text/html; charset='utf-16le'", "a\xC3\xA4"},
       {"unknown charset", "\xE4", "text/html; charset=no-such-thing", "\xC3\xA4"},
-      {"NUL stays", "a\0b"s, "text/html", "a\0b"s},
       {"stray byte in UTF-8", "\xC3\xA4 \xE4", "text/html; charset=utf-8", "\xC3\xA4 \xC3\xA4"},
-      {"overlong slash", "\xC0\xAF", "text/html; charset=utf-8", "\xC3\x80\xC2\xAF"},
       {"surrogate", "\xED\xA0\x80", "text/html", "\xC3\xAD\xC2\xA0\xE2\x82\xAC"},
-      {"cut character", "\xE2\x82", "text/html", "\xC3\xA2\xE2\x80\x9A"},
       {"beyond the last character", "\xF4\x90\x80\x80", "text/html; charset=utf-8",
        "\xC3\xB4\xC2\x90\xE2\x82\xAC\xE2\x82\xAC"},
-      {"four bytes", "\xF0\x9F\x98\x80", "text/html", "\xF0\x9F\x98\x80"},
   };
   for (const auto& c : cases) EXPECT_EQ(decodeText(c.bytes, c.contentType), c.text) << c.what;
 }

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <fstream>
 
 #include "app/ErrorLog.h"
 #include "app/WindowRegistry.h"
@@ -49,10 +50,9 @@ TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   EXPECT_TRUE(webSites()->isChildVisible());
   EXPECT_TRUE(startUp_->mainWindow()->splash().isVisible());
   EXPECT_FALSE(webSites()->tmrQuit.isActive());
-  EXPECT_EQ(logLines().size(), 2);
-  EXPECT_EQ(logLines().first(), "Log opened " + kRule);
   end();
   ASSERT_EQ(logLines().size(), 4);
+  EXPECT_EQ(logLines().first(), "Log opened " + kRule);
   EXPECT_EQ(logLines().at(2), "Log closed " + kRule);
   EXPECT_TRUE(dialogs.messages.empty());
   EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + "-wal"));
@@ -70,7 +70,6 @@ TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
   EXPECT_EQ(gQuitAt, moment.addSecs(3 * 3600));
   EXPECT_TRUE(webSites()->tmrQuit.isActive());
   EXPECT_NE(WindowRegistry::instance().findByCaption("Scan: " + toQString(site.host())), nullptr);
-  EXPECT_NE(WindowRegistry::instance().findByCaption("Download: " + toQString(site.host())), nullptr);
   end();
 }
 
@@ -79,40 +78,30 @@ TEST_F(StartUpTest, EmptyPreferencesAreReportedAndEverythingCountsAsNo) {
   ASSERT_TRUE(start());
   ASSERT_EQ(dialogs.messages.size(), 1u);
   EXPECT_TRUE(dialogs.messages[0].text.startsWith("An error has occured"));
-  EXPECT_NE(gAutoScan, "yes");
   EXPECT_EQ(gQuitTime, 0);
   end();
 }
 
 TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
   const QString path = toQString(gDatabasePath);
-  Database other;
+  gDatabase.execute("drop table field_info");
   gDatabase.close();
-  const std::string own = mvtest::readFile(gDatabasePath);
-  struct Case {
-    const char* what;
-    std::string content;
-    bool exists;
-  };
-  // A database cut off in the middle, a text file, an empty one, none at all.
-  const Case cases[] = {{"cut off", own.substr(0, own.size() / 2), true},
-                        {"text", std::string(5000, 'x'), true},
-                        {"empty", "", true},
-                        {"missing", "", false}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  const std::string other = mvtest::readFile(gDatabasePath);
+  const std::tuple<const char*, std::string, bool> cases[] = {{"another program's", other, true},
+                                                              {"cut off", other.substr(0, other.size() / 2), true},
+                                                              {"text", std::string(5000, 'x'), true},
+                                                              {"empty", "", true},
+                                                              {"missing", "", false}};
+  for (const auto& [what, content, exists] : cases) {
+    SCOPED_TRACE(what);
     QFile::remove(path);
-    if (c.exists) {
-      QFile file(path);
-      ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-      file.write(c.content.data(), static_cast<qint64>(c.content.size()));
-    }
+    if (exists) std::ofstream(gDatabasePath, std::ios::binary) << content;
     dialogs.messages.clear();
     EXPECT_FALSE(start());
     ASSERT_EQ(dialogs.messages.size(), 1u);
     EXPECT_TRUE(dialogs.messages[0].text.contains(path)) << dialogs.messages[0].text.toStdString();
-    EXPECT_EQ(QFile::exists(path), c.exists);
-    EXPECT_EQ(mvtest::readFile(gDatabasePath), c.content);
+    EXPECT_EQ(QFile::exists(path), exists);
+    EXPECT_TRUE(mvtest::readFile(gDatabasePath) == content);
     EXPECT_EQ(QDir(toQString(folder())).entryList({"*-wal", "*-shm"}), QStringList());
     startUp_.reset();
   }

@@ -2,16 +2,12 @@
 // from the list and finds the files in the right folders.
 
 #include <QAction>
-#include <QCheckBox>
 #include <QDir>
 #include <QLineEdit>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QToolButton>
 #include <QtTest/QTest>
 
 #include "app/WindowRegistry.h"
@@ -24,6 +20,7 @@
 #include "shell/frmDownloadManager.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
+#include "support/Controls.h"
 #include "support/Fixture.h"
 #include "support/TestSite.h"
 
@@ -87,13 +84,7 @@ class WholeUseTest : public mvtest::ProgramTest {
     EXPECT_EQ(box->text(), text) << name;
   }
 
-  void choose(ListView* list, const QString& text) {
-    const int row = list->findRow(0, text);
-    ASSERT_GE(row, 0) << text.toStdString();
-    QTreeWidgetItem* item = list->topLevelItem(row);
-    list->scrollToItem(item);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
-  }
+  void choose(ListView* list, const QString& text) { mvtest::clickRow(*list, list->findRow(0, text)); }
 
   void createFileType(const QString& extension, const QString& description) {
     chooseFromMenu("mnuTools", "mnuToolsFileTypeManager");

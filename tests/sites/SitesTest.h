@@ -6,6 +6,7 @@
 
 #include "app/WindowRegistry.h"
 #include "platform/Text.h"
+#include "sites/frmNew.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
 
@@ -13,6 +14,27 @@ namespace mvtest {
 
 class SitesTest : public WindowTest {
  protected:
+  // The pages of the site editor.
+  enum Page { kRequired = -1, kAuthentication, kFiletypes, kFilters, kPaths, kOther = 6 };
+
+  void openNew(Page page = kRequired) {
+    editor = new mv::frmNew;
+    editor->open();
+    showPage(page);
+  }
+  void openEdit(int id, Page page = kRequired) {
+    editor = new mv::frmNew;
+    editor->Mode = "edit";
+    editor->SiteID = id;
+    editor->open();
+    showPage(page);
+  }
+  void showPage(Page page) {
+    control<QTabWidget>(editor, "SSTab1").setCurrentIndex(page == kRequired ? 0 : 1);
+    control<QTabWidget>(editor, "SSTab2").setCurrentIndex(page);
+    QCoreApplication::processEvents();
+  }
+
   // The first with a plain click, the others with Ctrl.
   static void clickRows(mv::ListView& list, const std::vector<int>& rows) {
     Qt::KeyboardModifiers modifiers = Qt::NoModifier;
@@ -47,6 +69,8 @@ class SitesTest : public WindowTest {
       texts += (texts.empty() ? "" : ",") + rows.text("v");
     return texts;
   }
+
+  mv::frmNew* editor = nullptr;
 };
 
 }  // namespace mvtest

@@ -1,14 +1,16 @@
 // The site editor's general settings: loading, typing rules, checks, saving.
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QTabWidget>
 
 #include "SitesTest.h"
 #include "sites/SiteStore.h"
-#include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
 
 namespace mvtest {
@@ -16,22 +18,8 @@ namespace {
 
 class SiteEditor : public SitesTest {
  protected:
-  void openNew() {
-    editor = new mv::frmNew;
-    editor->open();
-  }
-  void openEdit(int id) {
-    editor = new mv::frmNew;
-    editor->Mode = "edit";
-    editor->SiteID = id;
-    editor->open();
-  }
   QLineEdit& box(const char* name) { return control<QLineEdit>(editor, name); }
   bool okEnabled() { return control<QPushButton>(editor, "cmdOK").isEnabled(); }
-  void showOptional(int page) {
-    control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
-    control<QTabWidget>(editor, "SSTab2").setCurrentIndex(page);
-  }
   bool isOpen() const { return mv::WindowRegistry::instance().isLoaded(editor); }
   // The settings as the controls show them, and as the rows hold them.
   std::string shown() {
@@ -50,8 +38,6 @@ class SiteEditor : public SitesTest {
         "|| unique_names || ' ' || domain",
         "site order by id");
   }
-
-  mv::frmNew* editor = nullptr;
 };
 
 TEST_F(SiteEditor, ANewSiteIsStoredWithItsDefaults) {
@@ -162,18 +148,6 @@ TEST_F(SiteEditor, BoxesTakeOnlyTheirCharacters) {
   EXPECT_EQ(baseName.text(), "abc dxy");
 }
 
-TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
-  openNew();
-  box("txtURL").setFocus();
-  QStringList order;
-  for (int i = 0; i < 8 && QApplication::focusWidget(); ++i) {
-    order << QApplication::focusWidget()->objectName();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-  }
-  EXPECT_EQ(order.join(' '),
-            "txtURL txtUpperLimit txtLowerLimit txtPagesToScan txtFilesToDownload cmdOK cmdApply cmdCancel");
-}
-
 TEST_F(SiteEditor, CancelTakesBackASiteThatApplyMade) {
   const auto& list = control<mv::ListView>(mv::showSingle<mv::frmWebSites>(), "lvwSites");
   openNew();
@@ -222,8 +196,7 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
 }
 
 TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
-  openEdit(addSite("www.example.test", "/old"));
-  showOptional(3);
+  openEdit(addSite("www.example.test", "/old"), kPaths);
   dialogs.nextFolders = {std::nullopt, QString("/chosen")};
   for (const char* expected : {"/old", "/chosen"}) {
     click(editor, "cmdBrowse");
@@ -238,13 +211,63 @@ TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
 }
 
 TEST_F(SiteEditor, ClearCacheForgetsTheSitesLinksOnce) {
-  openEdit(addSite("www.example.test", "/x"));
+  openEdit(addSite("www.example.test", "/x"), kOther);
   mv::gDatabase.execute("insert into link (id, site_id, url) values (10, 1, \"a\"), (11, 1, \"b\"), (12, 2, \"c\")");
-  showOptional(4);
   click(editor, "cmdClearCache");
   EXPECT_EQ(all("id", "link"), "12");
   EXPECT_EQ(control<QPushButton>(editor, "cmdClearCache").text(), "Cleared");
   EXPECT_FALSE(control<QPushButton>(editor, "cmdClearCache").isEnabled());
+}
+
+TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
+  openNew();
+  const auto walk = [](QWidget* from, int steps) {
+    from->setFocus();
+    QStringList order;
+    for (int i = 0; i < steps && QApplication::focusWidget(); ++i) {
+      order << QApplication::focusWidget()->objectName();
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    return order.join(' ');
+  };
+  EXPECT_EQ(walk(&box("txtURL"), 8),
+            "txtURL txtUpperLimit txtLowerLimit txtPagesToScan txtFilesToDownload cmdOK cmdApply cmdCancel");
+  showPage(kPaths);
+  EXPECT_EQ(walk(&box("txtDefaultPath"), 6),
+            "txtDefaultPath cmdBrowse optPathUniqueNames txtPathsBaseName cmdOpenPathManager cmdOK");
+  showPage(kFiletypes);
+  EXPECT_EQ(walk(&control<QWidget>(editor, "lvwFiletypesAvailable"), 5),
+            "lvwFiletypesAvailable cmdMoveFileTypeToAssigned cmdNewFileType lvwFiletypesAssigned "
+            "txtFiletypeDescription");
+}
+
+TEST_F(SiteEditor, NothingIsCutOffAtTheFirstSize) {
+  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (1, 20)");
+  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (1, 17, \"me\")");
+  openEdit(addSite("www.example.test", "/x"));
+  EXPECT_EQ(editor->place().width, 7050);
+  EXPECT_EQ(editor->place().height, 4800);
+  const auto checkPage = [this](const QString& page) {
+    QCoreApplication::processEvents();
+    for (const QLabel* label : editor->findChildren<QLabel*>()) {
+      if (!label->isVisible() || label->text().isEmpty()) continue;
+      const QSize needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+      EXPECT_EQ(label->size().expandedTo(needed), label->size()) << (page + ": " + label->text()).toStdString();
+    }
+    for (const QScrollArea* area : editor->findChildren<QScrollArea*>()) {
+      if (!area->isVisible()) continue;
+      EXPECT_LE(area->widget()->width(), area->viewport()->width()) << page.toStdString();
+    }
+  };
+  checkPage("Required Info");
+  auto& optional = control<QTabWidget>(editor, "SSTab2");
+  control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
+  for (int i = 0; i < optional.count(); ++i) {
+    optional.setCurrentIndex(i);
+    checkPage(optional.tabText(i));
+  }
+  for (const char* name : {"cmdOK", "cmdApply", "cmdCancel"})
+    EXPECT_TRUE(editor->rect().contains(control<QPushButton>(editor, name).geometry())) << name;
 }
 
 }  // namespace

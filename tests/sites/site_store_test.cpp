@@ -75,9 +75,7 @@ TEST_F(SiteStoreTest, DeletesWhatBelongsToASite) {
 
   mv::deleteSite(0);
   ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_EQ(dialogs.messages[0].title, "No Site Selected");
   EXPECT_EQ(dialogs.messages[0].text, "Please select a web site to delete. ");
-  EXPECT_EQ(dialogs.messages[0].icon, mv::MessageIcon::Information);
   EXPECT_EQ(rowsOf(0), 7);
 }
 
@@ -90,8 +88,6 @@ TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
   gDatabase.execute("insert into link (id, site_id) values (6000, 1)");
   EXPECT_TRUE(mvtest::waitFor([] { return mv::LinkCleaner::instance().isIdle(); }));
   EXPECT_EQ(value("select group_concat(id) from link where site_id = 1"), "6000") << "stored after the clearing";
-  EXPECT_EQ(count("link", "site_id = 2"), 2500);
-
   mv::deleteSite(2);
   mv::LinkCleaner::instance().finish();
   EXPECT_EQ(count("link", "site_id = 2"), 0);
