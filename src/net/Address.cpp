@@ -1,5 +1,7 @@
 #include "net/Address.h"
 
+#include <QByteArray>
+
 namespace mv {
 
 namespace {
@@ -8,6 +10,16 @@ constexpr std::string_view kHttp = "http://";
 constexpr std::string_view kHttps = "https://";
 constexpr std::size_t kLongestShown = 40;
 constexpr std::size_t kShownEnd = 18;
+
+std::string percentEncoded(std::string_view text) {
+  return QByteArray(text.data(), static_cast<qsizetype>(text.size())).toPercentEncoding().toStdString();
+}
+
+// Position behind the "@" of `address`, which has no scheme; 0 when it holds no user information.
+std::size_t endOfUserInfo(std::string_view address) {
+  const auto at = address.substr(0, address.find_first_of("/?#")).rfind('@');
+  return at == std::string_view::npos ? 0 : at + 1;
+}
 
 bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
@@ -30,15 +42,20 @@ std::string maskUserInfo(std::string_view address) {
   const auto slashes = address.find("://");
   const bool hasScheme = slashes != std::string_view::npos && slashes < address.find_first_of("/?#@");
   const auto start = hasScheme ? slashes + 3 : 0;
-  const auto authority = address.substr(start, address.find_first_of("/?#", start) - start);
-  const auto at = authority.rfind('@');
-  if (at == std::string_view::npos) return std::string(address);
-  return std::string(address.substr(0, start)).append("***").append(address.substr(start + at));
+  const auto end = endOfUserInfo(address.substr(start));
+  if (end == 0) return std::string(address);
+  return std::string(address.substr(0, start)).append("***").append(address.substr(start + end - 1));
 }
 
 std::string withCredentials(std::string_view address, std::string_view user, std::string_view password) {
-  std::string result(kHttp);
-  return result.append(user).append(":").append(password).append("@").append(withoutScheme(address));
+  address = withoutScheme(address);
+  address.remove_prefix(endOfUserInfo(address));
+  return std::string(kHttp)
+      .append(percentEncoded(user))
+      .append(":")
+      .append(percentEncoded(password))
+      .append("@")
+      .append(address);
 }
 
 std::string shortened(std::string_view address) {

@@ -15,7 +15,9 @@ std::string_view lastSegment(std::string_view address);
 // `address` with "user:password@" before the host replaced by "***@": what windows and logs may show.
 std::string maskUserInfo(std::string_view address);
 
-// "http://" + user + ":" + password + "@" + address (without scheme).
+// "http://" + user + ":" + password + "@" + address (without scheme and without user information of its own). In user
+// and password every byte but the letters, digits and "-._~" is percent-encoded, so that neither ends the part it
+// stands in.
 std::string withCredentials(std::string_view address, std::string_view user, std::string_view password);
 
 // For narrow labels: more than 40 characters become the first 18, "..." and the last 18. Never cuts a character.

@@ -9,6 +9,7 @@
 #include <new>
 #include <optional>
 
+#include "platform/CredentialMemory.h"
 #include "platform/TextDecoding.h"
 
 namespace mv {
@@ -94,7 +95,8 @@ void CurlRequest::start() {
   if (easy_ == nullptr) throw std::bad_alloc();
   setOptions(target->url);
   setBodyOptions();
-  if (target->credentials) setCredentials(*target->credentials);
+  const auto credentials = target->credentials ? target->credentials : hostCredentials(target->host);
+  if (credentials) setCredentials(*credentials);
   setObservers();
   loop_->prepare(easy_);
   loop_->add(easy_, this);
@@ -263,6 +265,13 @@ std::string CurlRequest::header(std::string_view name) const {
   const auto found =
       std::find_if(headers_.rbegin(), headers_.rend(), [&](const auto& header) { return header.first == wanted; });
   return found == headers_.rend() ? std::string() : found->second;
+}
+
+std::string CurlRequest::responseAddress() const {
+  const char* url = nullptr;
+  if (easy_ == nullptr || status_ == 0) return {};
+  curl_easy_getinfo(easy_, CURLINFO_EFFECTIVE_URL, &url);
+  return url == nullptr ? std::string() : withoutCredentials(url);
 }
 
 // ---- body

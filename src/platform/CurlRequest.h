@@ -40,6 +40,7 @@ class CurlRequest : private CurlClient {
 
   std::string takeChunk(std::size_t size, ChunkType type);
   std::string header(std::string_view name) const;
+  std::string responseAddress() const;
   long code() const { return code_; }
   const std::string& info() const { return info_; }
 

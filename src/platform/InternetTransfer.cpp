@@ -6,6 +6,7 @@
 #include <exception>
 #include <stdexcept>
 
+#include "platform/CredentialMemory.h"
 #include "platform/CurlLoop.h"
 #include "platform/CurlRequest.h"
 #include "platform/Text.h"
@@ -140,11 +141,23 @@ long InternetTransfer::ResponseCode() const { return d->request ? d->request->co
 
 std::string InternetTransfer::ResponseInfo() const { return d->request ? d->request->info() : std::string(); }
 
+std::string InternetTransfer::ResponseAddress() const {
+  return d->request ? d->request->responseAddress() : std::string();
+}
+
+void InternetTransfer::rememberCredentials(const std::string& address, const std::string& user,
+                                           const std::string& password) {
+  rememberHostCredentials(hostOf(address), {user, password});
+}
+
 InternetTransfer::Limits& InternetTransfer::limits() {
   static Limits limits;
   return limits;
 }
 
-void InternetTransfer::forgetSharedState() { CurlLoop::forgetCurrent(); }
+void InternetTransfer::forgetSharedState() {
+  forgetHostCredentials();
+  CurlLoop::forgetCurrent();
+}
 
 }  // namespace mv

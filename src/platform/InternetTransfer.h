@@ -4,9 +4,9 @@
 // logged in to, another is logged in to as well. Everything runs on the event loop of the thread that created the
 // instance; no call blocks.
 //
-// Addresses: "http://" or "https://"; without a scheme, http. "user:password@" before the host is sent to that host
-// only (basic or digest authentication), taken literally, and never shows in an error text. Redirects are followed
-// within http and https, at most 20. TLS certificates are verified.
+// Addresses: "http://" or "https://"; without a scheme, http. "user:password@" before the host, each "%XX" of it one
+// byte, is sent to that host only (basic or digest authentication) and never shows in an error text. Redirects are
+// followed within http and https, at most 20. TLS certificates are verified.
 // Time-outs: 60 s to connect; a transfer slower than 1 byte/s for 60 s ends.
 #pragma once
 
@@ -76,6 +76,13 @@ class InternetTransfer : public QObject {
   long ResponseCode() const;
   std::string ResponseInfo() const;
 
+  // The address that answered, after all redirects, without user information; "" before an answer.
+  std::string ResponseAddress() const;
+
+  // From now on every request of the program to the host (and port) of `address` whose own address holds no user
+  // information carries these, as typed; another host never gets them. In memory only. Both empty: forgets the host's.
+  static void rememberCredentials(const std::string& address, const std::string& user, const std::string& password);
+
   // Limits in milliseconds, bytes and folders, process-wide, for tests and slow lines. Read when a request starts.
   struct Limits {
     long connectTimeoutMs = 60'000;
@@ -85,7 +92,7 @@ class InternetTransfer : public QObject {
     std::size_t spoolThreshold = std::size_t{1} << 20;
   };
   static Limits& limits();
-  // Forgets cookies, HSTS entries and idle connections of the whole program.
+  // Forgets cookies, credentials, HSTS entries and idle connections of the whole program.
   static void forgetSharedState();
 
  Q_SIGNALS:

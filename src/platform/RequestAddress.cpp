@@ -38,14 +38,38 @@ std::string_view takeScheme(std::string_view& address) {
   return scheme;
 }
 
+int hexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// A "%" that no two hexadecimal digits follow stands for itself.
+std::string percentDecoded(std::string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool complete = text[i] == '%' && i + 2 < text.size();
+    const int high = complete ? hexValue(text[i + 1]) : -1;
+    const int low = complete ? hexValue(text[i + 2]) : -1;
+    if (high < 0 || low < 0) {
+      result += text[i];
+    } else {
+      result += static_cast<char>(high * 16 + low);
+      i += 2;
+    }
+  }
+  return result;
+}
+
 std::optional<Credentials> takeUserInfo(std::string_view& authority) {
   const auto at = authority.rfind('@');
   if (at == std::string_view::npos) return std::nullopt;
   const auto info = authority.substr(0, at);
   authority.remove_prefix(at + 1);
   const auto colon = info.find(':');
-  Credentials credentials{std::string(info.substr(0, colon)), {}};
-  if (colon != std::string_view::npos) credentials.password = info.substr(colon + 1);
+  Credentials credentials{percentDecoded(info.substr(0, colon)), {}};
+  if (colon != std::string_view::npos) credentials.password = percentDecoded(info.substr(colon + 1));
   if (credentials.user.empty() && credentials.password.empty()) return std::nullopt;
   return credentials;
 }
@@ -57,6 +81,21 @@ std::string asciiHost(std::string_view host) {
   const auto portStart = std::min(host.rfind(':'), host.size());
   const auto ace = QUrl::toAce(toQString(host.substr(0, portStart)));
   return ace.isEmpty() ? std::string() : ace.toStdString().append(host.substr(portStart));
+}
+
+// `host` in lower case, without the port that the scheme stands for.
+std::string comparableHost(std::string_view scheme, std::string host) {
+  const auto lower = [](std::string_view text) {
+    std::string result(text);
+    for (char& c : result)
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return result;
+  };
+  host = lower(host);
+  const std::string_view usualPort = lower(scheme) == "https" ? ":443" : ":80";
+  if (host.ends_with(usualPort)) host.resize(host.size() - usualPort.size());
+  if (host.ends_with(':')) host.pop_back();
+  return host;
 }
 
 void appendEncoded(std::string& out, char c) {
@@ -85,10 +124,16 @@ std::optional<RequestAddress> toRequestAddress(std::string_view address) {
   result.credentials = takeUserInfo(authority);
   const auto host = asciiHost(authority);
   if (host.empty()) return std::nullopt;
+  result.host = comparableHost(scheme, host);
   result.url.append(scheme).append("://").append(host);
   if (!rest.starts_with('/')) result.url += '/';
   for (const char c : rest) appendEncoded(result.url, c);
   return result;
+}
+
+std::string hostOf(std::string_view address) {
+  const auto target = toRequestAddress(address);
+  return target ? target->host : std::string();
 }
 
 std::string withoutCredentials(std::string_view text) {

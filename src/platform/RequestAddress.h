@@ -15,12 +15,18 @@ struct Credentials {
 struct RequestAddress {
   // With scheme, without user information and fragment, every byte that a URL may not hold percent-encoded.
   std::string url;
+  // "host" or "host:port" in lower case; the scheme's usual port is left out.
+  std::string host;
   std::optional<Credentials> credentials;
 };
 
-// Without a scheme it is http. User information is the text before the last "@" of the authority, taken literally; the
-// user ends at its first ":". An existing "%XX" and "&amp;" stay as they are. Empty when there is no usable host.
+// Without a scheme it is http. User information is the text before the last "@" of the authority; the user ends at its
+// first ":", then every "%XX" of both stands for its byte. Elsewhere an existing "%XX" and "&amp;" stay as they are.
+// Empty when there is no usable host.
 std::optional<RequestAddress> toRequestAddress(std::string_view address);
+
+// RequestAddress::host of `address`; "" when there is no usable host.
+std::string hostOf(std::string_view address);
 
 // `text` with the user information of every address in it replaced by "***".
 std::string withoutCredentials(std::string_view text);

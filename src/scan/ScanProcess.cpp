@@ -8,6 +8,8 @@
 #include "net/Address.h"
 #include "net/TextBody.h"
 #include "platform/Database.h"
+#include "platform/RequestAddress.h"
+#include "store/BuiltInForms.h"
 #include "store/EscapeText.h"
 
 namespace mv {
@@ -19,14 +21,7 @@ constexpr std::int64_t kStartPageLinkId = 1;                  // the sequence of
 constexpr std::size_t kSearchStretch = std::size_t{1} << 20;  // bytes searched between two looks at the clock
 constexpr const char* kBaseTag = "<base href=";
 constexpr const char* kFileType = "File";
-
-// Built-in authentication forms, and the fields that hold a site's values for them.
-struct AuthenticationForm {
-  std::int32_t formId;
-  int userNameField;
-  int passwordField;
-};
-constexpr AuthenticationForm kAuthenticationForms[] = {{20, 17, 18}, {21, 20, 19}};
+constexpr long kUnauthorized = 401;
 
 // `path` before its last "/"; the whole when there is none.
 std::string_view beforeLastSlash(std::string_view path) { return path.substr(0, path.rfind('/')); }
@@ -35,6 +30,12 @@ std::string endedBySlash(std::string_view path) {
   std::string result(path);
   if (!result.ends_with('/')) result += '/';
   return result;
+}
+
+// The folder in which the page of `address` lies, without scheme, ended by "/".
+std::string folderOf(std::string_view address) {
+  address = withoutScheme(address);
+  return endedBySlash(beforeLastSlash(address.substr(0, address.find_first_of("?#"))));
 }
 
 }  // namespace
@@ -48,6 +49,7 @@ void ScanProcess::initWindow() {
 void ScanProcess::start() {
   lvwLinks.clear();
   readCredentials();
+  startLogin();
   reloadLimits();
   updateStatus("pagestoscan");
   buildQueue();
@@ -70,6 +72,19 @@ void ScanProcess::readCredentials() {
     password_ = siteField(form.passwordField);
   }
 }
+
+// The site's files, which another process fetches, need its user name and password from the first one on.
+void ScanProcess::startLogin() {
+  if (useUrlCredentials_) {
+    InternetTransfer::rememberCredentials(SiteName, userName_, password_);
+    showLogin(userName_.empty() && password_.empty() ? "the site has no user name and password"
+                                                     : "user name and password go with every request to the site");
+  } else if (hasLoginForm()) {
+    showLogin("no page has shown the login form yet");
+  }
+}
+
+bool ScanProcess::hasLoginForm() const { return LoginFormID != 0 && LoginFormID != kNoLoginForm; }
 
 std::string ScanProcess::siteField(int fieldId) const {
   const Recordset rows =
@@ -173,8 +188,11 @@ void ScanProcess::takeUp(int index) {
   setProgress(pagesProcessed_, progressMaximum());
   baseUrl_ = isStartPage ? SiteName : currentUrl_;
   requestKind_ = kGetPage;
-  Inet2.Execute(useUrlCredentials_ ? withCredentials(baseUrl_, userName_, password_) : currentUrl_, "GET",
-                BodyMode::Text);
+  isLoginAnswer_ = false;
+  // A page of a foreign host never gets to see the site's password.
+  const std::string withPassword = withCredentials(baseUrl_, userName_, password_);
+  credentialsSent_ = useUrlCredentials_ && hostOf(withPassword) == hostOf(SiteName);
+  Inet2.Execute(credentialsSent_ ? withPassword : currentUrl_, "GET", BodyMode::Text);
 }
 
 void ScanProcess::rebuildQueue() {
@@ -216,6 +234,8 @@ void ScanProcess::pageFailed() {
   updateStatus("error", Inet2.ResponseInfo(), Inet2.ResponseCode());
   logError(currentLinkId_, currentUrl_);
   pageError_ = true;
+  if (credentialsSent_ && Inet2.ResponseCode() == kUnauthorized) showLogin("the server refuses user name and password");
+  if (isLoginAnswer_) showLogin("the request failed, " + errorPanel().reason);
   enableWorkTimer();
 }
 
@@ -315,12 +335,59 @@ void ScanProcess::storeLink(const std::string& link) {
 }
 
 void ScanProcess::finishPage() {
+  const bool loggingIn = hasLoginForm() && !useUrlCredentials_ && submitLoginForm();
   scanner_.setHtml(std::string());
-  enableWorkTimer();
+  if (!loggingIn) enableWorkTimer();
   Q_EMIT pageProcessed();
 }
 
+bool ScanProcess::submitLoginForm() {
+  scanner_.restart();
+  scanner_.getForm();
+  if (scanner_.Form.empty() && !isLoginAnswer_) return false;
+  const LoginRequest request(loadLoginFields(LoginFormID, SiteID), scanner_.Form, scanner_.FormAsFetched);
+  // A page that answers a login request is not answered with another: a wrong password would go on for ever.
+  const bool sends = request.outcome() == LoginRequest::Outcome::Ready && !isLoginAnswer_;
+  if (sends)
+    sendLogin(request);
+  else
+    showLoginOutcome(request);
+  return sends;
+}
+
+void ScanProcess::sendLogin(const LoginRequest& request) {
+  isLoginAnswer_ = true;
+  loginSent_ = true;
+  credentialsSent_ = false;
+  currentUrl_ = request.shownAddress();
+  labelUrl_ = shownUrl_ = currentUrl_;
+  reported_.clear();
+  showLogin("request sent to " + currentUrl_);
+  Inet2.Execute(request.address(), "GET", BodyMode::Text);
+}
+
+void ScanProcess::showLoginOutcome(const LoginRequest& request) {
+  using Outcome = LoginRequest::Outcome;
+  const Outcome outcome = request.outcome();
+  const bool isLoginForm = outcome == Outcome::Ready || outcome == Outcome::FieldMissing;
+  if (isLoginAnswer_)
+    showLogin(isLoginForm ? "refused, the server shows the login form again"
+                          : "request answered, the login form is gone");
+  else if (outcome == Outcome::NoFields)
+    showLogin("nothing sent, the login form has no fields");
+  else if (outcome == Outcome::FieldMissing)
+    showLogin("nothing sent, the page's form lacks \"" + request.missingField() + "\"");
+  else if (!loginSent_)
+    showLogin("nothing sent, the page's form is another one");
+}
+
+void ScanProcess::showLogin(const std::string& text) {
+  loginText_ = "Login: " + text;
+  touch();
+}
+
 std::string ScanProcess::computeBasePath() const {
+  if (isLoginAnswer_) return folderOf(Inet2.ResponseAddress());
   const std::string_view base = baseUrl_.empty() ? Domain : baseUrl_;
   std::string_view path = base;
   if (path.ends_with('/')) path.remove_suffix(1);

@@ -9,6 +9,7 @@
 
 #include "platform/Database.h"
 #include "process/Process.h"
+#include "scan/LoginRequest.h"
 #include "scan/clsLinkParser.h"
 #include "scan/clsPageScanner.h"
 
@@ -48,6 +49,8 @@ class ScanProcess : public Process {
   std::string pageUrlText() const;    // "Page URL: " + the address
   std::string toScanText() const;     // "To Scan: " + pages left
   std::string processedText() const;  // "Processed: " + pages processed
+  // How the site's login stands; "" for a site without one.
+  const std::string& loginText() const { return loginText_; }
   const std::vector<std::string>& tags() const { return tags_; }
   long pagesLeft() const { return pagesLeft_; }
 
@@ -68,6 +71,7 @@ class ScanProcess : public Process {
   void finishStart();
   void readCredentials();
   std::string siteField(int fieldId) const;
+  void startLogin();
   void reloadLimits();
   void crawl();
   void takeUp(int row);
@@ -83,6 +87,12 @@ class ScanProcess : public Process {
   void handleLink(const std::string& link);
   void storeLink(const std::string& link);
   void finishPage();
+  // True when a login request is on its way: the page that answers it comes next.
+  bool submitLoginForm();
+  void sendLogin(const LoginRequest& request);
+  void showLoginOutcome(const LoginRequest& request);
+  void showLogin(const std::string& text);
+  bool hasLoginForm() const;
   void report(const std::exception& error);
   std::string scanCaption() const;
 
@@ -102,6 +112,8 @@ class ScanProcess : public Process {
   std::string currentUrl_;
   std::int64_t currentLinkId_ = 0;
   bool pageError_ = false;
+  bool isLoginAnswer_ = false;    // it answers, or is to answer, a login request
+  bool credentialsSent_ = false;  // it was asked for with the site's user name and password
   std::string requestKind_;
   std::string reported_;  // error last shown; the same is not shown twice for a page
 
@@ -112,6 +124,8 @@ class ScanProcess : public Process {
   bool useUrlCredentials_ = false;
   std::string userName_;
   std::string password_;
+  bool loginSent_ = false;  // since the scan started
+  std::string loginText_;
   std::string labelUrl_;  // masked, as the window shows them
   std::string shownUrl_;
 };

@@ -1,10 +1,7 @@
 #include "scan/clsPageScanner.h"
 
-#include <QString>
 #include <algorithm>
 #include <utility>
-
-#include "platform/Text.h"
 
 namespace mv {
 
@@ -143,16 +140,19 @@ void clsPageScanner::notFound() {
 
 void clsPageScanner::getForm() {
   Form.clear();
-  QString text = toQString(html());
-  for (QChar& character : text) character = character.toLower();
-  std::string page = toUtf8(text);
+  FormAsFetched.clear();
+  std::string page(html());
+  for (char& c : page)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
 
   constexpr std::string_view kFormEnd = "</form>";
   const std::size_t begin = page.find("<form");
   const std::size_t end = begin == kEnd ? kEnd : page.find(kFormEnd, begin);
   if (end != kEnd) {
-    page = page.substr(begin, end + kFormEnd.size() - begin);
-    Form = page;
+    const std::size_t length = end + kFormEnd.size() - begin;
+    Form = page.substr(begin, length);
+    FormAsFetched = html().substr(begin, length);
+    page = Form;
   }
   setHtml(std::move(page));
 }

@@ -25,8 +25,9 @@ class clsPageScanner {
 
   // Put in front of links that are neither absolute nor explicitly relative.
   std::string BasePath;
-  // The form that getForm cut out, "" when none.
+  // The form that getForm cut out, "" when none, and the same bytes of the page in the letter case in which it came.
   std::string Form;
+  std::string FormAsFetched;
 
   // The last link found, "" when none.
   const std::string& Link() const { return link_; }
@@ -39,7 +40,7 @@ class clsPageScanner {
   // Does part of getLink's search ahead: looks for the occurrence in the next `bytes`. True when the rest of getLink is
   // quick. For walking through a huge page in short steps.
   bool seek(std::size_t bytes);
-  // Lower-cases html and cuts its first form out of it.
+  // Lower-cases html (ASCII letters, so that every byte keeps its place) and cuts its first form out of it.
   void getForm();
 
  private:

@@ -25,9 +25,12 @@ void frmScan::buildSummary() {
 
 void frmScan::buildDetails() {
   txtInfoPageURL_ = makeReadOnlyLine("txtInfoPageURL", "Page URL", process_->pageUrlText());
+  lblInfoLogin_ = new ElidedLabel("lblInfoLogin");
+  lblInfoLogin_->hide();
   QLayout& lines = *details().layout();
   lines.addWidget(&linkView());
   lines.addWidget(txtInfoPageURL_);
+  lines.addWidget(lblInfoLogin_);
   lines.addWidget(makeErrorPanel("frmErrorInfo", "lblInfoErrorPage", "lblInfoErrorReason", "lblInfoErrorTime",
                                  "lblInfoErrorCount", "Page:"));
 }
@@ -48,6 +51,8 @@ void frmScan::refresh() {
   lblPagesToScan_->setLine(process_->toScanText());
   lblPagesProcessed_->setLine(process_->processedText());
   showLine(*txtInfoPageURL_, process_->pageUrlText());
+  lblInfoLogin_->setLine(process_->loginText());
+  lblInfoLogin_->setVisible(!process_->loginText().empty());
 }
 
 }  // namespace mv

@@ -33,6 +33,7 @@ class frmScan : public ProcessWindow {
   ElidedLabel* lblPagesToScan_;
   ElidedLabel* lblPagesProcessed_;
   QLineEdit* txtInfoPageURL_;
+  ElidedLabel* lblInfoLogin_;
 };
 
 }  // namespace mv

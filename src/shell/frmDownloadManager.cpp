@@ -17,6 +17,7 @@
 #include "app/WindowPosition.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeManager.h"
+#include "forms/frmFormManager.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
 #include "platform/Twips.h"
@@ -163,7 +164,7 @@ void frmDownloadManager::buildToolsMenu() {
   addItem(menu, "mnuToolsWebSiteManager", "&Web Site Manager", [] { showSingle<frmWebSites>(); });
   addItem(menu, "mnuToolsProcessManager", "P&rocess Manager");
   menu->addSeparator()->setObjectName("mnuSeop3");
-  addItem(menu, "mnuToolsFormManager", "F&orm Manager");
+  addItem(menu, "mnuToolsFormManager", "F&orm Manager", [] { showSingle<frmFormManager>(); });
   addItem(menu, "mnuToolsFilterManager", "&Filter Manager");
   addItem(menu, "mnuToolsRuleManager", "&Rule Manager");
   addItem(menu, "mnuToolsFileTypeManager", "FileType &Manager", [] { showSingle<frmFileTypeManager>(); });

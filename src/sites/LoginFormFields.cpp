@@ -133,7 +133,7 @@ void LoginFormFields::loadPrompts(std::int32_t formId) {
     description = toQString(forms.text("description"));
   std::vector<Prompt> prompts;
   for (Recordset fields = gDatabase.query("select id, prompt, field_value from field_info where form_id = " + id +
-                                          " and supplied_by_user = " + quoted("yes") + " order by logical_number");
+                                          " and supplied_by_user = " + quoted("yes") + " order by logical_number + 0");
        !fields.endOfRows(); fields.moveNext())
     prompts.push_back({fields.number("id"), toQString(fields.text("prompt")), toQString(fields.text("field_value"))});
 

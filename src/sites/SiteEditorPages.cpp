@@ -8,8 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/EntryBox.h"
 #include "app/ScrollingPage.h"
-#include "sites/EntryBox.h"
 
 namespace mv {
 

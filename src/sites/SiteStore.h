@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-namespace mv {
+#include "store/BuiltInForms.h"
 
-inline constexpr std::int32_t kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
+namespace mv {
 
 // A row as the web-site list shows it.
 struct SiteListRow {

@@ -6,6 +6,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "app/EntryBox.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/clsPath.h"
@@ -14,7 +15,6 @@
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
 #include "sites/AssignmentLists.h"
-#include "sites/EntryBox.h"
 #include "sites/LoginFormFields.h"
 #include "sites/SiteEditorPages.h"
 #include "store/Sequence.h"

@@ -33,17 +33,25 @@ TEST(RequestAddress, WhatGoesOverTheWire) {
   }
 }
 
-TEST(RequestAddress, UserInformationIsTakenLiterally) {
-  const auto target = toRequestAddress("http://us%41er:p@ss:w%20rd@host/x@y");
+TEST(RequestAddress, UserInformationIsTakenOutAndDecoded) {
+  const auto target = toRequestAddress("http://us%41er:p@ss:w%2frd%%zz%4@host/x@y");
   ASSERT_TRUE(target && target->credentials);
   EXPECT_EQ(target->url, "http://host/x@y");
-  EXPECT_EQ(target->credentials->user, "us%41er");
-  EXPECT_EQ(target->credentials->password, "p@ss:w%20rd");
+  EXPECT_EQ(target->credentials->user, "usAer");
+  EXPECT_EQ(target->credentials->password, "p@ss:w/rd%%zz%4");
   EXPECT_FALSE(toRequestAddress("http://host/x@y")->credentials);
   EXPECT_FALSE(toRequestAddress("http://:@host/")->credentials) << "nothing to send";
 
   EXPECT_EQ(withoutCredentials("from http://a:b@host/x to 'https://c@host' and http://d/e@f"),
             "from http://***@host/x to 'https://***@host' and http://d/e@f");
+}
+
+TEST(RequestAddress, HostsCompareWithTheirPorts) {
+  for (const auto* same : {"host", "http://HOST/x", "u:p@host?x", "host:80", "HTTPS://host:443/", "host:"})
+    EXPECT_EQ(hostOf(same), "host") << same;
+  for (const auto& [address, host] : {std::pair("host:8080/x", "host:8080"), std::pair("https://host:80", "host:80"),
+                                      std::pair("me@host@evil/", "evil"), std::pair("http://", "")})
+    EXPECT_EQ(hostOf(address), host) << address;
 }
 
 }  // namespace

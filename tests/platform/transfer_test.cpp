@@ -243,7 +243,7 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
   site.page("/page", "x");
 
   const std::string user = "http://me:p@ss%41@" + site.host();
-  const std::string basic = "Basic " + QByteArray("me:p@ss%41").toBase64().toStdString();
+  const std::string basic = "Basic " + QByteArray("me:p@ssA").toBase64().toStdString();
   EXPECT_EQ(client.run(user + "/near"), mv::kResponseCompleted);
   for (auto& request : site.requests()) EXPECT_EQ(request.headers["authorization"], basic) << request.path;
   EXPECT_EQ(client.run(user + "/"), mv::kResponseCompleted);
@@ -251,6 +251,41 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
   EXPECT_EQ(other.requests()[0].headers.count("authorization"), 0U);
   client.run(site.url("/page"));
   EXPECT_EQ(site.requests().back().headers.count("authorization"), 0U) << "nor to a later request";
+}
+
+TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
+  TestSite otherPort;
+  const std::string otherName = "localhost:" + std::to_string(site.port());
+  site.add("/leave", redirect(otherPort.url("/")));
+  site.add("/rename", redirect("http://" + otherName + "/page"));
+  site.page("/page", "x");
+  otherPort.page("/", "x");
+  InternetTransfer::rememberCredentials(site.host() + "/members", "me", "p/:@ %41?#\xC3\xA4");
+  const auto authorisation = [](const TestSite& asked) { return asked.requests().back().headers["authorization"]; };
+  const auto basic = [](const char* pair) { return "Basic " + QByteArray(pair).toBase64().toStdString(); };
+
+  client.run(site.url("/page"));
+  EXPECT_EQ(authorisation(site), basic("me:p/:@ %41?#\xC3\xA4"));
+  client.run("http://you:two@" + site.host() + "/page");
+  EXPECT_EQ(authorisation(site), basic("you:two")) << "what the address says goes first";
+  for (const auto& [path, away] : {std::pair("/leave", &otherPort), std::pair("/rename", &site)}) {
+    ASSERT_EQ(client.run(site.url(path)), mv::kResponseCompleted);
+    EXPECT_EQ(authorisation(*away), "") << path;
+  }
+  EXPECT_EQ(client.transfer.ResponseAddress(), "http://" + otherName + "/page");
+  InternetTransfer::rememberCredentials(site.host(), "", "");
+  client.run(site.url("/page"));
+  EXPECT_EQ(authorisation(site), "");
+}
+
+TEST_F(TransferTest, CookiesStayWithTheirHost) {
+  site.add("/", resource(302, {{"Set-Cookie", "session=42; Path=/"},
+                               {"Location", "http://localhost:" + std::to_string(site.port()) + "/page"}}));
+  site.page("/page", "x");
+  ASSERT_EQ(client.run(site.url("/")), mv::kResponseCompleted);
+  EXPECT_EQ(site.requests().back().headers["cookie"], "");
+  client.run(site.url("/page"));
+  EXPECT_EQ(site.requests().back().headers["cookie"], "session=42");
 }
 
 TEST_F(TransferTest, PagesArriveAsTextInPiecesOfCharacters) {

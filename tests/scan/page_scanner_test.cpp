@@ -68,6 +68,7 @@ TEST(PageScanner, CutsOutTheFirstForm) {
   scanner.setHtml("<P>\xC3\x89<FORM Action=\"A\">B</FORM><FORM>");
   scanner.getForm();
   EXPECT_EQ(scanner.Form, "<form action=\"a\">b</form>");
+  EXPECT_EQ(scanner.FormAsFetched, "<FORM Action=\"A\">B</FORM>");
   scanner.setHtml("</FORM><form>");
   scanner.getForm();
   EXPECT_EQ(scanner.Form, "");

@@ -1,91 +1,25 @@
 // A user makes a site from nothing, with the mouse and the keyboard only, through the main window's menu, starts it
 // from the list and finds the files in the right folders.
 
-#include <QAction>
 #include <QDir>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QtTest/QTest>
 
-#include "app/WindowRegistry.h"
+#include "WholeUse.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
 #include "catalog/frmSitePaths.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmTagManager.h"
-#include "shell/frmDownloadManager.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
 #include "support/TestSite.h"
 
 namespace {
 
 using namespace mv;
 
-class WholeUseTest : public mvtest::ProgramTest {
+class WholeUseTest : public mvtest::WholeUse {
  protected:
-  WholeUseTest() {
-    main_.resize(1100, 850);
-    main_.show();
-    main_.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&main_));
-  }
-  ~WholeUseTest() override { main_.close(); }
-
-  // Opens a menu of the menu bar with the mouse and clicks one of its entries.
-  void chooseFromMenu(const char* menuName, const char* itemName) {
-    auto* menu = main_.findChild<QMenu*>(menuName);
-    QMenuBar* bar = main_.menuBar();
-    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
-    ASSERT_TRUE(mvtest::waitFor([&] { return menu->isVisible(); }));
-    auto* item = main_.findChild<QAction*>(itemName);
-    ASSERT_TRUE(item->isEnabled());
-    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(item).center());
-    ASSERT_TRUE(mvtest::waitFor([&] { return !menu->isVisible(); }));
-  }
-
-  template <class Window>
-  Window* window() {
-    auto* found = WindowRegistry::instance().find<Window>();
-    EXPECT_NE(found, nullptr);
-    return found;
-  }
-
-  // Brings the control into view (tabs, scroll areas) as a user would, and answers it.
-  template <class Control>
-  Control* control(QWidget* owner, const char* name) {
-    auto* found = owner->findChild<Control*>(name);
-    EXPECT_NE(found, nullptr) << name;
-    for (QWidget* page = found; page && page != owner; page = page->parentWidget())
-      if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget() ? page->parentWidget()->parentWidget() : nullptr))
-        if (const int index = tabs->indexOf(page); index >= 0)
-          QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(index).center());
-    EXPECT_TRUE(found->isVisible()) << name;
-    return found;
-  }
-
-  void click(QWidget* owner, const char* name) {
-    auto* button = control<QAbstractButton>(owner, name);
-    ASSERT_TRUE(button->isEnabled()) << name;
-    QTest::mouseClick(button, Qt::LeftButton);
-  }
-
-  void type(QWidget* owner, const char* name, const QString& text) {
-    auto* box = control<QLineEdit>(owner, name);
-    QTest::mouseClick(box, Qt::LeftButton);
-    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(box, text);
-    EXPECT_EQ(box->text(), text) << name;
-  }
-
-  void choose(ListView* list, const QString& text) { mvtest::clickRow(*list, list->findRow(0, text)); }
-
   void createFileType(const QString& extension, const QString& description) {
     chooseFromMenu("mnuTools", "mnuToolsFileTypeManager");
     click(window<frmFileTypeManager>(), "New");
@@ -109,8 +43,6 @@ class WholeUseTest : public mvtest::ProgramTest {
     dialogs.nextFolders.push_back(folder);
     click(paths, "cmdBrowse");
   }
-
-  frmDownloadManager main_;
 };
 
 std::string body(char letter, std::size_t size) { return std::string(size, letter); }

@@ -133,10 +133,11 @@ struct TestSite::Private {
   void beginAnswer(Connection& connection);
   bool send(Connection& connection);
   bool finishAnswer(Connection& connection);
-  SharedResource find(const std::string& path);
+  SharedResource find(const Request& request);
 
   mutable std::mutex mutex;
   std::map<std::string, SharedResource> resources;
+  Rule rule;
   std::vector<Request> requests;
   std::atomic<std::uint64_t> bytesSent{0};
   std::atomic<bool> stop{false};
@@ -149,7 +150,7 @@ struct TestSite::Private {
 
 TestSite::Private::Private() {
   // A proxy of the environment must not see the traffic of a test.
-  ::setenv("no_proxy", "127.0.0.1", 1);
+  ::setenv("no_proxy", "127.0.0.1,localhost", 1);
   wakeUp = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
   listener = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
@@ -233,7 +234,7 @@ bool TestSite::Private::takeRequest(Connection& connection) {
   auto request = parseRequest(connection.in);
   if (!request) return connection.in.size() < 1024 * 1024;
   connection.keepAlive = lower(request->headers["connection"]) != "close";
-  connection.resource = find(request->path);
+  connection.resource = find(*request);
   connection.due = Clock::now() + std::chrono::milliseconds(connection.resource->delayMs);
   connection.phase = Connection::Phase::Waiting;
   const std::lock_guard lock(mutex);
@@ -241,7 +242,7 @@ bool TestSite::Private::takeRequest(Connection& connection) {
   return true;
 }
 
-SharedResource TestSite::Private::find(const std::string& path) {
+SharedResource TestSite::Private::find(const Request& request) {
   static const auto missing = [] {
     auto resource = std::make_shared<Resource>();
     resource->status = 404;
@@ -249,7 +250,8 @@ SharedResource TestSite::Private::find(const std::string& path) {
     return resource;
   }();
   const std::lock_guard lock(mutex);
-  const auto found = resources.find(path);
+  if (auto answer = rule ? rule(request) : std::nullopt) return std::make_shared<const Resource>(std::move(*answer));
+  const auto found = resources.find(request.path);
   return found == resources.end() ? missing : found->second;
 }
 
@@ -302,6 +304,11 @@ TestSite::~TestSite() = default;
 void TestSite::add(const std::string& path, Resource resource) {
   const std::lock_guard lock(d->mutex);
   d->resources[path] = std::make_shared<const Resource>(std::move(resource));
+}
+
+void TestSite::setRule(Rule rule) {
+  const std::lock_guard lock(d->mutex);
+  d->rule = std::move(rule);
 }
 
 void TestSite::page(const std::string& path, const std::string& html) { file(path, "text/html", html); }

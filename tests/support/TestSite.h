@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,11 @@ class TestSite {
   void add(const std::string& path, Resource resource);
   void page(const std::string& path, const std::string& html);
   void file(const std::string& path, const std::string& type, const std::string& body);
+
+  // For answers that depend on the request: asked before the table, which answers when it gives nothing. Set before the
+  // first request; runs on the site's own thread.
+  using Rule = std::function<std::optional<Resource>(const Request&)>;
+  void setRule(Rule rule);
 
   int port() const;
   // "127.0.0.1:port", as a site's location and domain.

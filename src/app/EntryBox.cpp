@@ -1,4 +1,4 @@
-#include "sites/EntryBox.h"
+#include "app/EntryBox.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -14,6 +14,7 @@ bool isWanted(QChar character, EntryBox::Accepts accepts) {
     case EntryBox::Accepts::Digits:
       return character >= QLatin1Char('0') && character <= QLatin1Char('9');
     case EntryBox::Accepts::NoQuotes:
+    case EntryBox::Accepts::NoQuoteKeys:
       return character != QLatin1Char('"') && character != QLatin1Char('\'');
     case EntryBox::Accepts::AnyText:
       break;
@@ -49,7 +50,7 @@ class CleaningValidator : public QValidator {
 
 EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent), accepts_(accepts) {
   setObjectName(objectName);
-  if (accepts != Accepts::AnyText) setValidator(new CleaningValidator(accepts, this));
+  if (accepts == Accepts::Digits || accepts == Accepts::NoQuotes) setValidator(new CleaningValidator(accepts, this));
 }
 
 void EntryBox::keyPressEvent(QKeyEvent* event) {

@@ -1,5 +1,5 @@
 // A one-line text box that selects its whole text when it gets the focus, and takes only some characters: unwanted keys
-// are discarded, unwanted characters of a pasted text are left out.
+// are discarded, unwanted characters of any other text, set or pasted, are left out.
 #pragma once
 
 #include <QLineEdit>
@@ -9,7 +9,12 @@ namespace mv {
 class EntryBox : public QLineEdit {
   Q_OBJECT
  public:
-  enum class Accepts { AnyText, Digits, NoQuotes };
+  enum class Accepts {
+    AnyText,
+    Digits,
+    NoQuotes,
+    NoQuoteKeys,  // quotes cannot be typed, but a text that has some keeps them
+  };
 
   // The longest run of digits that can be typed: whatever is computed from it stays within 64 bits.
   static constexpr int kMaxDigits = 9;

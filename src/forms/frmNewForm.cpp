@@ -1,0 +1,289 @@
+#include "forms/frmNewForm.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "app/EntryBox.h"
+#include "app/ScrollingPage.h"
+#include "app/Settings.h"
+#include "app/WindowRegistry.h"
+#include "forms/frmFormManager.h"
+#include "forms/frmNewField.h"
+#include "platform/Dialogs.h"
+#include "platform/ListView.h"
+#include "platform/Text.h"
+#include "store/Sequence.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 4800;   // twips
+constexpr int kHeight = 4800;  // twips
+constexpr int kLowestList = 80;
+
+enum Column {
+  kName,
+  kId,
+  kFormId,
+  kLogicalNumber,
+  kSearchString,
+  kSuppliedByUser,
+  kPrompt,
+  kFieldName,
+  kFieldValue,
+};
+
+// Leaves the choice of an entry to the arrow keys and the mouse.
+class TypingDiscarder : public QObject {
+ public:
+  explicit TypingDiscarder(QComboBox* box) : QObject(box) { box->installEventFilter(this); }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    const QString text = static_cast<QKeyEvent*>(event)->text();
+    return !text.isEmpty() && text[0].isPrint();
+  }
+};
+
+QPushButton* makeButton(const char* name, const QString& caption) {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(QString::fromLatin1(name));
+  return button;
+}
+
+}  // namespace
+
+frmNewForm::frmNewForm() : EditorWindow(QString(), kWidth, kHeight) {
+  setObjectName("frmNewForm");
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName("SSTab1");
+  tabs->addTab(makeGeneralPage(), "&General Information");
+  tabs->addTab(makeFieldsPage(), "Field Information");
+
+  auto* rows = new QVBoxLayout(makeScrollingPage(this));
+  rows->addWidget(tabs, 1);
+  rows->addLayout(makeButtons("cmdOK", "cmdApply", "cmdCancel", "&OK", "&Cancel"));
+}
+
+QWidget* frmNewForm::makeGeneralPage() {
+  auto* page = new QWidget;
+  txtName_ = new EntryBox("txtName", EntryBox::Accepts::NoQuoteKeys, page);
+  txtDescription_ = new EntryBox("txtDescription", EntryBox::Accepts::NoQuoteKeys, page);
+  cmboFormType_ = new QComboBox(page);
+  cmboFormType_->setObjectName("cmboFormType");
+  cmboFormType_->addItems({"Authentication", "Query"});
+  cmboFormType_->setCurrentIndex(-1);
+  new TypingDiscarder(cmboFormType_);
+
+  auto* grid = new QGridLayout(page);
+  const auto addRow = [&](int row, const char* name, const QString& caption, QWidget* buddy) {
+    auto* label = new QLabel(caption, page);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setBuddy(buddy);
+    grid->addWidget(label, row, 0);
+    grid->addWidget(buddy, row, 1);
+  };
+  addRow(0, "lblName", "Name", txtName_);
+  addRow(1, "lblDescription", "Description", txtDescription_);
+  addRow(2, "lblFormType", "Form Type", cmboFormType_);
+  grid->setRowStretch(3, 1);
+  return page;
+}
+
+QWidget* frmNewForm::makeFieldsPage() {
+  auto* page = new QWidget;
+  lvwFields_ = new ListView(page);
+  lvwFields_->setObjectName("lvwFields");
+  lvwFields_->setAccessibleName("Fields");
+  lvwFields_->setMinimumHeight(kLowestList);
+  lvwFields_->setColumns({{"Name", 100},
+                          {"Id", 40},
+                          {"Form Id", 60},
+                          {"Logical Number", 105},
+                          {"Search String", 160},
+                          {"Supplied by User", 115},
+                          {"Prompt", 110},
+                          {"Field Name", 90},
+                          {"Field Value", 160}});
+  connect(lvwFields_, &ListView::rowChosen, this, [this](int row) { run([&] { chooseField(row); }); });
+  connect(lvwFields_, &ListView::rowActivated, this, [this](int row) {
+    run([&] {
+      chooseField(row);
+      openEditField();
+    });
+  });
+  connect(lvwFields_, &ListView::deletePressed, this, [this] { run([this] { deleteField(); }); });
+
+  auto* cmdNewField = makeButton("cmdNewField", "&New Field");
+  cmdEditField_ = makeButton("cmdEditField", "&Edit Field");
+  cmdDeleteField_ = makeButton("cmdDeleteField", "&Delete Field");
+  connect(cmdNewField, &QPushButton::clicked, this, [this] { run([this] { openNewField(); }); });
+  connect(cmdEditField_, &QPushButton::clicked, this, [this] { run([this] { openEditField(); }); });
+  connect(cmdDeleteField_, &QPushButton::clicked, this, [this] { run([this] { deleteField(); }); });
+  enableFieldButtons();
+
+  auto* buttons = new QHBoxLayout;
+  for (QPushButton* button : {cmdNewField, cmdEditField_, cmdDeleteField_}) buttons->addWidget(button);
+  auto* rows = new QVBoxLayout(page);
+  rows->addWidget(lvwFields_, 1);
+  rows->addLayout(buttons);
+  return page;
+}
+
+void frmNewForm::initWindow() {
+  txtName_->setFocus();
+  txtName_->setText(Name);
+  txtDescription_->setText(Description);
+  if (Mode == "new") FormID = nextSequenceValue("form_id");
+  buildWorkingLists("fields");
+  if (Mode == "edit") buildWorkingLists("formtype");
+}
+
+void frmNewForm::activated() {
+  EditorWindow::activated();
+  buildWorkingLists("fields");
+}
+
+void frmNewForm::buildWorkingLists(const std::string& command, long) {
+  if (command == "formtype") cmboFormType_->setCurrentIndex(cmboFormType_->findText(FormType, Qt::MatchExactly));
+  if (command == "fields") fillFields();
+}
+
+void frmNewForm::fillFields() {
+  lvwFields_->clearRows();
+  Recordset rows = gDatabase.query(
+      "select id, form_id, name, logical_number, search_string, supplied_by_user, prompt, field_name, field_value from "
+      "field_info where form_id = " +
+      std::to_string(FormID));
+  for (; !rows.endOfRows(); rows.moveNext()) {
+    QStringList texts;
+    for (const char* column : {"name", "id", "form_id", "logical_number", "search_string", "supplied_by_user", "prompt",
+                               "field_name", "field_value"})
+      texts << toQString(rows.text(column));
+    lvwFields_->addRow(texts);
+  }
+  const int row = lvwFields_->findRow(kId, QString::number(fieldId_));
+  if (row >= 0)
+    lvwFields_->setRowSelected(row, true);
+  else
+    fieldId_ = 0;
+  enableFieldButtons();
+}
+
+void frmNewForm::chooseField(int row) {
+  fieldId_ = lvwFields_->cell(row, kId).toLongLong();
+  enableFieldButtons();
+}
+
+void frmNewForm::enableFieldButtons() {
+  for (QPushButton* button : {cmdEditField_, cmdDeleteField_})
+    button->setEnabled(fieldId_ != 0 && lvwFields_->rowCount() > 0);
+}
+
+bool frmNewForm::isStored() {
+  if (Mode != "new") return true;
+  showMessage(this, "Must save before changing field info",
+              "Please click the Apply button before modifying field information.", MessageIcon::Information);
+  return false;
+}
+
+void frmNewForm::openNewField() {
+  if (!isStored()) return;
+  auto* editor = new frmNewField;
+  editor->Mode = "new";
+  editor->FormID = FormID;
+  editor->setCaption("New Field for: " + txtName_->text());
+  editor->open();
+}
+
+void frmNewForm::openEditField() {
+  if (!isStored()) return;
+  const int row = lvwFields_->findRow(kId, QString::number(fieldId_));
+  if (row < 0) return;
+  const auto cell = [&](Column column) { return lvwFields_->cell(row, column); };
+  auto* editor = new frmNewField;
+  editor->Mode = "edit";
+  editor->FormID = FormID;
+  editor->FieldID = fieldId_;
+  editor->Name = cell(kName);
+  editor->LogicalNumber = cell(kLogicalNumber);
+  editor->SearchString = cell(kSearchString);
+  editor->SuppliedByUser = toUtf8(cell(kSuppliedByUser));
+  editor->Prompt = cell(kPrompt);
+  editor->FieldName = cell(kFieldName);
+  editor->FieldValue = cell(kFieldValue);
+  editor->setCaption("Edit Field: " + editor->Name);
+  editor->open();
+}
+
+void frmNewForm::deleteField() {
+  if (fieldId_ == 0) return;
+  gDatabase.execute("delete from field_info where id = " + std::to_string(fieldId_) +
+                    " and  form_id = " + std::to_string(FormID));
+  buildWorkingLists("fields");
+}
+
+bool frmNewForm::accept() {
+  if (txtName_->text().isEmpty()) {
+    showMessage(this, "Name Not Entered", "Please click the General Information tab and enter a Name",
+                MessageIcon::Exclamation);
+    return false;
+  }
+  if (cmboFormType_->currentIndex() < 0) {
+    showMessage(this, "Form Type Not Defined", "Please click the General  Information tab and select a Form Type",
+                MessageIcon::Exclamation);
+    return false;
+  }
+  return save();
+}
+
+void frmNewForm::apply() {
+  if (txtName_->text().isEmpty()) {
+    showMessage(this, "Error", "Please enter a name", MessageIcon::Exclamation);
+    return;
+  }
+  if (!save() || Mode != "new") return;
+  Mode = "edit";
+  savedOnce_ = true;
+}
+
+bool frmNewForm::save() {
+  if (!writeRow()) return false;
+  WindowRegistry::instance().tell(kFormManager, "init");
+  return true;
+}
+
+bool frmNewForm::writeRow() {
+  const std::string name = quoted(toUtf8(txtName_->text()));
+  const std::string description = quoted(toUtf8(txtDescription_->text()));
+  const std::string type = quoted(toUtf8(cmboFormType_->currentText()));
+  if (Mode == "new") {
+    if (FormID == 0) FormID = nextSequenceValue("form_id");
+    if (FormID == 0) return false;
+    gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(FormID) + ", " +
+                      name + ", " + description + ", " + type + ")");
+    return true;
+  }
+  gDatabase.execute("update form set name = " + name + ", description = " + description + ", form_type = " + type +
+                    " where id = " + std::to_string(FormID));
+  if (gDatabase.rowsAffected() > 0) return true;
+  showMessage(this, applicationTitle(), "This form has been deleted meanwhile. It was not saved.",
+              MessageIcon::Exclamation);
+  return false;
+}
+
+void frmNewForm::cancel() {
+  if (!savedOnce_) return;
+  const std::string id = std::to_string(FormID);
+  gDatabase.execute("delete from form where id = " + id);
+  gDatabase.execute("delete from field_info where form_id= " + id);
+  gDatabase.execute("delete from site_form_xref where form_id = " + id);
+  WindowRegistry::instance().tell(kFormManager, "init");
+}
+
+}  // namespace mv

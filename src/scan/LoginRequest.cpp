@@ -1,0 +1,95 @@
+#include "scan/LoginRequest.h"
+
+#include <QByteArray>
+#include <algorithm>
+
+#include "app/Settings.h"
+#include "net/Address.h"
+
+namespace mv {
+
+namespace {
+
+constexpr auto kNowhere = std::string_view::npos;
+constexpr char kParametersStart = '?';
+
+// As a browser sends a form's values: blanks as "+".
+std::string formEncoded(std::string_view text) {
+  std::string encoded =
+      QByteArray(text.data(), static_cast<qsizetype>(text.size())).toPercentEncoding(" *", "~").toStdString();
+  std::replace(encoded.begin(), encoded.end(), ' ', '+');
+  return encoded;
+}
+
+void takeSiteValue(LoginField& field, const std::string& fieldId, std::int32_t siteId) {
+  const Recordset rows = gDatabase.query(
+      "select field_value from site_field_xref where site_id = " + std::to_string(siteId) + " and field_id=" + fieldId);
+  if (!rows.endOfRows()) field.value = rows.text("field_value");
+}
+
+}  // namespace
+
+std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId) {
+  const std::string ofForm = " from field_info where form_id = " + std::to_string(formId);
+  std::vector<LoginField> fields;
+  fields.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount" + ofForm)));
+  // The number is kept as text: without the sum 10 would come before 2.
+  for (Recordset rows = gDatabase.query("select field_name, field_value, logical_number, name, prompt, search_string, "
+                                        "supplied_by_user, id" +
+                                        ofForm + " order by logical_number + 0");
+       !rows.endOfRows(); rows.moveNext()) {
+    LoginField& field = fields.emplace_back();
+    field.name = rows.text("name");
+    field.searchString = rows.text("search_string");
+    field.suppliedByUser = isYes(rows.text("supplied_by_user"));
+    field.parameter = rows.text("field_name");
+    field.value = rows.text("field_value");
+    if (field.suppliedByUser) takeSiteValue(field, rows.text("id"), siteId);
+  }
+  return fields;
+}
+
+// Where in the form the search for the next field starts.
+struct LoginRequest::Place {
+  std::string_view form;
+  std::string_view asFetched;
+  std::size_t from = 0;
+};
+
+LoginRequest::LoginRequest(const std::vector<LoginField>& fields, std::string_view form, std::string_view asFetched) {
+  if (fields.empty()) return;
+  outcome_ = Outcome::OtherForm;
+  if (form.empty() || form.find(fields.front().searchString) == kNowhere) return;
+  outcome_ = Outcome::Ready;
+  address_ = fields.front().value + kParametersStart;
+  Place place{form, asFetched};
+  for (std::size_t i = 1; i < fields.size(); ++i) {
+    if (i > 1) address_ += '&';
+    if (append(fields[i], place)) continue;
+    outcome_ = Outcome::FieldMissing;
+    missingField_ = fields[i].name;
+    return;
+  }
+}
+
+bool LoginRequest::append(const LoginField& field, Place& place) {
+  const std::size_t found = place.form.find(field.searchString, place.from);
+  if (found == kNowhere) return false;
+  place.from = found + field.searchString.size();
+  std::string_view value = field.value;  // the user's has no end in the page
+  if (!field.suppliedByUser) {
+    // The character between them is the quote that opens the value.
+    const std::size_t start = std::min(place.from + 1, place.form.size());
+    place.from = place.form.find('"', start);
+    if (place.from == kNowhere) return false;
+    value = place.asFetched.substr(start, place.from - start);
+  }
+  address_.append(formEncoded(field.parameter)).append("=").append(formEncoded(value));
+  return true;
+}
+
+std::string LoginRequest::shownAddress() const {
+  return maskUserInfo(address_.substr(0, address_.find(kParametersStart)));
+}
+
+}  // namespace mv

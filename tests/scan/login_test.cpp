@@ -1,0 +1,220 @@
+// Logging in to a site: the request made of a page's form, and what a scan makes of it.
+
+#include <QByteArray>
+#include <QLabel>
+
+#include "ScanTest.h"
+#include "app/ErrorLog.h"
+#include "scan/LoginRequest.h"
+#include "scan/frmScan.h"
+#include "support/Controls.h"
+
+namespace {
+
+using mv::LoginField;
+using mv::LoginRequest;
+using mvtest::Request;
+using mvtest::Resource;
+using mvtest::waitFor;
+using Outcome = LoginRequest::Outcome;
+
+std::string lowered(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
+TEST(LoginRequest, TakesTheUsersValuesAndThePages) {
+  const std::vector<LoginField> fields = {{"address", "<form name=\"in\"", false, "", "host/log in.cgi"},
+                                          {"user", "name=\"u\" value=", true, "Us er", "\xC3\xA4&b=c d+~*"},
+                                          {"token", "\"t\" value=", false, "t", "unused"},
+                                          {"next", "value=", false, "n", ""}};
+  const std::string start = "<FORM Name=\"in\"><INPUT Name=\"u\" Value=\"\">";
+  const std::string token = "<input name=\"t\" VALUE=\"aB/\xC3\x89=\">";
+  const std::string end = "<input value=\"\">";
+  const auto outcome = [&](const std::string& form) { return LoginRequest(fields, lowered(form), form).outcome(); };
+
+  const std::string whole = start + token + end;
+  const std::string lower = lowered(whole);
+  const LoginRequest request(fields, lower, whole);
+  EXPECT_EQ(request.address(), "host/log in.cgi?Us+er=%C3%A4%26b%3Dc+d%2B%7E*&t=aB%2F%C3%89%3D&n=");
+  EXPECT_EQ(request.shownAddress(), "host/log in.cgi");
+
+  EXPECT_EQ(outcome("<form name=\"search\">" + token), Outcome::OtherForm);
+  EXPECT_EQ(outcome(start + end), Outcome::FieldMissing);
+  EXPECT_EQ(outcome(start + "<input value=\"\">" + token), Outcome::FieldMissing) << "the fields in another order";
+  EXPECT_EQ(outcome(start + token + "<input value=\"never ends"), Outcome::FieldMissing);
+  EXPECT_EQ(LoginRequest({}, lower, whole).outcome(), Outcome::NoFields);
+  EXPECT_EQ(LoginRequest({fields[0]}, lower, whole).address(), "host/log in.cgi?") << "an address and nothing else";
+
+  const std::string huge = start + "<input name=\"t\" value=\"" + std::string(100'000, 'X') + "\">" + end;
+  EXPECT_EQ(LoginRequest(fields, lowered(huge), huge).address().size(), request.address().size() - 14 + 100'000);
+}
+
+class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
+ protected:
+  LoginTest() {
+    mv::InternetTransfer::forgetSharedState();
+    mv::gDatabase.execute("insert into form (id, name, form_type) values (50, 'Members', 'Authentication')");
+    // Stored in another order than that of their numbers.
+    addField(61, 10, "last", "name=\"token\" value=", "no", "token", "");
+    addField(62, 2, "user", "name=\"user\"", "yes", "user", "nobody");
+    addField(63, 3, "password", "name=\"password\"", "yes", "password", "");
+    addField(60, 1, "address", "action=\"/in\"", "no", "", site.host() + "/cgi/in");
+    addSiteField(62, "ann");
+    addSiteField(63, "sec/ret ?#&%41");
+    page("/", form("T0kEn"));
+    window = new mv::frmScan;
+    prepare(process());
+    process().LoginFormID = 50;
+  }
+
+  static void addField(int id, int number, const std::string& name, const std::string& search,
+                       const std::string& byUser, const std::string& parameter, const std::string& text) {
+    std::string values = std::to_string(id) + ", 50";
+    for (const std::string& value : {std::to_string(number), name, search, byUser, parameter, text})
+      values += ", " + mv::quoted(value);
+    mv::gDatabase.execute(
+        "insert into field_info (id, form_id, logical_number, name, search_string, supplied_by_user, field_name, "
+        "field_value) values (" +
+        values + ")");
+  }
+  void addSiteField(int field, const std::string& text) {
+    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" +
+                          std::to_string(siteId) + ", " + std::to_string(field) + ", " + mv::quoted(text) + ")");
+  }
+  static std::string form(const std::string& token) {
+    return "<FORM ACTION=\"/in\"><input Name=\"user\"><input name=\"password\"><input NAME=\"token\" VALUE=\"" + token +
+           "\"></FORM>";
+  }
+  void page(const std::string& path, const std::string& html) { site.page(path, html); }
+  mv::ScanProcess& process() { return window->process(); }
+  std::string status() { return text("lblInfoLogin"); }
+  std::string text(const char* label) { return mvtest::control<QLabel>(window.data(), label).text().toStdString(); }
+  // Scans until so many pages, answers to a login included, are done.
+  void scan(int pages) {
+    int done = 0;
+    const auto counting = QObject::connect(&process(), &mv::ScanProcess::pageProcessed, [&done] { ++done; });
+    const long failed = process().ErrorCount();
+    window->initWindow();
+    ASSERT_TRUE(waitFor([&] { return done + static_cast<int>(process().ErrorCount() - failed) >= pages; }));
+    QObject::disconnect(counting);
+    process().tmrOKToDownload.stop();
+    QCoreApplication::processEvents();
+  }
+  int logins() const {
+    const auto requests = site.requests();
+    return static_cast<int>(std::count_if(requests.begin(), requests.end(),
+                                          [](const Request& request) { return request.path.starts_with("/cgi/in?"); }));
+  }
+  void expectSecretNotShown() {
+    std::string shown = mvtest::readFile(mv::errorLogPath());
+    for (const QLabel* label : window->findChildren<QLabel*>()) shown += label->text().toStdString() + "\n";
+    shown += process().pageUrlText() + process().errorPanel().subject + process().errorPanel().reason;
+    EXPECT_EQ(shown.find("sec"), std::string::npos) << shown;
+  }
+  static constexpr const char* kLogin = "/cgi/in?user=ann&password=sec%2Fret+%3F%23%26%2541&token=T0kEn";
+
+  QPointer<mv::frmScan> window;
+};
+
+TEST_F(LoginTest, TheAnswerIsAPageAndItsSessionServesTheLaterOnes) {
+  site.setRule([](const Request& request) -> std::optional<Resource> {
+    Resource answer;
+    if (request.path == kLogin) {
+      answer.status = 302;
+      answer.headers = {{"Set-Cookie", "session=1; Path=/"}, {"Location", "/members/start?welcome=a/b"}};
+      return answer;
+    }
+    if (!request.path.starts_with("/members/")) return std::nullopt;
+    answer.status = request.headers.count("cookie") > 0 ? 200 : 403;
+    answer.body = "<a href=\"inner.htm\"><img src=\"a.jpg\"><form action=\"/search\"></form>";
+    return answer;
+  });
+  scan(3);
+  EXPECT_EQ(status(), "Login: request answered, the login form is gone") << "the inner page's form is no login form";
+  EXPECT_EQ(logins(), 1);
+  EXPECT_EQ(links(), (std::vector<std::string>{"/members/a.jpg File False", "/members/inner.htm Document False"}));
+  EXPECT_EQ(process().ErrorCount(), 0);
+  EXPECT_EQ(site.requests().back().headers.at("cookie"), "session=1");
+}
+
+TEST_F(LoginTest, AWrongPasswordIsTriedOncePerPage) {
+  page(kLogin, form("T0kEn") + "<a href=\"/next.htm\">");
+  page("/next.htm", form("other"));
+  scan(2);
+  EXPECT_EQ(status(), "Login: refused, the server shows the login form again");
+  EXPECT_EQ(logins(), 1);
+  scan(2);
+  EXPECT_EQ(logins(), 2) << "the next ordinary page that shows the form tries again";
+  expectSecretNotShown();
+}
+
+TEST_F(LoginTest, EveryOtherEndIsSaid) {
+  const std::string search = "<form action=\"/search\"></form>";
+  const std::pair<std::string, const char*> cases[] = {
+      {"<p>no form", "Login: no page has shown the login form yet"},
+      {"<form action=\"/in\">never ended", "Login: no page has shown the login form yet"},
+      {search + form("T0kEn"), "Login: nothing sent, the page's form is another one"},
+      {"<form action=\"/in\"><input name=\"password\"><input name=\"user\"></form>",
+       "Login: nothing sent, the page's form lacks \"password\""},
+  };
+  for (const auto& [html, text] : cases) {
+    page("/", html);
+    scan(1);
+    EXPECT_EQ(status(), text) << html;
+  }
+  EXPECT_EQ(logins(), 0);
+  page("/", form("T0kEn"));
+  Resource refusal;
+  refusal.status = 401;
+  site.add(kLogin, refusal);
+  scan(2);
+  EXPECT_EQ(status(), "Login: the request failed, Code: 401  -  Reason: Unauthorized");
+  EXPECT_EQ(text("lblInfoErrorPage"), site.host() + "/cgi/in");
+  expectSecretNotShown();
+
+  mv::gDatabase.execute("delete from field_info where form_id = 50");
+  scan(1);
+  EXPECT_EQ(status(), "Login: nothing sent, the login form has no fields");
+  EXPECT_EQ(logins(), 1);
+}
+
+TEST_F(LoginTest, AFieldWithoutTheSitesValueSendsItsDefaultAndAHugeOneGoesOut) {
+  mv::gDatabase.execute("delete from site_field_xref where field_id = 62");
+  const std::string token(100'000, 'T');
+  page("/", form(token));
+  scan(2);
+  ASSERT_EQ(site.requests().size(), 2U);
+  EXPECT_TRUE(site.requests()[1].path == "/cgi/in?user=nobody&password=sec%2Fret+%3F%23%26%2541&token=" + token);
+}
+
+// A foreign host is one of another name or of another port.
+TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
+  mvtest::TestSite otherPort;
+  const std::string otherName = "localhost:" + std::to_string(site.port());
+  process().LoginFormID = 20;
+  process().DomainHops = 2;
+  addSiteField(17, "ann");
+  addSiteField(18, "p@ss/w:rd?");
+  const std::string basic = "Basic " + QByteArray("ann:p@ss/w:rd?").toBase64().toStdString();
+  page("/", "<a href=\"http://" + otherPort.host() + "/foreign.htm\"><a href=\"http://" + otherName +
+                "/renamed.htm\"><a href=\"/own.htm\"><a href=\"http://" + otherPort.host() + "/x.jpg\">");
+  otherPort.page("/foreign.htm", "x");
+  page("/renamed.htm", "x");
+  page("/own.htm", "x");
+  scan(4);
+  for (const Request& request : site.requests())
+    EXPECT_EQ(request.headers.count("authorization"), request.headers.at("host") == site.host() ? 1U : 0U)
+        << request.path;
+  EXPECT_EQ(site.requests()[0].headers.at("authorization"), basic);
+  ASSERT_EQ(otherPort.requests().size(), 1U);
+  EXPECT_EQ(otherPort.requests()[0].headers.count("authorization"), 0U);
+
+  Resource refusal;
+  refusal.status = 401;
+  site.add("/", refusal);
+  scan(1);
+  EXPECT_EQ(status(), "Login: the server refuses user name and password");
+}
+
+}  // namespace
