@@ -49,6 +49,7 @@ const std::vector<std::string> kCore = {
     "process/Process",
     "process/WorkList",
     "scan/FilterRules",
+    "scan/LoginRequest",
     "scan/ScanProcess",
     "scan/clsLinkParser",
     "scan/clsPageScanner",

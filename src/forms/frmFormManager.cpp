@@ -24,7 +24,7 @@ enum Column { kName, kType, kDescription, kId };
 frmFormManager::frmFormManager() : ListWindow(kFormManager, kWidth, kHeight) {
   setObjectName("frmFormManager");
   list().setObjectName("lvwForms");
-  list().setColumns({{"Name", 110}, {"Type", 90}, {"Description", 220}, {"Id", 0, true}});
+  list().setColumns({{"Name", 110}, {"Type", 100}, {"Description", 220}, {"Id", 0, true}});
   setIdColumn(kId);
   addButton("      New      ", "Create a new form", toolIcon("new"), [this] { openNew(); });
   edit_ = addButton("Edit", "Edit the selected form", toolIcon("edit"), [this] { editChosen(); });

@@ -22,6 +22,7 @@ constexpr int kHeight = 3600;  // twips
 // With these all controls are seen at the window's first size.
 constexpr QMargins kTightMargins(9, 6, 9, 6);
 constexpr int kTightSpacing = 3;
+constexpr int kButtonSpacing = 6;
 constexpr const char* kSequence = "field_info_id";
 
 // A whole number in its usual writing; any other text as the user wrote it.
@@ -49,7 +50,9 @@ frmNewField::frmNewField() : EditorWindow(QString(), kWidth, kHeight) {
   connect(chkSuppliedByUser_, &QCheckBox::toggled, this, [this](bool ticked) { SuppliedByUser = yesNo(ticked); });
   grid->addWidget(chkSuppliedByUser_, grid->rowCount(), 1);
   grid->setRowStretch(grid->rowCount(), 1);
-  grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel"), grid->rowCount(), 0, 1, 2);
+  QHBoxLayout* buttons = makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel");
+  buttons->setSpacing(kButtonSpacing);
+  grid->addLayout(buttons, grid->rowCount(), 0, 1, 2);
 }
 
 QLineEdit* frmNewField::addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName) {
@@ -77,6 +80,7 @@ void frmNewField::initWindow() {
   txtSearchString_->setText(SearchString);
   txtFieldNumber_->setText(numberText(LogicalNumber));
   txtName_->setText(Name);
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->setCursorPosition(0);  // long texts show their start
 }
 
 bool frmNewField::accept() {

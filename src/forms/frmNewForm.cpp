@@ -139,6 +139,7 @@ void frmNewForm::initWindow() {
   txtName_->setFocus();
   txtName_->setText(Name);
   txtDescription_->setText(Description);
+  txtDescription_->setCursorPosition(0);  // a long one shows its start
   if (Mode == "new") FormID = nextSequenceValue("form_id");
   buildWorkingLists("fields");
   if (Mode == "edit") buildWorkingLists("formtype");

@@ -96,7 +96,10 @@ void CurlRequest::start() {
   setOptions(target->url);
   setBodyOptions();
   const auto credentials = target->credentials ? target->credentials : hostCredentials(target->host);
-  if (credentials) setCredentials(*credentials);
+  if (credentials) {
+    setCredentials(*credentials);
+    credentialsHost_ = target->host;
+  }
   setObservers();
   loop_->prepare(easy_);
   loop_->add(easy_, this);
@@ -147,6 +150,14 @@ void CurlRequest::setCredentials(const Credentials& credentials) {
     curl_slist_append(basicHeaders_.get(), plain->data);
   }
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, basicHeaders_.get());
+}
+
+// libcurl drops credentials where scheme or port change, and so also where a site sends its visitors from http to
+// https.
+void CurlRequest::redirectCredentials(std::string_view location) {
+  const CredentialsOnRedirect what = credentialsOnRedirect(location, credentialsHost_);
+  if (what == CredentialsOnRedirect::AsBefore) return;
+  curl_easy_setopt(easy_, CURLOPT_UNRESTRICTED_AUTH, what == CredentialsOnRedirect::Keep ? 1L : 0L);
 }
 
 void CurlRequest::setObservers() {
@@ -241,6 +252,7 @@ void CurlRequest::takeHeaderField(std::string_view line) {
   if (colon == std::string_view::npos) return;
   const auto& [name, value] =
       headers_.emplace_back(lowered(trimmed(line.substr(0, colon))), trimmed(line.substr(colon + 1)));
+  if (status_ >= 300 && status_ < 400 && name == "location" && !credentialsHost_.empty()) redirectCredentials(value);
   if (status_ == 401 && name == "www-authenticate" && lowered(value).find("digest") != std::string::npos) {
     curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, plainHeaders_.get());
   }

@@ -58,6 +58,7 @@ class CurlRequest : private CurlClient {
   void setOptions(const std::string& url);
   void setBodyOptions();
   void setCredentials(const Credentials& credentials);
+  void redirectCredentials(std::string_view location);
   void setObservers();
 
   void takeHeaderLine(std::string_view line);
@@ -87,6 +88,7 @@ class CurlRequest : private CurlClient {
   bool running_ = false;
   Slist plainHeaders_;
   Slist basicHeaders_;
+  std::string credentialsHost_;  // of the credentials, "" without any
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 
   int lastState_ = 0;    // of this hop

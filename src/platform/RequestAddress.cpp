@@ -83,16 +83,17 @@ std::string asciiHost(std::string_view host) {
   return ace.isEmpty() ? std::string() : ace.toStdString().append(host.substr(portStart));
 }
 
+std::string lowered(std::string_view text) {
+  std::string result(text);
+  for (char& c : result)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return result;
+}
+
 // `host` in lower case, without the port that the scheme stands for.
 std::string comparableHost(std::string_view scheme, std::string host) {
-  const auto lower = [](std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return result;
-  };
-  host = lower(host);
-  const std::string_view usualPort = lower(scheme) == "https" ? ":443" : ":80";
+  host = lowered(host);
+  const std::string_view usualPort = lowered(scheme) == "https" ? ":443" : ":80";
   if (host.ends_with(usualPort)) host.resize(host.size() - usualPort.size());
   if (host.ends_with(':')) host.pop_back();
   return host;
@@ -134,6 +135,13 @@ std::optional<RequestAddress> toRequestAddress(std::string_view address) {
 std::string hostOf(std::string_view address) {
   const auto target = toRequestAddress(address);
   return target ? target->host : std::string();
+}
+
+CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host) {
+  if (lowered(location.substr(0, 8)) == "https://" && !host.empty() && hostOf(location) == host)
+    return CredentialsOnRedirect::Keep;
+  const bool isPath = location.starts_with('/') && location.find_first_of("/\\", 1) != 1;
+  return isPath ? CredentialsOnRedirect::AsBefore : CredentialsOnRedirect::Drop;
 }
 
 std::string withoutCredentials(std::string_view text) {

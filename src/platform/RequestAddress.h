@@ -28,6 +28,11 @@ std::optional<RequestAddress> toRequestAddress(std::string_view address);
 // RequestAddress::host of `address`; "" when there is no usable host.
 std::string hostOf(std::string_view address);
 
+// What a redirect to `location` does with the credentials of a request to `host` (as in RequestAddress).
+enum class CredentialsOnRedirect { Keep, Drop, AsBefore };
+// Keep: the same host over https, as sites send those who come over http. AsBefore: a path on the host that answered.
+CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host);
+
 // `text` with the user information of every address in it replaced by "***".
 std::string withoutCredentials(std::string_view text);
 

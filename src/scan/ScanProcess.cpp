@@ -77,8 +77,8 @@ void ScanProcess::readCredentials() {
 void ScanProcess::startLogin() {
   if (useUrlCredentials_) {
     InternetTransfer::rememberCredentials(SiteName, userName_, password_);
-    showLogin(userName_.empty() && password_.empty() ? "the site has no user name and password"
-                                                     : "user name and password go with every request to the site");
+    showLogin(userName_.empty() && password_.empty() ? "no user name and password given"
+                                                     : "user name and password in use");
   } else if (hasLoginForm()) {
     showLogin("no page has shown the login form yet");
   }
@@ -234,8 +234,8 @@ void ScanProcess::pageFailed() {
   updateStatus("error", Inet2.ResponseInfo(), Inet2.ResponseCode());
   logError(currentLinkId_, currentUrl_);
   pageError_ = true;
-  if (credentialsSent_ && Inet2.ResponseCode() == kUnauthorized) showLogin("the server refuses user name and password");
-  if (isLoginAnswer_) showLogin("the request failed, " + errorPanel().reason);
+  if (credentialsSent_ && Inet2.ResponseCode() == kUnauthorized) showLogin("user name and password refused (401)");
+  if (isLoginAnswer_) showLogin("failed (" + std::to_string(Inet2.ResponseCode()) + " " + Inet2.ResponseInfo() + ")");
   enableWorkTimer();
 }
 
@@ -371,14 +371,13 @@ void ScanProcess::showLoginOutcome(const LoginRequest& request) {
   const Outcome outcome = request.outcome();
   const bool isLoginForm = outcome == Outcome::Ready || outcome == Outcome::FieldMissing;
   if (isLoginAnswer_)
-    showLogin(isLoginForm ? "refused, the server shows the login form again"
-                          : "request answered, the login form is gone");
+    showLogin(isLoginForm ? "refused, the login form came again" : "answered, the login form is gone");
   else if (outcome == Outcome::NoFields)
-    showLogin("nothing sent, the login form has no fields");
+    showLogin("nothing sent, the form has no fields");
   else if (outcome == Outcome::FieldMissing)
-    showLogin("nothing sent, the page's form lacks \"" + request.missingField() + "\"");
+    showLogin("nothing sent, the form lacks \"" + request.missingField() + "\"");
   else if (!loginSent_)
-    showLogin("nothing sent, the page's form is another one");
+    showLogin("nothing sent, the form is another one");
 }
 
 void ScanProcess::showLogin(const std::string& text) {
@@ -414,7 +413,7 @@ void ScanProcess::report(const std::exception& error) {
   reportException(error, "frmScan");
 }
 
-std::string ScanProcess::scanCaption() const { return "Scan: " + SiteName; }
+std::string ScanProcess::scanCaption() const { return "Scan: " + maskUserInfo(SiteName); }
 
 std::string ScanProcess::pageLabel() const { return "Page: " + shortened(labelUrl_); }
 

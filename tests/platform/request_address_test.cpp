@@ -46,6 +46,29 @@ TEST(RequestAddress, UserInformationIsTakenOutAndDecoded) {
             "from http://***@host/x to 'https://***@host' and http://d/e@f");
 }
 
+TEST(RequestAddress, CredentialsFollowARedirectToTheSameHostOverTlsOnly) {
+  using enum CredentialsOnRedirect;
+  const std::pair<const char*, CredentialsOnRedirect> cases[] = {
+      {"https://host/in", Keep},
+      {"HTTPS://HOST:443", Keep},
+      {"https://host?x@y", Keep},
+      {"/in", AsBefore},
+      {"/", AsBefore},
+      {"http://host/", Drop},
+      {"https://host:8443/", Drop},
+      {"https://www.host/", Drop},
+      {"https://host@evil", Drop},
+      {"https:/evil/", Drop},
+      {"https:///evil", Drop},
+      {"https://host\\@evil/", Drop},
+      {"//evil/", Drop},
+      {"/\\evil/", Drop},
+      {"in.htm", Drop},
+      {"", Drop},
+  };
+  for (const auto& [location, what] : cases) EXPECT_EQ(credentialsOnRedirect(location, "host"), what) << location;
+}
+
 TEST(RequestAddress, HostsCompareWithTheirPorts) {
   for (const auto* same : {"host", "http://HOST/x", "u:p@host?x", "host:80", "HTTPS://host:443/", "host:"})
     EXPECT_EQ(hostOf(same), "host") << same;

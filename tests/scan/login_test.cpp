@@ -131,7 +131,7 @@ TEST_F(LoginTest, TheAnswerIsAPageAndItsSessionServesTheLaterOnes) {
     return answer;
   });
   scan(3);
-  EXPECT_EQ(status(), "Login: request answered, the login form is gone") << "the inner page's form is no login form";
+  EXPECT_EQ(status(), "Login: answered, the login form is gone") << "the inner page's form is no login form";
   EXPECT_EQ(logins(), 1);
   EXPECT_EQ(links(), (std::vector<std::string>{"/members/a.jpg File False", "/members/inner.htm Document False"}));
   EXPECT_EQ(process().ErrorCount(), 0);
@@ -142,7 +142,7 @@ TEST_F(LoginTest, AWrongPasswordIsTriedOncePerPage) {
   page(kLogin, form("T0kEn") + "<a href=\"/next.htm\">");
   page("/next.htm", form("other"));
   scan(2);
-  EXPECT_EQ(status(), "Login: refused, the server shows the login form again");
+  EXPECT_EQ(status(), "Login: refused, the login form came again");
   EXPECT_EQ(logins(), 1);
   scan(2);
   EXPECT_EQ(logins(), 2) << "the next ordinary page that shows the form tries again";
@@ -154,9 +154,9 @@ TEST_F(LoginTest, EveryOtherEndIsSaid) {
   const std::pair<std::string, const char*> cases[] = {
       {"<p>no form", "Login: no page has shown the login form yet"},
       {"<form action=\"/in\">never ended", "Login: no page has shown the login form yet"},
-      {search + form("T0kEn"), "Login: nothing sent, the page's form is another one"},
+      {search + form("T0kEn"), "Login: nothing sent, the form is another one"},
       {"<form action=\"/in\"><input name=\"password\"><input name=\"user\"></form>",
-       "Login: nothing sent, the page's form lacks \"password\""},
+       "Login: nothing sent, the form lacks \"password\""},
   };
   for (const auto& [html, text] : cases) {
     page("/", html);
@@ -169,13 +169,13 @@ TEST_F(LoginTest, EveryOtherEndIsSaid) {
   refusal.status = 401;
   site.add(kLogin, refusal);
   scan(2);
-  EXPECT_EQ(status(), "Login: the request failed, Code: 401  -  Reason: Unauthorized");
+  EXPECT_EQ(status(), "Login: failed (401 Unauthorized)");
   EXPECT_EQ(text("lblInfoErrorPage"), site.host() + "/cgi/in");
   expectSecretNotShown();
 
   mv::gDatabase.execute("delete from field_info where form_id = 50");
   scan(1);
-  EXPECT_EQ(status(), "Login: nothing sent, the login form has no fields");
+  EXPECT_EQ(status(), "Login: nothing sent, the form has no fields");
   EXPECT_EQ(logins(), 1);
 }
 
@@ -214,7 +214,7 @@ TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
   refusal.status = 401;
   site.add("/", refusal);
   scan(1);
-  EXPECT_EQ(status(), "Login: the server refuses user name and password");
+  EXPECT_EQ(status(), "Login: user name and password refused (401)");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 #include <QTabWidget>
 #include <QTest>
+#include <algorithm>
 #include <cstdio>
 
 #include "app/Settings.h"
@@ -16,6 +17,9 @@
 #include "catalog/frmSitePaths.h"
 #include "demo/Gallery.h"
 #include "download/frmDownload.h"
+#include "forms/frmFormManager.h"
+#include "forms/frmNewField.h"
+#include "forms/frmNewForm.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmScan.h"
@@ -112,6 +116,50 @@ void managers(std::int32_t site) {
   save(frameOf(paths), "path-manager");
 }
 
+void storeLoginForm() {
+  gDatabase.execute(
+      "insert into form (id, name, description, form_type) values (90, \"Club page\", \"For members of the club: the "
+      "name and the password of the membership card.\", \"Authentication\")");
+  const std::vector<std::string> fields[] = {
+      {"Address", "1", "action='/login'", "no", "", "", "club.example/login"},
+      {"Token", "2", "name='token' value=", "no", "", "token", ""},
+      {"Name", "3", "name='who'", "yes", "Your name", "who", ""},
+      {"Password", "4", "name='key'", "yes", "Your password", "key", ""},
+  };
+  int id = 90;
+  for (const auto& field : fields) {
+    std::string values = std::to_string(id++) + ", 90";
+    for (std::string value : field) {
+      std::replace(value.begin(), value.end(), '\'', '"');
+      values += ", " + mv::quoted(value);
+    }
+    gDatabase.execute(
+        "insert into field_info (id, form_id, name, logical_number, search_string, supplied_by_user, prompt, "
+        "field_name, field_value) values (" +
+        values + ")");
+  }
+}
+
+void loginForms() {
+  auto* manager = showSingle<frmFormManager>();
+  auto& forms = *manager->findChild<ListView*>("lvwForms");
+  const int row = forms.findRow(0, "Club page");
+  forms.setRowSelected(row, true);
+  Q_EMIT forms.rowChosen(row);
+  save(frameOf(manager), "form-manager");
+
+  Q_EMIT forms.rowActivated(row);
+  auto* form = find<frmNewForm>();
+  save(frameOf(form), "form-editor-general");
+  form->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
+  auto& fields = *form->findChild<ListView*>("lvwFields");
+  fields.setRowSelected(1, true);
+  Q_EMIT fields.rowChosen(1);
+  save(frameOf(form), "form-editor-fields");
+  Q_EMIT fields.rowActivated(1);
+  save(frameOf(find<frmNewField>()), "field-editor");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -136,6 +184,7 @@ int main(int argc, char** argv) {
   for (const char* field : {"17, \"anna\"", "18, \"secret\""})
     gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field +
                       ")");
+  storeLoginForm();
   gDatabase.close();
 
   StartUp startUp;
@@ -144,6 +193,7 @@ int main(int argc, char** argv) {
   gDownloadFolder = kFolderShown;
   siteEditor(site);
   managers(site);
+  loginForms();
   startUp.mainWindow()->close();
   return 0;
 }

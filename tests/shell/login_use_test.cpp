@@ -112,7 +112,7 @@ TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
   expectFile(toQString(folder()) + "/club/inside.jpg");
   auto* scan = window<frmScan>();
   click(scan, "btnDetails");
-  EXPECT_EQ(control<QLabel>(scan, "lblInfoLogin")->text(), "Login: request answered, the login form is gone");
+  EXPECT_EQ(control<QLabel>(scan, "lblInfoLogin")->text(), "Login: answered, the login form is gone");
   click(window<frmWebSites>(), "Stop");
 }
 
