@@ -30,6 +30,11 @@ class ScanTest : public Base {
   void setSite(const std::string& assignments) {
     mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
   }
+  // What the user entered for a field of the site's login form.
+  void addSiteField(int field, const std::string& text) {
+    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" +
+                          std::to_string(siteId) + ", " + std::to_string(field) + ", " + mv::quoted(text) + ")");
+  }
   // A link that waits in the database, as an earlier page left it.
   void addLink(int id, const std::string& url, const std::string& type = "Document",
                const std::string& status = "False") {

@@ -78,10 +78,6 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
         "field_value) values (" +
         values + ")");
   }
-  void addSiteField(int field, const std::string& text) {
-    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" +
-                          std::to_string(siteId) + ", " + std::to_string(field) + ", " + mv::quoted(text) + ")");
-  }
   static std::string form(const std::string& token) {
     return "<FORM ACTION=\"/in\"><input Name=\"user\"><input name=\"password\"><input NAME=\"token\" VALUE=\"" + token +
            "\"></FORM>";

@@ -17,10 +17,6 @@ class ScanProcessTest : public mvtest::ScanTest<mvtest::ProgramTest> {
     prepare(process);
     process.initWindow();
   }
-  void addSiteField(int field, const std::string& text) {
-    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" +
-                          std::to_string(siteId) + ", " + std::to_string(field) + ", " + mv::quoted(text) + ")");
-  }
   static void expectNotShown(const mv::ScanProcess& scan, const std::string& secret) {
     for (const std::string& shown : {scan.pageLabel(), scan.pageUrlText(), scan.lvwLinks.row(0).url,
                                      scan.errorPanel().subject, mvtest::readFile(mv::errorLogPath())})
