@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -52,6 +53,12 @@ void tryAppendToErrorLog(const std::vector<std::string>& lines) noexcept {
   } catch (const std::exception&) {
     // The entry is lost; the caller goes on.
   }
+}
+
+std::string asOneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return text;
 }
 
 void logOpened() { logStamp("Log opened"); }

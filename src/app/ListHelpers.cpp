@@ -1,6 +1,7 @@
 #include "app/ListHelpers.h"
 
 #include <QSet>
+#include <QUrl>
 
 #include "platform/Dialogs.h"
 #include "platform/ListView.h"
@@ -20,7 +21,10 @@ QStringList rowTexts(const ListView& list, int row) {
 }  // namespace
 
 void openInBrowser(QWidget* owner, const QString& url) {
-  if (!openWithDefaultBrowser(url))
+  const QString address = QUrl(url).isRelative() ? "http://" + url : url;
+  if (!isWebAddress(address))
+    showMessage(owner, applicationTitle(), "This is no address of a web page:\r\n" + url, MessageIcon::Exclamation);
+  else if (!openWithDefaultBrowser(address))
     showMessage(owner, applicationTitle(), "Sorry, couldn't find your browser.", MessageIcon::None);
 }
 

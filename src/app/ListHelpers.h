@@ -10,7 +10,8 @@ namespace mv {
 
 class ListView;
 
-// Opens `url` in the default browser; a failure is a message.
+// Opens `url` in the default browser; a failure is a message, and so is an address that is not http or https. Without a
+// scheme it is http.
 void openInBrowser(QWidget* owner, const QString& url);
 
 // Cuts the first line, ended by CR LF, off `text` into `line`. Without a CR LF `line` is the whole text and `text`

@@ -27,11 +27,14 @@ QString settingsFile(const QString& application) {
 
 }  // namespace
 
+bool isWebAddress(const QString& url) {
+  const QUrl address(url.trimmed());
+  return (address.scheme() == "http" || address.scheme() == "https") && !address.host().isEmpty();
+}
+
 bool openWithDefaultBrowser(const QString& url) {
   if (browserOpener) return browserOpener(url);
-  QUrl address(url);
-  if (address.isRelative()) address = QUrl("http://" + url);
-  return address.isValid() && QDesktopServices::openUrl(address);
+  return QDesktopServices::openUrl(QUrl(url.trimmed()));
 }
 
 void setBrowserOpener(std::function<bool(const QString&)> opener) { browserOpener = std::move(opener); }

@@ -1,6 +1,5 @@
 #include "process/Process.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "app/ErrorLog.h"
@@ -12,13 +11,6 @@ namespace mv {
 namespace {
 
 constexpr int kPauseInterval = 60'000;  // milliseconds
-
-// A record of the error log is made of whole lines, whatever an address holds.
-std::string asOneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  return text;
-}
 
 }  // namespace
 

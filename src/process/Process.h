@@ -8,11 +8,11 @@
 
 #include <QObject>
 #include <QTimer>
-#include <chrono>
 #include <exception>
 #include <functional>
 #include <string>
 
+#include "app/Slice.h"
 #include "platform/InternetTransfer.h"
 #include "process/WorkList.h"
 
@@ -24,16 +24,6 @@ struct ErrorPanelTexts {
   std::string reason;  // "Code: " + code + "  -  Reason: " + reason
   std::string time;    // "Time: " + date and time
   std::string count;   // "Errors: " + count
-};
-
-// Work in a loop tests spent() and goes on in a later event when the time is up.
-class Slice {
- public:
-  bool spent() const { return std::chrono::steady_clock::now() - start_ > kLength; }
-
- private:
-  static constexpr std::chrono::milliseconds kLength{8};
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 class Process : public QObject {

@@ -8,7 +8,7 @@
 #include <QTreeView>
 
 #include "app/ChildWindow.h"
-#include "process/ElidedLabel.h"
+#include "app/ElidedLabel.h"
 #include "process/Process.h"
 
 class QGroupBox;

@@ -72,6 +72,8 @@ void StartUp::openWindows() {
   main_ = std::make_unique<frmDownloadManager>();
   guarded("frmDownloadManager", [this] { main_->initWindow(); });
   main_->show();
+  if (isYes(gAutoUpdate)) main_->getFormUpdates();
+  if (isYes(gHelpServer)) main_->getHelp();
   auto* webSites = showSingle<frmWebSites>();
   main_->splash().showBriefly();
   if (!isYes(gAutoScan)) return;

@@ -3,11 +3,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
+#include <QHBoxLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
-#include <QStatusBar>
+#include <QVBoxLayout>
 
 #include "app/ChildWindow.h"
 #include "app/ErrorLog.h"
@@ -18,13 +18,19 @@
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeManager.h"
 #include "forms/frmFormManager.h"
+#include "help/FormUpdates.h"
+#include "help/HelpUpdates.h"
+#include "help/MessageCheck.h"
+#include "help/UpdatePanel.h"
+#include "help/VendorServers.h"
+#include "help/frmHelp.h"
 #include "platform/Dialogs.h"
+#include "platform/ListView.h"
 #include "platform/Text.h"
 #include "platform/Twips.h"
 #include "scan/frmTagManager.h"
 #include "shell/Arrange.h"
 #include "shell/Clipboard.h"
-#include "shell/VendorServers.h"
 #include "shell/frmSplash.h"
 #include "sites/LinkCleaner.h"
 #include "sites/frmWebSites.h"
@@ -54,7 +60,6 @@ QPoint withinView(const QRect& place) {
 frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   setObjectName("frmDownloadManager");
   setWindowTitle(applicationTitle());
-  setCentralWidget(area_);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   buildFileMenu();
@@ -63,6 +68,7 @@ frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   buildWindowsMenu();
   buildHelpMenu();
   buildStatusIndicators();
+  buildOnlineChecks();
   timerQuit.setInterval(kTimerQuitInterval);
   connect(&timerQuit, &QTimer::timeout, this, [] { clearAndEndProgram(); });
   move(0, 0);
@@ -89,9 +95,14 @@ void frmDownloadManager::setClipboardItemsEnabled(bool enabled) {
 void frmDownloadManager::setDeleteWebSiteEnabled(bool enabled) { mnuEditDeleteWebSite_->setEnabled(enabled); }
 
 void frmDownloadManager::hideStatusIndicators() {
-  for (QLabel* label : {lblUpdates_, lblHelpUpdates_, pictUpdates_, pictHelpUpdates_}) label->hide();
-  statusBar()->hide();
+  for (UpdatePanel* panel : {pictUpdates_, pictHelpUpdates_}) panel->hide();
 }
+
+void frmDownloadManager::getFormUpdates() { formUpdates_->getFormUpdates(); }
+void frmDownloadManager::fetchNextFormUpdate() { formUpdates_->fetchNextFormUpdate(); }
+void frmDownloadManager::getHelp() { helpUpdates_->getHelp(); }
+void frmDownloadManager::fetchNextHelpTopic() { helpUpdates_->fetchNextHelpTopic(); }
+void frmDownloadManager::getMessage() { messageCheck_->getMessage(); }
 
 frmSplash& frmDownloadManager::splash() {
   if (!splash_) splash_ = new frmSplash(this);
@@ -182,7 +193,11 @@ void frmDownloadManager::buildWindowsMenu() {
 void frmDownloadManager::buildHelpMenu() {
   QMenu* menu = menuBar()->addMenu("&Help");
   menu->setObjectName("mnuHelp");
-  addItem(menu, "mnuHelpOpen", "&Open Help");
+  addItem(menu, "mnuHelpOpen", "&Open Help", [] {
+    auto* help = new frmHelp;
+    help->showChild();
+    help->initWindow();
+  });
   addPageItem(menu, "mnuHelpOnlineManual", "Morvane2000 Online &Manual", supportPage("/morvane2000/manual.html"));
   addPageItem(menu, "mnuHelpMorvaneHelpPage", "Morvane2000 &Help Page", supportPage("/morvane2000/help.html"));
   addPageItem(menu, "mnuHelpMorvane99HomePage", "&Morvane2000 Home Page", supportPage("/morvane2000/index.html"));
@@ -193,18 +208,34 @@ void frmDownloadManager::buildHelpMenu() {
   addItem(menu, "mnuAbout", "&About Morvane2000", [this] { splash().showUntilClosed(); });
 }
 
+// Below the child windows, and there only while a check has something to say.
 void frmDownloadManager::buildStatusIndicators() {
-  const auto indicator = [this](const char* name) {
-    auto* label = new QLabel(this);
-    label->setObjectName(QString::fromLatin1(name));
-    statusBar()->addWidget(label);
-    return label;
+  pictUpdates_ = new UpdatePanel("pictUpdates", "lblUpdates", "updates", this);
+  pictHelpUpdates_ = new UpdatePanel("pictHelpUpdates", "lblHelpUpdates", "help", this);
+  auto* central = new QWidget(this);
+  auto* whole = new QVBoxLayout(central);
+  auto* panels = new QHBoxLayout;
+  for (QBoxLayout* layout : {static_cast<QBoxLayout*>(whole), static_cast<QBoxLayout*>(panels)}) {
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+  }
+  panels->addWidget(pictUpdates_, 1);
+  panels->addWidget(pictHelpUpdates_, 1);
+  whole->addWidget(area_, 1);
+  whole->addLayout(panels);
+  setCentralWidget(central);
+}
+
+void frmDownloadManager::buildOnlineChecks() {
+  const auto workingList = [this](const char* name) {
+    auto* list = new ListView(this);
+    list->setObjectName(QString::fromLatin1(name));
+    list->hide();
+    return list;
   };
-  pictUpdates_ = indicator("pictUpdates");
-  lblUpdates_ = indicator("lblUpdates");
-  pictHelpUpdates_ = indicator("pictHelpUpdates");
-  lblHelpUpdates_ = indicator("lblHelpUpdates");
-  frmDownloadManager::hideStatusIndicators();
+  formUpdates_ = new FormUpdates(*pictUpdates_, *workingList("lvwOverview"), this);
+  helpUpdates_ = new HelpUpdates(*pictHelpUpdates_, *workingList("lvwHelpOverview"), this);
+  messageCheck_ = new MessageCheck(this);
 }
 
 }  // namespace mv

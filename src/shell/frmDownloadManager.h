@@ -9,11 +9,15 @@
 #include "app/MainFrame.h"
 
 class QAction;
-class QLabel;
 class QMenu;
 
 namespace mv {
 
+class FormUpdates;
+class HelpUpdates;
+class ListView;
+class MessageCheck;
+class UpdatePanel;
 class frmSplash;
 
 class frmDownloadManager : public QMainWindow, public MainFrame {
@@ -30,6 +34,14 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void setClipboardItemsEnabled(bool enabled) override;
   void setDeleteWebSiteEnabled(bool enabled) override;
   void hideStatusIndicators() override;
+  void startMessageCheck() override { getMessage(); }
+
+  // The online checks. Each works in the background; what it needs of a server that is not there it goes without.
+  void getFormUpdates();
+  void fetchNextFormUpdate();
+  void getHelp();
+  void fetchNextHelpTopic();
+  void getMessage();
 
   // The one splash window, made on first use.
   frmSplash& splash();
@@ -48,6 +60,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void buildWindowsMenu();
   void buildHelpMenu();
   void buildStatusIndicators();
+  void buildOnlineChecks();
   // A menu entry; without `open` it is present and disabled.
   QAction* addItem(QMenu* menu, const char* name, const QString& caption, const std::function<void()>& open = {});
   QAction* addPageItem(QMenu* menu, const char* name, const QString& caption, const QString& address);
@@ -59,10 +72,11 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   QAction* mnuEditCopy_ = nullptr;
   QAction* mnuEditPaste_ = nullptr;
   QAction* mnuEditDeleteWebSite_ = nullptr;
-  QLabel* lblUpdates_ = nullptr;
-  QLabel* lblHelpUpdates_ = nullptr;
-  QLabel* pictUpdates_ = nullptr;
-  QLabel* pictHelpUpdates_ = nullptr;
+  UpdatePanel* pictUpdates_ = nullptr;
+  UpdatePanel* pictHelpUpdates_ = nullptr;
+  FormUpdates* formUpdates_ = nullptr;
+  HelpUpdates* helpUpdates_ = nullptr;
+  MessageCheck* messageCheck_ = nullptr;
   frmSplash* splash_ = nullptr;
 };
 

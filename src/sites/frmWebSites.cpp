@@ -282,6 +282,7 @@ void frmWebSites::deleteChosen() {
 void frmWebSites::editChosen() { startSelected(); }
 
 void frmWebSites::startSelected() {
+  MainFrame::current()->startMessageCheck();
   for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
     if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && runningSites_ < maxConnections_) startRow(row);
 }

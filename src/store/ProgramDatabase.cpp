@@ -44,6 +44,8 @@ constexpr std::string_view kIndexes[] = {
     "create index if not exists link_site_type_status on link (site_id, link_type, status)",
     "create index if not exists link_site_status_type on link (site_id, status, link_type)",
     "create index if not exists win_pos_name on win_pos (wname)",
+    "create index if not exists form_def_update_name on form_def_update (name)",
+    "create index if not exists help_info_id on help_info (id)",
 };
 
 bool lacksUniqueNames() {

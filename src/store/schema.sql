@@ -145,6 +145,7 @@ create table form_def_update (
   retrieved text collate nocase,
   url text collate nocase
 );
+create index form_def_update_name on form_def_update (name);
 
 create table help_info (
   id integer,

@@ -48,7 +48,7 @@ TEST_F(MainWindowTest, HasTheWholeMenuTree) {
       "&Tools: &Picture Viewer!, &Web Site Manager, P&rocess Manager!, -, F&orm Manager, &Filter Manager!, "
       "&Rule Manager!, FileType &Manager, Ta&g Manager",
       "&Windows: &Cascade, Tile &Horizontally, Tile &Vertically",
-      "&Help: &Open Help!, Morvane2000 Online &Manual, Morvane2000 &Help Page, &Morvane2000 Home Page, -, "
+      "&Help: &Open Help, Morvane2000 Online &Manual, Morvane2000 &Help Page, &Morvane2000 Home Page, -, "
       "Quillon &Support Site, &Quillon Home Page, -, &About Morvane2000"};
   std::vector<std::string> found;
   for (const QAction* top : main->menuBar()->actions()) {

@@ -1,4 +1,4 @@
-#include "shell/VendorServers.h"
+#include "help/VendorServers.h"
 
 #include "platform/Shell.h"
 
@@ -6,6 +6,7 @@ namespace mv {
 
 namespace {
 
+constexpr const char* kDefaultUpdateHost = "update.quillon.example";
 constexpr const char* kDefaultSupportHost = "support.quillon.example";
 constexpr const char* kDefaultMakerHost = "www.quillon.example";
 
@@ -17,6 +18,7 @@ QString address(const char* key, const char* defaultHost, const QString& path) {
 
 }  // namespace
 
+QString updatePage(const QString& path) { return address("UpdateHost", kDefaultUpdateHost, path); }
 QString supportPage(const QString& path) { return address("SupportHost", kDefaultSupportHost, path); }
 QString makerPage() { return address("MakerHost", kDefaultMakerHost, "/"); }
 

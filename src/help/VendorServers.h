@@ -6,6 +6,8 @@
 
 namespace mv {
 
+// A feed of the update server; `path` begins with "/".
+QString updatePage(const QString& path);
 // Pages and the root of the support server.
 QString supportPage(const QString& path);
 // The root page of the maker's web server.

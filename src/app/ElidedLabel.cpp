@@ -1,4 +1,4 @@
-#include "process/ElidedLabel.h"
+#include "app/ElidedLabel.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,0 +1,36 @@
+// The news window: a message from the program's maker and the way to a page about it. There is one.
+#pragma once
+
+#include "app/ChildWindow.h"
+
+class QPlainTextEdit;
+class QPushButton;
+
+namespace mv {
+
+class frmMessage : public ChildWindow {
+  Q_OBJECT
+ public:
+  frmMessage();
+
+  // Plain text, shown at once.
+  void setMessage(const QString& text);
+  QString Message() const;
+  // The page that Go opens; with an address that is not http or https there is nothing to open.
+  void setURL(const QString& url);
+  QString URL() const { return url_; }
+
+ protected:
+  void activated() override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void buildControls();
+
+  QPlainTextEdit* tbMsg_;
+  QPushButton* cbGo_;
+  QPushButton* cmdClose_;
+  QString url_;
+};
+
+}  // namespace mv
