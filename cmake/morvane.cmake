@@ -40,9 +40,16 @@ function(morvane_test folder)
   set_tests_properties(${folder} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 600)
 endfunction()
 
-# The shipped database, made from the schema and the shipped rows by a small program that uses the same SQLite.
+# The shipped database, made from the schema, the shipped rows and the user guide (its help topics) by small programs, one
+# of which uses the same SQLite.
 function(morvane_shipped_database path)
-  set(inputs ${PROJECT_SOURCE_DIR}/src/store/schema.sql ${PROJECT_SOURCE_DIR}/src/store/shipped-rows.sql)
+  set(guide ${PROJECT_SOURCE_DIR}/docs/user-guide.md)
+  set(help ${CMAKE_BINARY_DIR}/shipped/help.sql)
+  add_executable(make_help ${PROJECT_SOURCE_DIR}/cmake/make_help.cpp)
+  morvane_compile_options(make_help)
+  add_custom_command(OUTPUT ${help} COMMAND make_help ${guide} ${help} DEPENDS make_help ${guide}
+                     COMMENT "Making the help topics")
+  set(inputs ${PROJECT_SOURCE_DIR}/src/store/schema.sql ${PROJECT_SOURCE_DIR}/src/store/shipped-rows.sql ${help})
   add_executable(make_database ${PROJECT_SOURCE_DIR}/cmake/make_database.cpp)
   morvane_compile_options(make_database)
   target_link_libraries(make_database PRIVATE SQLite::SQLite3)

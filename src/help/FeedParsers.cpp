@@ -17,7 +17,8 @@ constexpr std::string_view kStartField = "---START FIELD---";
 constexpr std::string_view kEndField = "---END FIELD---";
 constexpr std::string_view kNoPrompt = "NO PROMPT";
 constexpr std::string_view kBeforeComment = "--";
-constexpr std::size_t kAddressLead = 4;  // "12, "
+constexpr std::size_t kAddressLead = 4;       // "12, "
+constexpr std::size_t kLongestLine = 10'000;  // bytes
 constexpr std::size_t kLongestMessage = 999'999;
 
 std::string_view trimmed(std::string_view text) {
@@ -173,9 +174,11 @@ std::optional<NewsMessage> readNewsMessage(std::string_view file) {
   return NewsMessage{*id, std::string(trimmed(file.substr(idEnd + 1, urlEnd - idEnd - 1))), crLfEnds(text)};
 }
 
-bool holdQuote(std::initializer_list<std::string_view> texts) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [](std::string_view text) { return text.find('"') != std::string_view::npos; });
+std::string whyRefused(std::initializer_list<std::string_view> lines, std::string_view text) {
+  const auto holdsQuote = [](std::string_view one) { return one.find('"') != std::string_view::npos; };
+  if (holdsQuote(text) || std::any_of(lines.begin(), lines.end(), holdsQuote)) return "it holds a double quote";
+  const auto isTooLong = [](std::string_view line) { return line.size() > kLongestLine; };
+  return std::any_of(lines.begin(), lines.end(), isTooLong) ? "it holds too long a line" : "";
 }
 
 }  // namespace mv

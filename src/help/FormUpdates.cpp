@@ -78,7 +78,8 @@ void FormUpdates::registerDefinition(int row) {
   const std::string name = toUtf8(lvwOverview_.cell(row, kName));
   const std::string date = toUtf8(lvwOverview_.cell(row, kReleaseDate));
   const std::string url = toUtf8(address);
-  if (holdQuote({name, date, url})) return logRefusal("form definition " + name, "it holds a double quote");
+  if (const std::string why = whyRefused({name, date, url}); !why.empty())
+    return logRefusal("form definition " + name, why);
   if (!isWebAddress(address)) return logRefusal("form definition " + name, "its address is not http or https");
   if (gDatabase.count("select count(*) as outCount from form_def_update where name = " + quoted(name)) > 0) return;
   gDatabase.execute("insert into form_def_update (name,release_date,retrieved,url) values (" + quoted(name) + ", " +
@@ -152,8 +153,8 @@ bool FormUpdates::importRecord() {
 
 bool FormUpdates::importForm(const FormRecord& form) {
   formId_.reset();
-  if (holdQuote({form.name, form.description, form.formType})) {
-    logRefusal("form " + form.name, "it holds a double quote");
+  if (const std::string why = whyRefused({form.name, form.description, form.formType}); !why.empty()) {
+    logRefusal("form " + form.name, why);
     return true;
   }
   const std::int32_t id = nextSequenceValue("form_id");
@@ -169,9 +170,10 @@ bool FormUpdates::importField(const FieldRecord& field) {
     logRefusal("field " + field.name, "its form has not been taken");
     return true;
   }
-  if (holdQuote({field.name, field.logicalNumber, field.searchString, field.suppliedByUser, field.prompt,
-                 field.fieldName, field.fieldValue})) {
-    logRefusal("field " + field.name, "it holds a double quote");
+  if (const std::string why = whyRefused({field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
+                                          field.prompt, field.fieldName, field.fieldValue});
+      !why.empty()) {
+    logRefusal("field " + field.name, why);
     return true;
   }
   const std::int32_t id = nextSequenceValue("field_info_id");

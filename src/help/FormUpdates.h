@@ -26,8 +26,8 @@ class FormUpdates : public FeedChain {
   // Fetches the first definition that is not yet retrieved; hides the panel when there is none. Raises DatabaseError.
   void fetchNextFormUpdate();
 
-  InternetTransfer Inet2;  // the overview
-  InternetTransfer Inet3;  // one definition
+  InternetTransfer Inet2{0, this};  // the overview
+  InternetTransfer Inet3{0, this};  // one definition
 
  private:
   void overviewCompleted();

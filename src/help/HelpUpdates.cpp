@@ -93,10 +93,10 @@ void HelpUpdates::importTopic(const std::string& file) {
   const auto topic = readHelpTopic(file);
   if (!topic)
     return logRefusal("help topic " + toUtf8(lvwHelpOverview_.cell(fetched_, kId)), "its file cannot be read");
+  if (const std::string why = whyRefused({topic->subject, topic->topic}, topic->text); !why.empty())
+    return logRefusal("help topic " + topic->id, why);
   say("Adding help for " + topic->subject);
   say("Adding help for " + topic->subject + ": " + topic->topic);
-  if (holdQuote({topic->subject, topic->topic, topic->text}))
-    return logRefusal("help topic " + topic->id, "it holds a double quote");
   // A file that bears another number than the overview gave it would be fetched, and stored, at every start.
   if (isKnown(topic->id)) return logRefusal("help topic " + topic->id, "there is one of that number");
   gDatabase.execute("insert into help_info (id, subject, the_text, hide, the_topic) values (" + topic->id + ", " +

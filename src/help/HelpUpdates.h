@@ -23,8 +23,8 @@ class HelpUpdates : public FeedChain {
   // Fetches the topic of the first row marked "yes"; hides the panel when there is none.
   void fetchNextHelpTopic();
 
-  InternetTransfer Inet5;  // the overview
-  InternetTransfer Inet6;  // one topic
+  InternetTransfer Inet5{0, this};  // the overview
+  InternetTransfer Inet6{0, this};  // one topic
 
  private:
   void overviewCompleted();

@@ -14,7 +14,7 @@ class MessageCheck : public FeedChain {
   // Starts the check, anew when one is under way. Returns at once.
   void getMessage();
 
-  InternetTransfer Inet4;
+  InternetTransfer Inet4{0, this};
 
  private:
   void messageCompleted();

@@ -5,13 +5,13 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListView>
-#include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "app/MainFrame.h"
 #include "app/ScrollingPage.h"
 #include "app/Settings.h"
+#include "help/ReadingBox.h"
 #include "platform/ListView.h"
 #include "platform/Text.h"
 
@@ -37,7 +37,7 @@ frmHelp::frmHelp()
     : ChildWindow(kWidth, kHeight),
       lvwSubjects_(new ListView(this)),
       cmboTopics_(new QComboBox(this)),
-      txtHelp_(new QPlainTextEdit(this)) {
+      txtHelp_(new ReadingBox("txtHelp", "Help text", this)) {
   setObjectName("frmHelp");
   setCaption("Help");
   buildControls();
@@ -54,11 +54,7 @@ void frmHelp::buildControls() {
   cmboTopics_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   cmboTopics_->setMinimumContentsLength(kShortestTopics);
   if (auto* popup = qobject_cast<QListView*>(cmboTopics_->view())) popup->setUniformItemSizes(true);
-  txtHelp_->setObjectName("txtHelp");
-  txtHelp_->setAccessibleName("Help text");
-  txtHelp_->setReadOnly(true);
-  txtHelp_->setTabChangesFocus(true);
-  txtHelp_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  txtHelp_->setPlaceholderText("Choose a topic above.");
 
   auto* lblNoOptions = new QLabel("No options for this window.");
   lblNoOptions->setObjectName("lblNoOptions");
@@ -116,7 +112,7 @@ void frmHelp::listTopics() {
 
 void frmHelp::showText() {
   Recordset rows = gDatabase.query("select the_text from help_info where id  = " + std::to_string(topicId_));
-  for (; !rows.endOfRows(); rows.moveNext()) txtHelp_->setPlainText(toQString(rows.text("the_text")));
+  for (; !rows.endOfRows(); rows.moveNext()) txtHelp_->showText(toQString(rows.text("the_text")));
 }
 
 void frmHelp::subjectChosen(int row) {

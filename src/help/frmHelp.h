@@ -9,11 +9,11 @@
 #include "app/ChildWindow.h"
 
 class QComboBox;
-class QPlainTextEdit;
 
 namespace mv {
 
 class ListView;
+class ReadingBox;
 
 class frmHelp : public ChildWindow {
   Q_OBJECT
@@ -42,7 +42,7 @@ class frmHelp : public ChildWindow {
 
   ListView* lvwSubjects_;
   QComboBox* cmboTopics_;
-  QPlainTextEdit* txtHelp_;
+  ReadingBox* txtHelp_;
   QString subject_;           // the one chosen
   std::int64_t topicId_ = 0;  // the one chosen
 };

@@ -2,12 +2,12 @@
 
 #include <QGridLayout>
 #include <QKeyEvent>
-#include <QPlainTextEdit>
 #include <QPushButton>
 
 #include "app/ListHelpers.h"
 #include "app/MainFrame.h"
 #include "app/ScrollingPage.h"
+#include "help/ReadingBox.h"
 #include "platform/Shell.h"
 
 namespace mv {
@@ -20,7 +20,7 @@ constexpr int kTop = 20, kLeft = 20, kWidth = 5430, kHeight = 2805;  // twips
 
 frmMessage::frmMessage()
     : ChildWindow(kWidth, kHeight),
-      tbMsg_(new QPlainTextEdit(this)),
+      tbMsg_(new ReadingBox("tbMsg", "Message", this)),
       cbGo_(new QPushButton("&Go", this)),
       cmdClose_(new QPushButton("Close", this)) {
   setObjectName("frmMessage");
@@ -32,11 +32,6 @@ frmMessage::frmMessage()
 }
 
 void frmMessage::buildControls() {
-  tbMsg_->setObjectName("tbMsg");
-  tbMsg_->setAccessibleName("Message");
-  tbMsg_->setReadOnly(true);
-  tbMsg_->setTabChangesFocus(true);
-  tbMsg_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   cbGo_->setObjectName("cbGo");
   cbGo_->setEnabled(false);
   cmdClose_->setObjectName("cmdClose");
@@ -49,9 +44,10 @@ void frmMessage::buildControls() {
   setFocusProxy(cmdClose_);
 }
 
-void frmMessage::setMessage(const QString& text) { tbMsg_->setPlainText(text); }
-
-QString frmMessage::Message() const { return tbMsg_->toPlainText(); }
+void frmMessage::setMessage(const QString& text) {
+  message_ = text;
+  tbMsg_->showText(text);
+}
 
 void frmMessage::setURL(const QString& url) {
   url_ = url;

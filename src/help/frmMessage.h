@@ -3,10 +3,11 @@
 
 #include "app/ChildWindow.h"
 
-class QPlainTextEdit;
 class QPushButton;
 
 namespace mv {
+
+class ReadingBox;
 
 class frmMessage : public ChildWindow {
   Q_OBJECT
@@ -15,7 +16,7 @@ class frmMessage : public ChildWindow {
 
   // Plain text, shown at once.
   void setMessage(const QString& text);
-  QString Message() const;
+  QString Message() const { return message_; }
   // The page that Go opens; with an address that is not http or https there is nothing to open.
   void setURL(const QString& url);
   QString URL() const { return url_; }
@@ -27,9 +28,10 @@ class frmMessage : public ChildWindow {
  private:
   void buildControls();
 
-  QPlainTextEdit* tbMsg_;
+  ReadingBox* tbMsg_;
   QPushButton* cbGo_;
   QPushButton* cmdClose_;
+  QString message_;
   QString url_;
 };
 

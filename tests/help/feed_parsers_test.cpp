@@ -1,10 +1,10 @@
 // The feeds' texts, as they are meant to be and as a bad server or a broken line delivers them.
 
-#include "help/FeedParsers.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
+
+#include "help/FeedParsers.h"
 
 namespace {
 

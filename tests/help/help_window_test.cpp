@@ -1,0 +1,142 @@
+// The help window, and the help that ships with the program.
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QtTest/QTest>
+#include <fstream>
+#include <set>
+
+#include "app/WindowRegistry.h"
+#include "help/frmHelp.h"
+#include "platform/ListView.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using namespace mv;
+using mvtest::control;
+using Texts = std::vector<QString>;
+
+class HelpWindowTest : public mvtest::WindowTest {
+ protected:
+  static frmHelp* open() {
+    auto* window = new frmHelp;
+    window->showChild();
+    window->initWindow();
+    return window;
+  }
+  static void addTopic(int id, const std::string& subject, const std::string& topic, const std::string& text) {
+    gDatabase.execute("insert into help_info (id, subject, the_text, hide, the_topic) values (" + std::to_string(id) +
+                      ", " + quoted(subject) + ", " + quoted(text) + ", \"no\", " + quoted(topic) + ")");
+  }
+  static ListView& subjects(frmHelp* window) { return control<ListView>(window, "lvwSubjects"); }
+  static void choose(frmHelp* window, const QString& subject) {
+    mvtest::clickRow(subjects(window), subjects(window).findRow(0, subject));
+  }
+  static Texts topics(frmHelp* window) {
+    auto& box = control<QComboBox>(window, "cmboTopics");
+    Texts texts;
+    for (int i = 0; i < box.count(); ++i) texts.push_back(box.itemText(i));
+    return texts;
+  }
+  static QString text(frmHelp* window) { return control<QPlainTextEdit>(window, "txtHelp").toPlainText(); }
+  // Opens the drop-down list and takes the entry that it stands on.
+  static void pickShownTopic(frmHelp* window) {
+    auto& box = control<QComboBox>(window, "cmboTopics");
+    box.showPopup();
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    EXPECT_TRUE(mvtest::waitFor([&] { return !box.view()->isVisible(); }));
+  }
+};
+
+TEST_F(HelpWindowTest, ASubjectThenATopicThenItsText) {
+  gDatabase.execute("delete from help_info");
+  addTopic(12, "Sites", "B", "<b>text</b> of B");
+  addTopic(11, "Sites", "A", "text of \"A\"\r\nline two");
+  addTopic(13, "Filters", "C", "text of C");
+  frmHelp* window = open();
+  EXPECT_EQ(mvtest::columnTexts(subjects(window)), Texts({"Filters", "Sites"}));
+  EXPECT_EQ(subjects(window).headerItem()->text(0), "Subject");
+  EXPECT_EQ(control<QLabel>(window, "lblSubjects").text(), "Select a Subject");
+  EXPECT_EQ(control<QLabel>(window, "lblTopics").text(), "Then Select a Topic");
+  EXPECT_EQ(control<QLabel>(window, "lblNoOptions").text(), "No options for this window.");
+  EXPECT_EQ(window->place().width, 6855);
+  EXPECT_EQ(window->place().height, 4455);
+
+  choose(window, "Sites");
+  EXPECT_EQ(topics(window), Texts({"A", "B"}));
+  EXPECT_EQ(control<QComboBox>(window, "cmboTopics").currentIndex(), 0);
+  EXPECT_EQ(text(window), "") << "only a choice of the user shows a text";
+  pickShownTopic(window);
+  EXPECT_EQ(text(window), "text of \"A\"\nline two");
+  QTest::keyClick(&control<QComboBox>(window, "cmboTopics"), Qt::Key_Down);
+  EXPECT_EQ(text(window), "<b>text</b> of B");
+
+  frmHelp* other = open();
+  choose(other, "Filters");
+  EXPECT_EQ(topics(other), Texts({"C"}));
+  EXPECT_EQ(topics(window), Texts({"A", "B"})) << "each window has a choice of its own";
+  EXPECT_EQ(text(window), "<b>text</b> of B");
+  QTest::keyClick(other, Qt::Key_Escape);
+  EXPECT_EQ(WindowRegistry::instance().windows().size(), 1u);
+}
+
+TEST_F(HelpWindowTest, SubjectsWithoutTopicsLeaveTheDropDownAsItIs) {
+  gDatabase.execute("delete from help_info");
+  addTopic(11, "Sites", "A", "text of A");
+  addTopic(12, "Gone", "B", "text of B");
+  addTopic(13, "The \"Other\" One", "C", "text of C");
+  frmHelp* window = open();
+  choose(window, "Sites");
+  pickShownTopic(window);
+  EXPECT_EQ(text(window), "text of A");
+
+  gDatabase.execute("delete from help_info where id = 12");
+  choose(window, "Gone");
+  EXPECT_EQ(topics(window), Texts({"A"}));
+  EXPECT_EQ(text(window), "");
+  EXPECT_TRUE(dialogs.messages.empty());
+
+  choose(window, "The \"Other\" One");
+  EXPECT_EQ(topics(window), Texts({"A"}));
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].text.contains("The \"Other\" One"));
+  EXPECT_EQ(subjects(window).rowCount(), 3) << "the list is as it was when the window opened";
+}
+
+TEST_F(HelpWindowTest, AnEmptyTableGivesAnEmptyList) {
+  gDatabase.execute("delete from help_info");
+  EXPECT_EQ(subjects(open()).rowCount(), 0);
+  gDatabase.execute("drop table help_info");
+  EXPECT_EQ(subjects(open()).rowCount(), 0);
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+}
+
+// The user guide is the one source of the shipped help.
+TEST_F(HelpWindowTest, TheShippedHelpIsTheUserGuideInPlainText) {
+  std::set<std::string> sections;
+  std::ifstream guide(MORVANE_USER_GUIDE);
+  for (std::string line; std::getline(guide, line);)
+    if (line.starts_with("## ")) sections.insert(line.substr(3));
+  ASSERT_GT(sections.size(), 5u);
+  std::set<std::string> subjects;
+  int id = 1000;
+  for (Recordset rows = gDatabase.query("select id, subject, the_text, hide, the_topic from help_info order by id");
+       !rows.endOfRows(); rows.moveNext()) {
+    EXPECT_EQ(rows.number("id"), id++) << "a help server's numbers have two digits";
+    EXPECT_EQ(rows.text("hide"), "no");
+    subjects.insert(rows.text("subject"));
+    const std::string text = rows.text("the_text");
+    EXPECT_GT(text.size(), 20u) << rows.text("the_topic");
+    for (const char* mark : {"**", "`", "](", "|", "##"})
+      EXPECT_EQ(text.find(mark), std::string::npos) << mark << " in " << rows.text("the_topic");
+  }
+  EXPECT_EQ(subjects, sections);
+  EXPECT_NE(value("select the_text from help_info where the_topic = \"Web sites\"").find("\r\nEdit (F2): opens"),
+            std::string::npos);
+}
+
+}  // namespace
