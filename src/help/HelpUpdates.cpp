@@ -84,9 +84,15 @@ void HelpUpdates::fetchNextHelpTopic() {
 }
 
 void HelpUpdates::topicCompleted() {
-  importTopic(withCrLf(readTextBody(Inet6)));
-  lvwHelpOverview_.setCell(fetched_, kFetch, kNo);
-  fetchNextHelpTopic();
+  inSlices(
+      [this, file = withCrLf(readTextBody(Inet6))] {
+        importTopic(file);
+        return false;
+      },
+      [this] {
+        lvwHelpOverview_.setCell(fetched_, kFetch, kNo);
+        fetchNextHelpTopic();
+      });
 }
 
 void HelpUpdates::importTopic(const std::string& file) {

@@ -54,7 +54,7 @@ void frmHelp::buildControls() {
   cmboTopics_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   cmboTopics_->setMinimumContentsLength(kShortestTopics);
   if (auto* popup = qobject_cast<QListView*>(cmboTopics_->view())) popup->setUniformItemSizes(true);
-  txtHelp_->setPlaceholderText("Choose a topic above.");
+  txtHelp_->setPlaceholderText("Choose a subject, then a topic.");
 
   auto* lblNoOptions = new QLabel("No options for this window.");
   lblNoOptions->setObjectName("lblNoOptions");

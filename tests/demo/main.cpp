@@ -1,12 +1,15 @@
-// demo <program>: serves the bundled gallery on 127.0.0.1, lets the real program harvest it with automatic scanning on,
-// and lists what was saved. Works with and without a display. The exit code says whether files and link rows are the
-// expected ones.
+// demo <program>: serves the bundled gallery and an update server's feeds on 127.0.0.1, lets the real program harvest
+// the gallery with automatic scanning on and fetch login forms and help topics, and lists what was saved. Then opens
+// the program's windows and presses Start for the news message. Works with and without a display. The exit code says
+// whether files, link rows, imports and message are the expected ones.
 
-#include <QCoreApplication>
+#include <QAbstractButton>
+#include <QApplication>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QTest>
 #include <QThread>
 #include <cstdio>
 #include <map>
@@ -14,9 +17,15 @@
 #include <vector>
 
 #include "app/Settings.h"
+#include "app/WindowRegistry.h"
 #include "catalog/clsPath.h"
+#include "demo/Feeds.h"
 #include "demo/Gallery.h"
+#include "help/frmMessage.h"
 #include "platform/Text.h"
+#include "shell/StartUp.h"
+#include "shell/frmDownloadManager.h"
+#include "sites/frmWebSites.h"
 #include "support/ProgramRun.h"
 #include "support/TestSite.h"
 
@@ -25,6 +34,7 @@ namespace {
 using mvtest::Picture;
 
 constexpr int kDeadlineMs = 180'000;
+constexpr int kMessageDeadlineMs = 20'000;
 constexpr int kLookEveryMs = 500;
 constexpr const char* kPngFolder = "/Pictures in PNG";
 
@@ -57,11 +67,20 @@ bool allSaved() {
   return true;
 }
 
+long importedForms() { return mv::gDatabase.count("select count(*) as outCount from form where id >= 100"); }
+long importedTopics() { return mv::gDatabase.count("select count(*) as outCount from help_info where id < 1000"); }
+
+bool allImported() {
+  return importedForms() == mvtest::kFeedDefinitions && importedTopics() == mvtest::kFeedTopics &&
+         mv::gDatabase.count("select count(*) as outCount from form_def_update where retrieved = \"yes\"") ==
+             mvtest::kFeedDefinitions;
+}
+
 bool waitForHarvest(mvtest::ProgramRun& program) {
   QElapsedTimer clock;
   clock.start();
   while (clock.elapsed() < kDeadlineMs && program.isRunning()) {
-    if (allSaved() && linkRows() == kExpectedRows) return true;
+    if (allSaved() && linkRows() == kExpectedRows && allImported()) return true;
     QThread::msleep(kLookEveryMs);
   }
   return false;
@@ -103,6 +122,25 @@ bool listRows() {
   return rows == kExpectedRows;
 }
 
+bool listImports() {
+  std::printf("From the update server:\n  %4ld  login forms\n  %4ld  help topics\n", importedForms(), importedTopics());
+  return allImported();
+}
+
+// In this process: presses Start in the list of web sites, no site selected, and answers whether the message came.
+bool showMessage() {
+  mv::gDatabase.execute("update pref set auto_scan = \"no\"");
+  mv::gDatabase.close();
+  mv::StartUp startUp;
+  if (!startUp.run(mv::gProgramFolder)) return false;
+  const auto message = [] { return mv::WindowRegistry::instance().find<mv::frmMessage>(); };
+  mv::WindowRegistry::instance().find<mv::frmWebSites>()->findChild<QAbstractButton*>("Start")->click();
+  const bool shown = QTest::qWaitFor([&] { return message() != nullptr; }, kMessageDeadlineMs);
+  if (shown) std::printf("Message shown:\n  %s\n", qPrintable(message()->Message().section('\r', 0, 0)));
+  startUp.mainWindow()->close();
+  return shown;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -111,11 +149,16 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-  QCoreApplication application(argc, argv);
+  if (!display) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Morvane2000");
 
   mvtest::TestSite site;
   mvtest::fillGallery(site);
+  mvtest::fillFeeds(site);
   mvtest::ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
+  mvtest::useAsUpdateServer(site);
+  mv::gDatabase.execute("update pref set auto_update = \"yes\", help_server = \"yes\"");
   mv::clsPath paths;
   paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"});
   paths.AddSitePath(mv::gDownloadFolder + kPngFolder,
@@ -133,7 +176,9 @@ int main(int argc, char** argv) {
 
   const bool files = listFiles();
   const bool rows = listRows();
-  const bool good = finished && ended && files && rows;
+  const bool imports = listImports();
+  const bool message = ended && showMessage();
+  const bool good = finished && ended && files && rows && imports && message;
   std::printf("%s\n", good ? "The harvest is as expected." : "The harvest is NOT as expected.");
   return good ? 0 : 1;
 }

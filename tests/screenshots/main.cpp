@@ -2,6 +2,7 @@
 // the README and the user guide.
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QIcon>
 #include <QMdiSubWindow>
@@ -9,17 +10,23 @@
 #include <QTest>
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
 #include "catalog/frmSitePaths.h"
+#include "demo/Feeds.h"
 #include "demo/Gallery.h"
 #include "download/frmDownload.h"
 #include "forms/frmFormManager.h"
 #include "forms/frmNewField.h"
 #include "forms/frmNewForm.h"
+#include "help/UpdatePanel.h"
+#include "help/frmHelp.h"
+#include "help/frmMessage.h"
+#include "platform/ListView.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmScan.h"
@@ -37,6 +44,8 @@ using namespace mv;
 
 constexpr const char* kFolderShown = "/home/anna/Pictures/gallery";
 constexpr int kPatienceMs = 60'000;
+constexpr int kSlowTopicMs = 3000;
+constexpr const char* kSlowTopic = "/feeds/topic13.txt";
 
 QString target;
 
@@ -160,6 +169,39 @@ void loginForms() {
   save(frameOf(find<frmNewField>()), "field-editor");
 }
 
+void waitFor(const std::function<bool()>& condition) { (void)QTest::qWaitFor(condition, kPatienceMs); }
+
+// A topic of the slow server is on its way, the message has come.
+void onlineUpdates(frmDownloadManager& window, const mvtest::TestSite& server) {
+  for (ChildWindow* child : WindowRegistry::instance().windows()) child->hideChild();
+  window.resize(720, 480);
+  find<frmWebSites>()->showChild();
+  find<frmWebSites>()->setPlace({0, 0, 4200, 6600});
+  window.getFormUpdates();
+  window.getHelp();
+  waitFor([&] { return server.requestCount(kSlowTopic) > 0; });
+  window.getMessage();
+  waitFor([] { return find<frmMessage>() != nullptr; });
+  find<frmMessage>()->setPlace({2000, 3200, 2805, 5430});
+  save(&window, "online-updates");
+  find<frmMessage>()->unload();
+  const auto* panel = window.findChild<UpdatePanel*>("pictHelpUpdates");
+  waitFor([&] { return !panel->isVisible(); });
+}
+
+void help() {
+  auto* window = new frmHelp;
+  window->showChild();
+  window->initWindow();
+  auto* subjects = window->findChild<ListView*>("lvwSubjects");
+  const int row = subjects->findRow(0, "Web sites");
+  subjects->setRowSelected(row, true);
+  Q_EMIT subjects->rowChosen(row);
+  Q_EMIT window->findChild<QComboBox*>("cmboTopics")->activated(0);
+  save(frameOf(window), "help");
+  window->unload();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -174,8 +216,10 @@ int main(int argc, char** argv) {
 
   mvtest::TestSite gallery;
   mvtest::fillGallery(gallery);
+  mvtest::fillFeeds(gallery, kSlowTopic, kSlowTopicMs);
   mvtest::ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
+  mvtest::useAsUpdateServer(gallery);
   const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
   gDatabase.execute("update site set auto_scan = \"no\", download_path = " + mv::quoted(kFolderShown) +
                     " where id = " + std::to_string(site));
@@ -194,6 +238,8 @@ int main(int argc, char** argv) {
   siteEditor(site);
   managers(site);
   loginForms();
+  help();
+  onlineUpdates(*startUp.mainWindow(), gallery);
   startUp.mainWindow()->close();
   return 0;
 }

@@ -208,6 +208,19 @@ TEST_F(OnlineUpdatesTest, AnImportThatTheDatabaseRefusesIsReportedAndTheNextOneC
   EXPECT_EQ(dialogs.messages.size(), 1u);
 }
 
+TEST_F(OnlineUpdatesTest, ADatabaseClosedForMaintenanceIsWaitedFor) {
+  serve(kFormOverview, definitionLine("One", "/one.txt") + "---END---");
+  serve("/one.txt", form("First"));
+  start();
+  gDatabase.close();
+  main()->getFormUpdates();
+  ASSERT_TRUE(mvtest::waitFor([this] { return label("lblUpdates") == "Processing overview information"; }));
+  gDatabase.open(gDatabasePath);
+  ASSERT_TRUE(waitForEnd());
+  EXPECT_EQ(count("form", "name = \"First\""), 1);
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
 TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
   const long forms = count("form");
   const std::string quote = "\"); delete from form; --";

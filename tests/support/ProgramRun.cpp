@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include "app/Settings.h"
+#include "platform/Shell.h"
 #include "platform/Text.h"
 #include "support/SiteRow.h"
 
@@ -12,6 +13,7 @@ namespace mvtest {
 namespace {
 
 constexpr int kPatienceMs = 10'000;
+constexpr const char* kSettings = "/user-settings";
 
 }  // namespace
 
@@ -20,6 +22,7 @@ ProgramRun::ProgramRun(const std::string& executable, const std::string& databas
   QDir().mkpath(folder_);
   QFile::copy(mv::toQString(executable), folder_ + "/morvane2000");
   QFile::copy(mv::toQString(database), folder_ + "/morvane2000.mdb");
+  mv::setUserSettingsFolder(folder_ + kSettings);
   mv::setProgramFolder(mv::toUtf8(folder_));
   mv::gDatabase.open(mv::gDatabasePath);
   process_.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -28,6 +31,7 @@ ProgramRun::ProgramRun(const std::string& executable, const std::string& databas
 ProgramRun::~ProgramRun() {
   if (isRunning()) kill();
   mv::gDatabase.close();
+  mv::setUserSettingsFolder({});
 }
 
 std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
@@ -43,6 +47,7 @@ bool ProgramRun::start() {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   if (!environment.contains("DISPLAY") && !environment.contains("WAYLAND_DISPLAY"))
     environment.insert("QT_QPA_PLATFORM", "offscreen");
+  environment.insert("XDG_CONFIG_HOME", folder_ + kSettings);
   process_.setProcessEnvironment(environment);
   process_.start(folder_ + "/morvane2000", QStringList());
   return process_.waitForStarted(kPatienceMs);

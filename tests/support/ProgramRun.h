@@ -12,7 +12,7 @@ namespace mvtest {
 class ProgramRun {
  public:
   // A fresh folder with a copy of `executable` and of the shipped database `database`. gDatabase is open on that
-  // database, and process-wide paths point into the folder.
+  // database, process-wide paths point into the folder, and the per-user settings are kept in it.
   ProgramRun(const std::string& executable, const std::string& database);
   // Kills a program that still runs and closes gDatabase.
   ~ProgramRun();
