@@ -44,11 +44,10 @@ std::string tableRow(const std::string& line) {
   std::vector<std::string> cells;
   for (std::string cell; std::getline(source, cell, '|');)
     if (cell = plain(cell); !cell.empty()) cells.push_back(cell);
-  std::string row;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    const bool last = i + 1 == cells.size();
-    row += i == 0 ? cells[i] : last ? ": " + cells[i] : " (" + cells[i] + ")";
-  }
+  if (cells.empty()) return {};
+  std::string row = cells.front();
+  for (std::size_t i = 1; i + 1 < cells.size(); ++i) row.append(" (").append(cells[i]).append(")");
+  if (cells.size() > 1) row.append(": ").append(cells.back());
   return row;
 }
 
@@ -121,7 +120,7 @@ class Guide {
   int tableLines_ = 0;
 };
 
-std::string literal(const std::string& text) { return "'" + replaced(text, "'", "''") + "'"; }
+std::string literal(const std::string& text) { return std::string("'").append(replaced(text, "'", "''")).append("'"); }
 
 void write(std::ostream& out, const std::vector<Topic>& topics) {
   int id = kFirstId;

@@ -107,14 +107,6 @@ TEST_F(HelpWindowTest, SubjectsWithoutTopicsLeaveTheDropDownAsItIs) {
   EXPECT_EQ(subjects(window).rowCount(), 3) << "the list is as it was when the window opened";
 }
 
-TEST_F(HelpWindowTest, AnEmptyTableGivesAnEmptyList) {
-  gDatabase.execute("delete from help_info");
-  EXPECT_EQ(subjects(open()).rowCount(), 0);
-  gDatabase.execute("drop table help_info");
-  EXPECT_EQ(subjects(open()).rowCount(), 0);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
-}
-
 // The user guide is the one source of the shipped help.
 TEST_F(HelpWindowTest, TheShippedHelpIsTheUserGuideInPlainText) {
   std::set<std::string> sections;
