@@ -29,7 +29,13 @@ inline bool gAppClosing = false;        // the whole program is closing
 inline bool gClosingProcesses = false;  // a process window that is unloaded now really unloads
 inline std::string gDragKind;           // what a running drag carries: kDropFilter or ""
 
+inline std::string gLastSavedFile;  // full path of the file that a download saved last; "" when none yet
+
 inline constexpr std::string_view kDropFilter = "kDropFilter";
+
+// What the captions of process windows begin with; the site's name follows.
+inline constexpr const char* kScanTitle = "Scan: ";
+inline constexpr const char* kDownloadTitle = "Download: ";
 
 inline bool isYes(std::string_view value) { return value == "yes"; }
 inline std::string yesNo(bool value) { return value ? "yes" : "no"; }

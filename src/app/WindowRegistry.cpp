@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/ChildWindow.h"
+#include "app/Settings.h"
 
 namespace mv {
 
@@ -25,6 +26,38 @@ ChildWindow* WindowRegistry::findByKey(const QString& key) const {
   const auto match = std::find_if(windows_.begin(), windows_.end(),
                                   [&](const ChildWindow* window) { return window->positionKey() == key; });
   return match == windows_.end() ? nullptr : *match;
+}
+
+namespace {
+
+// While one stands, a process window that is asked to unload really does.
+class ClosingProcesses {
+ public:
+  ClosingProcesses() { gClosingProcesses = true; }
+  ~ClosingProcesses() { gClosingProcesses = false; }
+  ClosingProcesses(const ClosingProcesses&) = delete;
+  ClosingProcesses& operator=(const ClosingProcesses&) = delete;
+};
+
+}  // namespace
+
+// By key: while a process window fills its list its caption says so instead.
+std::vector<ChildWindow*> processWindows() {
+  std::vector<ChildWindow*> found = WindowRegistry::instance().windows();
+  std::erase_if(found, [](const ChildWindow* window) {
+    return !window->positionKey().startsWith(kScanTitle) && !window->positionKey().startsWith(kDownloadTitle);
+  });
+  return found;
+}
+
+void closeProcess(const QString& key) {
+  ChildWindow* window = WindowRegistry::instance().findByKey(key);
+  if (!window) return;
+  {
+    const ClosingProcesses closing;
+    window->unload();
+  }
+  WindowRegistry::instance().tell(kProcessManager, "init");
 }
 
 void WindowRegistry::tell(const QString& key, const std::string& command, long id) {

@@ -10,6 +10,12 @@ namespace mv {
 
 class ChildWindow;
 
+// Captions by which windows find one another.
+inline constexpr const char* kProcessManager = "Process Manager";
+inline constexpr const char* kPictureViewer = "Picture Viewer";
+// The command word for the picture viewer: gLastSavedFile names another file.
+inline constexpr const char* kFileSavedWord = "filesaved";
+
 class WindowRegistry {
  public:
   static WindowRegistry& instance();
@@ -39,6 +45,12 @@ class WindowRegistry {
   friend class ChildWindow;
   std::vector<ChildWindow*> windows_;
 };
+
+// The loaded scan and download windows, hidden ones too, in the order of their creation.
+std::vector<ChildWindow*> processWindows();
+// Ends the process window with that position key, which its close box would only hide, and has the process manager
+// rebuild its list. Without such a window nothing happens.
+void closeProcess(const QString& key);
 
 // Shows the one window of a class: made on first use, brought forward afterwards.
 template <class Window>

@@ -129,7 +129,7 @@ void DownloadProcess::buildQueue() {
     setCaption("Opening. Please wait..." + std::to_string(rows.size()));
     lvwLinks.append(std::move(rows));
   }
-  setCaption("Download: " + maskUserInfo(SiteName));
+  setCaption(kDownloadTitle + maskUserInfo(SiteName));
   showCounters("filesinqueue", "", 0);
   setProgress(0, static_cast<long>(queueSize_));
 }

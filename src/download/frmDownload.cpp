@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "app/ScrollingPage.h"
+#include "app/Settings.h"
+#include "app/WindowRegistry.h"
 #include "platform/PictureDisplay.h"
 #include "platform/Text.h"
 
@@ -23,7 +25,7 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
   connect(process_.get(), &DownloadProcess::fileSaved, this, &frmDownload::fileSaved);
 }
 
-QString frmDownload::positionKey() const { return "Download: " + toQString(process_->SiteName); }
+QString frmDownload::positionKey() const { return kDownloadTitle + toQString(process_->SiteName); }
 
 void frmDownload::initWindow() {
   run([this] {
@@ -110,6 +112,8 @@ bool frmDownload::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmDownload::fileSaved(const std::string& path) {
+  gLastSavedFile = path;
+  WindowRegistry::instance().tell(kPictureViewer, kFileSavedWord);
   lastSaved_ = path;
   previewDue_ = true;
   if (Gear1_->isVisible()) showPreview();

@@ -1,11 +1,13 @@
 #include "platform/Database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -265,14 +267,19 @@ void checkTables(sqlite3* connection, const std::string& path, const Database::T
   }
 }
 
+// As the engine's own language writes a name.
+std::string quotedName(std::string name) {
+  for (std::size_t at = 0; (at = name.find('"', at)) != std::string::npos; at += 2) name.insert(at, 1, '"');
+  return '"' + name + '"';
+}
+
 // Reads what a damaged file would fail at: every table's first page, all pages of a small file, the length.
 void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
   const StatementPtr tables =
       prepare(connection, "select name from sqlite_schema where type = 'table' and rootpage > 0", "check");
   while (step(tables.get(), "check")) {
-    std::string table = reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0));
-    for (std::size_t at = 0; (at = table.find('"', at)) != std::string::npos; at += 2) table.insert(at, 1, '"');
-    firstText(connection, "select 1 from \"" + table + "\" limit 1");
+    const std::string table = reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0));
+    firstText(connection, "select 1 from " + quotedName(table) + " limit 1");
   }
   const std::int64_t expected =
       firstNumber(connection, "pragma page_count") * firstNumber(connection, "pragma page_size");
@@ -572,30 +579,174 @@ void Database::execute(std::string_view sql) {
   connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
 }
 
+void Database::allOrNothing(const std::function<void()>& work) {
+  execute("begin");
+  try {
+    work();
+    execute("commit");
+  } catch (...) {
+    // After some failures, a full disk above all, the engine has done so already.
+    try {
+      execute("rollback");
+    } catch (const DatabaseError&) {
+    }
+    throw;
+  }
+}
+
 std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
 
 std::int64_t Database::count(std::string_view sql) { return query(sql).number("outCount"); }
 
-void Database::compact(const std::string& source, const std::string& target) {
-  std::error_code ignored;
-  if (std::filesystem::exists(target, ignored))
-    throw DatabaseError(DatabaseError::kAlreadyExists, "The file " + target + " already exists.");
-  checkDatabase(source, {});
-  try {
-    {
-      const ConnectionPtr connection = openHandle(source, SQLITE_OPEN_READWRITE);
-      const StatementPtr rewrite = prepare(connection.get(), "vacuum into ?1", "compact");
-      sqlite3_bind_text64(rewrite.get(), 1, target.data(), target.size(), SQLITE_STATIC, SQLITE_UTF8);
-      step(rewrite.get(), "compact");
-    }
-    const ConnectionPtr copy = openHandle(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-    if (firstText(copy.get(), "pragma quick_check(1)") != "ok")
+// ---- compaction ----
+
+namespace {
+
+constexpr int kStepsBetweenLooks = 1000;  // of the engine's machine, between two looks at the wish to cancel
+
+std::function<void(CompactCopy::Step)> stepHook;
+
+void reached(CompactCopy::Step step) {
+  if (stepHook) stepHook(step);
+}
+
+std::int64_t currentVersion(sqlite3* connection) { return firstNumber(connection, "pragma data_version"); }
+
+std::vector<std::string> tableNames(sqlite3* connection) {
+  std::vector<std::string> names;
+  const StatementPtr tables = prepare(
+      connection, "select name from sqlite_schema where type = 'table' and rootpage > 0 order by name", "compact");
+  while (step(tables.get(), "compact"))
+    names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0)));
+  return names;
+}
+
+std::int64_t rowCount(sqlite3* connection, const std::string& table) {
+  return firstNumber(connection, "select count(*) from " + quotedName(table));
+}
+
+// What has been written to a file or a folder is on the disk afterwards.
+void syncToDisk(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool done = file >= 0 && fsync(file) == 0;
+  if (file >= 0) close(file);
+  if (!done) raiseFile(DatabaseError::kDiskError, path, "cannot be brought to the disk.");
+}
+
+}  // namespace
+
+struct CompactCopy::Private {
+  std::string source;
+  std::string target;
+  std::atomic<bool> cancelled = false;
+  std::atomic<std::int64_t> expected = 0;
+  ConnectionPtr connection;  // to the source, from write() to the end
+  std::int64_t version = 0;  // of the source, as write() read it
+  bool made = false;         // `target` is ours
+
+  ConnectionPtr openWatched(const std::string& path, int flags) {
+    ConnectionPtr opened = openHandle(path, flags);
+    sqlite3_progress_handler(
+        opened.get(), kStepsBetweenLooks,
+        [](void* self) {
+          reached(Step::Writing);
+          return static_cast<Private*>(self)->cancelled ? 1 : 0;
+        },
+        this);
+    return opened;
+  }
+
+  void rewrite() {
+    expected =
+        (firstNumber(connection.get(), "pragma page_count") - firstNumber(connection.get(), "pragma freelist_count")) *
+        firstNumber(connection.get(), "pragma page_size");
+    const StatementPtr statement = prepare(connection.get(), "vacuum into ?1", "compact");
+    sqlite3_bind_text64(statement.get(), 1, target.data(), target.size(), SQLITE_STATIC, SQLITE_UTF8);
+    step(statement.get(), "compact");
+    reached(Step::Written);
+  }
+
+  void check() {
+    const ConnectionPtr copy = openWatched(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    bool same = firstText(copy.get(), "pragma integrity_check(1)") == "ok" &&
+                tableNames(copy.get()) == tableNames(connection.get());
+    if (same)
+      for (const std::string& table : tableNames(copy.get()))
+        same = same && rowCount(copy.get(), table) == rowCount(connection.get(), table);
+    // Rows stored meanwhile are no fault of the copy; isCurrent() will tell.
+    if (!same && currentVersion(connection.get()) == version)
       raiseFile(DatabaseError::kUnrecognizedFormat, target, "was not written correctly.");
-  } catch (...) {
-    std::filesystem::remove(target, ignored);
-    std::filesystem::remove(target + "-journal", ignored);
-    throw;
+    reached(Step::Checked);
+  }
+};
+
+CompactCopy::CompactCopy(std::string source, std::string target) : d(std::make_unique<Private>()) {
+  d->source = std::move(source);
+  d->target = std::move(target);
+}
+
+CompactCopy::~CompactCopy() {
+  if (d->made) removeFiles(d->target);
+}
+
+void CompactCopy::write() {
+  if (fileSize(d->target) >= 0)
+    throw DatabaseError(DatabaseError::kAlreadyExists, "The file " + d->target + " already exists.");
+  checkDatabase(d->source, {});
+  d->made = true;
+  d->connection = d->openWatched(d->source, SQLITE_OPEN_READWRITE);
+  // What is brought into the file now need not be when everybody waits for the source to close.
+  run(d->connection.get(), "pragma wal_checkpoint(passive)");
+  d->version = currentVersion(d->connection.get());
+  d->rewrite();
+  d->check();
+}
+
+void CompactCopy::cancel() { d->cancelled = true; }
+
+std::int64_t CompactCopy::bytesWritten() const { return std::max<std::int64_t>(fileSize(d->target), 0); }
+
+std::int64_t CompactCopy::bytesExpected() const { return d->expected; }
+
+bool CompactCopy::isCurrent() { return d->connection && currentVersion(d->connection.get()) == d->version; }
+
+void CompactCopy::replaceSource() {
+  // The last one to close a database takes its journal away.
+  d->connection.reset();
+  if (fileSize(d->source + "-wal") >= 0 || fileSize(d->source + "-journal") > 0)
+    raiseFile(DatabaseError::kLocked, d->source, "is in use by another program.");
+  reached(Step::Closed);
+  struct stat status {};
+  if (stat(d->source.c_str(), &status) == 0) chmod(d->target.c_str(), status.st_mode & 07777);
+  syncToDisk(d->target);
+  reached(Step::Synced);
+  std::error_code error;
+  // A link to the database stays one.
+  const std::filesystem::path place = std::filesystem::canonical(d->source, error);
+  if (!error) std::filesystem::rename(d->target, place, error);
+  if (error)
+    raiseFile(DatabaseError::kDiskError, d->source, "cannot be replaced by its compacted copy: " + error.message());
+  d->made = false;
+  reached(Step::Replaced);
+  // Not every file system can; the old file and the new one are equally good.
+  try {
+    syncToDisk(place.parent_path().string());
+  } catch (const DatabaseError&) {
   }
 }
+
+void CompactCopy::removeFiles(const std::string& path) {
+  std::error_code ignored;
+  for (const char* suffix : {"", "-journal", "-wal", "-shm"}) std::filesystem::remove(path + suffix, ignored);
+}
+
+bool CompactCopy::isWhole(const std::string& path, const Database::TableNames& neededTables) try {
+  checkDatabase(path, neededTables);
+  return firstText(openHandle(path, SQLITE_OPEN_READWRITE).get(), "pragma integrity_check(1)") == "ok";
+} catch (const DatabaseError&) {
+  return false;
+}
+
+void CompactCopy::setStepHook(std::function<void(Step)> hook) { stepHook = std::move(hook); }
 
 }  // namespace mv

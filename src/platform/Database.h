@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -114,20 +115,62 @@ class Database {
   // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
   Recordset query(std::string_view sql);
   void execute(std::string_view sql);
+  // Runs `work`, whose statements are one transaction: an exception takes all of them back and goes on to the caller.
+  void allOrNothing(const std::function<void()>& work);
   // Rows that the last execute inserted, changed or deleted.
   std::int64_t rowsAffected() const;
 
   // The `outCount` of a count query.
   std::int64_t count(std::string_view sql);
 
-  // Rewrites the closed database `source` into the new file `target` without its free pages. `target` must not exist
-  // (kAlreadyExists); on failure no `target` is left.
-  static void compact(const std::string& source, const std::string& target);
-
   struct Connection;
 
  private:
   std::shared_ptr<Connection> connection_;
+};
+
+// Rewrites a database without its free pages, by way of a copy. The source may be open and in use meanwhile: the copy
+// shows it at one moment, and isCurrent() tells whether that is still how it is.
+//
+// write() may run on a thread of its own; all other calls, cancel() and bytesWritten() excepted, are for the time when
+// it does not run.
+class CompactCopy {
+ public:
+  // What has been reached, for tests of a sudden end.
+  enum class Step { Writing, Written, Checked, Closed, Synced, Replaced };
+
+  // Full paths on one drive. Nothing is done yet.
+  CompactCopy(std::string source, std::string target);
+  // Removes `target`, unless write() did not make it or replaceSource() has put it in place.
+  ~CompactCopy();
+  CompactCopy(const CompactCopy&) = delete;
+  CompactCopy& operator=(const CompactCopy&) = delete;
+
+  // Writes `target`, which must not exist (kAlreadyExists), and checks it: its structure, and that every table has as
+  // many rows as the source. Raises DatabaseError.
+  void write();
+  // Has a running write() raise soon. From any thread.
+  void cancel();
+  // Size of `target` so far, and the size it will have about, in bytes. From any thread.
+  std::int64_t bytesWritten() const;
+  std::int64_t bytesExpected() const;
+
+  // Nothing has been stored in the source since write() read it. Raises DatabaseError.
+  bool isCurrent();
+  // Gives the copy, safely on the disk, the source's name in one step. Everybody else must have closed the source:
+  // kLocked when that is not so. Raises DatabaseError, and then nothing has changed.
+  void replaceSource();
+
+  // Removes a database file together with its journals, as far as they are there.
+  static void removeFiles(const std::string& path);
+  // Whether the file is a database with all these tables and without a fault, read from end to end.
+  static bool isWhole(const std::string& path, const Database::TableNames& neededTables);
+  // For tests: called at every step, `Writing` many times. An empty function ends that.
+  static void setStepHook(std::function<void(Step)> hook);
+
+ private:
+  struct Private;
+  std::unique_ptr<Private> d;
 };
 
 }  // namespace mv

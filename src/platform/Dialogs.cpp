@@ -1,5 +1,6 @@
 #include "platform/Dialogs.h"
 
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -42,6 +43,16 @@ class DesktopDialogs : public Dialogs {
     delete box;
   }
 
+  bool confirm(QWidget* owner, const QString& title, const QString& question) override {
+    const QPointer<QMessageBox> box =
+        new QMessageBox(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No, topLevel(owner));
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::No);
+    const bool yes = box->exec() == QMessageBox::Yes && box;
+    delete box;
+    return yes;
+  }
+
   std::optional<QString> input(QWidget* owner, const QString& title, const QString& prompt,
                                const QString& initial) override {
     const QPointer<QInputDialog> box = new QInputDialog(topLevel(owner));
@@ -58,6 +69,16 @@ class DesktopDialogs : public Dialogs {
     const QPointer<FolderDialog> box = new FolderDialog(request, topLevel(request.owner));
     std::optional<QString> answer;
     if (box->exec() == QDialog::Accepted && box) answer = box->folder();
+    delete box;
+    return answer;
+  }
+
+  std::optional<QString> openFile(const FileRequest& request) override {
+    const QPointer<QFileDialog> box =
+        new QFileDialog(topLevel(request.owner), request.title, request.initialFolder, request.filter);
+    box->setFileMode(QFileDialog::ExistingFile);
+    std::optional<QString> answer;
+    if (box->exec() == QDialog::Accepted && box && !box->selectedFiles().isEmpty()) answer = box->selectedFiles()[0];
     delete box;
     return answer;
   }
@@ -78,10 +99,16 @@ void showMessage(QWidget* owner, const QString& title, const QString& text, Mess
   Dialogs::current().message(owner, title, text, icon);
 }
 
+bool askConfirmation(QWidget* owner, const QString& title, const QString& question) {
+  return Dialogs::current().confirm(owner, title, question);
+}
+
 std::optional<QString> askText(QWidget* owner, const QString& title, const QString& prompt, const QString& initial) {
   return Dialogs::current().input(owner, title, prompt, initial);
 }
 
 std::optional<QString> browseForFolder(const FolderRequest& request) { return Dialogs::current().folder(request); }
+
+std::optional<QString> browseForFile(const FileRequest& request) { return Dialogs::current().openFile(request); }
 
 }  // namespace mv

@@ -188,6 +188,12 @@ void ListView::sortByClick(int column) {
   sortNow();
 }
 
+void ListView::sortAscending(int column) {
+  sortColumn_ = column;
+  sortDescending_ = false;
+  if (sorting_) sortNow();
+}
+
 void ListView::sortNow() { sortItems(sortColumn_, sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder); }
 
 void ListView::setDragText(std::function<QString()> text) {

@@ -53,6 +53,8 @@ class ListView : public QTreeWidget {
   // The column-header rule of the list windows: sorts by `column`, ascending or descending by a flag that is one for
   // the whole list and turns at every call; the first call sorts ascending. Connected to header clicks by default.
   void sortByClick(int column);
+  // Ascending by `column` from now on; what the next click on a header does stays as it is.
+  void sortAscending(int column);
   void setHeaderClickSorts(bool on) { headerClickSorts_ = on; }
 
   // What a drag of the selected rows carries; without one the list is no drag source.

@@ -16,6 +16,7 @@ namespace {
 
 std::function<bool(const QString&)> browserOpener;
 QDateTime fixedMoment;
+std::optional<std::uint64_t> fixedSpace;
 QString settingsFolder;
 
 QString settingsFile(const QString& application) {
@@ -40,6 +41,7 @@ bool openWithDefaultBrowser(const QString& url) {
 void setBrowserOpener(std::function<bool(const QString&)> opener) { browserOpener = std::move(opener); }
 
 std::uint64_t freeDiskSpace(const std::string& folder) {
+  if (fixedSpace) return *fixedSpace;
   // A folder that is still to be made lies on the drive of its nearest parent.
   std::error_code error;
   for (std::filesystem::path existing = std::filesystem::absolute(folder, error);; existing = existing.parent_path()) {
@@ -48,6 +50,8 @@ std::uint64_t freeDiskSpace(const std::string& folder) {
     if (existing == existing.parent_path()) return 0;
   }
 }
+
+void setFreeDiskSpace(std::optional<std::uint64_t> bytes) { fixedSpace = bytes; }
 
 QDateTime now() { return fixedMoment.isNull() ? QDateTime::currentDateTime() : fixedMoment; }
 

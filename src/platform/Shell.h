@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace mv {
@@ -19,6 +20,8 @@ void setBrowserOpener(std::function<bool(const QString&)> opener);
 
 // Free space, in bytes, that the drive holding `folder` offers this user; 0 when it cannot be told.
 std::uint64_t freeDiskSpace(const std::string& folder);
+// For tests: what every drive has free; nullopt brings the real drives back.
+void setFreeDiskSpace(std::optional<std::uint64_t> bytes);
 
 // The current moment in local time. Tests set another; a null QDateTime brings the system's clock back.
 QDateTime now();

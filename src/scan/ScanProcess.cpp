@@ -413,7 +413,7 @@ void ScanProcess::report(const std::exception& error) {
   reportException(error, "frmScan");
 }
 
-std::string ScanProcess::scanCaption() const { return "Scan: " + maskUserInfo(SiteName); }
+std::string ScanProcess::scanCaption() const { return kScanTitle + maskUserInfo(SiteName); }
 
 std::string ScanProcess::pageLabel() const { return "Page: " + shortened(labelUrl_); }
 

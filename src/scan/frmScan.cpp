@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/Settings.h"
 #include "platform/Text.h"
 
 namespace mv {
@@ -43,7 +44,7 @@ void frmScan::initWindow() {
   });
 }
 
-QString frmScan::positionKey() const { return "Scan: " + toQString(process_->SiteName); }
+QString frmScan::positionKey() const { return kScanTitle + toQString(process_->SiteName); }
 
 void frmScan::refresh() {
   ProcessWindow::refresh();

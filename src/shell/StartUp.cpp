@@ -22,7 +22,14 @@ namespace {
 
 constexpr int kSecondsPerHour = 3600;
 constexpr const char* kDatabaseName = "/morvane2000.mdb";
+// A database is there even when a maintenance that was cut off has left it under its temporary name only.
+constexpr const char* kCopyName = "/mv2000TempDB.mdb";
 constexpr const char* kSharedFolder = "/../share/morvane2000";
+
+bool holdsDatabase(const QString& folder) {
+  return QFile::exists(folder + QString::fromLatin1(kDatabaseName)) ||
+         QFile::exists(folder + QString::fromLatin1(kCopyName));
+}
 
 }  // namespace
 
@@ -31,12 +38,11 @@ std::string findProgramFolder(const std::string& executableFolder, const std::st
   const QString shipped =
       QDir::cleanPath(own + QString::fromLatin1(kSharedFolder)) + QString::fromLatin1(kDatabaseName);
   const bool writable = QFileInfo(own).isWritable();
-  if (writable && (QFile::exists(own + QString::fromLatin1(kDatabaseName)) || !QFile::exists(shipped)))
-    return executableFolder;
+  if (writable && (holdsDatabase(own) || !QFile::exists(shipped))) return executableFolder;
 
   const QString users = toQString(userFolder);
   const QString copy = users + QString::fromLatin1(kDatabaseName);
-  if (QDir().mkpath(users) && !QFile::exists(copy) && QFile::copy(shipped, copy))
+  if (QDir().mkpath(users) && !holdsDatabase(users) && QFile::copy(shipped, copy))
     QFile::setPermissions(copy, QFile::permissions(copy) | QFile::ReadOwner | QFile::WriteOwner);
   return userFolder;
 }
@@ -58,7 +64,7 @@ bool StartUp::run(const std::string& programFolder) {
 
 void StartUp::openData(const std::string& programFolder) {
   setProgramFolder(programFolder);
-  openProgramDatabase(gDatabasePath);
+  openProgramDatabase(gDatabasePath, gProgramFolder + gTempDatabaseFileName);
   gAppClosing = false;
   logOpened();
   // Without preferences the program still starts, with everything off.

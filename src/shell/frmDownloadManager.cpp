@@ -31,6 +31,9 @@
 #include "scan/frmTagManager.h"
 #include "shell/Arrange.h"
 #include "shell/Clipboard.h"
+#include "shell/frmPictureViewer.h"
+#include "shell/frmPreferences.h"
+#include "shell/frmProcessManager.h"
 #include "shell/frmSplash.h"
 #include "sites/LinkCleaner.h"
 #include "sites/frmWebSites.h"
@@ -71,6 +74,8 @@ frmDownloadManager::frmDownloadManager() : area_(new QMdiArea(this)) {
   buildOnlineChecks();
   timerQuit.setInterval(kTimerQuitInterval);
   connect(&timerQuit, &QTimer::timeout, this, [] { clearAndEndProgram(); });
+  // When the desktop session ends there may be no time left afterwards.
+  connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { close(); });
   move(0, 0);
   resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
 }
@@ -153,7 +158,7 @@ QAction* frmDownloadManager::addPageItem(QMenu* menu, const char* name, const QS
 void frmDownloadManager::buildFileMenu() {
   QMenu* menu = menuBar()->addMenu("&File");
   menu->setObjectName("mnuFile");
-  addItem(menu, "mnuFilePrefs", "&Preferences...");
+  addItem(menu, "mnuFilePrefs", "&Preferences...", [] { showSingle<frmPreferences>(); });
   menu->addSeparator()->setObjectName("mnuSep5");
   addItem(menu, "mnuFileExit", "&Exit", clearAndEndProgram);
 }
@@ -171,9 +176,9 @@ void frmDownloadManager::buildEditMenu() {
 void frmDownloadManager::buildToolsMenu() {
   QMenu* menu = menuBar()->addMenu("&Tools");
   menu->setObjectName("mnuTools");
-  addItem(menu, "mnuToolsPictureViewer", "&Picture Viewer");
+  addItem(menu, "mnuToolsPictureViewer", "&Picture Viewer", [] { showSingle<frmPictureViewer>(); });
   addItem(menu, "mnuToolsWebSiteManager", "&Web Site Manager", [] { showSingle<frmWebSites>(); });
-  addItem(menu, "mnuToolsProcessManager", "P&rocess Manager");
+  addItem(menu, "mnuToolsProcessManager", "P&rocess Manager", [] { showSingle<frmProcessManager>(); });
   menu->addSeparator()->setObjectName("mnuSeop3");
   addItem(menu, "mnuToolsFormManager", "F&orm Manager", [] { showSingle<frmFormManager>(); });
   addItem(menu, "mnuToolsFilterManager", "&Filter Manager");

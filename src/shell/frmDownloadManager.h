@@ -49,8 +49,8 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   QTimer timerQuit;  // 8 s; ends the program at once when it fires. Nothing switches it on so far.
 
  protected:
-  // Closing the main window closes the program: child windows first, each really unloading, then place, log and
-  // database.
+  // Closing the main window, which the end of the desktop session does too, closes the program: child windows first,
+  // each really unloading, then place, log and database.
   void closeEvent(QCloseEvent* event) override;
 
  private:

@@ -30,9 +30,6 @@ constexpr int kWidth = 6500;   // twips
 constexpr int kHeight = 3600;  // twips
 constexpr int kQuitInterval = 60'000;
 constexpr const char* kTitle = "Web Sites";
-constexpr const char* kScanTitle = "Scan: ";
-constexpr const char* kDownloadTitle = "Download: ";
-constexpr const char* kProcessManager = "Process Manager";
 constexpr const char* kOn = "on";
 constexpr const char* kOff = "off";
 constexpr long kMostConnections = 1000;
@@ -71,17 +68,6 @@ QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   if (download) download->initWindow();
   return download.data();
 }
-
-// While one stands, a process window that is asked to unload really does.
-class ClosingProcesses {
- public:
-  ClosingProcesses() { gClosingProcesses = true; }
-  ~ClosingProcesses() { gClosingProcesses = false; }
-  ClosingProcesses(const ClosingProcesses&) = delete;
-  ClosingProcesses& operator=(const ClosingProcesses&) = delete;
-};
-
-void tellProcessManager() { WindowRegistry::instance().tell(kProcessManager, "init"); }
 
 // The number that an answer begins with, as a whole number of connections; 1 when there is none or it is less.
 long connectionsOf(const QString& answer) {
@@ -304,7 +290,7 @@ void frmWebSites::startSite(const SiteListRow& site) {
     if (scan) scan->hideChild();
     if (download) download->hideChild();
   }
-  tellProcessManager();
+  WindowRegistry::instance().tell(kProcessManager, "init");
   ++runningSites_;
 }
 
@@ -325,17 +311,6 @@ void frmWebSites::closeProcesses(const QString& siteName) {
   closeProcess(kDownloadTitle + siteName);
   closeProcess(kScanTitle + siteName);
   runningSites_ = std::max(0L, runningSites_ - 1);
-}
-
-void frmWebSites::closeProcess(const QString& title) {
-  // By key: while a process window fills its list its caption says so instead.
-  ChildWindow* window = WindowRegistry::instance().findByKey(title);
-  if (!window) return;
-  {
-    const ClosingProcesses closing;
-    window->unload();
-  }
-  tellProcessManager();
 }
 
 void frmWebSites::autoScan() {

@@ -50,7 +50,6 @@ class frmWebSites : public ListWindow {
   void stopSelected();
   void stopRow(int row);
   void closeProcesses(const QString& siteName);
-  void closeProcess(const QString& title);
 
   void addSiteRow(const SiteListRow& site);
   void refreshRow(long siteId);

@@ -1,5 +1,8 @@
 #include "store/ProgramDatabase.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "app/ReportError.h"
 #include "app/Settings.h"
 
@@ -58,29 +61,27 @@ bool lacksUniqueNames() {
   return false;
 }
 
-// After some failures, a full disk above all, the engine has done so already.
-void rollBack() {
-  try {
-    gDatabase.execute("rollback");
-  } catch (const DatabaseError&) {
-  }
-}
-
 }  // namespace
 
 void openProgramDatabase(const std::string& path) { gDatabase.open(path, kTables); }
 
+void openProgramDatabase(const std::string& path, const std::string& tempPath) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error) && CompactCopy::isWhole(tempPath, kTables)) {
+    // A journal without its database would be taken for one of the new file's.
+    CompactCopy::removeFiles(path);
+    std::filesystem::rename(tempPath, path, error);
+  }
+  openProgramDatabase(path);
+  CompactCopy::removeFiles(tempPath);
+}
+
 void upgradeDatabase() {
   if (!lacksUniqueNames()) return;
   // Half an upgrade would pass for a whole one at the next start.
-  gDatabase.execute("begin");
-  try {
+  gDatabase.allOrNothing([] {
     for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
-    gDatabase.execute("commit");
-  } catch (...) {
-    rollBack();
-    throw;
-  }
+  });
 }
 
 void ensureIndexes() {

@@ -10,6 +10,10 @@ namespace mv {
 // another program. The file is then byte for byte as it was.
 void openProgramDatabase(const std::string& path);
 
+// The same at the start of the program, when a maintenance that was cut off may have left a copy at `tempPath`. Where
+// there is no file at `path`, a whole copy takes its place; beside a database that opens, the copy is deleted.
+void openProgramDatabase(const std::string& path, const std::string& tempPath);
+
 // A database of the previous layout gets the columns `unique_names` and `base_name` of `site` and the sequence
 // "filename_id". Any other database stays as it is; failures of the probe are ignored.
 void upgradeDatabase();

@@ -298,23 +298,48 @@ TEST_F(DatabaseFileTest, CompactsIntoASmallerFileWithTheSameRows) {
   db.open(path);
   addLinks(20'000);
   db.execute("delete from link where id > 10");
-  db.close();
-  Database::compact(path, target);
-  EXPECT_LT(fs::file_size(target) * 4, fs::file_size(path));
-  EXPECT_FALSE(sidecars());
-  db.open(target);
+  mv::CompactCopy copy(path, target);
+  copy.write();
+  EXPECT_LT(copy.bytesWritten() * 4, static_cast<std::int64_t>(fs::file_size(path)));
+  EXPECT_TRUE(copy.isCurrent());
+  db.execute("update link set status = 'Done' where id = 1");
+  EXPECT_FALSE(copy.isCurrent()) << "a change after the copy must not be lost";
+  EXPECT_EQ(errorOf([&] { copy.replaceSource(); }), DatabaseError::kLocked) << "the source is still open";
   EXPECT_EQ(db.count("select count(*) as outCount from link"), 10);
+}
+
+TEST_F(DatabaseFileTest, ACompactedCopyTakesThePlaceOfItsSource) {
+  const fs::path link = fs::path(path).parent_path() / "link.mdb";
+  fs::create_symlink(path, link);
+  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+  {
+    mv::CompactCopy copy(link.string(), folder.filePath("target.mdb").toStdString());
+    copy.write();
+    copy.replaceSource();
+  }
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_FALSE(fs::exists(folder.filePath("target.mdb").toStdString()));
+  EXPECT_TRUE(mv::CompactCopy::isWhole(path, {"link"}));
+  EXPECT_FALSE(mv::CompactCopy::isWhole(path, {"no_such_table"}));
 }
 
 TEST_F(DatabaseFileTest, AFailedCompactionLeavesNoTarget) {
   const std::string target = folder.filePath("target.mdb").toStdString();
+  const auto compact = [&](const std::string& to) { return errorOf([&] { mv::CompactCopy(path, to).write(); }); };
   std::ofstream(target) << "kept";
-  EXPECT_EQ(errorOf([&] { Database::compact(path, target); }), DatabaseError::kAlreadyExists);
+  EXPECT_EQ(compact(target), DatabaseError::kAlreadyExists);
   EXPECT_EQ(mvtest::readFile(target), "kept");
-  EXPECT_NE(errorOf([&] { Database::compact(path, folder.filePath("no/such/folder.mdb").toStdString()); }), 0);
+  EXPECT_NE(compact(folder.filePath("no/such/folder.mdb").toStdString()), 0);
   fs::remove(target);
+  {
+    mv::CompactCopy cancelled(path, target);
+    cancelled.cancel();
+    EXPECT_NE(errorOf([&] { cancelled.write(); }), 0);
+  }
+  EXPECT_FALSE(fs::exists(target));
   put("no database");
-  EXPECT_EQ(errorOf([&] { Database::compact(path, target); }), DatabaseError::kUnrecognizedFormat);
+  EXPECT_EQ(compact(target), DatabaseError::kUnrecognizedFormat);
   EXPECT_FALSE(fs::exists(target));
 }
 

@@ -29,6 +29,8 @@ void resetSettings() {
   mv::gDragKind.clear();
   mv::setNow(QDateTime());
   mv::setBrowserOpener({});
+  mv::setFreeDiskSpace({});
+  mv::gLastSavedFile.clear();
   // A real end would leave with success, and the tests behind it would not be missed.
   mv::setEndProgram([] { ADD_FAILURE() << "the program was ended"; });
 }
@@ -72,6 +74,16 @@ std::optional<QString> ScriptedDialogs::input(QWidget*, const QString& title, co
 std::optional<QString> ScriptedDialogs::folder(const mv::FolderRequest& request) {
   folderRequests.push_back(request);
   return takeNext(nextFolders);
+}
+
+bool ScriptedDialogs::confirm(QWidget*, const QString& title, const QString& question) {
+  questions.push_back({title, question, mv::MessageIcon::None});
+  return nextConfirmation;
+}
+
+std::optional<QString> ScriptedDialogs::openFile(const mv::FileRequest& request) {
+  fileRequests.push_back(request);
+  return takeNext(nextFiles);
 }
 
 TestFrame::TestFrame() : area_(new QMdiArea(this)) {

@@ -35,9 +35,13 @@ class ScriptedDialogs : public mv::Dialogs {
   };
   std::vector<Shown> messages;
   std::vector<mv::FolderRequest> folderRequests;
+  std::vector<mv::FileRequest> fileRequests;
+  std::vector<Shown> questions;
   std::vector<Shown> inputs;
   std::deque<std::optional<QString>> nextInputs;
   std::deque<std::optional<QString>> nextFolders;
+  std::deque<std::optional<QString>> nextFiles;
+  bool nextConfirmation = false;
   // Runs while a message box is open, for tests of re-entrancy.
   std::function<void()> duringMessage;
 
@@ -45,6 +49,8 @@ class ScriptedDialogs : public mv::Dialogs {
   std::optional<QString> input(QWidget* owner, const QString& title, const QString& prompt,
                                const QString& initial) override;
   std::optional<QString> folder(const mv::FolderRequest& request) override;
+  bool confirm(QWidget* owner, const QString& title, const QString& question) override;
+  std::optional<QString> openFile(const mv::FileRequest& request) override;
 };
 
 class TestFrame : public QMainWindow, public mv::MainFrame {

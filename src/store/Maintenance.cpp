@@ -1,0 +1,92 @@
+#include "store/Maintenance.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/Settings.h"
+#include "store/ProgramDatabase.h"
+
+namespace mv {
+
+namespace {
+
+// A copy that was overtaken by a change is made anew; a program that changes its database all the time is busy.
+constexpr int kMostCopies = 5;
+
+}  // namespace
+
+Compaction::Compaction(std::string databasePath, std::string tempPath)
+    : databasePath_(std::move(databasePath)), tempPath_(std::move(tempPath)), copiesLeft_(kMostCopies) {}
+
+Compaction::~Compaction() {
+  if (!thread_) return;
+  disconnect(thread_.get(), nullptr, this, nullptr);
+  copy_->cancel();
+  thread_->wait();
+}
+
+int Compaction::percentWritten() const {
+  const std::int64_t expected = copy_->bytesExpected();
+  const std::int64_t written = copy_->bytesWritten();
+  if (expected > 0 && written >= expected) return -1;
+  return static_cast<int>(written * 100 / std::max<std::int64_t>(expected, 1));
+}
+
+void Compaction::writeCopy() {
+  --copiesLeft_;
+  CompactCopy::removeFiles(tempPath_);
+  copy_ = std::make_unique<CompactCopy>(databasePath_, tempPath_);
+  failure_ = nullptr;
+  thread_.reset(QThread::create([this] {
+    try {
+      copy_->write();
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
+  }));
+  connect(thread_.get(), &QThread::finished, this, &Compaction::copyWritten);
+  thread_->start();
+}
+
+void Compaction::copyWritten() {
+  thread_->wait();
+  thread_.release()->deleteLater();  // this is its own signal
+  try {
+    if (failure_) std::rethrow_exception(failure_);
+    if (!copy_->isCurrent() && copiesLeft_ > 0) {
+      copy_.reset();
+      writeCopy();
+      return;
+    }
+    replace();
+  } catch (...) {
+    failure_ = std::current_exception();
+  }
+  const std::exception_ptr failure = std::exchange(failure_, nullptr);
+  Q_EMIT finished(failure);
+}
+
+// No event runs in here: nothing can use gDatabase while it is closed, nor change it after the last look.
+void Compaction::replace() {
+  if (!copy_->isCurrent())
+    throw DatabaseError(DatabaseError::kLocked, "The database is being changed. Please try again in a moment.");
+  gDatabase.close();
+  std::exception_ptr failure;
+  try {
+    copy_->replaceSource();
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  openProgramDatabase(databasePath_);
+  if (failure) std::rethrow_exception(failure);
+}
+
+std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, const std::string& tempPath) {
+  std::unique_ptr<Compaction> compaction(new Compaction(databasePath, tempPath));
+  compaction->writeCopy();
+  return compaction;
+}
+
+void clearLinkCache() { gDatabase.execute("delete from link"); }
+
+}  // namespace mv
