@@ -639,7 +639,8 @@ struct CompactCopy::Private {
   std::string source;
   std::string target;
   std::atomic<bool> cancelled = false;
-  std::atomic<std::int64_t> expected = 0;
+  std::atomic<bool> checking = false;
+  std::atomic<std::int64_t> expected = 0;  // bytes
   ConnectionPtr connection;  // to the source, from write() to the end
   std::int64_t version = 0;  // of the source, as write() read it
   bool made = false;         // `target` is ours
@@ -667,6 +668,7 @@ struct CompactCopy::Private {
   }
 
   void check() {
+    checking = true;
     const ConnectionPtr copy = openWatched(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     bool same = firstText(copy.get(), "pragma integrity_check(1)") == "ok" &&
                 tableNames(copy.get()) == tableNames(connection.get());
@@ -704,9 +706,11 @@ void CompactCopy::write() {
 
 void CompactCopy::cancel() { d->cancelled = true; }
 
-std::int64_t CompactCopy::bytesWritten() const { return std::max<std::int64_t>(fileSize(d->target), 0); }
-
-std::int64_t CompactCopy::bytesExpected() const { return d->expected; }
+int CompactCopy::percentWritten() const {
+  if (d->checking) return -1;
+  const std::int64_t expected = std::max<std::int64_t>(d->expected, 1);
+  return static_cast<int>(std::clamp<std::int64_t>(fileSize(d->target) * 100 / expected, 0, 100));
+}
 
 bool CompactCopy::isCurrent() { return d->connection && currentVersion(d->connection.get()) == d->version; }
 

@@ -132,7 +132,7 @@ class Database {
 // Rewrites a database without its free pages, by way of a copy. The source may be open and in use meanwhile: the copy
 // shows it at one moment, and isCurrent() tells whether that is still how it is.
 //
-// write() may run on a thread of its own; all other calls, cancel() and bytesWritten() excepted, are for the time when
+// write() may run on a thread of its own; all other calls, cancel() and percentWritten() excepted, are for the time when
 // it does not run.
 class CompactCopy {
  public:
@@ -151,9 +151,8 @@ class CompactCopy {
   void write();
   // Has a running write() raise soon. From any thread.
   void cancel();
-  // Size of `target` so far, and the size it will have about, in bytes. From any thread.
-  std::int64_t bytesWritten() const;
-  std::int64_t bytesExpected() const;
+  // How much of `target` is there, 0 to 100, about; -1 while it is checked. From any thread.
+  int percentWritten() const;
 
   // Nothing has been stored in the source since write() read it. Raises DatabaseError.
   bool isCurrent();

@@ -1,6 +1,5 @@
 #include "store/Maintenance.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "app/Settings.h"
@@ -25,12 +24,7 @@ Compaction::~Compaction() {
   thread_->wait();
 }
 
-int Compaction::percentWritten() const {
-  const std::int64_t expected = copy_->bytesExpected();
-  const std::int64_t written = copy_->bytesWritten();
-  if (expected > 0 && written >= expected) return -1;
-  return static_cast<int>(written * 100 / std::max<std::int64_t>(expected, 1));
-}
+int Compaction::percentWritten() const { return copy_->percentWritten(); }
 
 void Compaction::writeCopy() {
   --copiesLeft_;

@@ -24,7 +24,7 @@ class Compaction : public QObject {
   // Gives up a compaction that still runs; the database stays as it was.
   ~Compaction() override;
 
-  // 0 to 100; -1 while the finished copy is checked, which takes about as long.
+  // How much of the copy is there, 0 to 100, about; -1 while it is checked, which takes as long again.
   int percentWritten() const;
 
  Q_SIGNALS:

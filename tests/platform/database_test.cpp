@@ -300,7 +300,7 @@ TEST_F(DatabaseFileTest, CompactsIntoASmallerFileWithTheSameRows) {
   db.execute("delete from link where id > 10");
   mv::CompactCopy copy(path, target);
   copy.write();
-  EXPECT_LT(copy.bytesWritten() * 4, static_cast<std::int64_t>(fs::file_size(path)));
+  EXPECT_LT(fs::file_size(target) * 4, fs::file_size(path));
   EXPECT_TRUE(copy.isCurrent());
   db.execute("update link set status = 'Done' where id = 1");
   EXPECT_FALSE(copy.isCurrent()) << "a change after the copy must not be lost";

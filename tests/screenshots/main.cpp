@@ -4,8 +4,11 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QIcon>
+#include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 #include <algorithm>
@@ -27,12 +30,17 @@
 #include "help/frmHelp.h"
 #include "help/frmMessage.h"
 #include "platform/ListView.h"
+#include "platform/Shell.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmScan.h"
 #include "scan/frmTagManager.h"
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
+#include "shell/frmPictureViewer.h"
+#include "shell/frmPleaseWait.h"
+#include "shell/frmPreferences.h"
+#include "shell/frmProcessManager.h"
 #include "shell/frmSplash.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
@@ -202,6 +210,38 @@ void help() {
   window->unload();
 }
 
+void preferences() {
+  setFreeDiskSpace(std::uint64_t{120} << 30);
+  auto* window = showSingle<frmPreferences>();
+  window->findChild<QLineEdit*>("txtDBName")->setText("/home/anna/Morvane2000/morvane2000.mdb");
+  auto* tabs = window->findChild<QTabWidget*>("SSTabPrefs");
+  for (int i = 0; i < tabs->count(); ++i) {
+    tabs->setCurrentIndex(i);
+    save(frameOf(window), "preferences-" + tabs->tabText(i).toLower());
+  }
+  window->unload();
+}
+
+void control(QWidget& mainWindow) {
+  auto* viewer = showSingle<frmPictureViewer>();
+  viewer->setPlace({0, 0, 5400, 6600});
+  viewer->findChild<QPushButton*>("cmdPrevious")->click();
+  QTest::qWait(300);
+  auto* path = viewer->findChild<QLineEdit*>("txtPicture");
+  path->setText(QString(kFolderShown) + '/' + QFileInfo(path->text()).fileName());
+  save(frameOf(viewer), "picture-viewer");
+  viewer->unload();
+  auto* processes = showSingle<frmProcessManager>();
+  save(frameOf(processes), "process-manager");
+  processes->unload();
+  preferences();
+  frmPleaseWait wait(&mainWindow);
+  wait.setText("Compacting Morvane2000 database. Please wait...");
+  wait.setPercent(40);
+  wait.show();
+  save(&wait, "please-wait");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -238,6 +278,7 @@ int main(int argc, char** argv) {
   siteEditor(site);
   managers(site);
   loginForms();
+  control(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
   startUp.mainWindow()->close();

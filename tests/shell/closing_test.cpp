@@ -1,12 +1,19 @@
 // Closing the main window with editors open and sites running: nothing crashes, nothing unrelated is written.
 
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
 
+#include "app/ErrorLog.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "shell/frmDownloadManager.h"
+#include "shell/frmPreferences.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
 #include "support/Fixture.h"
@@ -67,6 +74,29 @@ TEST_F(ClosingTest, EditorsAndRunningSitesGoWithTheMainWindow) {
   EXPECT_EQ(count("win_pos", "wname like \"Scan: %\" or wname like \"Download: %\""), 2);
   EXPECT_EQ(count("link", "link_type = \"File\" and status = \"False\""), 1)
       << "the file that was cut off is tried again";
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(ClosingTest, TheEndOfTheSessionClosesInGoodOrderEvenWhileTheDatabaseIsCompacted) {
+  frmDownloadManager main;
+  main.show();
+  showSingle<frmWebSites>();
+  auto* preferences = showSingle<frmPreferences>();
+  preferences->findChild<QPushButton*>("cmdCompactDatabase")->click();
+  QPointer<QWidget> waiting = main.findChild<QWidget*>("frmPleaseWait");
+  ASSERT_TRUE(mvtest::waitFor([&] {
+    const auto* label = waiting ? waiting->findChild<QLabel*>("lblPleaseWait") : nullptr;
+    return !label || label->text() != "Waiting...";
+  }));
+  // Nobody looks at the manager.
+  QObject manager;
+  Q_EMIT qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(manager));
+  EXPECT_FALSE(main.isVisible());
+  EXPECT_FALSE(waiting);
+  EXPECT_TRUE(WindowRegistry::instance().windows().empty());
+  EXPECT_EQ(count("win_pos", "wname in ('Morvane2000', 'Web Sites')"), 2);
+  EXPECT_NE(mvtest::readFile(errorLogPath()).find("Log closed ="), std::string::npos);
+  EXPECT_FALSE(QFile::exists(toQString(folder() + gTempDatabaseFileName)));
   EXPECT_TRUE(dialogs.messages.empty());
 }
 

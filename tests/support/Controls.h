@@ -24,6 +24,11 @@ inline void click(const QWidget* window, const char* button) {
   QTest::mouseClick(&control<QAbstractButton>(window, button), Qt::LeftButton);
 }
 
+// A check box answers to its box and its text only, which need not reach its middle.
+inline void tick(QAbstractButton& box) {
+  QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(box.height() / 2, box.height() / 2));
+}
+
 inline void clickRow(mv::ListView& list, int row, int column = 0) {
   QTreeWidgetItem* item = list.topLevelItem(row);
   if (!item) throw std::logic_error("no row " + std::to_string(row));

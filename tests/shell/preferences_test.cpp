@@ -1,0 +1,253 @@
+// The preferences window: the row of `pref` in and out, and the maintenance of the database.
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPaintEvent>
+#include <QPushButton>
+#include <QSlider>
+#include <QTabWidget>
+
+#include "app/WindowRegistry.h"
+#include "platform/Shell.h"
+#include "platform/Text.h"
+#include "process/LongestTurn.h"
+#include "scan/frmScan.h"
+#include "shell/frmPleaseWait.h"
+#include "shell/frmPreferences.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using namespace mv;
+using mvtest::click;
+using mvtest::control;
+
+constexpr const char* kRow =
+    "select auto_scan || ',' || quit_time || ',' || max_connections || ',' || hide_processes || ',' || auto_update || "
+    "',' || help_server || ',' || overwrite_existing from pref";
+
+class PreferencesTest : public mvtest::WindowTest {
+ protected:
+  void open() { window = showSingle<frmPreferences>(); }
+  // Turns to the tab that holds the control.
+  template <class Control>
+  Control& on(int tab, const char* name) {
+    control<QTabWidget>(window, "SSTabPrefs").setCurrentIndex(tab);
+    return control<Control>(window, name);
+  }
+  void tick(int tab, const char* name) { mvtest::tick(on<QCheckBox>(tab, name)); }
+  QString text(const char* box) { return control<QLineEdit>(window, box).text(); }
+  QWidget* waiting() { return frame.findChild<QWidget*>("frmPleaseWait"); }
+  void clickCompact() {
+    on<QPushButton>(kDatabase, "cmdCompactDatabase");
+    click(window, "cmdCompactDatabase");
+  }
+  bool compact() {
+    clickCompact();
+    return waiting() && mvtest::waitFor([&] { return !waiting(); }, 300'000);
+  }
+
+  enum Tab { kAutoScan, kDatabase, kAutoHide, kAutoUpdate, kGeneral };
+  frmPreferences* window = nullptr;
+};
+
+TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
+  gDatabase.execute("update pref set auto_scan = 'yes', quit_time = 5, max_connections = 7, auto_update = 'yes'");
+  open();
+  auto& tabs = control<QTabWidget>(window, "SSTabPrefs");
+  QStringList captions;
+  for (int i = 0; i < tabs.count(); ++i) captions << tabs.tabText(i);
+  EXPECT_EQ(captions.join(","), "AutoScan,Database,AutoHide,AutoUpdate,General");
+  EXPECT_TRUE(on<QCheckBox>(kAutoScan, "chkAutoScan").isChecked());
+  EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "5");
+
+  auto& slider = on<QSlider>(kAutoScan, "sldrQuitAfterThisManyHours");
+  QTest::keyClick(&slider, Qt::Key_PageUp);
+  QTest::keyClick(&slider, Qt::Key_Right);
+  EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "11");
+  tick(kAutoScan, "chkAutoScan");
+  EXPECT_FALSE(slider.isEnabled());
+  for (const char* name : {"frmGenTurnAutoScanningOff", "lblGenLogOffAfterThisLong", "txtGenQuitAfterThisManyHours"})
+    EXPECT_FALSE(control<QWidget>(window, name).isEnabled()) << name;
+  tick(kAutoScan, "chkAutoScan");
+  EXPECT_TRUE(slider.isEnabled());
+
+  tick(kAutoHide, "chkAutoHideProcesses");
+  tick(kGeneral, "chkOverwrite");
+  gDatabase.execute("update pref set max_connections = 4");
+  EXPECT_EQ(value(kRow), "yes,5,4,no,yes,no,no") << "nothing is written before Close";
+  click(window, "btnClose");
+  EXPECT_EQ(value(kRow), "yes,11,4,yes,yes,no,yes");
+  EXPECT_EQ(count("pref"), 1);
+  EXPECT_EQ(gHideProcesses + gOverwriteExisting, "yesyes") << "at once";
+  EXPECT_EQ(gAutoScan + gAutoUpdate, "nono") << "from the next start";
+  EXPECT_EQ(WindowRegistry::instance().find<frmPreferences>(), nullptr);
+}
+
+TEST_F(PreferencesTest, TheCloseBoxAndEscapeDoNotSave) {
+  for (const bool escape : {true, false}) {
+    open();
+    tick(kAutoScan, "chkAutoScan");
+    if (escape)
+      QTest::keyClick(window, Qt::Key_Escape);
+    else
+      window->closeRequested();
+    EXPECT_EQ(WindowRegistry::instance().find<frmPreferences>(), nullptr);
+    EXPECT_EQ(value(kRow), "no,8,3,no,no,no,no");
+  }
+}
+
+TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
+  gDatabase.execute("delete from pref");
+  open();
+  EXPECT_EQ(control<QSlider>(window, "sldrQuitAfterThisManyHours").value(), 1);
+  QTest::keyClick(window, Qt::Key_Return);
+  EXPECT_EQ(value(kRow), "no,0,0,no,no,no,no");
+
+  open();
+  tick(kAutoScan, "chkAutoScan");
+  EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "1") << "not at once after the start";
+  gDatabase.execute("alter table pref rename column help_server to another");
+  click(window, "btnClose");
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].text.contains("help_server"));
+  gDatabase.execute("alter table pref rename column another to help_server");
+  EXPECT_EQ(value(kRow), "no,0,0,no,no,no,no");
+  EXPECT_NE(WindowRegistry::instance().find<frmPreferences>(), nullptr) << "what was chosen is still there";
+  click(window, "btnClose");
+  EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no");
+}
+
+TEST_F(PreferencesTest, ClearsThePositionsAndTheCache) {
+  gDatabase.execute("insert into win_pos (wname, wheight) values ('Web Sites', 1500)");
+  gDatabase.execute("insert into link (site_id) values (1), (2)");
+  open();
+  QTest::mouseClick(&on<QPushButton>(kGeneral, "cmdClearWinPos"), Qt::LeftButton);
+  QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);
+  EXPECT_EQ(count("win_pos") + count("link"), 0);
+  EXPECT_EQ(text("txtDBStatus"), "Link Cache has been cleared.");
+  for (const char* name : {"cmdClearWinPos", "cmdClearCache"}) {
+    EXPECT_EQ(control<QPushButton>(window, name).text(), "Cleared");
+    EXPECT_FALSE(control<QPushButton>(window, name).isEnabled());
+  }
+  window->closeRequested();
+  open();
+  EXPECT_TRUE(control<QPushButton>(window, "cmdClearWinPos").isEnabled());
+}
+
+TEST_F(PreferencesTest, ShowsAndTestsTheSpace) {
+  setFreeDiskSpace(123ull * 1024 * 1024);
+  open();
+  EXPECT_EQ(text("txtDBFreeSpace"), "123");
+  EXPECT_EQ(text("txtDBName"), toQString(gDatabasePath));
+  const auto size = static_cast<double>(QFileInfo(toQString(gDatabasePath)).size());
+  EXPECT_EQ(text("txtDBSize"), QString::number(size / 1024 / 1024, 'f', 2));
+  EXPECT_EQ(text("txtDBStatus"), "Ready");
+  window->closeRequested();
+
+  setFreeDiskSpace(0);
+  open();
+  EXPECT_EQ(text("txtDBStatus"), "Not enough disk space available to perform maintenance.");
+  clickCompact();
+  EXPECT_EQ(waiting(), nullptr);
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0].text, "Not enough disk space available to perform maintenance.");
+}
+
+TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
+  auto* scan = new frmScan;
+  scan->process().SiteName = "a";
+  open();
+  clickCompact();
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].text.contains("while sites are running"));
+  closeProcess("Scan: a");
+
+  gDatabase.execute("insert into link (site_id, url) values (1, 'kept')");
+  clickCompact();
+  ASSERT_NE(waiting(), nullptr);
+  EXPECT_EQ(control<QLabel>(waiting(), "lblPleaseWait").text(), "Waiting...");
+  EXPECT_EQ(QApplication::activeModalWidget(), waiting());
+  QTest::keyClick(waiting(), Qt::Key_Escape);
+  EXPECT_TRUE(mvtest::waitFor([&] {
+    return !waiting() ||
+           control<QLabel>(waiting(), "lblPleaseWait").text() == "Compacting Morvane2000 database. Please wait...";
+  }));
+  EXPECT_TRUE(mvtest::waitFor([&] { return !waiting(); }));
+  EXPECT_EQ(text("txtDBStatus"), "Database compacted");
+  EXPECT_EQ(control<QPushButton>(window, "cmdCompactDatabase").text(), "Compacted");
+  EXPECT_FALSE(control<QPushButton>(window, "cmdCompactDatabase").isEnabled());
+  EXPECT_EQ(count("link", "url = 'kept'"), 1);
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+}
+
+TEST_F(PreferencesTest, TheEndOfTheProgramGivesACompactionUp) {
+  open();
+  clickCompact();
+  window->unload();
+  EXPECT_EQ(waiting(), nullptr);
+  open();
+  clickCompact();
+  ASSERT_TRUE(mvtest::waitFor([&] { return control<QLabel>(waiting(), "lblPleaseWait").text() != "Waiting..."; }));
+  window->unload();
+  EXPECT_EQ(waiting(), nullptr);
+  EXPECT_FALSE(QFile::exists(toQString(folder() + gTempDatabaseFileName)));
+  EXPECT_EQ(count("pref"), 1);
+}
+
+// The time between two paints of a widget.
+class PaintWatch : public QObject {
+ public:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::Paint) return false;
+    ++paints;
+    note();
+    return false;
+  }
+  void note() {
+    if (clock_.isValid()) longestMs = std::max(longestMs, clock_.elapsed());
+    clock_.start();
+  }
+  int paints = 0;
+  qint64 longestMs = 0;
+
+ private:
+  QElapsedTimer clock_;
+};
+
+// MORVANE_LINKS=1000000 for the figure of a large database.
+TEST_F(PreferencesTest, ALargeDatabaseHoldsNothingUp) {
+  const QString links = qEnvironmentVariable("MORVANE_LINKS", "60000");
+  gDatabase.execute(
+      "insert into link (site_id, url, link_type, status) with recursive n(i) as (select 1 union all "
+      "select i + 1 from n where i < " +
+      toUtf8(links) +
+      ") select i % 50, 'http://host' || i % 50 || '.example/some/folder/page-' || i || '.html', "
+      "'Document', case i % 2 when 0 then 'Done' else 'False' end from n");
+  open();
+  clickCompact();
+  PaintWatch watch;
+  waiting()->findChild<QWidget*>("pbarPleaseWait")->installEventFilter(&watch);
+  mvtest::LongestTurn turn;
+  QElapsedTimer clock;
+  clock.start();
+  ASSERT_TRUE(mvtest::waitFor([&] { return !waiting(); }, 300'000));
+  watch.note();
+  const qint64 compactMs = clock.restart();
+  EXPECT_EQ(text("txtDBStatus"), "Database compacted");
+  QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);
+  std::printf(
+      "%s links: compacted in %lld ms, %d paints, longest pause between two %lld ms, longest turn %.1f ms of "
+      "processor time; cleared in %lld ms\n",
+      qPrintable(links), static_cast<long long>(compactMs), watch.paints, static_cast<long long>(watch.longestMs),
+      turn.longest, static_cast<long long>(clock.elapsed()));
+  EXPECT_GT(watch.paints, 1);
+  EXPECT_LT(turn.longest, 200);
+  EXPECT_EQ(count("link"), 0);
+}
+
+}  // namespace

@@ -1,0 +1,106 @@
+// The process manager, driven by mouse and keyboard over real process windows.
+
+#include "app/WindowRegistry.h"
+#include "platform/Text.h"
+#include "scan/frmScan.h"
+#include "shell/frmProcessManager.h"
+#include "sites/frmWebSites.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+#include "support/TestSite.h"
+
+namespace {
+
+using namespace mv;
+using mvtest::click;
+using mvtest::clickRow;
+using mvtest::columnTexts;
+using mvtest::control;
+
+class ProcessManagerTest : public mvtest::WindowTest {
+ protected:
+  // Two sites, started hidden.
+  ProcessManagerTest() {
+    gHideProcesses = "yes";
+    web_.page("/", "<html></html>");
+    // Site names differ in case of the path only where it does not matter to the server.
+    for (const char* path : {"/?A", "/?B"}) mvtest::addSite(web_.host() + path, folder());
+    gDatabase.execute("update site set auto_scan = 'yes'");
+    sites_ = showSingle<frmWebSites>();
+    sites_->autoScan();
+    manager_ = showSingle<frmProcessManager>();
+  }
+  ListView& list() { return control<ListView>(manager_, "lvwProcesses"); }
+  QString title(const char* kind, const char* site) { return QString(kind) + toQString(web_.host()) + "/?" + site; }
+  ChildWindow* process(const QString& caption) { return WindowRegistry::instance().findByCaption(caption); }
+
+  mvtest::TestSite web_;
+  frmWebSites* sites_ = nullptr;
+  frmProcessManager* manager_ = nullptr;
+};
+
+TEST_F(ProcessManagerTest, ListsExpandsAndEndsProcesses) {
+  const std::vector<QString> all = {title(kDownloadTitle, "A"), title(kDownloadTitle, "B"), title(kScanTitle, "A"),
+                                    title(kScanTitle, "B")};
+  EXPECT_EQ(manager_->caption(), "Process Manager");
+  EXPECT_EQ(manager_->place(), (TwipRect{0, 0, 3600, 3050 - 3050 % 15}));
+  EXPECT_EQ(list().headerItem()->text(0), "Process and Site Name");
+  EXPECT_EQ(columnTexts(list()), all);
+  EXPECT_EQ(control<QAbstractButton>(manager_, "Expand").text(), "    Expand    ");
+
+  click(manager_, "Delete");
+  click(manager_, "Expand");
+  EXPECT_EQ(columnTexts(list()), all) << "nothing was chosen";
+
+  clickRow(list(), 1);
+  click(manager_, "Expand");
+  EXPECT_TRUE(process(all[1])->isChildVisible());
+  EXPECT_FALSE(process(all[0])->isChildVisible());
+  process(all[1])->closeRequested();
+  EXPECT_FALSE(process(all[1])->isChildVisible()) << "hidden, and still at work";
+
+  clickRow(list(), 0);
+  click(manager_, "Delete");
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{all[1], all[2], all[3]})) << "the site's scan goes on";
+  EXPECT_EQ(process(all[0]), nullptr);
+  EXPECT_FALSE(gClosingProcesses);
+
+  clickRow(list(), 2);
+  QTest::keyClick(&list(), Qt::Key_Return);
+  EXPECT_TRUE(process(all[3])->isChildVisible());
+  manager_->showChild();
+  QTest::keyClick(&list(), Qt::Key_Delete);
+  EXPECT_EQ(process(all[3]), nullptr);
+  EXPECT_EQ(list().rowCount(), 2);
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
+  mvtest::clickHeader(list(), 0);
+  mvtest::clickHeader(list(), 0);
+  EXPECT_EQ(list().cell(0, 0), title(kScanTitle, "B")) << "descending";
+  clickRow(list(), 0);
+  gClosingProcesses = true;
+  process(title(kScanTitle, "B"))->unload();
+  gClosingProcesses = false;
+  EXPECT_EQ(list().rowCount(), 4);
+  click(manager_, "Expand");
+  sites_->showChild();
+  manager_->showChild();
+  EXPECT_EQ(list().rowCount(), 3);
+  EXPECT_EQ(list().cell(0, 0), title(kDownloadTitle, "A")) << "ascending again";
+
+  auto* last = new frmScan;
+  last->process().SiteName = "C";
+  last->setCaption("Scan: C");
+  WindowRegistry::instance().tell("Process Manager", "init");
+  EXPECT_EQ(list().rowCount(), 4);
+  manager_->setPlace({300, 450, 4500, 6000});
+  manager_->closeRequested();
+  EXPECT_EQ(value("select wtop || ',' || wleft || ',' || wheight || ',' || wwidth from win_pos where wname = 'Process "
+                  "Manager'"),
+            "300,450,4500,6000");
+  EXPECT_EQ(showSingle<frmProcessManager>()->place(), (TwipRect{300, 450, 4500, 6000}));
+}
+
+}  // namespace
