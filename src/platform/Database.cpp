@@ -322,6 +322,9 @@ void setUp(sqlite3* connection, const std::string& path) {
   }
   run(connection, "pragma synchronous=normal");
   run(connection, "pragma cache_size=-" + std::to_string(kCacheKiB));
+  // Deleted rows are overwritten where their page is written anyway; to write pages for that alone would make emptying
+  // a table of a million rows four times as slow.
+  run(connection, "pragma secure_delete=fast");
   run(connection, "pragma wal_autocheckpoint=" + std::to_string(kCheckpointPages));
   run(connection, "pragma journal_size_limit=" + std::to_string(kJournalSizeLimit));
 }
@@ -641,9 +644,9 @@ struct CompactCopy::Private {
   std::atomic<bool> cancelled = false;
   std::atomic<bool> checking = false;
   std::atomic<std::int64_t> expected = 0;  // bytes
-  ConnectionPtr connection;  // to the source, from write() to the end
-  std::int64_t version = 0;  // of the source, as write() read it
-  bool made = false;         // `target` is ours
+  ConnectionPtr connection;                // to the source, from write() to the end
+  std::int64_t version = 0;                // of the source, as write() read it
+  bool made = false;                       // `target` is ours
 
   ConnectionPtr openWatched(const std::string& path, int flags) {
     ConnectionPtr opened = openHandle(path, flags);

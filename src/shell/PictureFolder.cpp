@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <algorithm>
+#include <utility>
 
 namespace mv {
 
@@ -38,23 +39,29 @@ void PictureFolder::list(const QString& folder) {
   folder_ = folder;
   changed_ = lastChange(folder);
   found_.clear();
+  sorted_.clear();
   reading_ = std::make_unique<QDirIterator>(folder, QDir::Files | QDir::Hidden);
   if (!scheduled) QMetaObject::invokeMethod(this, &PictureFolder::readSome, Qt::QueuedConnection);
+}
+
+void PictureFolder::takeName(const QString& path) {
+  if (isPicture(path)) found_.insert(reading_->fileName());
 }
 
 void PictureFolder::readSome() {
   QElapsedTimer clock;
   clock.start();
-  while (reading_->hasNext()) {
+  while (reading_->hasNext() || !found_.empty()) {
     if (clock.hasExpired(kSliceMs)) {
       QMetaObject::invokeMethod(this, &PictureFolder::readSome, Qt::QueuedConnection);
       return;
     }
-    reading_->next();
-    if (isPicture(reading_->fileName())) found_.insert(reading_->fileName());
+    if (reading_->hasNext())
+      takeName(reading_->next());
+    else
+      sorted_.push_back(std::move(found_.extract(found_.begin()).value()));
   }
-  names_.assign(found_.begin(), found_.end());
-  found_.clear();
+  names_ = std::exchange(sorted_, {});
   reading_.reset();
   Q_EMIT listed();
 }

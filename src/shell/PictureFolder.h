@@ -45,12 +45,14 @@ class PictureFolder : public QObject {
 
  private:
   void readSome();
+  void takeName(const QString& path);
 
   QString folder_;
   QDateTime changed_;  // when the folder was changed last, as it was read
   std::vector<QString> names_;
   std::unique_ptr<QDirIterator> reading_;
-  std::set<QString, NameOrder> found_;
+  std::set<QString, NameOrder> found_;  // so far
+  std::vector<QString> sorted_;         // what has been taken out of found_ at the end
 };
 
 }  // namespace mv

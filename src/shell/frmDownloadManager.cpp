@@ -8,6 +8,8 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QStatusBar>
+#include <utility>
 
 #include "app/ChildWindow.h"
 #include "app/ErrorLog.h"
@@ -115,6 +117,8 @@ frmSplash& frmDownloadManager::splash() {
 }
 
 void frmDownloadManager::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (std::exchange(closed_, true)) return;
   gAppClosing = true;
   unloadChildWindows();
   guarded("frmDownloadManager", [this] { saveOwnPosition(); });
@@ -124,7 +128,6 @@ void frmDownloadManager::closeEvent(QCloseEvent* event) {
   } catch (const std::exception&) {
     // The program ends either way; a log that cannot be written must not hold it.
   }
-  event->accept();
   QApplication::quit();
 }
 

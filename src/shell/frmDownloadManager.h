@@ -67,6 +67,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void unloadChildWindows();
   void saveOwnPosition();
 
+  bool closed_ = false;  // the end of the session and a signal may ask one after the other
   QMdiArea* area_;
   QAction* mnuEditCut_ = nullptr;
   QAction* mnuEditCopy_ = nullptr;

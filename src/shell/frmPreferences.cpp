@@ -29,8 +29,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWidth = 7200;   // twips
-constexpr int kHeight = 6000;  // twips
+constexpr int kWidth = 7800;   // twips
+constexpr int kHeight = 7200;  // twips
 constexpr int kFewestHours = 1;
 constexpr int kMostHours = 24;
 constexpr int kLargeStep = 5;
@@ -103,7 +103,8 @@ frmPreferences::frmPreferences() : ChildWindow(kWidth, kHeight) {
   buildTabs();
   wire();
   placeCascaded();
-  run([this] { loadPreferencesWindow(); });
+  // Without the row there is nothing to choose, and nothing that Close may write.
+  SSTabPrefs_->setEnabled(run([this] { loadPreferencesWindow(); }));
   run([this] { showDatabaseInfo(); });
   refreshPreferenceControls();
 }
@@ -332,7 +333,7 @@ void frmPreferences::savePreferences() {
 }
 
 void frmPreferences::saveAndClose() {
-  savePreferences();
+  if (SSTabPrefs_->isEnabled()) savePreferences();
   unload();
 }
 

@@ -120,6 +120,13 @@ TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
   EXPECT_NE(WindowRegistry::instance().find<frmPreferences>(), nullptr) << "what was chosen is still there";
   click(window, "btnClose");
   EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no");
+
+  gDatabase.execute("alter table pref rename column help_server to another");
+  open();
+  EXPECT_EQ(dialogs.messages.size(), 2u);
+  gDatabase.execute("alter table pref rename column another to help_server");
+  click(window, "btnClose");
+  EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no") << "what could not be read is not written over";
 }
 
 TEST_F(PreferencesTest, ClearsThePositionsAndTheCache) {

@@ -107,6 +107,30 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
   }
 }
 
+TEST_F(StartUpTest, FindsTheDatabaseThatAnInterruptedMaintenanceLeft) {
+  const QString path = toQString(gDatabasePath);
+  const QString copy = toQString(folder() + gTempDatabaseFileName);
+  gDatabase.execute("update pref set quit_time = 17");
+  gDatabase.close();
+  ASSERT_TRUE(QFile::rename(path, copy));
+  ASSERT_TRUE(start());
+  EXPECT_EQ(gQuitTime, 17);
+  EXPECT_FALSE(QFile::exists(copy));
+  end();
+  ASSERT_TRUE(QFile::copy(path, copy));
+  ASSERT_TRUE(start());
+  EXPECT_FALSE(QFile::exists(copy)) << "superfluous";
+  end();
+
+  const QDir base(toQString(folder()));
+  base.mkpath("share/morvane2000");
+  base.mkpath("bin");
+  mvtest::copyShippedDatabase(folder() + "/share/morvane2000/morvane2000.mdb");
+  ASSERT_TRUE(QFile::rename(path, copy));
+  EXPECT_EQ(findProgramFolder(folder() + "/bin", folder()), folder());
+  EXPECT_FALSE(QFile::exists(path)) << "the shipped database must not stand in for the user's";
+}
+
 TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
   QDir base(toQString(folder()));
   base.mkpath("prefix/bin");
