@@ -27,6 +27,7 @@ class ListWindow : public ChildWindow {
   ListWindow(const QString& caption, int width, int height);
 
   ListView& list() { return *list_; }
+  const ListView& list() const { return *list_; }
   // Adds a toolbar button; `work` runs guarded. The accessible name and object name are the trimmed caption.
   QToolButton* addButton(const QString& caption, const QString& toolTip, const QIcon& icon, std::function<void()> work);
 

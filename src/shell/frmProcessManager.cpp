@@ -10,30 +10,39 @@ namespace {
 constexpr int kWidth = 3050;   // twips
 constexpr int kHeight = 3600;  // twips
 
+// The captions are for the user; a site's name in the key may hold a password, and does not change while a list fills.
+enum Column { kCaption, kKey };
+
 }  // namespace
 
 frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHeight) {
   setObjectName("frmProcessManager");
   list().setObjectName("lvwProcesses");
   list().setAccessibleName(kProcessManager);
-  list().setColumns({{"Process and Site Name"}});
+  list().setColumns({{"Process and Site Name"}, {"", 0, true}});
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });
   addButton("Delete", "End the selected process", toolIcon("delete"), [this] { deleteChosen(); });
   load();
 }
 
 void frmProcessManager::fillList() {
-  list().sortAscending(0);
-  for (const ChildWindow* window : processWindows()) list().addRow({window->positionKey()});
+  list().sortAscending(kCaption);
+  for (const ChildWindow* window : processWindows()) list().addRow({window->caption(), window->positionKey()});
+}
+
+QString frmProcessManager::chosenKey() const {
+  const int row = chosenRow();
+  return row < 0 ? QString() : list().cell(row, kKey);
 }
 
 void frmProcessManager::editChosen() {
+  const QString key = chosenKey();
   for (ChildWindow* window : processWindows())
-    if (window->positionKey() == chosenText()) window->showChild();
+    if (window->positionKey() == key) window->showChild();
 }
 
 void frmProcessManager::deleteChosen() {
-  closeProcess(chosenText());
+  closeProcess(chosenKey());
   buildWorkingLists("init");
 }
 

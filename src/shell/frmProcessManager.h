@@ -17,6 +17,10 @@ class frmProcessManager : public ListWindow {
   void editChosen() override;
   void deleteChosen() override;
   void activated() override;
+
+ private:
+  // Position key of the selected process's window; "" when none is selected.
+  QString chosenKey() const;
 };
 
 }  // namespace mv

@@ -1,6 +1,7 @@
 // The process manager, driven by mouse and keyboard over real process windows.
 
 #include "app/WindowRegistry.h"
+#include "download/frmDownload.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"
 #include "shell/frmProcessManager.h"
@@ -89,6 +90,15 @@ TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
   manager_->showChild();
   EXPECT_EQ(list().rowCount(), 3);
   EXPECT_EQ(list().cell(0, 0), title(kDownloadTitle, "A")) << "ascending again";
+
+  auto* secret = new frmDownload;
+  secret->process().SiteName = "anna:secret@host";
+  secret->setCaption("Download: ***@host");
+  manager_->buildWorkingLists("init");
+  EXPECT_EQ(list().findRow(0, "Download: anna:secret@host"), -1);
+  clickRow(list(), list().findRow(0, "Download: ***@host"));
+  click(manager_, "Delete");
+  EXPECT_EQ(list().rowCount(), 3);
 
   auto* last = new frmScan;
   last->process().SiteName = "C";
