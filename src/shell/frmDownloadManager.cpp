@@ -8,7 +8,6 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
-#include <QStatusBar>
 #include <utility>
 
 #include "app/ChildWindow.h"
