@@ -1,6 +1,6 @@
 #include "scan/FilterRules.h"
 
-#include <optional>
+#include <algorithm>
 
 #include "app/Settings.h"
 #include "platform/Database.h"
@@ -34,34 +34,54 @@ std::vector<FilterRule> loadRules(std::string_view tables, const std::string& co
   return rules;
 }
 
-std::optional<std::string_view> subjectOf(const FilterRule& rule, const FilterSubject& subject) {
-  if (rule.fieldName == "Link") return subject.link;
-  if (rule.fieldName == "Domain") return subject.domain;
-  if (rule.fieldName == "Filetype") return subject.fileType;
-  return std::nullopt;
+constexpr std::array<std::string_view, 3> kFields = {"Link", "Domain", "Filetype"};
+
+// Where `name` stands in `names`; their number when it is none of them.
+template <std::size_t count>
+std::size_t indexOf(const std::array<std::string_view, count>& names, std::string_view name) {
+  return static_cast<std::size_t>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
 }  // namespace
 
-bool matches(const FilterRule& rule, const FilterSubject& subject) {
-  const std::optional<std::string_view> chosen = subjectOf(rule, subject);
-  const std::string_view wanted = rule.searchValue;
-  // Every text contains, begins with and ends with nothing: such a rule would reject all links, so it rejects none.
-  if (!chosen || wanted.empty()) return false;
-  if (rule.op == "Contains") return chosen->find(wanted) != std::string_view::npos;
-  if (rule.op == "Equals") return *chosen == wanted;
-  if (rule.op == "Does Not Equal") return *chosen != wanted;
-  if (rule.op == "Begins With") return chosen->starts_with(wanted);
-  if (rule.op == "Does Not Begin With") return !chosen->starts_with(wanted);
-  if (rule.op == "Ends With") return chosen->ends_with(wanted);
-  if (rule.op == "Does Not End With") return !chosen->ends_with(wanted);
+RuleSet::RuleSet(const std::vector<FilterRule>& rules) {
+  for (const FilterRule& rule : rules) {
+    const std::size_t field = indexOf(kFields, rule.fieldName);
+    const std::size_t op = indexOf(kRuleOperators, rule.op);
+    // Every text contains, begins with and ends with nothing: such a rule would reject all links, so it rejects none.
+    if (field < kFields.size() && op < kRuleOperators.size() && !rule.searchValue.empty())
+      tests_[field].push_back({static_cast<RuleOperator>(op), rule.searchValue});
+  }
+}
+
+bool RuleSet::passes(const Test& test, std::string_view text) {
+  const std::string_view wanted = test.value;
+  switch (test.op) {
+    case RuleOperator::Contains:
+      return text.find(wanted) != std::string_view::npos;
+    case RuleOperator::Equals:
+      return text == wanted;
+    case RuleOperator::DoesNotEqual:
+      return text != wanted;
+    case RuleOperator::BeginsWith:
+      return text.starts_with(wanted);
+    case RuleOperator::DoesNotBeginWith:
+      return !text.starts_with(wanted);
+    case RuleOperator::EndsWith:
+      return text.ends_with(wanted);
+    case RuleOperator::DoesNotEndWith:
+      return !text.ends_with(wanted);
+  }
   return false;
 }
 
-bool anyMatches(const std::vector<FilterRule>& rules, const FilterSubject& subject) {
-  for (const FilterRule& rule : rules)
-    if (matches(rule, subject)) return true;
-  return false;
+bool RuleSet::anyPasses(const Tests& tests, std::string_view text) {
+  return std::any_of(tests.begin(), tests.end(), [text](const Test& test) { return passes(test, text); });
+}
+
+bool RuleSet::anyMatches(const FilterSubject& subject) const {
+  return anyPasses(tests_[0], subject.link) || anyPasses(tests_[1], subject.domain) ||
+         anyPasses(tests_[2], subject.fileType);
 }
 
 std::vector<FilterRule> loadGlobalRules() { return loadRules(kRulesOfFilter, "f.global=" + quoted("yes")); }
