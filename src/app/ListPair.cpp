@@ -5,7 +5,6 @@
 #include <QVBoxLayout>
 
 #include "app/ListHelpers.h"
-#include "app/ScrollingPage.h"
 
 namespace mv {
 
@@ -13,12 +12,12 @@ namespace {
 
 constexpr int kMinimumListHeight = 96;  // logical pixels: header and a few rows
 constexpr int kMinimumListWidth = 120;
-constexpr int kNameColumnWidth = 140;
+constexpr int kNameColumnWidth = 100;
 
 }  // namespace
 
 ListPair::ListPair(const Texts& texts, const std::vector<const char*>& assignedHidden)
-    : rows_(new QVBoxLayout(makeScrollingPage(this))),
+    : rows_(new QVBoxLayout(this)),
       available_(makeList(texts.available, texts.column, {"ID"})),
       toAssigned_(makeButton(texts.toAssigned, ">")),
       toAvailable_(makeButton(texts.toAvailable, "<")),
@@ -37,6 +36,7 @@ ListPair::ListPair(const Texts& texts, const std::vector<const char*>& assignedH
   lists->addLayout(buttons);
   lists->addWidget(titled(texts.assigned, assigned_), 1);
 
+  rows_->setContentsMargins(0, 0, 0, 0);
   rows_->addLayout(lists, 1);
   connectAll();
 }

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kWidth = 6165;   // twips
 constexpr int kHeight = 4335;  // twips
+constexpr QMargins kPageMargins(3, 6, 3, 6);  // pixels; the caption of chkGlobal just fits
 constexpr const char* kSequence = "filter_id";
 constexpr const char* kManager = "Filter Manager";
 constexpr const char* kSiteList = "Web Sites";
@@ -55,6 +56,7 @@ void frmNewFilter::buildFields() {
     return made;
   };
   auto* grid = new QGridLayout(makeScrollingPage(this));
+  grid->setContentsMargins(kPageMargins);
   grid->addWidget(label("lblName", "Name", txtFilterName_), 0, 0);
   grid->addWidget(txtFilterName_, 0, 1);
   grid->addWidget(label("lblDesc", "Desc", txtDescription_), 1, 0);
@@ -85,6 +87,7 @@ void frmNewFilter::loadFilter() {
   if (rows.endOfRows()) return;
   txtFilterName_->setText(toQString(rows.text("name")));
   txtDescription_->setText(toQString(rows.text("description")));
+  txtDescription_->setCursorPosition(0);
   global_ = rows.text("global") != "no";
   setButtons("global");
 }

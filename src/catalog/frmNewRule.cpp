@@ -163,6 +163,8 @@ void frmNewRule::loadRule() {
   choose(*cmboRuleTypes_, nameOf("valid_rule", rows.number("valid_rule_type_id")));
   // Behind the choice, which sets the default folder.
   txtPath_->setText(toQString(rows.text("path")));
+  for (QLineEdit* box : {static_cast<QLineEdit*>(txtValue_), static_cast<QLineEdit*>(txtRuleName_), txtPath_})
+    box->setCursorPosition(0);
 }
 
 void frmNewRule::ruleTypeChosen() {

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "app/EntryBox.h"
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/clsPath.h"
@@ -28,6 +29,12 @@ constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
 constexpr const char* kListKey = "Web Sites";
 constexpr const char* kSequence = "site_id";
+
+QWidget* scrolling(QWidget* content) {
+  auto* page = new QWidget;
+  (new QVBoxLayout(makeScrollingPage(page)))->addWidget(content);
+  return page;
+}
 
 }  // namespace
 
@@ -62,8 +69,8 @@ QTabWidget* frmNew::makeOptionalTabs() {
   auto* tabs = new QTabWidget;
   tabs->setObjectName("SSTab2");
   tabs->addTab(login_, "Authentication");
-  tabs->addTab(fileTypes_, "Filetypes");
-  tabs->addTab(filters_, "Filters");
+  tabs->addTab(scrolling(fileTypes_), "Filetypes");
+  tabs->addTab(scrolling(filters_), "Filters");
   tabs->addTab(paths_, "Paths");
   tabs->addTab(autoScan_, "AutoScan");
   tabs->addTab(hopping_, "Domain Hopping");

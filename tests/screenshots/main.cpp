@@ -16,6 +16,10 @@
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
+#include "catalog/frmFilterManager.h"
+#include "catalog/frmNewFilter.h"
+#include "catalog/frmNewRule.h"
+#include "catalog/frmRuleManager.h"
 #include "catalog/frmSitePaths.h"
 #include "demo/Feeds.h"
 #include "demo/Gallery.h"
@@ -202,6 +206,59 @@ void help() {
   window->unload();
 }
 
+void insertFilters(std::int32_t site) {
+  for (const char* rule : {"1, 1, 1, \"/banner\", \"\", \"Banners\", \"Contains\"",
+                           "2, 2, 3, \"gif\", \"/home/anna/Pictures/gallery\", \"Small pictures\", \"Equals\"",
+                           "3, 1, 1, \"http://\", \"\", \"Other hosts\", \"Begins With\""})
+    gDatabase.execute(std::string("insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, "
+                                  "operator) values (") +
+                      rule + ")");
+  for (const char* filter : {"1, \"No advertising\", \"yes\", \"Banners of every site\"",
+                             "2, \"Large pictures only\", \"no\", \"No small pictures\"",
+                             "3, \"Stay at home\", \"no\", \"No links to other hosts\""})
+    gDatabase.execute(std::string("insert into filter (id, name, global, description) values (") + filter + ")");
+  for (const char* link : {"1, 1", "2, 2", "3, 3", "2, 1"})
+    gDatabase.execute(std::string("insert into filter_rule_xref (filter_id, rule_id) values (") + link + ")");
+  gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(site) + ", 2)");
+}
+
+// Opens the editor of the record in the manager's first row.
+template <class Editor, class Manager>
+Editor* editFirst(Manager* manager) {
+  auto* list = manager->template findChild<ListView*>();
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_Home);
+  QTest::keyClick(list, Qt::Key_F2);
+  return find<Editor>();
+}
+
+void filterWindows() {
+  auto* rules = showSingle<frmRuleManager>();
+  save(frameOf(rules), "rule-manager");
+  auto* rule = editFirst<frmNewRule>(rules);
+  rule->findChild<QComboBox*>("cmboRuleTypes")->setCurrentText("Save To");
+  save(frameOf(rule), "rule-editor");
+  auto* filters = showSingle<frmFilterManager>();
+  save(frameOf(filters), "filter-manager");
+  auto* filter = editFirst<frmNewFilter>(filters);
+  save(frameOf(filter), "filter-editor");
+}
+
+// The two windows between which filters are dragged, alone in the main window, rows selected in both.
+void filterDrag(frmDownloadManager& window) {
+  auto* sites = find<frmWebSites>();
+  auto* filters = find<frmFilterManager>();
+  for (ChildWindow* other : WindowRegistry::instance().windows())
+    if (other != sites && other != filters) other->hideChild();
+  window.resize(830, 330);
+  sites->setPlace({0, 0, 3600, 6500});
+  filters->setPlace({0, 6600, 3600, 5500});
+  for (ListWindow* list : {static_cast<ListWindow*>(sites), static_cast<ListWindow*>(filters)})
+    list->findChild<ListView*>()->selectAll();
+  filters->showChild();
+  save(&window, "filter-drag");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -229,6 +286,7 @@ int main(int argc, char** argv) {
     gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field +
                       ")");
   storeLoginForm();
+  insertFilters(site);
   gDatabase.close();
 
   StartUp startUp;
@@ -238,6 +296,8 @@ int main(int argc, char** argv) {
   siteEditor(site);
   managers(site);
   loginForms();
+  filterWindows();
+  filterDrag(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
   startUp.mainWindow()->close();

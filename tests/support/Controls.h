@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QTest>
 #include <stdexcept>
@@ -22,6 +23,14 @@ Control& control(const QWidget* window, const char* name) {
 // Buttons of a toolbar bear their caption, trimmed.
 inline void click(const QWidget* window, const char* button) {
   QTest::mouseClick(&control<QAbstractButton>(window, button), Qt::LeftButton);
+}
+
+// By keyboard; every entry on the way is chosen for a moment.
+inline void chooseEntry(QComboBox& box, const QString& text) {
+  box.setFocus();
+  QTest::keyClick(&box, Qt::Key_Home);
+  for (int i = 0; i < box.count() && box.currentText() != text; ++i) QTest::keyClick(&box, Qt::Key_Down);
+  if (box.currentText() != text) throw std::logic_error("no entry " + text.toStdString());
 }
 
 inline void clickRow(mv::ListView& list, int row, int column = 0) {
