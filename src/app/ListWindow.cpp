@@ -50,11 +50,11 @@ QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTi
   return button;
 }
 
-void ListWindow::addRecordButtons(const QString& record) {
+ListWindow::RecordButtons ListWindow::addRecordButtons(const QString& record) {
   const auto tip = [&record](const char* text) { return record.isEmpty() ? QString() : QString(text).arg(record); };
-  addButton("      New      ", tip("Create a new %1"), toolIcon("new"), [this] { openNew(); });
-  addButton("Edit", tip("Edit the selected %1"), toolIcon("edit"), [this] { editChosen(); });
-  addButton("Delete", tip("Delete the selected %1"), toolIcon("delete"), [this] { deleteChosen(); });
+  return {addButton("      New      ", tip("Create a new %1"), toolIcon("new"), [this] { openNew(); }),
+          addButton("Edit", tip("Edit the selected %1"), toolIcon("edit"), [this] { editChosen(); }),
+          addButton("Delete", tip("Delete the selected %1"), toolIcon("delete"), [this] { deleteChosen(); })};
 }
 
 void ListWindow::load() {

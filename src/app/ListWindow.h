@@ -32,7 +32,12 @@ class ListWindow : public ChildWindow {
 
   // The buttons of a manager of records: New, Edit and Delete. Their tool tips name `record`; without it there are
   // none.
-  void addRecordButtons(const QString& record = QString());
+  struct RecordButtons {
+    QToolButton* create;
+    QToolButton* edit;
+    QToolButton* remove;
+  };
+  RecordButtons addRecordButtons(const QString& record = QString());
 
   // Restores the place and fills the list: the end of every subclass's constructor.
   void load();
