@@ -13,7 +13,7 @@ class EntryBox : public QLineEdit {
     AnyText,
     Digits,
     NoQuotes,
-    NoQuoteKeys,  // quotes cannot be typed, but a text that has some keeps them
+    NoQuoteKeys,      // quotes cannot be typed, but a text that has some keeps them
     NoApostropheKey,  // the apostrophe cannot be typed, but a text that has one keeps it
   };
 

@@ -78,7 +78,9 @@ QWidget* ListPair::titled(const ListTexts& texts, ListView* list) {
 
 void ListPair::connectAll() {
   connect(available_, &ListView::entered, this, [this] { allowMove(true); });
+  connect(available_, &ListView::rowChosen, this, [this] { allowMove(true); });
   connect(assigned_, &ListView::entered, this, [this] { allowMove(false); });
+  connect(assigned_, &ListView::rowChosen, this, [this] { allowMove(false); });
   connect(toAssigned_, &QPushButton::clicked, this, [this] {
     moveToAssigned();
     Q_EMIT moved();

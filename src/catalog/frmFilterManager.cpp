@@ -19,7 +19,7 @@ enum Column { kName, kDescription, kGlobal, kId };
 frmFilterManager::frmFilterManager() : ListWindow("Filter Manager", kWidth, kHeight) {
   setObjectName("frmFilterManager");
   list().setObjectName("lvwFilters");
-  list().setColumns({{"Filter", 120}, {"Description", 160}, {"Global", 60}, {"Id", 0, true}});
+  list().setColumns({{"Filter", 140}, {"Description", 150}, {"Global", 60}, {"Id", 0, true}});
   list().setMultiSelect(true);
   setIdColumn(kId);
   setKeepChosen(false);

@@ -19,8 +19,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWidth = 6165;   // twips
-constexpr int kHeight = 4335;  // twips
+constexpr int kWidth = 6165;                  // twips
+constexpr int kHeight = 4335;                 // twips
 constexpr QMargins kPageMargins(3, 6, 3, 6);  // pixels; the caption of chkGlobal just fits
 constexpr const char* kSequence = "filter_id";
 constexpr const char* kManager = "Filter Manager";
@@ -49,17 +49,11 @@ void frmNewFilter::buildFields() {
   lblId_->setObjectName("lblId");
   lblId_->setAccessibleName("Identifier");
 
-  const auto label = [this](const char* name, const QString& text, QLineEdit* buddy) {
-    auto* made = new QLabel(text, this);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setBuddy(buddy);
-    return made;
-  };
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->setContentsMargins(kPageMargins);
-  grid->addWidget(label("lblName", "Name", txtFilterName_), 0, 0);
+  grid->addWidget(makeLabel("lblName", "Name", txtFilterName_), 0, 0);
   grid->addWidget(txtFilterName_, 0, 1);
-  grid->addWidget(label("lblDesc", "Desc", txtDescription_), 1, 0);
+  grid->addWidget(makeLabel("lblDesc", "Desc", txtDescription_), 1, 0);
   grid->addWidget(txtDescription_, 1, 1);
   grid->addWidget(chkGlobal_, 2, 0, 1, 2);
   grid->addWidget(rules_, 3, 0, 1, 2);

@@ -1,12 +1,11 @@
 #include "catalog/frmNewRule.h"
 
-#include <QComboBox>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "app/ChoiceBox.h"
 #include "app/EntryBox.h"
 #include "app/ScrollingPage.h"
 #include "app/Settings.h"
@@ -25,20 +24,6 @@ constexpr int kHeight = 3120;  // twips
 constexpr const char* kSequence = "rule_id";
 constexpr const char* kIgnore = "Ignore";
 constexpr const char* kSaveTo = "Save To";
-
-// A drop-down list whose value is chosen from the list only: with the mouse, the arrow keys, F4 and Alt+Down, not by
-// typing, and not by the wheel of a mouse that happens to pass over it.
-class ChoiceBox : public QComboBox {
- public:
-  ChoiceBox(const QString& name, QWidget* parent) : QComboBox(parent) { setObjectName(name); }
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override {
-    const QString text = event->text();
-    if (text.isEmpty() || !text[0].isPrint()) QComboBox::keyPressEvent(event);
-  }
-  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
 
 void fill(QComboBox& box, const char* statement) {
   box.clear();
@@ -80,6 +65,7 @@ frmNewRule::frmNewRule()
   setObjectName("frmNewRule");
   buildFields();
   connect(cmboRuleTypes_, &QComboBox::currentIndexChanged, this, [this] { ruleTypeChosen(); });
+  connect(txtPath_, &QLineEdit::textChanged, txtPath_, &QLineEdit::setToolTip);
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
 }
 
@@ -107,13 +93,6 @@ void frmNewRule::buildFields() {
   grid->setRowStretch(5, 1);
   grid->addWidget(lblId_, 6, 0, Qt::AlignLeft | Qt::AlignVCenter);
   grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&Save", "&Cancel"), 6, 1);
-}
-
-QLabel* frmNewRule::makeLabel(const char* name, const QString& text, QWidget* buddy) {
-  auto* label = new QLabel(text, this);
-  label->setObjectName(QString::fromLatin1(name));
-  label->setBuddy(buddy);
-  return label;
 }
 
 // Shown once a rule type that may have a folder is chosen; its place is kept, so that nothing jumps.

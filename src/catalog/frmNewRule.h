@@ -32,7 +32,6 @@ class frmNewRule : public EditorWindow {
 
  private:
   void buildFields();
-  QLabel* makeLabel(const char* name, const QString& text, QWidget* buddy);
   QHBoxLayout* makePathRow();
   void loadRule();
   void ruleTypeChosen();

@@ -2,7 +2,6 @@
 // the README and the user guide.
 
 #include <QApplication>
-#include <QComboBox>
 #include <QElapsedTimer>
 #include <QIcon>
 #include <QMdiSubWindow>
@@ -222,26 +221,23 @@ void insertFilters(std::int32_t site) {
   gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(site) + ", 2)");
 }
 
-// Opens the editor of the record in the manager's first row.
+// Opens the editor of the record in the manager's first or last row: Home or End.
 template <class Editor, class Manager>
-Editor* editFirst(Manager* manager) {
+Editor* edit(Manager* manager, Qt::Key row) {
   auto* list = manager->template findChild<ListView*>();
   list->setFocus();
-  QTest::keyClick(list, Qt::Key_Home);
-  QTest::keyClick(list, Qt::Key_F2);
+  // The first key chooses the row that has the focus.
+  for (const Qt::Key key : {row, row, Qt::Key_F2}) QTest::keyClick(list, key);
   return find<Editor>();
 }
 
 void filterWindows() {
   auto* rules = showSingle<frmRuleManager>();
   save(frameOf(rules), "rule-manager");
-  auto* rule = editFirst<frmNewRule>(rules);
-  rule->findChild<QComboBox*>("cmboRuleTypes")->setCurrentText("Save To");
-  save(frameOf(rule), "rule-editor");
+  save(frameOf(edit<frmNewRule>(rules, Qt::Key_End)), "rule-editor");
   auto* filters = showSingle<frmFilterManager>();
   save(frameOf(filters), "filter-manager");
-  auto* filter = editFirst<frmNewFilter>(filters);
-  save(frameOf(filter), "filter-editor");
+  save(frameOf(edit<frmNewFilter>(filters, Qt::Key_Home)), "filter-editor");
 }
 
 // The two windows between which filters are dragged, alone in the main window, rows selected in both.
@@ -250,11 +246,11 @@ void filterDrag(frmDownloadManager& window) {
   auto* filters = find<frmFilterManager>();
   for (ChildWindow* other : WindowRegistry::instance().windows())
     if (other != sites && other != filters) other->hideChild();
-  window.resize(830, 330);
+  window.resize(830, 275);
   sites->setPlace({0, 0, 3600, 6500});
   filters->setPlace({0, 6600, 3600, 5500});
-  for (ListWindow* list : {static_cast<ListWindow*>(sites), static_cast<ListWindow*>(filters)})
-    list->findChild<ListView*>()->selectAll();
+  sites->findChild<ListView*>()->selectAll();
+  for (const int row : {0, 2}) filters->findChild<ListView*>()->topLevelItem(row)->setSelected(true);
   filters->showChild();
   save(&window, "filter-drag");
 }
