@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 #include "app/MainFrame.h"
@@ -16,6 +17,13 @@ EditorWindow::EditorWindow(const QString& caption, int width, int height) : Chil
 void EditorWindow::open() {
   run([this] { initWindow(); });
   showChild();
+}
+
+QLabel* EditorWindow::makeLabel(const char* name, const QString& text, QWidget* buddy) {
+  auto* label = new QLabel(text, this);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setBuddy(buddy);
+  return label;
 }
 
 QHBoxLayout* EditorWindow::makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,

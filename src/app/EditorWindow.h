@@ -10,6 +10,7 @@
 #include "app/ChildWindow.h"
 
 class QHBoxLayout;
+class QLabel;
 class QPushButton;
 
 namespace mv {
@@ -33,6 +34,8 @@ class EditorWindow : public ChildWindow {
   // Cancel was chosen; the editor closes afterwards.
   virtual void cancel() {}
 
+  // A label of the window for `buddy`, which its mnemonic, if it has one, brings the focus to.
+  QLabel* makeLabel(const char* name, const QString& text, QWidget* buddy);
   // A row of buttons: OK (default), Apply when its name is not empty, Cancel. Object names and captions as given.
   QHBoxLayout* makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,
                            const QString& okCaption = "OK", const QString& cancelCaption = "Cancel",

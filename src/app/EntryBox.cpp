@@ -16,6 +16,8 @@ bool isWanted(QChar character, EntryBox::Accepts accepts) {
     case EntryBox::Accepts::NoQuotes:
     case EntryBox::Accepts::NoQuoteKeys:
       return character != QLatin1Char('"') && character != QLatin1Char('\'');
+    case EntryBox::Accepts::NoApostropheKey:
+      return character != QLatin1Char('\'');
     case EntryBox::Accepts::AnyText:
       break;
   }

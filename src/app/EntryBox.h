@@ -13,7 +13,8 @@ class EntryBox : public QLineEdit {
     AnyText,
     Digits,
     NoQuotes,
-    NoQuoteKeys,  // quotes cannot be typed, but a text that has some keeps them
+    NoQuoteKeys,      // quotes cannot be typed, but a text that has some keeps them
+    NoApostropheKey,  // the apostrophe cannot be typed, but a text that has one keeps it
   };
 
   // The longest run of digits that can be typed: whatever is computed from it stays within 64 bits.

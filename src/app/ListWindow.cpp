@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/MainFrame.h"
+#include "app/ToolIcons.h"
 
 namespace mv {
 namespace {
@@ -49,6 +50,13 @@ QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTi
   return button;
 }
 
+ListWindow::RecordButtons ListWindow::addRecordButtons(const QString& record) {
+  const auto tip = [&record](const char* text) { return record.isEmpty() ? QString() : QString(text).arg(record); };
+  return {addButton("      New      ", tip("Create a new %1"), toolIcon("new"), [this] { openNew(); }),
+          addButton("Edit", tip("Edit the selected %1"), toolIcon("edit"), [this] { editChosen(); }),
+          addButton("Delete", tip("Delete the selected %1"), toolIcon("delete"), [this] { deleteChosen(); })};
+}
+
 void ListWindow::load() {
   run([this] { restorePosition(); });
   run([this] { buildWorkingLists("init"); });
@@ -64,7 +72,7 @@ void ListWindow::rebuild() {
   fillList();
   list_->setSorting(keepSorted_);
 
-  const int row = rememberedRow();
+  const int row = keepChosen_ ? rememberedRow() : -1;
   if (row < 0)
     forgetChosen();
   else

@@ -31,10 +31,21 @@ class ListWindow : public ChildWindow {
   // Adds a toolbar button; `work` runs guarded. The accessible name and object name are the trimmed caption.
   QToolButton* addButton(const QString& caption, const QString& toolTip, const QIcon& icon, std::function<void()> work);
 
+  // The buttons of a manager of records: New, Edit and Delete. Their tool tips name `record`; without it there are
+  // none.
+  struct RecordButtons {
+    QToolButton* create;
+    QToolButton* edit;
+    QToolButton* remove;
+  };
+  RecordButtons addRecordButtons(const QString& record = QString());
+
   // Restores the place and fills the list: the end of every subclass's constructor.
   void load();
   // Adds the rows; the list is empty and unsorted. Raises DatabaseError.
   virtual void fillList() = 0;
+  // The button New of addRecordButtons comes here. Runs guarded.
+  virtual void openNew() {}
   // Opens the chosen row; double click, Enter and F2 come here. Runs guarded.
   virtual void editChosen() {}
   // The Delete key comes here. Runs guarded.
@@ -43,6 +54,9 @@ class ListWindow : public ChildWindow {
   // Whether a rebuild ends with the rows in the order of the list's sort column and direction (the default), or in the
   // order in which fillList() added them; a click on a header then sorts what is there.
   void setKeepSorted(bool on) { keepSorted_ = on; }
+  // Whether a rebuild marks the row last chosen again (the default). Otherwise nothing is marked and nothing is chosen:
+  // Delete must not act on a row that is not marked.
+  void setKeepChosen(bool on) { keepChosen_ = on; }
   // The identifier column, -1 when there is none: remembers the id of the row last chosen.
   void setIdColumn(int column) { idColumn_ = column; }
   // Id and text of the row last chosen; 0 and "" when none, or when it is gone after a rebuild.
@@ -64,6 +78,7 @@ class ListWindow : public ChildWindow {
   QToolBar* toolbar_;
   ListView* list_;
   bool keepSorted_ = true;
+  bool keepChosen_ = true;
   int idColumn_ = -1;
   long chosenId_ = 0;
   QString chosenText_;

@@ -60,16 +60,10 @@ void frmFileTypeChild::buildFields() {
   lblID_->setObjectName("lblID");
   lblID_->setAccessibleName("Identifier");
 
-  const auto label = [this](const char* name, const QString& text, QLineEdit* buddy) {
-    auto* made = new QLabel(text, this);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setBuddy(buddy);
-    return made;
-  };
   auto* grid = new QGridLayout(makeScrollingPage(this));
-  grid->addWidget(label("lblFileTypeExtension", "Extension:", txtFileTypeExtention_), 0, 0);
+  grid->addWidget(makeLabel("lblFileTypeExtension", "Extension:", txtFileTypeExtention_), 0, 0);
   grid->addWidget(txtFileTypeExtention_, 0, 1);
-  grid->addWidget(label("lblFileTypeDescription", "Description:", txtFiletypeDescription_), 1, 0);
+  grid->addWidget(makeLabel("lblFileTypeDescription", "Description:", txtFiletypeDescription_), 1, 0);
   grid->addWidget(txtFiletypeDescription_, 1, 1);
   grid->addWidget(chkDownloadByDefault_, 2, 1);
   grid->setRowStretch(3, 1);

@@ -1,7 +1,6 @@
 #include "catalog/frmFileTypeManager.h"
 
 #include "app/Settings.h"
-#include "app/ToolIcons.h"
 #include "catalog/frmFileTypeChild.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
@@ -23,18 +22,9 @@ frmFileTypeManager::frmFileTypeManager() : ListWindow("FileType Manager", kWidth
   list().setColumns(
       {{"FileType", 68}, {"Description", 106}, {"Can Delete", 76}, {"Download by Default", 128}, {"Id", 0, true}});
   setIdColumn(kId);
-  addButton("      New      ", "Create a new filetype", toolIcon("new"), [this] { openNew(); });
-  addButton("Edit", "Edit the selected filetype", toolIcon("edit"), [this] { editChosen(); });
-  addButton("Delete", "Delete the selected filetype", toolIcon("delete"), [this] { deleteChosen(); });
+  setKeepChosen(false);
+  addRecordButtons("filetype");
   load();
-}
-
-// Nothing stays selected, and so nothing stays chosen: Delete must not act on a row that is not marked.
-void frmFileTypeManager::buildWorkingLists(const std::string& command, long id) {
-  ListWindow::buildWorkingLists(command, id);
-  if (command != "init") return;
-  list().clearSelection();
-  forgetChosen();
 }
 
 void frmFileTypeManager::fillList() {

@@ -10,16 +10,11 @@ class frmFileTypeManager : public ListWindow {
  public:
   frmFileTypeManager();
 
-  // "init" rebuilds the list.
-  void buildWorkingLists(const std::string& command, long id = 0) override;
-
  protected:
   void fillList() override;
+  void openNew() override;
   void editChosen() override;
   void deleteChosen() override;
-
- private:
-  void openNew();
 };
 
 }  // namespace mv

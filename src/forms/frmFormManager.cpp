@@ -4,7 +4,6 @@
 #include <QToolButton>
 
 #include "app/Settings.h"
-#include "app/ToolIcons.h"
 #include "forms/frmNewForm.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
@@ -26,9 +25,9 @@ frmFormManager::frmFormManager() : ListWindow(kFormManager, kWidth, kHeight) {
   list().setObjectName("lvwForms");
   list().setColumns({{"Name", 110}, {"Type", 100}, {"Description", 220}, {"Id", 0, true}});
   setIdColumn(kId);
-  addButton("      New      ", "Create a new form", toolIcon("new"), [this] { openNew(); });
-  edit_ = addButton("Edit", "Edit the selected form", toolIcon("edit"), [this] { editChosen(); });
-  delete_ = addButton("Delete", "Delete the selected form", toolIcon("delete"), [this] { deleteChosen(); });
+  const RecordButtons buttons = addRecordButtons("form");
+  edit_ = buttons.edit;
+  delete_ = buttons.remove;
   connect(&list(), &ListView::rowChosen, this, [this] { run([this] { buildWorkingLists("cannotmodify"); }); });
   load();
 }

@@ -20,12 +20,11 @@ class frmFormManager : public ListWindow {
 
  protected:
   void fillList() override;
+  void openNew() override;
   void editChosen() override;
   void deleteChosen() override;
 
  private:
-  void openNew();
-
   QToolButton* edit_;
   QToolButton* delete_;
 };

@@ -58,11 +58,8 @@ frmNewField::frmNewField() : EditorWindow(QString(), kWidth, kHeight) {
 QLineEdit* frmNewField::addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName) {
   auto* box = new QLineEdit(this);
   box->setObjectName(QString::fromLatin1(boxName));
-  auto* label = new QLabel(caption, this);
-  label->setObjectName(QString::fromLatin1(labelName));
-  label->setBuddy(box);
   const int row = grid.rowCount();
-  grid.addWidget(label, row, 0);
+  grid.addWidget(makeLabel(labelName, caption, box), row, 0);
   grid.addWidget(box, row, 1);
   return box;
 }

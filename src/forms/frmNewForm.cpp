@@ -1,12 +1,11 @@
 #include "forms/frmNewForm.h"
 
-#include <QComboBox>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "app/ChoiceBox.h"
 #include "app/EntryBox.h"
 #include "app/ScrollingPage.h"
 #include "app/Settings.h"
@@ -38,18 +37,6 @@ enum Column {
   kFieldValue,
 };
 
-// Leaves the choice of an entry to the arrow keys and the mouse.
-class TypingDiscarder : public QObject {
- public:
-  explicit TypingDiscarder(QComboBox* box) : QObject(box) { box->installEventFilter(this); }
-
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress) return false;
-    const QString text = static_cast<QKeyEvent*>(event)->text();
-    return !text.isEmpty() && text[0].isPrint();
-  }
-};
-
 QPushButton* makeButton(const char* name, const QString& caption) {
   auto* button = new QPushButton(caption);
   button->setObjectName(QString::fromLatin1(name));
@@ -74,18 +61,13 @@ QWidget* frmNewForm::makeGeneralPage() {
   auto* page = new QWidget;
   txtName_ = new EntryBox("txtName", EntryBox::Accepts::NoQuoteKeys, page);
   txtDescription_ = new EntryBox("txtDescription", EntryBox::Accepts::NoQuoteKeys, page);
-  cmboFormType_ = new QComboBox(page);
-  cmboFormType_->setObjectName("cmboFormType");
+  cmboFormType_ = new ChoiceBox("cmboFormType", page);
   cmboFormType_->addItems({"Authentication", "Query"});
   cmboFormType_->setCurrentIndex(-1);
-  new TypingDiscarder(cmboFormType_);
 
   auto* grid = new QGridLayout(page);
   const auto addRow = [&](int row, const char* name, const QString& caption, QWidget* buddy) {
-    auto* label = new QLabel(caption, page);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setBuddy(buddy);
-    grid->addWidget(label, row, 0);
+    grid->addWidget(makeLabel(name, caption, buddy), row, 0);
     grid->addWidget(buddy, row, 1);
   };
   addRow(0, "lblName", "Name", txtName_);

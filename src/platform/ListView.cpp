@@ -7,6 +7,7 @@
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPointer>
 #include <cstdlib>
 
 namespace mv {
@@ -199,6 +200,17 @@ void ListView::sortNow() { sortItems(sortColumn_, sortDescending_ ? Qt::Descendi
 void ListView::setDragText(std::function<QString()> text) {
   dragText_ = std::move(text);
   setDragEnabled(static_cast<bool>(dragText_));
+}
+
+void ListView::startDrag(Qt::DropActions actions) {
+  // The events of a drag may end the window that the list stands in.
+  const QPointer<ListView> self(this);
+  // The press that begins a drag chooses its row like a click, but no click comes of it.
+  const int row = currentSelectedRow();
+  if (row >= 0) Q_EMIT rowChosen(row);
+  Q_EMIT dragStarted();
+  QTreeWidget::startDrag(actions);
+  if (self) Q_EMIT dragEnded();
 }
 
 void ListView::setAcceptTextDrops(bool on) {

@@ -57,7 +57,7 @@ class ListView : public QTreeWidget {
   void sortAscending(int column);
   void setHeaderClickSorts(bool on) { headerClickSorts_ = on; }
 
-  // What a drag of the selected rows carries; without one the list is no drag source.
+  // What a drag of the selected rows carries, asked when it starts; without one the list is no drag source.
   void setDragText(std::function<QString()> text);
   void setAcceptTextDrops(bool on);
 
@@ -71,8 +71,12 @@ class ListView : public QTreeWidget {
   // The list got the keyboard focus.
   void entered();
   void textDropped(const QString& text);
+  // Around a drag out of this list: before its text is asked, and when it is over, dropped or given up.
+  void dragStarted();
+  void dragEnded();
 
  protected:
+  void startDrag(Qt::DropActions actions) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

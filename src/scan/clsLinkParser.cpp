@@ -49,8 +49,8 @@ void dropOneLevel(std::string& path) {
 }  // namespace
 
 void clsLinkParser::BuildFilters() {
-  globalRules_ = loadGlobalRules();
-  siteRules_ = loadSiteRules(SiteID);
+  globalRules_ = RuleSet(loadGlobalRules());
+  siteRules_ = RuleSet(loadSiteRules(SiteID));
 }
 
 void clsLinkParser::InitializeDomainHopper() { hopDomains_.clear(); }
@@ -122,11 +122,11 @@ bool clsLinkParser::typeIsWanted() {
 }
 
 void clsLinkParser::applyGlobalFilters() {
-  if (anyMatches(globalRules_, {Link, Domain, fileType_})) Flag = true;
+  if (globalRules_.anyMatches({Link, Domain, fileType_})) Flag = true;
 }
 
 void clsLinkParser::applySiteFilters() {
-  if (anyMatches(siteRules_, {Link, Domain, fileType_})) Flag = true;
+  if (siteRules_.anyMatches({Link, Domain, fileType_})) Flag = true;
 }
 
 bool clsLinkParser::passesFilters() {

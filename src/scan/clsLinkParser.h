@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <vector>
 
 #include "scan/FilterRules.h"
 
@@ -61,8 +60,8 @@ class clsLinkParser {
   std::string fileType_;                        // extension of a file, "" for anything else
   std::string storedType_;                      // LinkType, but "Document" for files of an unknown type
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
-  std::vector<FilterRule> globalRules_;
-  std::vector<FilterRule> siteRules_;
+  RuleSet globalRules_;
+  RuleSet siteRules_;
 };
 
 }  // namespace mv

@@ -1,11 +1,11 @@
 #include "scan/frmNewTag.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "app/EntryBox.h"
 #include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
@@ -23,21 +23,19 @@ constexpr int kHeight = 2100;  // twips
 }  // namespace
 
 frmNewTag::frmNewTag()
-    : EditorWindow("New Tag", kWidth, kHeight), txtTagName_(new QLineEdit(this)), lblId_(new QLabel(this)) {
+    : EditorWindow("New Tag", kWidth, kHeight),
+      txtTagName_(new EntryBox("txtTagName", EntryBox::Accepts::AnyText, this)),
+      lblId_(new QLabel(this)) {
   setObjectName("frmNewTag");
   buildFields();
-  txtTagName_->installEventFilter(this);
 }
 
 void frmNewTag::buildFields() {
-  txtTagName_->setObjectName("txtTagName");
   lblId_->setObjectName("lblId");
   lblId_->setAccessibleName("Identifier");
-  auto* label = new QLabel("&Tag:", this);
-  label->setBuddy(txtTagName_);
 
   auto* grid = new QGridLayout(makeScrollingPage(this));
-  grid->addWidget(label, 0, 0);
+  grid->addWidget(makeLabel("lblTag", "&Tag:", txtTagName_), 0, 0);
   grid->addWidget(txtTagName_, 0, 1);
   grid->setRowStretch(1, 1);
   grid->addWidget(lblId_, 2, 0, Qt::AlignLeft | Qt::AlignVCenter);
@@ -56,13 +54,6 @@ void frmNewTag::initWindow() {
   txtTagName_->setText(toQString(rows.text("tag")));
   txtTagName_->selectAll();
   lblId_->setText(toQString(rows.text("id")));
-}
-
-bool frmNewTag::eventFilter(QObject* watched, QEvent* event) {
-  // Queued: the click that brings the focus sets the cursor afterwards.
-  if (watched == txtTagName_ && event->type() == QEvent::FocusIn)
-    QMetaObject::invokeMethod(txtTagName_, &QLineEdit::selectAll, Qt::QueuedConnection);
-  return EditorWindow::eventFilter(watched, event);
 }
 
 bool frmNewTag::accept() {

@@ -6,9 +6,10 @@
 #include "app/EditorWindow.h"
 
 class QLabel;
-class QLineEdit;
 
 namespace mv {
+
+class EntryBox;
 
 class frmNewTag : public EditorWindow {
   Q_OBJECT
@@ -20,13 +21,12 @@ class frmNewTag : public EditorWindow {
  protected:
   void initWindow() override;
   bool accept() override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void buildFields();
   bool save(const std::string& tag);
 
-  QLineEdit* txtTagName_;
+  EntryBox* txtTagName_;
   QLabel* lblId_;
 };
 

@@ -1,7 +1,6 @@
 #include "scan/frmTagManager.h"
 
 #include "app/Settings.h"
-#include "app/ToolIcons.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
@@ -23,9 +22,7 @@ frmTagManager::frmTagManager() : ListWindow("Tag Manager", kWidth, kHeight) {
   list().setColumns({{"Tag", 260}, {"Id", 80}});
   setIdColumn(kId);
   setKeepSorted(false);
-  addButton("      New      ", QString(), toolIcon("new"), [this] { openNew(); });
-  addButton("Edit", QString(), toolIcon("edit"), [this] { editChosen(); });
-  addButton("Delete", QString(), toolIcon("delete"), [this] { deleteChosen(); });
+  addRecordButtons();
   load();
 }
 

@@ -15,11 +15,9 @@ class frmTagManager : public ListWindow {
 
  protected:
   void fillList() override;
+  void openNew() override;
   void editChosen() override;
   void deleteChosen() override;
-
- private:
-  void openNew();
 };
 
 }  // namespace mv

@@ -18,6 +18,8 @@
 #include "app/WindowPosition.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeManager.h"
+#include "catalog/frmFilterManager.h"
+#include "catalog/frmRuleManager.h"
 #include "forms/frmFormManager.h"
 #include "help/FormUpdates.h"
 #include "help/HelpUpdates.h"
@@ -183,8 +185,8 @@ void frmDownloadManager::buildToolsMenu() {
   addItem(menu, "mnuToolsProcessManager", "P&rocess Manager", [] { showSingle<frmProcessManager>(); });
   menu->addSeparator()->setObjectName("mnuSeop3");
   addItem(menu, "mnuToolsFormManager", "F&orm Manager", [] { showSingle<frmFormManager>(); });
-  addItem(menu, "mnuToolsFilterManager", "&Filter Manager");
-  addItem(menu, "mnuToolsRuleManager", "&Rule Manager");
+  addItem(menu, "mnuToolsFilterManager", "&Filter Manager", [] { showSingle<frmFilterManager>(); });
+  addItem(menu, "mnuToolsRuleManager", "&Rule Manager", [] { showSingle<frmRuleManager>(); });
   addItem(menu, "mnuToolsFileTypeManager", "FileType &Manager", [] { showSingle<frmFileTypeManager>(); });
   addItem(menu, "mnuToolsTagManager", "Ta&g Manager", [] { showSingle<frmTagManager>(); });
 }

@@ -7,10 +7,12 @@
 #include <QVBoxLayout>
 
 #include "app/EntryBox.h"
+#include "app/ScrollingPage.h"
 #include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/clsPath.h"
 #include "catalog/frmFileTypeChild.h"
+#include "catalog/frmNewFilter.h"
 #include "catalog/frmSitePaths.h"
 #include "platform/Dialogs.h"
 #include "platform/Text.h"
@@ -27,6 +29,12 @@ constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
 constexpr const char* kListKey = "Web Sites";
 constexpr const char* kSequence = "site_id";
+
+QWidget* scrolling(QWidget* content) {
+  auto* page = new QWidget;
+  (new QVBoxLayout(makeScrollingPage(page)))->addWidget(content);
+  return page;
+}
 
 }  // namespace
 
@@ -61,8 +69,8 @@ QTabWidget* frmNew::makeOptionalTabs() {
   auto* tabs = new QTabWidget;
   tabs->setObjectName("SSTab2");
   tabs->addTab(login_, "Authentication");
-  tabs->addTab(fileTypes_, "Filetypes");
-  tabs->addTab(filters_, "Filters");
+  tabs->addTab(scrolling(fileTypes_), "Filetypes");
+  tabs->addTab(scrolling(filters_), "Filters");
   tabs->addTab(paths_, "Paths");
   tabs->addTab(autoScan_, "AutoScan");
   tabs->addTab(hopping_, "Domain Hopping");
@@ -74,8 +82,8 @@ void frmNew::connectPages() {
   for (const EntryBox* box : required_->limitBoxes())
     connect(box, &QLineEdit::textChanged, this,
             [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
-  for (AssignmentLists* lists : {static_cast<AssignmentLists*>(fileTypes_), static_cast<AssignmentLists*>(filters_)})
-    connect(lists, &AssignmentLists::moved, this, [this] { assignmentsChanged_ = true; });
+  for (ListPair* lists : {static_cast<ListPair*>(fileTypes_), static_cast<ListPair*>(filters_)})
+    connect(lists, &ListPair::moved, this, [this] { assignmentsChanged_ = true; });
   const auto onClick = [this](const QPushButton* button, void (frmNew::*work)()) {
     connect(button, &QPushButton::clicked, this, [this, work] { run([&] { (this->*work)(); }); });
   };
@@ -85,8 +93,8 @@ void frmNew::connectPages() {
   connect(fileTypes_, &FileTypeLists::typeChosen, this,
           [this](std::int64_t id) { run([&] { fileTypes_->showDescription(id); }); });
   connect(login_, &LoginFormFields::entryChosen, this, [this](int entry) { run([&] { login_->choose(entry); }); });
-  connect(fileTypes_, &AssignmentLists::newWanted, this, [this] { run([this] { openNewFileType(); }); });
-  connect(filters_, &AssignmentLists::newWanted, this, [this] { run([this] { openNewFilter(); }); });
+  connect(fileTypes_, &ListPair::newWanted, this, [this] { run([this] { openNewFileType(); }); });
+  connect(filters_, &ListPair::newWanted, this, [this] { run([this] { openNewFilter(); }); });
 }
 
 // --- loading
@@ -288,7 +296,9 @@ void frmNew::openNewFilter() {
     mustSaveFirst("Must save before adding new filter", "Please click the Apply button before modifying filters.");
     return;
   }
-  if (newFilterOpener()) newFilterOpener()();
+  auto* editor = new frmNewFilter;
+  editor->Mode = "new";
+  editor->open();
 }
 
 void frmNew::openPathManager() {

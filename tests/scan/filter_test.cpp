@@ -7,30 +7,55 @@
 
 namespace {
 
-TEST(FilterRules, CompareTheChosenPartOfALink) {
-  const mv::FilterSubject image{"/img/banner1.gif", "host1", "gif"};
-  const mv::FilterSubject page{"/page.htm", "host1", ""};
+bool matches(const char* field, const char* op, const std::string& value, const mv::FilterSubject& subject) {
+  return mv::RuleSet({{field, op, "Save To", "", value}}).anyMatches(subject);
+}
+
+TEST(FilterRules, EveryOperatorComparesEveryField) {
+  // "b.c" is the beginning of the first, the end of the second, the whole of the third.
   const struct {
-    const char *field, *op, *match, *other;
-  } cases[] = {
-      {"Link", "Contains", "banner", "BANNER"},
-      {"Link", "Equals", "/img/banner1.gif", "/img"},
-      {"Link", "Does Not Equal", "/img", "/img/banner1.gif"},
-      {"Link", "Begins With", "/img", "img"},
-      {"Link", "Does Not Begin With", "/img/banner1.gif2", "/img"},
-      {"Link", "Ends With", ".gif", "x/img/banner1.gif"},
-      {"Link", "Does Not End With", ".jpg", ".gif"},
-      {"Domain", "Equals", "host1", "host"},
-      {"Filetype", "Equals", "gif", "GIF"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_TRUE(mv::matches({c.field, c.op, "Save To", "", c.match}, image)) << c.op << ' ' << c.match;
-    EXPECT_FALSE(mv::matches({c.field, c.op, "Save To", "", c.other}, image)) << c.op << ' ' << c.other;
+    const char* field;
+    mv::FilterSubject subject;
+  } fields[] = {{"Link", {"b.c/a", "x", "x"}}, {"Domain", {"x", "a/b.c", "x"}}, {"Filetype", {"x", "x", "b.c"}}};
+  const struct {
+    const char* op;
+    const char* value;
+    const char* matching;  // for Link, Domain, Filetype
+  } cases[] = {{"Contains", ".", "111"},
+               {"Contains", "b.c", "111"},
+               {"Contains", "B.C", "000"},
+               {"Contains", "b.c/ab", "000"},
+               {"Equals", "b.c", "001"},
+               {"Equals", "B.C", "000"},
+               {"Does Not Equal", "b.c", "110"},
+               {"Does Not Equal", "B.C", "111"},
+               {"Begins With", "b.c", "101"},
+               {"Begins With", "b.c/ab", "000"},
+               {"Does Not Begin With", "b", "010"},
+               {"Does Not Begin With", "B", "111"},
+               {"Ends With", "b.c", "011"},
+               {"Ends With", ".C", "000"},
+               {"Does Not End With", "c", "100"},
+               {"Does Not End With", "xb.c", "111"}};
+  for (const auto& each : cases) {
+    std::string matching;
+    for (const auto& field : fields) matching += matches(field.field, each.op, each.value, field.subject) ? '1' : '0';
+    EXPECT_EQ(matching, each.matching) << each.op << ' ' << each.value;
   }
-  EXPECT_FALSE(mv::matches({"Host", "Contains", "", "", "h"}, image));
-  EXPECT_FALSE(mv::matches({"Link", "contains", "", "", "banner"}, image));
-  EXPECT_TRUE(mv::matches({"Filetype", "Does Not Equal", "", "", "gif"}, page)) << "a document is no gif";
-  EXPECT_FALSE(mv::matches({"Link", "Does Not Equal", "", "", ""}, page)) << "an empty text";
+  for (const std::string_view op : mv::kRuleOperators)
+    EXPECT_FALSE(matches("Link", std::string(op).c_str(), "", fields[0].subject)) << "an empty value, " << op;
+}
+
+TEST(FilterRules, AnyOfThemIsEnoughAndUnknownOnesAreSkipped) {
+  const mv::FilterSubject page{"/page.htm", "host1", ""};
+  EXPECT_FALSE(matches("Host", "Contains", "h", page));
+  EXPECT_FALSE(matches("Link", "contains", "page", page));
+  EXPECT_TRUE(matches("Filetype", "Does Not Equal", "gif", page)) << "a document is no gif";
+  EXPECT_FALSE(mv::RuleSet().anyMatches(page));
+  EXPECT_TRUE(mv::RuleSet({{"Host", "Equals", "", "", "host1"},
+                           {"Link", "Ends With", "", "", ".gif"},
+                           {"Domain", "Begins With", "", "", "host"}})
+                  .anyMatches(page));
 }
 
 class Filters : public mvtest::ProgramTest {

@@ -2,7 +2,6 @@
 // the README and the user guide.
 
 #include <QApplication>
-#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QIcon>
@@ -19,6 +18,10 @@
 #include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
+#include "catalog/frmFilterManager.h"
+#include "catalog/frmNewFilter.h"
+#include "catalog/frmNewRule.h"
+#include "catalog/frmRuleManager.h"
 #include "catalog/frmSitePaths.h"
 #include "demo/Feeds.h"
 #include "demo/Gallery.h"
@@ -242,6 +245,56 @@ void control(QWidget& mainWindow) {
   save(&wait, "please-wait");
 }
 
+void insertFilters(std::int32_t site) {
+  for (const char* rule : {"1, 1, 1, \"/banner\", \"\", \"Banners\", \"Contains\"",
+                           "2, 2, 3, \"gif\", \"/home/anna/Pictures/gallery\", \"Small pictures\", \"Equals\"",
+                           "3, 1, 1, \"http://\", \"\", \"Other hosts\", \"Begins With\""})
+    gDatabase.execute(std::string("insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, "
+                                  "operator) values (") +
+                      rule + ")");
+  for (const char* filter : {"1, \"No advertising\", \"yes\", \"Banners of every site\"",
+                             "2, \"Large pictures only\", \"no\", \"No small pictures\"",
+                             "3, \"Stay at home\", \"no\", \"No links to other hosts\""})
+    gDatabase.execute(std::string("insert into filter (id, name, global, description) values (") + filter + ")");
+  for (const char* link : {"1, 1", "2, 2", "3, 3", "2, 1"})
+    gDatabase.execute(std::string("insert into filter_rule_xref (filter_id, rule_id) values (") + link + ")");
+  gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(site) + ", 2)");
+}
+
+// Opens the editor of the record in the manager's first or last row: Home or End.
+template <class Editor, class Manager>
+Editor* edit(Manager* manager, Qt::Key row) {
+  auto* list = manager->template findChild<ListView*>();
+  list->setFocus();
+  // The first key chooses the row that has the focus.
+  for (const Qt::Key key : {row, row, Qt::Key_F2}) QTest::keyClick(list, key);
+  return find<Editor>();
+}
+
+void filterWindows() {
+  auto* rules = showSingle<frmRuleManager>();
+  save(frameOf(rules), "rule-manager");
+  save(frameOf(edit<frmNewRule>(rules, Qt::Key_End)), "rule-editor");
+  auto* filters = showSingle<frmFilterManager>();
+  save(frameOf(filters), "filter-manager");
+  save(frameOf(edit<frmNewFilter>(filters, Qt::Key_Home)), "filter-editor");
+}
+
+// The two windows between which filters are dragged, alone in the main window, rows selected in both.
+void filterDrag(frmDownloadManager& window) {
+  auto* sites = find<frmWebSites>();
+  auto* filters = find<frmFilterManager>();
+  for (ChildWindow* other : WindowRegistry::instance().windows())
+    if (other != sites && other != filters) other->hideChild();
+  window.resize(830, 275);
+  sites->setPlace({0, 0, 3600, 6500});
+  filters->setPlace({0, 6600, 3600, 5500});
+  sites->findChild<ListView*>()->selectAll();
+  for (const int row : {0, 2}) filters->findChild<ListView*>()->topLevelItem(row)->setSelected(true);
+  filters->showChild();
+  save(&window, "filter-drag");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -269,6 +322,7 @@ int main(int argc, char** argv) {
     gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field +
                       ")");
   storeLoginForm();
+  insertFilters(site);
   gDatabase.close();
 
   StartUp startUp;
@@ -279,6 +333,8 @@ int main(int argc, char** argv) {
   managers(site);
   loginForms();
   control(*startUp.mainWindow());
+  filterWindows();
+  filterDrag(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
   startUp.mainWindow()->close();

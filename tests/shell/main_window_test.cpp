@@ -45,8 +45,8 @@ TEST_F(MainWindowTest, HasTheWholeMenuTree) {
   // A "!" stands behind an entry whose window there is not yet.
   const std::vector<std::string> expected = {
       "&File: &Preferences..., -, &Exit", "&Edit: &Cut, C&opy, P&aste, -, &Delete Web Site!",
-      "&Tools: &Picture Viewer, &Web Site Manager, P&rocess Manager, -, F&orm Manager, &Filter Manager!, "
-      "&Rule Manager!, FileType &Manager, Ta&g Manager",
+      "&Tools: &Picture Viewer, &Web Site Manager, P&rocess Manager, -, F&orm Manager, &Filter Manager, "
+      "&Rule Manager, FileType &Manager, Ta&g Manager",
       "&Windows: &Cascade, Tile &Horizontally, Tile &Vertically",
       "&Help: &Open Help, Morvane2000 Online &Manual, Morvane2000 &Help Page, &Morvane2000 Home Page, -, "
       "Quillon &Support Site, &Quillon Home Page, -, &About Morvane2000"};

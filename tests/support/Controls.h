@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QTest>
 #include <stdexcept>
@@ -27,6 +28,14 @@ inline void click(const QWidget* window, const char* button) {
 // A check box answers to its box and its text only, which need not reach its middle.
 inline void tick(QAbstractButton& box) {
   QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(box.height() / 2, box.height() / 2));
+}
+
+// By keyboard; every entry on the way is chosen for a moment.
+inline void chooseEntry(QComboBox& box, const QString& text) {
+  box.setFocus();
+  QTest::keyClick(&box, Qt::Key_Home);
+  for (int i = 0; i < box.count() && box.currentText() != text; ++i) QTest::keyClick(&box, Qt::Key_Down);
+  if (box.currentText() != text) throw std::logic_error("no entry " + text.toStdString());
 }
 
 inline void clickRow(mv::ListView& list, int row, int column = 0) {

@@ -1,0 +1,321 @@
+// The lists of rules and filters and their editors, worked by clicks and keys.
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTest>
+#include <memory>
+
+#include "app/WindowRegistry.h"
+#include "catalog/frmFilterManager.h"
+#include "catalog/frmNewFilter.h"
+#include "catalog/frmNewRule.h"
+#include "catalog/frmRuleManager.h"
+#include "platform/Text.h"
+#include "support/Controls.h"
+#include "support/Fixture.h"
+
+namespace {
+
+using mvtest::click;
+using mvtest::columnTexts;
+using mvtest::control;
+using Texts = std::vector<QString>;
+
+// What a user sees of the web-site list here: that it is told to rebuild.
+class SiteList : public mv::ChildWindow {
+ public:
+  SiteList() : ChildWindow(1000, 1000) { setCaption("Web Sites"); }
+  void buildWorkingLists(const std::string& command, long) override { words += command + ' '; }
+  std::string words;
+};
+
+class RulesAndFilters : public mvtest::WindowTest {
+ protected:
+  RulesAndFilters() {
+    mv::gDatabase.execute(
+        "insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, operator) values "
+        "(1, 2, 3, \"gif\", \"/stored\", \"Gifs\", \"Ends With\"), (2, 1, 1, \"ban\", \"\", \"Banners\", \"Equals\"), "
+        "(3, 1, 2, \"x\", \"\", \"Hosts\", \"Contains\")");
+    mv::gDatabase.execute(
+        "insert into filter (id, name, global, description) values (1, \"First\", \"no\", \"One\"), "
+        "(2, \"Second\", \"yes\", \"Two\")");
+    mv::gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (1, 1), (1, 2), (2, 1)");
+    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (7, 1), (7, 2)");
+    mv::gDatabase.execute("update valid_sid set next_value = 40 where sid_name in ('rule_id', 'filter_id')");
+    mv::gDownloadFolder = "/default";
+  }
+
+  template <class Window>
+  static Window* find() {
+    return mv::WindowRegistry::instance().find<Window>();
+  }
+  // Opens the manager and chooses a record, unless it is "", then clicks the button.
+  template <class Editor, class Manager>
+  Editor* open(const char* record, const char* button) {
+    auto* manager = mv::showSingle<Manager>();
+    auto& list = control<mv::ListView>(manager, manager->objectName() == "frmRuleManager" ? "lvwRules" : "lvwFilters");
+    if (*record) mvtest::clickRow(list, list.findRow(0, record));
+    click(manager, button);
+    return find<Editor>();
+  }
+  mv::frmNewRule* openRule(const char* name = "") {
+    return open<mv::frmNewRule, mv::frmRuleManager>(name, *name ? "Edit" : "New");
+  }
+  mv::frmNewFilter* openFilter(const char* name = "") {
+    return open<mv::frmNewFilter, mv::frmFilterManager>(name, *name ? "Edit" : "New");
+  }
+  static void type(const QWidget* owner, const char* box, const QString& text) {
+    auto& edit = control<QLineEdit>(owner, box);
+    edit.selectAll();
+    QTest::keyClicks(&edit, text);
+  }
+  static QString text(const QWidget* owner, const char* box) { return control<QLineEdit>(owner, box).text(); }
+  static mv::ListView& available(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAvailable"); }
+  static mv::ListView& assigned(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAssigned"); }
+  static bool enabled(const QWidget* editor, const char* button) {
+    return control<QAbstractButton>(editor, button).isEnabled();
+  }
+
+  std::string rule(int id) const {
+    return value(
+        "select valid_field_id || '|' || operator || '|' || search_value || '|' || valid_rule_type_id || '|' || path "
+        "|| '|' || name from rule where id = " +
+        std::to_string(id));
+  }
+  std::string filter(int id) const {
+    return value(
+        "select name || '|' || global || '|' || description || '|' || (select group_concat(rule_id) from "
+        "(select rule_id from filter_rule_xref where filter_id = filter.id order by rule_id)) from filter "
+        "where id = " +
+        std::to_string(id));
+  }
+  std::string lastMessage() {
+    if (dialogs.messages.empty()) return "";
+    const auto shown = dialogs.messages.back();
+    dialogs.messages.clear();
+    return mv::toUtf8(shown.title + ": " + shown.text);
+  }
+};
+
+TEST_F(RulesAndFilters, ARuleIsCheckedInOrderAndStoredAsTyped) {
+  mv::frmNewRule* editor = openRule();
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->caption(), "New Rule");
+  EXPECT_EQ(control<QLabel>(editor, "lblId").text(), "40");
+  EXPECT_TRUE(control<QWidget>(editor, "txtPath").isHidden());
+  const auto chooses = [&](const char* box, const char* entry) {
+    return [=] { mvtest::chooseEntry(control<QComboBox>(editor, box), entry); };
+  };
+  const struct {
+    const char* message;
+    std::function<void()> remedy;
+  } steps[] = {
+      {"Rule not named: Please enter a name for this rule", [=] { type(editor, "txtRuleName", "It's \"new\""); }},
+      {"Rule type not defined: Please select an item from the 'Then' list", chooses("cmboRuleTypes", "Save To")},
+      {"No value defined: Please enter a value in the 'This' field", [=] { type(editor, "txtValue", "'a\"b'"); }},
+      {"No operator defined: Please select a logical operator", chooses("cmboOperator", "Does Not End With")},
+      {"No field defined: Please select an item from the 'If' list", chooses("cmboFields", "Domain")},
+      {"No path defined: Please define a save to directory", [=] {
+         mv::gDownloadFolder = "/default";
+         mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Ignore");
+         mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Save To");
+       }}};
+  mv::gDownloadFolder.clear();
+  for (const auto& step : steps) {
+    QTest::keyClick(editor, Qt::Key_Return);
+    EXPECT_EQ(lastMessage(), step.message);
+    EXPECT_EQ(count("rule"), 3);
+    step.remedy();
+  }
+  QTest::keyClick(editor, Qt::Key_Return);
+  EXPECT_FALSE(find<mv::frmNewRule>());
+  EXPECT_EQ(rule(40), "2|Does Not End With|a\"b|2|/default|Its \"new\"");
+}
+
+TEST_F(RulesAndFilters, ListsAndFolderTakeNoTyping) {
+  mv::frmNewRule* editor = openRule("Gifs");
+  for (const char* name : {"cmboFields", "cmboOperator", "cmboRuleTypes"}) {
+    auto& box = control<QComboBox>(editor, name);
+    const int before = box.currentIndex();
+    QTest::keyClicks(&box, "il cd");
+    EXPECT_EQ(box.currentIndex(), before) << name;
+  }
+  QTest::keyClicks(&control<QLineEdit>(editor, "txtPath"), "x");
+  EXPECT_EQ(text(editor, "txtPath"), "/stored");
+  auto& value = control<QLineEdit>(editor, "txtValue");
+  value.setFocus();
+  EXPECT_EQ(value.selectedText(), "gif");
+  QTest::keyClick(&value, '\'');
+  EXPECT_EQ(value.selectedText(), "gif");
+}
+
+TEST_F(RulesAndFilters, AnEditedRuleKeepsItsFolderUntilAnotherTypeIsPicked) {
+  mv::frmNewRule* editor = openRule("Gifs");
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->caption(), "Edit Rule: Gifs");
+  EXPECT_EQ(text(editor, "txtPath"), "/stored");
+  EXPECT_FALSE(control<QWidget>(editor, "cmdBrowse").isHidden());
+  dialogs.nextFolders = {std::nullopt, "/chosen"};
+  click(editor, "cmdBrowse");
+  EXPECT_EQ(text(editor, "txtPath"), "/stored") << "cancelled";
+  EXPECT_EQ(dialogs.folderRequests.back().initialFolder, "/stored");
+  click(editor, "cmdBrowse");
+  EXPECT_EQ(text(editor, "txtPath"), "/chosen");
+  mvtest::chooseEntry(control<QComboBox>(editor, "cmboFields"), "Link");
+  mvtest::chooseEntry(control<QComboBox>(editor, "cmboOperator"), "Contains");
+  click(editor, "cmdOK");
+  EXPECT_EQ(rule(1), "1|Contains|gif|2|/chosen|Gifs");
+
+  editor = openRule("Gifs");
+  mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Ignore");
+  EXPECT_TRUE(control<QWidget>(editor, "txtPath").isHidden());
+  mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Save To");
+  EXPECT_EQ(text(editor, "txtPath"), "/default");
+  QTest::keyClick(editor, Qt::Key_Escape);
+  EXPECT_EQ(rule(1), "1|Contains|gif|2|/chosen|Gifs");
+
+  mv::gDatabase.execute("update rule set operator = \"Resembles\", valid_rule_type_id = 99 where id = 2");
+  editor = openRule("Banners");
+  EXPECT_EQ(control<QComboBox>(editor, "cmboOperator").currentIndex(), -1);
+  click(editor, "cmdOK");
+  EXPECT_EQ(lastMessage(), "Rule type not defined: Please select an item from the 'Then' list");
+}
+
+TEST_F(RulesAndFilters, WhatWasDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
+  mv::frmNewRule* ruleEditor = openRule("Gifs");
+  open<mv::frmNewRule, mv::frmRuleManager>("Gifs", "Delete");
+  click(ruleEditor, "cmdOK");
+  EXPECT_EQ(lastMessage(), "Morvane2000: This rule has been deleted meanwhile. It was not saved.");
+  ASSERT_TRUE(find<mv::frmNewRule>());
+  EXPECT_EQ(text(ruleEditor, "txtRuleName"), "Gifs");
+  EXPECT_EQ(count("rule"), 2);
+
+  mv::frmNewFilter* filterEditor = openFilter("First");
+  open<mv::frmNewFilter, mv::frmFilterManager>("First", "Delete");
+  filterEditor->showChild();
+  for (const char* button : {"cmdApply", "cmdOK"}) {
+    click(filterEditor, button);
+    EXPECT_EQ(lastMessage(), "Morvane2000: This filter has been deleted meanwhile. It was not saved.");
+  }
+  EXPECT_EQ(text(filterEditor, "txtFilterName"), "First");
+  EXPECT_EQ(count("filter"), 1);
+  EXPECT_EQ(count("filter_rule_xref", "filter_id = 1"), 0);
+}
+
+TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
+  open<mv::frmNewRule, mv::frmRuleManager>("", "Delete");
+  EXPECT_EQ(lastMessage(), "No Rule Selected: Please select a rule to delete. ");
+  open<mv::frmNewRule, mv::frmRuleManager>("Gifs", "Delete");
+  EXPECT_EQ(columnTexts(control<mv::ListView>(find<mv::frmRuleManager>(), "lvwRules")), Texts({"Banners", "Hosts"}));
+  EXPECT_EQ(count("filter_rule_xref", "rule_id = 1"), 0);
+  EXPECT_EQ(count("filter_rule_xref"), 1);
+
+  open<mv::frmNewFilter, mv::frmFilterManager>("", "Delete");
+  EXPECT_EQ(lastMessage(), "No Filter Selected: Please select a filter to delete. ");
+  auto& filters = control<mv::ListView>(find<mv::frmFilterManager>(), "lvwFilters");
+  filters.selectAll();
+  const std::unique_ptr<QMimeData> dragged(filters.model()->mimeData(filters.selectionModel()->selectedRows()));
+  EXPECT_EQ(dragged->text(), "1\r\n2\r\n");
+  mvtest::clickRow(filters, 0);
+  QTest::keyClick(&filters, Qt::Key_Delete);
+  EXPECT_EQ(columnTexts(filters), Texts({"Second"}));
+  EXPECT_EQ(value("select group_concat(filter_id) from site_filter_xref"), "2");
+  EXPECT_EQ(count("filter_rule_xref"), 0);
+  EXPECT_EQ(count("rule"), 2) << "rules stay";
+}
+
+TEST_F(RulesAndFilters, ANewFilterIsInsertedOnceThenUpdatedAndTakenBackByCancel) {
+  auto* sites = new SiteList;
+  mv::frmNewFilter* editor = openFilter();
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->caption(), "New Filter");
+  EXPECT_EQ(control<QLabel>(editor, "lblId").text(), "40");
+  click(editor, "cmdApply");
+  EXPECT_EQ(lastMessage(), "Error: Please enter a name for this filter");
+  click(editor, "cmdOK");
+  EXPECT_EQ(lastMessage(), "Filter not named: Please enter a name for this filter");
+  EXPECT_EQ(count("filter"), 2);
+
+  type(editor, "txtFilterName", "It's \"mine\"");
+  type(editor, "txtDescription", "it's \"so\"");
+  click(editor, "cmdApply");
+  EXPECT_EQ(filter(40), "") << "no rules";
+  EXPECT_EQ(value("select name || global || description from filter where id = 40"), "Its \"mine\"noit's \"so\"");
+  mvtest::doubleClickRow(available(editor), 0);
+  click(editor, "chkGlobal");
+  click(editor, "cmdApply");
+  EXPECT_EQ(filter(40), "Its \"mine\"|yes|it's \"so\"|2");
+  EXPECT_EQ(columnTexts(control<mv::ListView>(mv::showSingle<mv::frmFilterManager>(), "lvwFilters")).size(), 3u);
+
+  mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (7, 40)");
+  QTest::keyClick(editor, Qt::Key_Escape);
+  EXPECT_FALSE(find<mv::frmNewFilter>());
+  for (const char* table : {"filter_rule_xref", "site_filter_xref"}) EXPECT_EQ(count(table, "filter_id = 40"), 0);
+  EXPECT_EQ(count("filter"), 2);
+  EXPECT_EQ(sites->words, "init ");
+  EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'filter_id'"), "41");
+
+  click(find<mv::frmFilterManager>(), "New");
+  type(find<mv::frmNewFilter>(), "txtFilterName", "Kept");
+  click(find<mv::frmNewFilter>(), "cmdApply");
+  click(find<mv::frmNewFilter>(), "cmdOK");
+  EXPECT_EQ(count("filter", "id = 41"), 1);
+}
+
+TEST_F(RulesAndFilters, AnEditedFilterMovesRulesAndKeepsWhatWasApplied) {
+  mv::frmNewFilter* editor = openFilter("First");
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->caption(), "Edit: First");
+  EXPECT_EQ(text(editor, "txtDescription"), "One");
+  EXPECT_EQ(columnTexts(available(editor)), Texts({"Hosts"}));
+  EXPECT_EQ(columnTexts(assigned(editor)), Texts({"Banners", "Gifs"}));
+  EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned") || enabled(editor, "cmdMoveToAvailable"));
+
+  mvtest::clickRow(assigned(editor), 0);
+  EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned"));
+  click(editor, "cmdMoveToAvailable");
+  mvtest::clickRow(available(editor), 1);
+  QTest::keyClick(&available(editor), Qt::Key_Right, Qt::AltModifier);
+  EXPECT_TRUE(mvtest::waitFor([&] { return columnTexts(assigned(editor)) == Texts({"Gifs", "Hosts"}); }));
+  EXPECT_EQ(filter(1), "First|no|One|1,2") << "not yet stored";
+  click(editor, "cmdApply");
+  type(editor, "txtFilterName", "not stored");
+  click(editor, "cmdCancel");
+  EXPECT_EQ(filter(1), "First|no|One|1,3");
+
+  EXPECT_TRUE(control<QCheckBox>(openFilter("Second"), "chkGlobal").isChecked());
+}
+
+TEST_F(RulesAndFilters, AnOpenFilterEditorFollowsTheRules) {
+  mv::frmNewFilter* editor = openFilter();
+  type(editor, "txtFilterName", "New one");
+  available(editor).selectAll();
+  mvtest::control<QWidget>(editor, "lvwRulesAvailable").setFocus();
+  click(editor, "cmdMoveToAssigned");
+  EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned")) << "nothing left to move";
+  click(editor, "cmdNew");
+  mv::frmNewRule* rule = find<mv::frmNewRule>();
+  ASSERT_TRUE(rule);
+  EXPECT_EQ(rule->caption(), "New Rule");
+  type(rule, "txtRuleName", "Later");
+  type(rule, "txtValue", "v");
+  for (const char* box : {"cmboFields", "cmboOperator", "cmboRuleTypes"})
+    control<QComboBox>(rule, box).setCurrentIndex(0);
+  click(rule, "cmdOK");
+  mv::gDatabase.execute("update rule set name = \"Renamed\" where id = 2");
+  open<mv::frmNewRule, mv::frmRuleManager>("Gifs", "Delete");
+  editor->showChild();
+  EXPECT_EQ(columnTexts(available(editor)), Texts({"Later"}));
+  EXPECT_EQ(columnTexts(assigned(editor)), Texts({"Hosts", "Renamed"}));
+  // A rule that goes while the editor stays in front is not stored either.
+  mv::gDatabase.execute("delete from rule where id = 3");
+  click(editor, "cmdOK");
+  EXPECT_EQ(filter(40), "New one|no||2");
+}
+
+}  // namespace
