@@ -15,6 +15,7 @@ namespace {
 using namespace mvbench;
 
 constexpr int kRuns = 9;
+constexpr const char* kBaseTag = "<base href=";
 constexpr std::size_t kStretch = std::size_t{1} << 20;
 
 std::vector<std::string> shippedTags() {
@@ -39,7 +40,7 @@ std::size_t walk(mv::clsPageScanner& scanner, const std::string& tag) {
 std::size_t linksOf(mv::clsPageScanner& scanner, const std::string& page, const std::vector<std::string>& tags) {
   scanner.setHtml(page);
   scanner.BasePath = "www.host1.example/gallery/";
-  std::size_t links = walk(scanner, "<base href=");
+  std::size_t links = walk(scanner, kBaseTag);
   for (const std::string& tag : tags) links += walk(scanner, tag);
   return links;
 }
@@ -55,6 +56,9 @@ void scanPages(const std::string& name, std::size_t count, std::size_t bytes, co
     total += pages.back().size();
   }
   mv::clsPageScanner scanner;
+  std::vector<std::string> expected = tags;
+  expected.push_back(kBaseTag);
+  scanner.expect(expected);
   std::size_t links = 0;
   const Timing timing = medianOf(kRuns, [&] {
     links = 0;

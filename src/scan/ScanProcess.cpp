@@ -106,6 +106,9 @@ void ScanProcess::buildTagArray() {
   tags_.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount from valid_tag")));
   for (Recordset rows = gDatabase.query("select tag from valid_tag"); !rows.endOfRows(); rows.moveNext())
     tags_.push_back(rows.text("Tag"));
+  std::vector<std::string> searchStrings = tags_;
+  searchStrings.push_back(kBaseTag);
+  scanner_.expect(searchStrings);
 }
 
 void ScanProcess::buildQueue() {
@@ -252,8 +255,8 @@ void ScanProcess::readPage() {
   yieldThen([this] { readPage(); });
 }
 
-// The page is walked through once for its base href, then once for every tag. A walk goes on in later events, so that a
-// page of any size leaves the windows alive.
+// The page is walked through once for its base href, then once for every tag. A long walk goes on in later events, so
+// that a page of any size leaves the windows alive.
 void ScanProcess::processPage() {
   scanner_.setHtml(std::exchange(pageText_, {}));
   walk_ = Walk::BaseHref;
@@ -265,17 +268,19 @@ void ScanProcess::processPage() {
 
 void ScanProcess::walkPage() {
   const Slice slice;
-  while (scanner_.LinkFound()) {
-    if (slice.spent()) {
-      yieldThen([this] { walkPage(); });
-      return;
+  do {
+    while (scanner_.LinkFound()) {
+      if (slice.spent()) {
+        yieldThen([this] { walkPage(); });
+        return;
+      }
+      if (!scanner_.seek(kSearchStretch)) continue;
+      scanner_.getLink();
+      if (!scanner_.Link().empty()) linkFound(scanner_.Link());
+      if (StopRequested()) return;
     }
-    if (!scanner_.seek(kSearchStretch)) continue;
-    scanner_.getLink();
-    if (!scanner_.Link().empty()) linkFound(scanner_.Link());
-    if (StopRequested()) return;
-  }
-  yieldThen([this] { nextWalk(); });
+  } while (beginNextWalk());
+  finishPage();
 }
 
 void ScanProcess::linkFound(const std::string& link) {
@@ -285,7 +290,7 @@ void ScanProcess::linkFound(const std::string& link) {
     handleLink(link);
 }
 
-void ScanProcess::nextWalk() {
+bool ScanProcess::beginNextWalk() {
   if (walk_ == Walk::BaseHref) {
     walk_ = Walk::Links;
     tag_ = 0;
@@ -294,13 +299,10 @@ void ScanProcess::nextWalk() {
   } else {
     ++tag_;
   }
-  if (tag_ >= tags_.size()) {
-    finishPage();
-    return;
-  }
+  if (tag_ >= tags_.size()) return false;
   scanner_.restart();
   scanner_.setSearchString(tags_[tag_]);
-  walkPage();
+  return true;
 }
 
 void ScanProcess::handleLink(const std::string& link) {

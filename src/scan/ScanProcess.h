@@ -81,8 +81,9 @@ class ScanProcess : public Process {
   void pageFailed();
   void readPage();
   void processPage();
-  void nextWalk();
   void walkPage();
+  // False after the last one.
+  bool beginNextWalk();
   void linkFound(const std::string& link);
   void handleLink(const std::string& link);
   void storeLink(const std::string& link);
