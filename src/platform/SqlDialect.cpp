@@ -1,8 +1,8 @@
 #include "platform/SqlDialect.h"
 
 #include <algorithm>
-#include <charconv>
 #include <initializer_list>
+#include <optional>
 #include <utility>
 
 #include "platform/Database.h"
@@ -16,19 +16,10 @@ enum class Kind { Word, Identifier, Text, Number, Symbol };
 struct Token {
   Kind kind;
   std::string_view raw;  // as it stands in the statement
-  std::string value;     // of a text: without delimiters
   bool spaceBefore = false;
 };
 
 using Tokens = std::vector<Token>;
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool startsWord(char c) {
-  return (lower(c) >= 'a' && lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-}
-bool continuesWord(char c) { return startsWord(c) || isDigit(c) || c == '$'; }
 
 [[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::kSyntaxError, reason); }
 
@@ -52,7 +43,7 @@ class Lexer {
   bool skipBlank() {
     const std::size_t start = at_;
     for (;;) {
-      if (isSpace(peek()))
+      if (isSqlSpace(peek()))
         ++at_;
       else if (peek() == '-' && peek(1) == '-')
         at_ = std::min(sql_.find('\n', at_), sql_.size());
@@ -70,10 +61,10 @@ class Lexer {
 
   Token next() {
     const char c = peek();
-    if (c == '"' || c == '\'') return text(c);
+    if (c == '"' || c == '\'') return text();
     if (c == '[' || c == '`') return identifier(c == '[' ? ']' : c);
-    if (isDigit(c) || (c == '.' && isDigit(peek(1)) && !followsName())) return number();
-    if (startsWord(c)) return word();
+    if (isSqlDigit(c) || (c == '.' && isSqlDigit(peek(1)) && !followsName())) return number();
+    if (startsSqlWord(c)) return word();
     return symbol(c);
   }
 
@@ -81,19 +72,11 @@ class Lexer {
     return !tokens_.empty() && (tokens_.back().kind == Kind::Word || tokens_.back().kind == Kind::Identifier);
   }
 
-  Token text(char delimiter) {
-    const std::size_t start = at_++;
-    std::string value;
-    for (;;) {
-      const std::size_t end = sql_.find(delimiter, at_);
-      if (end == std::string_view::npos) refuse("The statement has a text without an end.");
-      value += sql_.substr(at_, end - at_);
-      at_ = end + 1;
-      if (peek() != delimiter) break;
-      value += delimiter;
-      ++at_;
-    }
-    return {Kind::Text, from(start), std::move(value)};
+  Token text() {
+    const std::size_t start = at_;
+    at_ = sqlTextEnd(sql_, start);
+    if (at_ == std::string_view::npos) refuse("The statement has a text without an end.");
+    return {Kind::Text, from(start)};
   }
 
   Token identifier(char end) {
@@ -102,23 +85,19 @@ class Lexer {
     if (found == std::string_view::npos) refuse("The statement has a name without an end.");
     at_ = found + 1;
     if (from(start).find('\0') != std::string_view::npos) refuse("The statement has a NUL in a name.");
-    return {Kind::Identifier, from(start), {}};
+    return {Kind::Identifier, from(start)};
   }
 
-  // Letters that touch a number are kept with it: the engine then refuses the whole.
   Token number() {
     const std::size_t start = at_;
-    while (continuesWord(peek()) || peek() == '.') {
-      const bool exponent = lower(peek()) == 'e' && (peek(1) == '+' || peek(1) == '-') && isDigit(peek(2));
-      at_ += exponent ? 2 : 1;
-    }
-    return {Kind::Number, from(start), {}};
+    at_ = sqlNumberEnd(sql_, start);
+    return {Kind::Number, from(start)};
   }
 
   Token word() {
     const std::size_t start = at_;
-    while (continuesWord(peek())) ++at_;
-    return {Kind::Word, from(start), {}};
+    while (continuesSqlWord(peek())) ++at_;
+    return {Kind::Word, from(start)};
   }
 
   Token symbol(char c) {
@@ -128,7 +107,7 @@ class Lexer {
       refuse(std::string("The statement has a stray ") + c);
     const bool unequal = (c == '<' && peek(1) == '>') || (c == '!' && peek(1) == '=');
     at_ += unequal ? 2 : 1;
-    return {Kind::Symbol, from(start), {}};
+    return {Kind::Symbol, from(start)};
   }
 
   std::string_view sql_;
@@ -168,6 +147,7 @@ class Translator {
     while (i < tokens_.size()) i = put(i);
     into.shape = std::move(shape_);
     into.values = std::move(values_);
+    into.literalIsValue = std::move(literalIsValue_);
   }
 
  private:
@@ -182,7 +162,7 @@ class Translator {
     if (i > 0 && (token.spaceBefore || wouldGrow(i))) shape_ += ' ';
     if (token.kind == Kind::Text)
       putText(token);
-    else if (token.kind == Kind::Number && takesLiterals_ && numbersAreValues_)
+    else if (token.kind == Kind::Number)
       putNumber(token);
     else
       shape_ += token.raw;
@@ -207,22 +187,23 @@ class Translator {
   }
 
   void putText(const Token& token) {
-    if (takesLiterals_) return putValue(token.value);
-    if (token.value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
+    std::string value = sqlTextValue(token.raw);
+    literalIsValue_.push_back(takesLiterals_);
+    if (takesLiterals_) return putValue(std::move(value));
+    if (value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
     shape_ += '\'';
-    for (const char c : token.value) shape_.append(c == '\'' ? 2 : 1, c);
+    for (const char c : value) shape_.append(c == '\'' ? 2 : 1, c);
     shape_ += '\'';
   }
 
   void putNumber(const Token& token) {
-    const char* const end = token.raw.data() + token.raw.size();
-    std::int64_t whole = 0;
-    double real = 0;
-    const auto wholeRead = std::from_chars(token.raw.data(), end, whole);
-    if (wholeRead.ec == std::errc() && wholeRead.ptr == end) return putValue(whole);
-    const auto realRead = std::from_chars(token.raw.data(), end, real);
-    if (realRead.ec == std::errc() && realRead.ptr == end) return putValue(real);
-    shape_ += token.raw;
+    std::optional<SqlValue> value;
+    if (takesLiterals_ && numbersAreValues_) value = sqlNumberValue(token.raw);
+    literalIsValue_.push_back(value.has_value());
+    if (value)
+      putValue(std::move(*value));
+    else
+      shape_ += token.raw;
   }
 
   void putValue(SqlValue value) {
@@ -266,6 +247,7 @@ class Translator {
   bool betweenIsOpen_ = false;
   std::string shape_;
   std::vector<SqlValue> values_;
+  std::vector<bool> literalIsValue_;
 };
 
 // ---- names ----
@@ -310,10 +292,10 @@ std::vector<std::string> selectFields(const Tokens& tokens) {
 
 std::string statementName(const Tokens& tokens) {
   std::string name;
-  for (const char c : tokens.front().raw) name += lower(c);
+  for (const char c : tokens.front().raw) name += lowerSqlLetter(c);
   for (std::size_t i = 1; i + 1 < tokens.size(); ++i) {
     if (!isWord(tokens[i], {"from", "into", "table", "index"}) || !isName(tokens[i + 1])) continue;
-    for (name += ' '; const char c : tokens[i].raw) name += lower(c);
+    for (name += ' '; const char c : tokens[i].raw) name += lowerSqlLetter(c);
     return name + ' ' + plainName(tokens[i + 1]);
   }
   return tokens.size() > 1 && isName(tokens[1]) ? name + ' ' + plainName(tokens[1]) : name;
@@ -342,7 +324,7 @@ SqlStatement translateSql(std::string_view sql) {
 
 bool sameSqlName(std::string_view left, std::string_view right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return lower(a) == lower(b); });
+                    [](char a, char b) { return lowerSqlLetter(a) == lowerSqlLetter(b); });
 }
 
 }  // namespace mv
