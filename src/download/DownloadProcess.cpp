@@ -268,6 +268,7 @@ void DownloadProcess::refuseFile() {
 
 void DownloadProcess::requestFile() {
   requestKind_ = kGetFile;
+  Inet2.setTargetFolder(savePath_);
   Inet2.Execute(url_, "Get", BodyMode::File);
 }
 
@@ -338,7 +339,12 @@ void DownloadProcess::beginReceiving() {
   // Both may have asked the user something, and the user may have stopped the site meanwhile.
   if (StopRequested()) return;
   file_ = std::make_unique<AtomicFile>(fullPath_);
-  receiveChunks();
+  if (Inet2.MoveBodyTo(*file_)) {
+    bytesReceived_ = static_cast<std::int64_t>(file_->size());
+    fileReceived();
+  } else {
+    receiveChunks();
+  }
 }
 
 void DownloadProcess::chooseFullPath() {

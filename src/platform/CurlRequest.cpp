@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kUserAgent = "Morvane2000/1.0";
 constexpr const char* kProtocols = "http,https";
 constexpr long kMostRedirects = 20;
-constexpr long kFileBuffer = 128L * 1024;
+constexpr long kFileBuffer = 1024L * 1024;  // each turn of the event loop reads so much at most
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
 constexpr std::size_t kHeaderLimit = std::size_t{1024} * 1024;
@@ -77,7 +77,7 @@ CurlRequest* requestOf(void* self) { return static_cast<CurlRequest*>(self); }
 }  // namespace
 
 CurlRequest::CurlRequest(const std::string& address, BodyMode mode, const InternetTransfer::Limits& limits, Raise raise)
-    : address_(address), mode_(mode), limits_(limits), raise_(std::move(raise)), file_(limits.spoolThreshold) {}
+    : address_(address), mode_(mode), limits_(limits), raise_(std::move(raise)), file_(limits.spoolThreshold, {}) {}
 
 CurlRequest::~CurlRequest() {
   if (running_) loop_->remove(easy_, this);
@@ -330,6 +330,8 @@ void CurlRequest::hold() {
   curl_easy_pause(easy_, CURLPAUSE_RECV);
 }
 
+void CurlRequest::keepFileNear(const std::string& folder) { file_ = BodySpool(limits_.spoolThreshold, folder); }
+
 void CurlRequest::resume() {
   mode_ = BodyMode::File;
   held_ = false;
@@ -395,8 +397,6 @@ void CurlRequest::conclude(CURLcode result) {
     fail(ownErrorCode_, ownError_);
   } else if (result != CURLE_OK) {
     fail(result, errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(result));
-  } else if (mode_ == BodyMode::File && !file_.rewind()) {
-    fail(CURLE_WRITE_ERROR, file_.error());
   } else {
     if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"));
     raise(kResponseReceived);

@@ -4,6 +4,7 @@
 #include <curl/curl.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,9 @@ class CurlRequest : private CurlClient {
   // Gives the connection of a held response up; what has been received stays readable.
   void release();
 
+  // Before the body comes in: a large one is kept on the file system of this folder.
+  void keepFileNear(const std::string& folder);
+  bool moveBodyTo(AtomicFile& file) { return file_.moveTo(file); }
   std::string takeChunk(std::size_t size, ChunkType type);
   std::string header(std::string_view name) const;
   std::string responseAddress() const;

@@ -30,6 +30,7 @@ class InternetTransfer::Private {
   InternetTransfer* q;
   int index;
   std::string address;
+  std::string targetFolder;
   std::unique_ptr<CurlRequest> request;
   bool executing = false;
   bool completed = false;
@@ -54,6 +55,7 @@ void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   completed = false;
   request = std::make_unique<CurlRequest>(url, mode, limits(), [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
+  request->keepFileNear(targetFolder);
   request->start();
 }
 
@@ -63,6 +65,7 @@ bool InternetTransfer::Private::resume(const std::string& url) {
   holding = false;
   executing = true;
   completed = false;
+  request->keepFileNear(targetFolder);
   request->resume();
   return true;
 }
@@ -128,6 +131,10 @@ void InternetTransfer::Execute(const std::string& url, const std::string& operat
 void InternetTransfer::cancel() { d->drop(); }
 
 bool InternetTransfer::StillExecuting() const { return d->executing; }
+
+void InternetTransfer::setTargetFolder(const std::string& folder) { d->targetFolder = folder; }
+
+bool InternetTransfer::MoveBodyTo(AtomicFile& file) { return d->completed && d->request->moveBodyTo(file); }
 
 std::string InternetTransfer::GetChunk(std::size_t size, ChunkType type) {
   return d->completed ? d->request->takeChunk(size, type) : std::string();
