@@ -25,10 +25,10 @@ constexpr double kGoalDrift = 1.1;   // last tenth against the first
 std::string ownFolder(const std::string& program) { return program.substr(0, program.rfind('/') + 1); }
 
 // What the harvest program prints: a name and a number a line.
-std::map<std::string, double> harvest(const std::string& program, const std::string& host, const std::string& step) {
-  const QTemporaryDir folder;
-  const std::string command = ownFolder(program) + "harvest http://" + host + "/ '" +
-                              mv::toUtf8(folder.filePath("program")) + "' " + step + " 2>/dev/null";
+std::map<std::string, double> harvest(const std::string& program, const std::string& host, const std::string& folder,
+                                      const std::string& step) {
+  const std::string command =
+      ownFolder(program) + "harvest http://" + host + "/ '" + folder + "' " + step + " 2>/dev/null";
   std::FILE* answer = popen(command.c_str(), "r");
   if (answer == nullptr) throw std::runtime_error("The harvest did not start");
   std::map<std::string, double> values;
@@ -49,8 +49,9 @@ void wholeHarvest(const std::string& program) {
   const mvbench::ServerProcess server(shape);
   const auto objects = static_cast<double>(shape.pages + shape.files);
   std::vector<double> speed, cpu, memory;
+  const QTemporaryDir folder;  // nothing is deleted between the runs: file systems take their time over that
   for (int run = 0; run < kRuns; ++run) {
-    auto values = harvest(program, server.host(), "");
+    auto values = harvest(program, server.host(), mv::toUtf8(folder.filePath(QString::number(run))), "");
     if (values["pages"] < static_cast<double>(shape.pages) || values["files"] != static_cast<double>(shape.files))
       throw std::runtime_error("The harvest is not whole");
     speed.push_back(objects / values["wall"]);
@@ -70,7 +71,9 @@ void soak(const std::string& program) {
   shape.files = 20'000;
   shape.fileBytes = 2048;
   const mvbench::ServerProcess server(shape);
-  auto values = harvest(program, server.host(), std::to_string((shape.pages + shape.files) / 10));
+  const QTemporaryDir folder;
+  auto values = harvest(program, server.host(), mv::toUtf8(folder.filePath("program")),
+                        std::to_string((shape.pages + shape.files) / 10));
   mvbench::printFigure("soak, time of an object, last tenth / first", values["drift"], "", mvbench::Goal::AtMost,
                        kGoalDrift);
   mvbench::printFigure("soak, memory growth after the first tenth", values["growth"], "MB", mvbench::Goal::AtMost,

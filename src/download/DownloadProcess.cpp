@@ -175,7 +175,7 @@ bool DownloadProcess::takeUp(int index) {
   try {
     findSavePath();
     show(savePathText_, "Saving to: " + savePath_);
-    Q_EMIT rowTaken(index);
+    rowTaken(index);
     lvwLinks.setState(index, RowState::Working);
     --queueSize_;
     ++processedCount_;

@@ -184,7 +184,7 @@ void ScanProcess::takeUp(int index) {
   labelUrl_ = shownUrl_ = maskUserInfo(currentUrl_);
   reported_.clear();
   lvwLinks.setState(index, RowState::Working);
-  Q_EMIT rowTaken(index);
+  rowTaken(index);
   --pagesLeft_;
   ++pagesProcessed_;
   updateStatus("pagestoscan");

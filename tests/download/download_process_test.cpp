@@ -229,7 +229,29 @@ TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
   EXPECT_TRUE(site.requests().empty());
 }
 
+TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
+  setSite("upper_limit = 100");
+  const std::string body(std::size_t{5} << 20, 'b');
+  for (const std::string& below : {saveFolder, saveFolder + "/not/made/yet"}) {
+    setSite("download_path = " + mv::quoted(below));
+    addFile("/whole.bin", body);
+    renew();
+    downloadAll();
+    EXPECT_TRUE(readFile(below + "/whole.bin") == body);
+    EXPECT_EQ(process->receivedText(), "Received: 5242880");
+  }
+  EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
+
+  AtomicFile::failAfterBytes(std::size_t{2} << 20);
+  addFile("/full.bin", body);
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(outcomes["full.bin"].state, "Error");
+  EXPECT_EQ(process->errorPanel().reason, "Code: 23  -  Reason: No space left on device");
+  EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
+}
+
 TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
+  const mvtest::BodiesInMemory bodies;
   setSite("upper_limit = 100");
   std::string body(std::size_t{64} << 20, '\0');
   for (std::size_t at = 0; at < body.size(); ++at) body[at] = static_cast<char>(at * 2654435761u >> 24);
@@ -247,16 +269,21 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
 }
 
 TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
+  const mvtest::BodiesInMemory bodies;
   setSite("upper_limit = 100");
   addFile("/large.bin", std::string(std::size_t{16} << 20, 'x'));
   for (int stopAt = 1;; ++stopAt) {
     renew();
     int seen = 0;
-    QObject::connect(process.get(), &mv::Process::viewChanged, [&] {
-      const std::string& received = process->receivedText();
-      const bool midway = received != "Received:" && received != "Received: 0" && process->leftText() != "Left: 0";
+    std::string last = "Received: 0";
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+      const std::string received = process->receivedText();
+      const bool midway = received != "Received:" && received != last && process->leftText() != "Left: 0";
+      last = received;
       if (midway && ++seen == stopAt) process->requestStop();
     });
+    look.start(0);
     process->initWindow();
     ASSERT_TRUE(waitFor([&] { return (process->StopRequested() && !process->isBusy()) || allDone(); }));
     if (!process->StopRequested()) {
