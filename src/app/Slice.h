@@ -11,7 +11,7 @@ class Slice {
   bool spent() const { return std::chrono::steady_clock::now() - start_ > kLength; }
 
  private:
-  static constexpr std::chrono::milliseconds kLength{8};
+  static constexpr std::chrono::milliseconds kLength{4};
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 

@@ -22,6 +22,7 @@ constexpr long kMostRedirects = 20;
 constexpr long kFileBuffer = 1024L * 1024;  // each turn of the event loop reads so much at most
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
+constexpr std::size_t kShortText = std::size_t{1} << 20;
 constexpr std::size_t kHeaderLimit = std::size_t{1024} * 1024;
 
 std::string lowered(std::string_view text) {
@@ -304,13 +305,21 @@ std::size_t CurlRequest::takeBody(std::string_view bytes) {
       ownErrorCode_ = CURLE_FILESIZE_EXCEEDED;
       return CURL_WRITEFUNC_ERROR;
     }
+    // Moving a long page to a larger place would take the user's time; room that is not used costs nothing.
+    if (text_.size() > kShortText) text_.reserve(limits_.textLimit);
     text_.append(bytes);
+    textChecked_ = wholeUtf8(text_, textChecked_);
   } else if (!file_.append(bytes)) {
     ownError_ = file_.error();
     ownErrorCode_ = CURLE_WRITE_ERROR;
     return CURL_WRITEFUNC_ERROR;
   }
   return bytes.size();
+}
+
+std::string CurlRequest::takeText() {
+  text_.erase(0, std::exchange(textAt_, 0));
+  return std::exchange(text_, {});
 }
 
 std::string CurlRequest::takeChunk(std::size_t size, ChunkType type) {
@@ -398,7 +407,7 @@ void CurlRequest::conclude(CURLcode result) {
   } else if (result != CURLE_OK) {
     fail(result, errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(result));
   } else {
-    if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"));
+    if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"), textChecked_);
     raise(kResponseReceived);
     raiseDisconnected();
     raise(kResponseCompleted);

@@ -140,6 +140,8 @@ std::string InternetTransfer::GetChunk(std::size_t size, ChunkType type) {
   return d->completed ? d->request->takeChunk(size, type) : std::string();
 }
 
+std::string InternetTransfer::TakeText() { return d->completed ? d->request->takeText() : std::string(); }
+
 std::string InternetTransfer::GetHeader(const std::string& name) const {
   return d->request ? d->request->header(name) : std::string();
 }

@@ -66,6 +66,9 @@ class InternetTransfer : public QObject {
   // A request is under way (a held response does not count).
   bool StillExecuting() const;
 
+  // All of the completed text that GetChunk has not handed out yet, without a copy; GetChunk has nothing left then.
+  std::string TakeText();
+
   // The folder that the bodies of File requests are meant for, from the next Execute on. A body that does not stay in
   // memory is then kept on its file system, so that it can become the final file; "" or a folder without such files
   // stand in nobody's way.

@@ -227,8 +227,7 @@ void ScanProcess::transferEvent(int state) {
     pageFailed();
   } else if (state == kResponseCompleted && requestKind_ == kGetPage) {
     disableWorkTimer();
-    pageText_.clear();
-    readPage();
+    processPage();
   }
 }
 
@@ -242,23 +241,10 @@ void ScanProcess::pageFailed() {
   enableWorkTimer();
 }
 
-void ScanProcess::readPage() {
-  const Slice slice;
-  while (!slice.spent()) {
-    const std::string piece = Inet2.GetChunk(kChunkSize, ChunkType::Text);
-    if (piece.empty()) {
-      processPage();
-      return;
-    }
-    pageText_ += piece;
-  }
-  yieldThen([this] { readPage(); });
-}
-
 // The page is walked through once for its base href, then once for every tag. A long walk goes on in later events, so
 // that a page of any size leaves the windows alive.
 void ScanProcess::processPage() {
-  scanner_.setHtml(std::exchange(pageText_, {}));
+  scanner_.setHtml(Inet2.TakeText());
   walk_ = Walk::BaseHref;
   baseHref_.clear();
   scanner_.BasePath = computeBasePath();
