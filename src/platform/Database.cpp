@@ -16,6 +16,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/BackgroundJob.h"
 #include "platform/SqlDialect.h"
 #include "platform/SqlOutline.h"
 
@@ -24,9 +25,13 @@ namespace mv {
 namespace {
 
 constexpr int kBusyTimeoutMs = 2000;
-constexpr int kCacheKiB = 64 * 1024;
+// Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
+// the engine looks through all that it holds.
+constexpr int kCacheKiB = 16 * 1024;
 constexpr int kReaderCacheKiB = 4 * 1024;
-constexpr int kCheckpointPages = 4096;                        // 16 MiB of journal between two checkpoints
+constexpr int kCheckpointPages = 4096;    // 16 MiB of journal between two checkpoints
+constexpr int kMostJournalPages = 16384;  // from here on the writer itself does one
+constexpr int kCheckpointPasses = 4;
 constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
 constexpr std::size_t kCachedStatements = 128;
 constexpr const char* kCountField = "outCount";
@@ -356,9 +361,66 @@ void setUp(sqlite3* connection, const std::string& path) {
   }
   run(connection, "pragma synchronous=normal");
   run(connection, "pragma cache_size=-" + std::to_string(kCacheKiB));
-  run(connection, "pragma wal_autocheckpoint=" + std::to_string(kCheckpointPages));
   run(connection, "pragma journal_size_limit=" + std::to_string(kJournalSizeLimit));
 }
+
+// Copies the journal's pages into the database while the program goes on writing to the journal: the disk may take its
+// time. Once it has copied all of them the journal begins anew.
+class Checkpoints {
+ public:
+  Checkpoints(sqlite3* writer, const std::string& path) : writer_(writer), path_(path) {
+    sqlite3_wal_hook(writer, &Checkpoints::written, this);
+  }
+  ~Checkpoints() { sqlite3_wal_hook(writer_, nullptr, nullptr); }
+  Checkpoints(const Checkpoints&) = delete;
+  Checkpoints& operator=(const Checkpoints&) = delete;
+
+ private:
+  static int written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) {
+    static_cast<Checkpoints*>(self)->journalIs(pages);
+    return SQLITE_OK;
+  }
+
+  void journalIs(int pages) {
+    if (pages < pages_) requestAt_ = kCheckpointPages, forceAt_ = kMostJournalPages;
+    pages_ = pages;
+    if (pages >= forceAt_) {
+      forceAt_ = pages + kCheckpointPages;
+      sqlite3_wal_checkpoint_v2(writer_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    } else if (pages >= requestAt_) {
+      requestAt_ = pages + kCheckpointPages;
+      job_.request();
+    }
+  }
+
+  // Runs on the job's thread. What fails here is tried again at the next request.
+  void copy() {
+    try {
+      if (!connection_) {
+        connection_ = openHandle(path_, SQLITE_OPEN_READWRITE);
+        run(connection_.get(), "pragma synchronous=normal");
+      }
+      // What was written during a pass is left for the next one, which is shorter.
+      for (int pass = 0, left = 1; pass < kCheckpointPasses && left > 0; ++pass) {
+        int all = 0, copied = 0;
+        if (sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, &all, &copied) !=
+            SQLITE_OK)
+          return;
+        left = all - copied;
+      }
+    } catch (const std::exception&) {
+      connection_.reset();
+    }
+  }
+
+  sqlite3* writer_;
+  std::string path_;
+  int pages_ = 0;  // of the journal
+  int requestAt_ = kCheckpointPages;
+  int forceAt_ = kMostJournalPages;
+  ConnectionPtr connection_;  // the thread's
+  BackgroundJob job_{[this] { copy(); }};
+};
 
 // A connection of its own for a long result: it keeps seeing the rows of the moment of the query, whatever the program
 // writes meanwhile.
@@ -396,10 +458,12 @@ struct Database::Connection {
   explicit Connection(const std::string& databasePath)
       : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
     setUp(main.get(), path);
+    checkpoints = std::make_unique<Checkpoints>(main.get(), path);
   }
 
-  // The readers go first, so that the last connection to close is the one that ends the journal.
+  // The others go first, so that the last connection to close is the one that ends the journal.
   ~Connection() {
+    checkpoints.reset();
     idleReader.reset();
     for (const std::weak_ptr<Reader>& weak : readers)
       if (const std::shared_ptr<Reader> reader = weak.lock()) {
@@ -428,6 +492,7 @@ struct Database::Connection {
 
   std::string path;
   ConnectionPtr main;
+  std::unique_ptr<Checkpoints> checkpoints;
   StatementCache statements;
   ConnectionPtr idleReader;
   std::vector<std::weak_ptr<Reader>> readers;
@@ -632,6 +697,22 @@ std::int64_t Database::count(std::string_view sql) {
   const Use use(statement.handle, values, translated.name);
   if (!step(statement.handle, translated.name)) raiseNoCurrentRecord(translated.name);
   return sqlite3_column_int64(statement.handle, 0);
+}
+
+Transaction::Transaction(Database& database) : database_(database) { database_.execute("begin"); }
+
+Transaction::~Transaction() {
+  if (!open_) return;
+  try {
+    database_.execute("rollback");
+  } catch (const DatabaseError&) {
+    // After some failures, a full disk above all, the engine has done so already.
+  }
+}
+
+void Transaction::commit() {
+  database_.execute("commit");
+  open_ = false;
 }
 
 void Database::compact(const std::string& source, const std::string& target) {

@@ -6,10 +6,10 @@
 //   everything else     as SQLite reads it
 // A statement is translated once per shape (the statement with its literals taken out), prepared once and kept;
 // the literals are bound. So the ten-thousandth insert costs no parsing, and no text can change a statement.
-// `column <> literal` is handed to the engine in a form that an index can serve.
 //
 // Texts are UTF-8, paths are UTF-8 file-system paths, numbers are 64-bit.
-// One thread: a Database and its Recordsets belong to the thread that opened it.
+// One thread: a Database and its Recordsets belong to the thread that opened it. Only the engine's journal is copied
+// into the database by a thread of its own, which nobody waits for.
 #pragma once
 
 #include <cstdint>
@@ -128,6 +128,21 @@ class Database {
 
  private:
   std::shared_ptr<Connection> connection_;
+};
+
+// Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
+// two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit();
+
+ private:
+  Database& database_;
+  bool open_ = true;
 };
 
 }  // namespace mv

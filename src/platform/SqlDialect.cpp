@@ -105,8 +105,7 @@ class Lexer {
     if (c == '\0') refuse("The statement has a NUL outside of a text.");
     if (std::string_view("?:@$").find(c) != std::string_view::npos)
       refuse(std::string("The statement has a stray ") + c);
-    const bool unequal = (c == '<' && peek(1) == '>') || (c == '!' && peek(1) == '=');
-    at_ += unequal ? 2 : 1;
+    ++at_;
     return {Kind::Symbol, from(start)};
   }
 
@@ -143,21 +142,14 @@ class Translator {
   }
 
   void run(SqlStatement& into) {
-    std::size_t i = 0;
-    while (i < tokens_.size()) i = put(i);
+    for (std::size_t i = 0; i < tokens_.size(); ++i) put(i);
     into.shape = std::move(shape_);
     into.values = std::move(values_);
     into.literalIsValue = std::move(literalIsValue_);
   }
 
  private:
-  // Puts what begins at token i and gives the token to go on with.
-  std::size_t put(std::size_t i) {
-    const std::size_t unequal = takesLiterals_ ? columnUnequalLiteral(i) : 0;
-    if (unequal > 0) {
-      putUnequal(i, unequal);
-      return unequal + 2;
-    }
+  void put(std::size_t i) {
     const Token& token = tokens_[i];
     if (i > 0 && (token.spaceBefore || wouldGrow(i))) shape_ += ' ';
     if (token.kind == Kind::Text)
@@ -167,7 +159,6 @@ class Translator {
     else
       shape_ += token.raw;
     followClauses(token);
-    return i + 1;
   }
 
   // A literal's replacement and what touches it stay two tokens.
@@ -179,11 +170,6 @@ class Translator {
   void followClauses(const Token& token) {
     if (isWord(token, {"where", "on", "having", "set", "values"})) numbersAreValues_ = true;
     if (isWord(token, {"select", "order", "group", "limit"})) numbersAreValues_ = false;
-    // The "and" of "x between 1 and 2" joins no conditions.
-    if (isWord(token, "between")) betweenIsOpen_ = true;
-    conditionBegins_ = isWord(token, {"where", "or", "not", "on", "having"}) || isSymbol(token, "(") ||
-                       (isWord(token, "and") && !betweenIsOpen_);
-    if (isWord(token, "and")) betweenIsOpen_ = false;
   }
 
   void putText(const Token& token) {
@@ -211,40 +197,9 @@ class Translator {
     shape_ += '?' + std::to_string(values_.size());
   }
 
-  // The index of the "<>" when a whole condition "column <> literal" begins at token i, else 0.
-  std::size_t columnUnequalLiteral(std::size_t i) const {
-    if (!conditionBegins_ || !isName(tokens_[i])) return 0;
-    std::size_t at = i + 1;
-    if (at + 1 < tokens_.size() && isSymbol(tokens_[at], ".") && isName(tokens_[at + 1])) at += 2;
-    if (at + 1 >= tokens_.size() || !(isSymbol(tokens_[at], "<>") || isSymbol(tokens_[at], "!="))) return 0;
-    const Kind operand = tokens_[at + 1].kind;
-    if (operand != Kind::Text && (operand != Kind::Number || !numbersAreValues_)) return 0;
-    return at + 2 >= tokens_.size() || conditionEnds(tokens_[at + 2]) ? at : 0;
-  }
-
-  static bool conditionEnds(const Token& token) {
-    return isSymbol(token, ")") || isWord(token, {"and", "or", "order", "group", "limit", "having", "union"});
-  }
-
-  // An index is of no use for "<>", but serves both sides of (column < literal or column > literal).
-  void putUnequal(std::size_t column, std::size_t unequal) {
-    std::string name;
-    for (std::size_t i = column; i < unequal; ++i) name += tokens_[i].raw;
-    if (column > 0 && tokens_[column].spaceBefore) shape_ += ' ';
-    shape_ += '(' + name + " < ";
-    const std::size_t valueStart = shape_.size();
-    const Token& literal = tokens_[unequal + 1];
-    literal.kind == Kind::Text ? putText(literal) : putNumber(literal);
-    const std::string value = shape_.substr(valueStart);
-    shape_ += " or " + name + " > " + value + ')';
-    followClauses(literal);
-  }
-
   const Tokens& tokens_;
   bool takesLiterals_ = false;
   bool numbersAreValues_ = false;
-  bool conditionBegins_ = false;
-  bool betweenIsOpen_ = false;
   std::string shape_;
   std::vector<SqlValue> values_;
   std::vector<bool> literalIsValue_;

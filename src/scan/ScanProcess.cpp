@@ -11,6 +11,7 @@
 #include "platform/RequestAddress.h"
 #include "store/BuiltInForms.h"
 #include "store/EscapeText.h"
+#include "store/NoneOf.h"
 
 namespace mv {
 
@@ -124,9 +125,11 @@ void ScanProcess::buildQueue() {
 
   // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million
   // rows.
-  waitingLinks_.emplace(gDatabase.query(
-      "select id, status, site_id, url, link_type  from link where site_id = " + std::to_string(SiteID) +
-      " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\""));
+  const std::string ofSite = "site_id = " + std::to_string(SiteID);
+  const std::string waiting = " and status = " + quoted("False");
+  waitingLinks_.emplace(
+      gDatabase.query("select id, status, site_id, url, link_type  from link where " + ofSite + " and " +
+                      noneOf("link_type", {kFileType, "Email Address"}, "link", ofSite + waiting) + waiting));
   fillQueue();
 }
 
@@ -254,6 +257,7 @@ void ScanProcess::processPage() {
 
 void ScanProcess::walkPage() {
   const Slice slice;
+  const clsLinkParser::Stretch stretch(parser_);
   do {
     while (scanner_.LinkFound()) {
       if (slice.spent()) {
@@ -399,6 +403,7 @@ void ScanProcess::report(const std::exception& error) {
   if (reported_ == error.what()) return;
   reported_ = error.what();
   reportException(error, "frmScan");
+  parser_.forgetFileTypes();
 }
 
 std::string ScanProcess::scanCaption() const { return "Scan: " + maskUserInfo(SiteName); }
