@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QTimer>
 #include <stdexcept>
 
@@ -11,7 +10,7 @@
 #include "app/WindowRegistry.h"
 #include "platform/Text.h"
 #include "shell/frmDownloadManager.h"
-#include "store/ProgramDatabase.h"
+#include "support/SiteRow.h"
 
 namespace mvbench {
 
@@ -29,31 +28,17 @@ std::vector<Window*> windowsOf() {
 
 }  // namespace
 
-void openFolder(const std::string& folder) {
-  QDir().mkpath(mv::toQString(folder));
-  mv::setProgramFolder(folder);
-  const QString database = mv::toQString(mv::gDatabasePath);
-  if (!QFile::copy(QStringLiteral(MORVANE_SHIPPED_DATABASE), database))
-    throw std::runtime_error("The database cannot be copied to " + mv::gDatabasePath);
-  QFile::setPermissions(database, QFile::ReadOwner | QFile::WriteOwner);
-  mv::openProgramDatabase(mv::gDatabasePath);
-  mv::gDatabase.execute("update pref set auto_scan = \"yes\", max_connections = 1000");
-}
-
 std::int32_t addSite(const std::string& location) {
-  const auto id = static_cast<std::int32_t>(
-      mv::gDatabase.query("select next_value from valid_sid where sid_name = 'site_id'").number("next_value"));
-  const std::string key = std::to_string(id);
-  mv::gDatabase.execute("update valid_sid set next_value = " + std::to_string(id + 1) + " where sid_name = 'site_id'");
+  const std::string folder = mv::gProgramFolder + "/files of " + location.substr(0, location.find('/'));
+  QDir().mkpath(mv::toQString(folder));
+  const std::int32_t id = mvtest::addSite(location, folder);
   mv::gDatabase.execute(
-      "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
-      "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
-      key + ", " + mv::quoted(location) + ", 1000000, 0, 1000000000, 1000000000, " +
-      mv::quoted(mv::gProgramFolder + "/files-" + key) + ", 'yes', " +
-      mv::quoted(location.substr(0, location.find('/'))) + ", 'no', 0, 'no', 'NewFile')");
-  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + key +
+      "update site set auto_scan = \"yes\", upper_limit = 1000000, pages_to_scan = 1000000000, "
+      "files_to_download = 1000000000 where id = " +
+      std::to_string(id));
+  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(id) +
                         ", id from valid_filetypes");
-  QDir().mkpath(mv::toQString(mv::gProgramFolder + "/files-" + key));
+  mv::gDatabase.execute("update pref set auto_scan = \"yes\", max_connections = 1000");
   return id;
 }
 

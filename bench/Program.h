@@ -6,16 +6,15 @@
 #include <functional>
 #include <string>
 
+#include "ProgramFolder.h"
 #include "download/frmDownload.h"
 #include "scan/frmScan.h"
 #include "shell/StartUp.h"
 
 namespace mvbench {
 
-// Puts a pristine database into `folder` and makes it the program folder; the database is open.
-void openFolder(const std::string& folder);
-
-// A site that every file type is fetched from, of any size, and that starts with the program. Returns its id.
+// A site in the open database that files of every type and size are fetched from, and that starts with the program.
+// Returns its id.
 std::int32_t addSite(const std::string& location);
 
 // A QApplication that needs no display.
