@@ -1,5 +1,6 @@
 #include "process/Process.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/ErrorLog.h"
