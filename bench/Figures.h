@@ -22,14 +22,17 @@ inline double secondsOf(clockid_t clock) {
 struct Timing {
   double cpu = 0;  // of the calling thread
   double wall = 0;
+  double process = 0;  // processor time of all threads
 };
 
 template <class Work>
 Timing timed(Work&& work) {
   const double cpu = secondsOf(CLOCK_THREAD_CPUTIME_ID);
   const double wall = secondsOf(CLOCK_MONOTONIC);
+  const double process = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
   std::forward<Work>(work)();
-  return {secondsOf(CLOCK_THREAD_CPUTIME_ID) - cpu, secondsOf(CLOCK_MONOTONIC) - wall};
+  return {secondsOf(CLOCK_THREAD_CPUTIME_ID) - cpu, secondsOf(CLOCK_MONOTONIC) - wall,
+          secondsOf(CLOCK_PROCESS_CPUTIME_ID) - process};
 }
 
 inline double median(std::vector<double> values) {
@@ -41,13 +44,14 @@ inline double median(std::vector<double> values) {
 // The medians of `runs` runs.
 template <class Work>
 Timing medianOf(int runs, Work&& work) {
-  std::vector<double> cpu, wall;
+  std::vector<double> cpu, wall, process;
   for (int run = 0; run < runs; ++run) {
     const Timing timing = timed(work);
     cpu.push_back(timing.cpu);
     wall.push_back(timing.wall);
+    process.push_back(timing.process);
   }
-  return {median(cpu), median(wall)};
+  return {median(cpu), median(wall), median(process)};
 }
 
 enum class Goal { AtLeast, AtMost };

@@ -1,79 +1,88 @@
 // The link table at scale: what a scan and a download cost per link and per tick when millions of links are stored.
-// MORVANE_BENCH_ROWS links are stored beforehand (a million by default); TMPDIR says where.
+// MORVANE_BENCH_ROWS links are stored beforehand (a million by default); TMPDIR says where. An argument names the part
+// to be measured alone.
 
-#include <benchmark/benchmark.h>
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <chrono>
+#include <QCoreApplication>
 #include <cstdlib>
-#include <iostream>
 #include <random>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 
+#include "Figures.h"
+#include "ProgramFolder.h"
 #include "app/Settings.h"
-#include "store/ProgramDatabase.h"
-#include "store/Sequence.h"
+#include "download/DownloadProcess.h"
+#include "scan/ScanProcess.h"
+#include "scan/clsLinkParser.h"
 
 namespace {
 
+using namespace mvbench;
 using mv::gDatabase;
 using mv::quoted;
 
-constexpr std::int64_t kDefaultRows = 1'000'000;
-constexpr std::int64_t kHandledRows = 1'000'000;  // of the idle site, at most
 constexpr std::int64_t kSliceRows = 200'000;
-constexpr int kQueueRows = 50;  // what a process takes from its queue query at once
-constexpr const char* kIdleSite = "100";
-constexpr const char* kBusySite = "3";
+constexpr int kRuns = 7;
+constexpr int kLinksARun = 10'000;
+constexpr int kIdleSite = 100;     // has all rows stored beforehand
+constexpr int kBusySite = 3;       // gets the new ones, which all wait
+constexpr int kWaitingLinks = 10;  // pages, and as many files
 
-std::int64_t storedRows = kDefaultRows;
+std::int64_t storedRows = 1'000'000;
 
-std::int64_t idleRows() { return std::min(kHandledRows, storedRows / 2); }
-
-std::int64_t siteOf(std::int64_t number) { return number <= idleRows() ? std::atoll(kIdleSite) : number / 10 % 10; }
-
-// The address of link number `number`; in SQL and here the same. A site's links lead to its own host, in no order.
+// The address of link number `number`; in SQL and here the same. They come in no order.
 std::string url(std::int64_t number) {
   char text[96];
-  std::snprintf(text, sizeof text, "www.host%03d.example/pictures/%08x/image%d.jpg", static_cast<int>(siteOf(number)),
+  std::snprintf(text, sizeof text, "www.host%03d.example/pictures/%08x/image%d.jpg", static_cast<int>(number % 1000),
                 static_cast<unsigned>(number * 2654435761 % 4294967296), static_cast<int>(number));
   return text;
 }
 
-// Links begin+1 .. end. The first belong to the idle site, all of them handled files. The rest is spread over ten
-// sites: files and pages, one in a hundred waiting, and addresses of mailboxes, which wait for ever.
+// Handled links begin+1 .. end of the idle site: seven files to three pages.
 void storeSlice(std::int64_t begin, std::int64_t end) {
-  const std::string idle = "n <= " + std::to_string(idleRows());
   gDatabase.execute(
       "insert into link (id, site_id, url, link_type, username, password, status, file_type) "
-      "with recursive numbers(n, site) as (select " +
-      std::to_string(begin) +
-      ", 0 "
-      "union all select n + 1, iif(n + 1 <= " +
-      std::to_string(idleRows()) + ", " + kIdleSite + ", (n + 1) / 10 % 10) from numbers where n < " +
-      std::to_string(end) +
-      ") select n + 1, site, "
-      "printf('www.host%03d.example/pictures/%08x/image%d.jpg', site, n * 2654435761 % 4294967296, n), "
-      "case when " +
-      idle +
-      " or n % 10 < 7 then 'File' when n % 50 = 49 then 'Email Address' "
-      "when n % 10 = 8 then 'Directory' else 'Document' end, '', '', "
-      "case when " +
-      idle +
-      " or (n / 100 % 100 > 0 and n % 50 <> 49) then 'Done' else 'False' end, 'jpg' "
+      "with recursive numbers(n) as (select " +
+      std::to_string(begin) + " union all select n + 1 from numbers where n < " + std::to_string(end) +
+      ") select n + 1, " + std::to_string(kIdleSite) +
+      ", printf('www.host%03d.example/pictures/%08x/image%d.jpg', n % 1000, n * 2654435761 % 4294967296, n), "
+      "case when n % 10 < 7 then 'File' when n % 10 = 8 then 'Directory' else 'Document' end, '', '', 'Done', 'jpg' "
       "from numbers where n > " +
       std::to_string(begin));
 }
 
+void setNextId() {
+  gDatabase.execute("update valid_sid set next_value = " +
+                    std::to_string(gDatabase.query("select max(id) as newest from link").number("newest") + 1) +
+                    " where sid_name = 'link_id'");
+}
+
 void storeLinks() {
-  for (const char* index : {"link_url", "link_site_type_status", "link_site_status_type"})
-    gDatabase.execute(std::string("drop index ") + index);
+  for (mv::Recordset names =
+           gDatabase.query("select name from sqlite_schema where type = 'index' and tbl_name = 'link'");
+       !names.endOfRows(); names.moveNext())
+    gDatabase.execute("drop index " + names.text("name"));
   for (std::int64_t begin = 0; begin < storedRows; begin += kSliceRows)
     storeSlice(begin, std::min(begin + kSliceRows, storedRows));
   mv::ensureIndexes();
-  gDatabase.execute("update valid_sid set next_value = " + std::to_string(storedRows + 2) +
-                    " where sid_name = 'link_id'");
+  // Every so many rows a page and a file wait.
+  const std::string spread = std::to_string(storedRows / kWaitingLinks);
+  gDatabase.execute("update link set status = \"False\", link_type = \"Document\" where id % " + spread + " = 1");
+  gDatabase.execute("update link set status = \"False\", link_type = \"File\" where id % " + spread + " = 2");
+  setNextId();
+}
+
+void addSite(int id) {
+  gDatabase.execute(
+      "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
+      "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
+      std::to_string(id) +
+      ", \"host.example\", 24, 0, 5000, 5000, \"\", \"no\", \"host.example\", \"no\", 1000000, "
+      "\"no\", \"\")");
+  gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(id) +
+                    ", id from valid_filetypes");
 }
 
 std::int64_t anyNumber() {
@@ -81,103 +90,139 @@ std::int64_t anyNumber() {
   return static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(storedRows)) + 1;
 }
 
-std::int64_t countUrl(const std::string& address) {
-  return gDatabase.count("select count(*) as outCount from link where url = " + quoted(address));
+// A link as the scan hands it on.
+bool store(mv::clsLinkParser& parser, const std::string& link) {
+  parser.BasePath = "host.example/";
+  parser.Link = link;
+  parser.ProcessLink();
+  parser.AddLinkToDatabase();
+  return parser.Flag;
 }
 
-// Reads as much of a query's result as a process takes at once.
-void readQueue(benchmark::State& state, const std::string& sql) {
-  int rows = 0;
-  for (auto _ : state) {
-    rows = 0;
-    for (mv::Recordset links = gDatabase.query(sql); !links.endOfRows() && rows < kQueueRows; links.moveNext(), ++rows)
-      benchmark::DoNotOptimize(links.text("url"));
+mv::clsLinkParser makeParser() {
+  mv::clsLinkParser parser;
+  parser.SiteID = kBusySite;
+  parser.Domain = "host.example";
+  parser.DomainHops = 1'000'000;
+  parser.BuildFilters();
+  parser.InitializeDomainHopper();
+  return parser;
+}
+
+void newLinks() {
+  mv::clsLinkParser parser = makeParser();
+  std::int64_t number = storedRows;
+  const Timing timing = medianOf(kRuns, [&] {
+    const mv::clsLinkParser::Stretch stretch(parser);
+    for (int i = 0; i < kLinksARun; ++i)
+      if (!store(parser, url(++number))) throw std::runtime_error("the address was there");
+  });
+  printFigure("links tested, checked, stored", kLinksARun / timing.cpu, "links/s", Goal::AtLeast, 26'000);
+  printFigure("links tested, checked, stored (all threads)", kLinksARun / timing.process, "links/s", Goal::AtLeast,
+              26'000);
+  printFigure("links tested, checked, stored (wall)", kLinksARun / timing.wall, "links/s", Goal::AtLeast, 26'000);
+}
+
+void knownLinks() {
+  mv::clsLinkParser parser = makeParser();
+  const auto show = [&](const char* name, auto&& next) {
+    const Timing timing = medianOf(kRuns, [&] {
+      const mv::clsLinkParser::Stretch stretch(parser);
+      for (int i = 0; i < kLinksARun; ++i)
+        if (store(parser, next())) throw std::runtime_error("a link is missing");
+    });
+    printFigure(name, timing.cpu / kLinksARun * 1e6, "us", Goal::AtMost, 2);
+  };
+  show("known link, any of the table", [] { return url(anyNumber()); });
+  show("known link, one of a hundred", [] { return url(storedRows - anyNumber() % 100); });
+}
+
+// One rebuilding of a process's work list.
+template <class ProcessOfSite>
+double secondsOfQueue(int site, int expectedRows) {
+  ProcessOfSite process(site);
+  const Timing timing = medianOf(kRuns, [&] {
+    process.lvwLinks.clear();
+    process.buildQueue();
+  });
+  if (expectedRows >= 0 && process.lvwLinks.count() != expectedRows) throw std::runtime_error("a wrong queue");
+  return timing.cpu;
+}
+
+struct Scan : mv::ScanProcess {
+  explicit Scan(int site) {
+    SiteID = site;
+    SiteName = Domain = "host.example";
+    initWindow();
   }
-  state.counters["rows"] = rows;
-}
+};
 
-std::string downloadQueue(const std::string& site) {
-  return "select id, status, site_id, link_type, url, username, password, file_type from link where site_id = " + site +
-         " and link_type = " + quoted("File") + " and status <> " + quoted("Done");
-}
-
-// A link as the scan stores it: duplicate check, identifier, insert.
-void insertNewLink(benchmark::State& state) {
-  static std::int64_t number = storedRows;
-  for (auto _ : state) {
-    const std::string address = url(++number);
-    if (countUrl(address) > 0) state.SkipWithError("the address was there");
-    gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                      std::to_string(siteOf(number)) + ", " + quoted(address) + ", " + quoted("File") + ", " +
-                      quoted("") + ", " + quoted("") + ", " + std::to_string(mv::nextSequenceValue("link_id")) + ", " +
-                      quoted("False") + ", " + quoted("jpg") + ")");
+struct Download : mv::DownloadProcess {
+  explicit Download(int site) {
+    SiteId = site;
+    SiteName = "host.example";
+    initWindow();
   }
-  state.SetItemsProcessed(state.iterations());
+};
+
+void queues() {
+  printFigure("scan queue, 10 of the site's rows wait", secondsOfQueue<Scan>(kIdleSite, kWaitingLinks + 1) * 1e3, "ms",
+              Goal::AtMost, 100);
+  printFigure("download queue, 10 of the site's rows wait", secondsOfQueue<Download>(kIdleSite, kWaitingLinks) * 1e3,
+              "ms", Goal::AtMost, 100);
+  printFigure("scan queue of a busy site", secondsOfQueue<Scan>(kBusySite, -1) * 1e3, "ms", Goal::AtMost, 100);
+  printFigure("download queue of a busy site", secondsOfQueue<Download>(kBusySite, -1) * 1e3, "ms", Goal::AtMost, 100);
 }
-BENCHMARK(insertNewLink)->Iterations(100'000)->Unit(benchmark::kMicrosecond);
 
-void duplicateCheckOfAStoredLink(benchmark::State& state) {
-  for (auto _ : state)
-    if (countUrl(url(anyNumber())) != 1) state.SkipWithError("a link is missing");
+void marking() {
+  const Timing timing = medianOf(kRuns, [&] {
+    for (int i = 0; i < kLinksARun; ++i)
+      gDatabase.execute("update link set status = " + quoted(i % 2 == 0 ? "False" : "Done") +
+                        " where id = " + std::to_string(anyNumber()));
+  });
+  printFigure("a link marked", timing.cpu / kLinksARun * 1e6, "us", Goal::AtMost, 30);
 }
-BENCHMARK(duplicateCheckOfAStoredLink)->Unit(benchmark::kMicrosecond);
 
-void duplicateCheckOfANewLink(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(countUrl(url(anyNumber()) + "x"));
+void idlePoll() {
+  gDatabase.execute("update link set status = \"Done\" where status = \"False\" and site_id = " +
+                    std::to_string(kIdleSite));
+  Download process(kIdleSite);
+  constexpr int kPolls = 1000;
+  const Timing timing = medianOf(kRuns, [&] {
+    for (int i = 0; i < kPolls; ++i) process.downloadNext();
+  });
+  printFigure("idle download poll", timing.cpu / kPolls * 1e3, "ms", Goal::AtMost, 1);
 }
-BENCHMARK(duplicateCheckOfANewLink)->Unit(benchmark::kMicrosecond);
 
-void idleDownloadPoll(benchmark::State& state) { readQueue(state, downloadQueue(kIdleSite)); }
-BENCHMARK(idleDownloadPoll)->Unit(benchmark::kMicrosecond);
-
-void downloadQueueOfABusySite(benchmark::State& state) { readQueue(state, downloadQueue(kBusySite)); }
-BENCHMARK(downloadQueueOfABusySite)->Unit(benchmark::kMicrosecond);
-
-void scanQueueOfABusySite(benchmark::State& state) {
-  readQueue(state, std::string("select id, status, site_id, url, link_type  from link where site_id = ") + kBusySite +
-                       " and link_type <> " + quoted("File") + " and link_type <> " + quoted("Email Address") +
-                       " and status = " + quoted("False"));
+void clearing() {
+  constexpr int kSlices = 50;
+  const Timing timing = medianOf(kSlices, [&] {
+    gDatabase.execute("delete from link where id in (select id from link where site_id = " + std::to_string(kIdleSite) +
+                      " limit 1000)");
+  });
+  printFigure("a thousand of a site's links cleared", timing.cpu * 1e3, "ms", Goal::AtMost, 16);
 }
-BENCHMARK(scanQueueOfABusySite)->Unit(benchmark::kMicrosecond);
 
-void markALinkDone(benchmark::State& state) {
-  for (auto _ : state)
-    gDatabase.execute("update link set status = " + quoted("Done") + " where id = " + std::to_string(anyNumber()));
+void opening() {
+  const Timing timing = medianOf(kRuns, [] { mv::openProgramDatabase(mv::gDatabasePath); });
+  printFigure("database closed and opened", timing.cpu * 1e3, "ms", Goal::AtMost, 100);
 }
-BENCHMARK(markALinkDone)->Unit(benchmark::kMicrosecond);
-
-void clearTheCacheOfTheIdleSite(benchmark::State& state) {
-  for (auto _ : state) gDatabase.execute(std::string("delete from link where site_id = ") + kIdleSite);
-  state.counters["rows"] = static_cast<double>(gDatabase.rowsAffected());
-}
-BENCHMARK(clearTheCacheOfTheIdleSite)->Iterations(1)->Unit(benchmark::kMillisecond);
-
-void closeAndOpen(benchmark::State& state) {
-  for (auto _ : state) mv::openProgramDatabase(mv::gDatabasePath);
-}
-BENCHMARK(closeAndOpen)->Iterations(3)->Unit(benchmark::kMillisecond);
-
-void clearTheWholeCache(benchmark::State& state) {
-  for (auto _ : state) gDatabase.execute("delete from link");
-  state.counters["rows"] = static_cast<double>(gDatabase.rowsAffected());
-}
-BENCHMARK(clearTheWholeCache)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  const QCoreApplication application(argc, argv);
   if (const char* rows = std::getenv("MORVANE_BENCH_ROWS")) storedRows = std::max(1000LL, std::atoll(rows));
-
-  const QTemporaryDir folder;
-  mv::setProgramFolder(folder.path().toStdString());
-  QFile::copy(QStringLiteral(MORVANE_SHIPPED_DATABASE), QString::fromStdString(mv::gDatabasePath));
-  mv::openProgramDatabase(mv::gDatabasePath);
-  const auto start = std::chrono::steady_clock::now();
-  storeLinks();
-  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  std::cout << storedRows << " links stored in " << taken.count() << " s\n";
-  benchmark::RunSpecifiedBenchmarks();
-  gDatabase.close();
+  const ProgramFolder folder;
+  const Timing taken = timed([] {
+    storeLinks();
+    addSite(kIdleSite);
+    addSite(kBusySite);
+  });
+  std::printf("%lld links stored beforehand in %.1f s\n", static_cast<long long>(storedRows), taken.wall);
+  const std::pair<std::string_view, void (*)()> parts[] = {
+      {"new", newLinks},  {"known", knownLinks}, {"queues", queues}, {"mark", marking},
+      {"idle", idlePoll}, {"clear", clearing},   {"open", opening}};
+  for (const auto& [name, measure] : parts)
+    if (argc < 2 || name == argv[1]) measure();
 }

@@ -1,5 +1,6 @@
 // Long work on the user-interface thread is done in slices: a loop tests spent() and goes on in a later event when the
-// time is up.
+// time is up. All slices of one turn of the event loop share the time that a turn may take, so that ten workers keep
+// the user waiting no longer than one; each gets a little of it.
 #pragma once
 
 #include <chrono>
@@ -8,10 +9,15 @@ namespace mv {
 
 class Slice {
  public:
-  bool spent() const { return std::chrono::steady_clock::now() - start_ > kLength; }
+  Slice();
+  ~Slice();
+  Slice(const Slice&) = delete;
+  Slice& operator=(const Slice&) = delete;
+  bool spent() const;
 
  private:
-  static constexpr std::chrono::milliseconds kLength{8};
+  std::chrono::steady_clock::duration used() const { return std::chrono::steady_clock::now() - start_; }
+
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 

@@ -17,6 +17,7 @@
 #include "net/TextBody.h"
 #include "platform/Text.h"
 #include "store/EscapeText.h"
+#include "store/NoneOf.h"
 #include "store/Sequence.h"
 
 namespace mv {
@@ -117,9 +118,10 @@ void DownloadProcess::loadSiteLimits() {
 
 void DownloadProcess::buildQueue() {
   if (StopRequested()) return;
+  const std::string ofSite = "site_id = " + std::to_string(SiteId);
   Recordset links = gDatabase.query(
-      "select id, status, site_id, link_type, url, username, password, file_type from link where site_id = " +
-      std::to_string(SiteId) + " and link_type = " + mv::quoted("File") + " and status <> " + mv::quoted("Done"));
+      "select id, status, site_id, link_type, url, username, password, file_type from link where " + ofSite +
+      " and link_type = " + mv::quoted("File") + " and " + noneOf("status", {"Done"}, "link", ofSite));
   const std::int64_t most = std::min(kQueueLimit, queueSize_);
   std::vector<WorkRow> rows;
   for (; std::ssize(rows) < most && !links.endOfRows(); links.moveNext()) rows.push_back(workRow(links));
@@ -175,7 +177,7 @@ bool DownloadProcess::takeUp(int index) {
   try {
     findSavePath();
     show(savePathText_, "Saving to: " + savePath_);
-    Q_EMIT rowTaken(index);
+    rowTaken(index);
     lvwLinks.setState(index, RowState::Working);
     --queueSize_;
     ++processedCount_;
@@ -268,6 +270,7 @@ void DownloadProcess::refuseFile() {
 
 void DownloadProcess::requestFile() {
   requestKind_ = kGetFile;
+  Inet2.setTargetFolder(savePath_);
   Inet2.Execute(url_, "Get", BodyMode::File);
 }
 
@@ -338,7 +341,12 @@ void DownloadProcess::beginReceiving() {
   // Both may have asked the user something, and the user may have stopped the site meanwhile.
   if (StopRequested()) return;
   file_ = std::make_unique<AtomicFile>(fullPath_);
-  receiveChunks();
+  if (Inet2.MoveBodyTo(*file_)) {
+    bytesReceived_ = static_cast<std::int64_t>(file_->size());
+    fileReceived();
+  } else {
+    receiveChunks();
+  }
 }
 
 void DownloadProcess::chooseFullPath() {

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/OpenFile.h"
+
 namespace mv {
 
 // A failed file operation: the operating system's error number and its description.
@@ -31,8 +33,11 @@ class AtomicFile {
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
 
-  // Appends. Raises FileError (a full disk above all).
+  // Appends. Raises FileError (a full disk above all), for the last pieces only when it is committed.
   void write(std::string_view bytes);
+  // Instead of writing: the whole content is in `content` already, and becomes this file without a copy. False, and
+  // nothing has changed, when something has been written or the two are not on one file system.
+  bool adopt(OpenFile& content);
   std::uint64_t size() const;
   // Gives the file its final name, replacing a file of that name. Raises FileError. Afterwards only destruction is
   // left.

@@ -2,67 +2,75 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryFile>
 #include <algorithm>
+#include <cerrno>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
+#include <utility>
 
 #include "platform/Text.h"
 
 namespace mv {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-constexpr std::size_t kReadAtOnce = std::size_t{64} * 1024;
+constexpr std::size_t kReadAtOnce = std::size_t{256} * 1024;
 
 // The ordinary folder for temporary files is often kept in memory; this one is for what is large.
-QString spoolFolder() {
+std::string spoolFolder() {
   const QString large = "/var/tmp";
-  return QFileInfo(large).isDir() && QFileInfo(large).isWritable() ? large : QDir::tempPath();
+  return toUtf8(QFileInfo(large).isDir() && QFileInfo(large).isWritable() ? large : QDir::tempPath());
 }
+
+std::string textOf(int error) { return std::generic_category().message(error); }
 
 }  // namespace
 
-BodySpool::BodySpool(std::size_t threshold) : threshold_(threshold) {}
-BodySpool::~BodySpool() = default;
+BodySpool::BodySpool(std::size_t threshold, std::string folder) : threshold_(threshold), folder_(std::move(folder)) {}
 
 bool BodySpool::append(std::string_view bytes) {
-  if (!file_ && memory_.size() + bytes.size() <= threshold_) {
+  if (!file_.isOpen() && memory_.size() + bytes.size() <= threshold_) {
     memory_.append(bytes);
     return true;
   }
-  if (!file_ && !spill()) return false;
-  if (file_->write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size())) return true;
-  error_ = toUtf8(file_->errorString());
-  return false;
+  return (file_.isOpen() || check(spill())) && check(file_.write(bytes));
 }
 
-bool BodySpool::spill() {
-  // The file's name is never asked for: where the system can, it has none, and nothing is left behind by a crash.
-  file_ = std::make_unique<QTemporaryFile>(spoolFolder() + "/morvane2000-XXXXXX");
-  const auto size = static_cast<qint64>(memory_.size());
-  if (!file_->open() || file_->write(memory_.data(), size) != size) {
-    error_ = toUtf8(file_->errorString());
-    return false;
+// In the folder itself or, when that is still to be made, in the nearest one above it.
+int BodySpool::openFile() {
+  int error = ENOENT;
+  for (fs::path folder = folder_; error == ENOENT && !folder.empty(); folder = folder.parent_path()) {
+    error = file_.openNameless(folder.string());
+    if (folder == folder.parent_path()) break;
   }
-  memory_ = std::string();
-  return true;
+  return file_.isOpen() ? 0 : file_.openScratch(spoolFolder());
 }
 
-bool BodySpool::rewind() {
-  readAt_ = 0;
-  if (!file_ || (file_->flush() && file_->seek(0))) return true;
-  error_ = toUtf8(file_->errorString());
-  return false;
+int BodySpool::spill() {
+  int error = openFile();
+  if (error == 0) error = file_.write(memory_);
+  memory_ = std::string();
+  return error;
 }
+
+bool BodySpool::check(int error) {
+  if (error != 0) error_ = textOf(error);
+  return error == 0;
+}
+
+bool BodySpool::moveTo(AtomicFile& target) { return file_.isOpen() && fileReadAt_ == 0 && target.adopt(file_); }
 
 bool BodySpool::refill() {
-  if (!file_) return false;
+  if (!file_.isOpen()) return false;
   memory_.resize(kReadAtOnce);
   readAt_ = 0;
-  const auto count = file_->read(memory_.data(), static_cast<qint64>(kReadAtOnce));
-  memory_.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-  if (count < 0) throw std::runtime_error("The received file cannot be read back: " + toUtf8(file_->errorString()));
-  return count > 0;
+  const int error = file_.read(fileReadAt_, memory_);
+  if (error != 0) throw std::runtime_error("The received file cannot be read back: " + textOf(error));
+  fileReadAt_ += memory_.size();
+  return !memory_.empty();
 }
 
 std::string BodySpool::read(std::size_t size) {
@@ -74,7 +82,7 @@ std::string BodySpool::read(std::size_t size) {
     readAt_ += count;
   }
   if (piece.empty() && size > 0) {
-    file_.reset();
+    file_ = OpenFile();
     memory_ = std::string();
     readAt_ = 0;
   }

@@ -1,41 +1,45 @@
-// A body of any length: in memory up to a threshold, beyond it in a temporary file that nobody else sees.
+// A body of any length: in memory up to a threshold, beyond it in a file without a name, which can become the final
+// one.
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-class QTemporaryFile;
+#include "platform/AtomicFile.h"
 
 namespace mv {
 
 class BodySpool {
  public:
-  explicit BodySpool(std::size_t threshold);
-  ~BodySpool();
-  BodySpool(const BodySpool&) = delete;
-  BodySpool& operator=(const BodySpool&) = delete;
+  // The file lies on the file system of `folder` when that can be, "" for a folder of temporary files.
+  BodySpool(std::size_t threshold, std::string folder);
 
   // False when the disk refuses it; error() then has the system's words.
   bool append(std::string_view bytes);
-  // After the last append: from here on it is read from the start. False as above.
-  bool rewind();
   const std::string& error() const { return error_; }
 
-  // The next bytes, at most `size`; empty at the end, where the memory and the file are given back. Raises
-  // std::runtime_error when the file cannot be read.
+  // After the last append: the whole body becomes the content of `target` without a copy. False, and nothing has
+  // changed, when it is in memory or cannot be moved.
+  bool moveTo(AtomicFile& target);
+  // After the last append: the next bytes, at most `size`; empty at the end, where the memory and the file are given
+  // back. Raises std::runtime_error when the file cannot be read.
   std::string read(std::size_t size);
 
  private:
-  bool spill();
+  int openFile();
+  int spill();
+  bool check(int error);
   bool refill();
 
   std::size_t threshold_;
+  std::string folder_;
   // While writing: all that is not in the file. While reading from the file: the piece that is being handed out.
   std::string memory_;
   std::size_t readAt_ = 0;
-  std::unique_ptr<QTemporaryFile> file_;
+  std::uint64_t fileReadAt_ = 0;
+  OpenFile file_;
   std::string error_;
 };
 

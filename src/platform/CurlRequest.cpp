@@ -19,9 +19,10 @@ namespace {
 constexpr const char* kUserAgent = "Morvane2000/1.0";
 constexpr const char* kProtocols = "http,https";
 constexpr long kMostRedirects = 20;
-constexpr long kFileBuffer = 128L * 1024;
+constexpr long kFileBuffer = 1024L * 1024;  // each turn of the event loop reads so much at most
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
+constexpr std::size_t kShortText = std::size_t{1} << 20;
 constexpr std::size_t kHeaderLimit = std::size_t{1024} * 1024;
 
 std::string lowered(std::string_view text) {
@@ -77,7 +78,7 @@ CurlRequest* requestOf(void* self) { return static_cast<CurlRequest*>(self); }
 }  // namespace
 
 CurlRequest::CurlRequest(const std::string& address, BodyMode mode, const InternetTransfer::Limits& limits, Raise raise)
-    : address_(address), mode_(mode), limits_(limits), raise_(std::move(raise)), file_(limits.spoolThreshold) {}
+    : address_(address), mode_(mode), limits_(limits), raise_(std::move(raise)), file_(limits.spoolThreshold, {}) {}
 
 CurlRequest::~CurlRequest() {
   if (running_) loop_->remove(easy_, this);
@@ -304,13 +305,21 @@ std::size_t CurlRequest::takeBody(std::string_view bytes) {
       ownErrorCode_ = CURLE_FILESIZE_EXCEEDED;
       return CURL_WRITEFUNC_ERROR;
     }
+    // Moving a long page to a larger place would take the user's time; room that is not used costs nothing.
+    if (text_.size() > kShortText) text_.reserve(limits_.textLimit);
     text_.append(bytes);
+    textChecked_ = wholeUtf8(text_, textChecked_);
   } else if (!file_.append(bytes)) {
     ownError_ = file_.error();
     ownErrorCode_ = CURLE_WRITE_ERROR;
     return CURL_WRITEFUNC_ERROR;
   }
   return bytes.size();
+}
+
+std::string CurlRequest::takeText() {
+  text_.erase(0, std::exchange(textAt_, 0));
+  return std::exchange(text_, {});
 }
 
 std::string CurlRequest::takeChunk(std::size_t size, ChunkType type) {
@@ -329,6 +338,8 @@ void CurlRequest::hold() {
   paused_ = true;
   curl_easy_pause(easy_, CURLPAUSE_RECV);
 }
+
+void CurlRequest::keepFileNear(const std::string& folder) { file_ = BodySpool(limits_.spoolThreshold, folder); }
 
 void CurlRequest::resume() {
   mode_ = BodyMode::File;
@@ -395,10 +406,8 @@ void CurlRequest::conclude(CURLcode result) {
     fail(ownErrorCode_, ownError_);
   } else if (result != CURLE_OK) {
     fail(result, errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(result));
-  } else if (mode_ == BodyMode::File && !file_.rewind()) {
-    fail(CURLE_WRITE_ERROR, file_.error());
   } else {
-    if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"));
+    if (mode_ == BodyMode::Text) text_ = decodeText(std::move(text_), header("content-type"), textChecked_);
     raise(kResponseReceived);
     raiseDisconnected();
     raise(kResponseCompleted);

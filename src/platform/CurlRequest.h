@@ -4,6 +4,7 @@
 #include <curl/curl.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,10 @@ class CurlRequest : private CurlClient {
   // Gives the connection of a held response up; what has been received stays readable.
   void release();
 
+  // Before the body comes in: a large one is kept on the file system of this folder.
+  void keepFileNear(const std::string& folder);
+  bool moveBodyTo(AtomicFile& file) { return file_.moveTo(file); }
+  std::string takeText();
   std::string takeChunk(std::size_t size, ChunkType type);
   std::string header(std::string_view name) const;
   std::string responseAddress() const;
@@ -106,6 +111,7 @@ class CurlRequest : private CurlClient {
 
   std::string text_;
   std::size_t textAt_ = 0;
+  std::size_t textChecked_ = 0;  // UTF-8 up to here
   BodySpool file_;
   std::size_t errorBodyBytes_ = 0;
   std::string ownError_;  // why this class ended the transfer

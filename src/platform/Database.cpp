@@ -18,18 +18,25 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/BackgroundJob.h"
 #include "platform/SqlDialect.h"
+#include "platform/SqlOutline.h"
 
 namespace mv {
 
 namespace {
 
 constexpr int kBusyTimeoutMs = 2000;
-constexpr int kCacheKiB = 64 * 1024;
+// Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
+// the engine looks through all that it holds.
+constexpr int kCacheKiB = 16 * 1024;
 constexpr int kReaderCacheKiB = 4 * 1024;
-constexpr int kCheckpointPages = 4096;                        // 16 MiB of journal between two checkpoints
+constexpr int kCheckpointPages = 4096;    // 16 MiB of journal between two checkpoints
+constexpr int kMostJournalPages = 16384;  // from here on the writer itself does one
+constexpr int kCheckpointPasses = 4;
 constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
 constexpr std::size_t kCachedStatements = 128;
+constexpr const char* kCountField = "outCount";
 constexpr std::size_t kRowsAhead = 64;
 constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page
 
@@ -112,6 +119,10 @@ std::string withoutPlaces(std::string message) {
 
 [[noreturn]] void raiseNotOpen() { throw DatabaseError(DatabaseError::kNotOpen, "The database is closed."); }
 
+[[noreturn]] void raiseNoCurrentRecord(const std::string& statementName) {
+  throw DatabaseError(DatabaseError::kNoCurrentRecord, statementName + ": there is no current row.");
+}
+
 // ---- statements ----
 
 StatementPtr prepare(sqlite3* connection, const std::string& shape, const std::string& name, unsigned flags = 0) {
@@ -148,8 +159,8 @@ bool step(sqlite3_stmt* statement, const std::string& name) {
 // A statement in use: at the end it is ready for the next use and holds no lock.
 class Use {
  public:
-  Use(sqlite3_stmt* statement, const SqlStatement& sql) : statement_(statement) {
-    bindValues(statement, sql.values, sql.name);
+  Use(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name) : statement_(statement) {
+    bindValues(statement, values, name);
   }
   ~Use() {
     sqlite3_reset(statement_);
@@ -179,32 +190,67 @@ std::int64_t firstNumber(sqlite3* connection, const std::string& sql) {
   return std::strtoll(firstText(connection, sql).c_str(), nullptr, 10);
 }
 
-// The statements that were prepared last, by shape.
+// A statement ready for use, with what it was made from.
+struct Prepared {
+  std::shared_ptr<const SqlPattern> pattern;
+  sqlite3_stmt* handle = nullptr;  // owned by the cache
+};
+
+// The statements that were prepared last, by their outline; by their shape where the outline does not tell all.
 class StatementCache {
  public:
-  sqlite3_stmt* get(sqlite3* connection, const SqlStatement& sql) {
-    if (const auto found = byShape_.find(sql.shape); found != byShape_.end()) {
-      entries_.splice(entries_.begin(), entries_, found->second);
-      return found->second->statement.get();
-    }
-    StatementPtr statement = prepare(connection, sql.shape, sql.name, SQLITE_PREPARE_PERSISTENT);
-    if (!statement) throw DatabaseError(DatabaseError::kSyntaxError, "There is no statement.");
-    entries_.push_front({sql.shape, std::move(statement)});
-    byShape_.emplace(entries_.front().shape, entries_.begin());
-    if (entries_.size() > kCachedStatements) {
-      byShape_.erase(entries_.back().shape);
-      entries_.pop_back();
-    }
-    return entries_.front().statement.get();
+  // `values` becomes those of `sql`.
+  Prepared get(sqlite3* connection, std::string_view sql, std::vector<SqlValue>& values) {
+    const bool outlined = outline_.read(sql);
+    const Entry* const known = outlined ? find(outline_.key()) : nullptr;
+    if (known && known->pattern->valuesOf(outline_, values)) return {known->pattern, known->statement.get()};
+
+    SqlStatement translated = translateSql(sql);
+    values = translated.values;
+    auto pattern = std::make_shared<const SqlPattern>(std::move(translated), outlined ? outline_ : SqlOutline());
+    const bool byOutline = outlined && !known && pattern->isReusable();
+    const std::string key = byOutline ? outline_.key() : kShapeMark + pattern->statement().shape;
+    const Entry* entry = byOutline ? nullptr : find(key);
+    if (!entry) entry = &add(key, pattern, prepare(connection, *pattern));
+    return {pattern, entry->statement.get()};
   }
 
  private:
+  static constexpr char kShapeMark = '\0';  // no outline begins like this
   struct Entry {
-    std::string shape;
+    std::string key;
+    std::shared_ptr<const SqlPattern> pattern;
     StatementPtr statement;
   };
-  std::list<Entry> entries_;  // the last used one first
-  std::unordered_map<std::string_view, std::list<Entry>::iterator> byShape_;
+  using Entries = std::list<Entry>;
+
+  const Entry* find(std::string_view key) {
+    const auto found = byKey_.find(key);
+    if (found == byKey_.end()) return nullptr;
+    entries_.splice(entries_.begin(), entries_, found->second);
+    return &entries_.front();
+  }
+
+  static StatementPtr prepare(sqlite3* connection, const SqlPattern& pattern) {
+    const SqlStatement& sql = pattern.statement();
+    StatementPtr statement = mv::prepare(connection, sql.shape, sql.name, SQLITE_PREPARE_PERSISTENT);
+    if (!statement) throw DatabaseError(DatabaseError::kSyntaxError, "There is no statement.");
+    return statement;
+  }
+
+  const Entry& add(const std::string& key, std::shared_ptr<const SqlPattern> pattern, StatementPtr statement) {
+    entries_.push_front({key, std::move(pattern), std::move(statement)});
+    byKey_.emplace(entries_.front().key, entries_.begin());
+    if (entries_.size() > kCachedStatements) {
+      byKey_.erase(entries_.back().key);
+      entries_.pop_back();
+    }
+    return entries_.front();
+  }
+
+  SqlOutline outline_;
+  Entries entries_;  // the last used one first
+  std::unordered_map<std::string_view, Entries::iterator> byKey_;
 };
 
 // ---- opening ----
@@ -325,9 +371,66 @@ void setUp(sqlite3* connection, const std::string& path) {
   // Deleted rows are overwritten where their page is written anyway; to write pages for that alone would make emptying
   // a table of a million rows four times as slow.
   run(connection, "pragma secure_delete=fast");
-  run(connection, "pragma wal_autocheckpoint=" + std::to_string(kCheckpointPages));
   run(connection, "pragma journal_size_limit=" + std::to_string(kJournalSizeLimit));
 }
+
+// Copies the journal's pages into the database while the program goes on writing to the journal: the disk may take its
+// time. Once it has copied all of them the journal begins anew.
+class Checkpoints {
+ public:
+  Checkpoints(sqlite3* writer, const std::string& path) : writer_(writer), path_(path) {
+    sqlite3_wal_hook(writer, &Checkpoints::written, this);
+  }
+  ~Checkpoints() { sqlite3_wal_hook(writer_, nullptr, nullptr); }
+  Checkpoints(const Checkpoints&) = delete;
+  Checkpoints& operator=(const Checkpoints&) = delete;
+
+ private:
+  static int written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) {
+    static_cast<Checkpoints*>(self)->journalIs(pages);
+    return SQLITE_OK;
+  }
+
+  void journalIs(int pages) {
+    if (pages < pages_) requestAt_ = kCheckpointPages, forceAt_ = kMostJournalPages;
+    pages_ = pages;
+    if (pages >= forceAt_) {
+      forceAt_ = pages + kCheckpointPages;
+      sqlite3_wal_checkpoint_v2(writer_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    } else if (pages >= requestAt_) {
+      requestAt_ = pages + kCheckpointPages;
+      job_.request();
+    }
+  }
+
+  // Runs on the job's thread. What fails here is tried again at the next request.
+  void copy() {
+    try {
+      if (!connection_) {
+        connection_ = openHandle(path_, SQLITE_OPEN_READWRITE);
+        run(connection_.get(), "pragma synchronous=normal");
+      }
+      // What was written during a pass is left for the next one, which is shorter.
+      for (int pass = 0, left = 1; pass < kCheckpointPasses && left > 0; ++pass) {
+        int all = 0, copied = 0;
+        if (sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, &all, &copied) !=
+            SQLITE_OK)
+          return;
+        left = all - copied;
+      }
+    } catch (const std::exception&) {
+      connection_.reset();
+    }
+  }
+
+  sqlite3* writer_;
+  std::string path_;
+  int pages_ = 0;  // of the journal
+  int requestAt_ = kCheckpointPages;
+  int forceAt_ = kMostJournalPages;
+  ConnectionPtr connection_;  // the thread's
+  BackgroundJob job_{[this] { copy(); }};
+};
 
 // A connection of its own for a long result: it keeps seeing the rows of the moment of the query, whatever the program
 // writes meanwhile.
@@ -365,10 +468,12 @@ struct Database::Connection {
   explicit Connection(const std::string& databasePath)
       : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
     setUp(main.get(), path);
+    checkpoints = std::make_unique<Checkpoints>(main.get(), path);
   }
 
-  // The readers go first, so that the last connection to close is the one that ends the journal.
+  // The others go first, so that the last connection to close is the one that ends the journal.
   ~Connection() {
+    checkpoints.reset();
     idleReader.reset();
     for (const std::weak_ptr<Reader>& weak : readers)
       if (const std::shared_ptr<Reader> reader = weak.lock()) {
@@ -397,6 +502,7 @@ struct Database::Connection {
 
   std::string path;
   ConnectionPtr main;
+  std::unique_ptr<Checkpoints> checkpoints;
   StatementCache statements;
   ConnectionPtr idleReader;
   std::vector<std::weak_ptr<Reader>> readers;
@@ -408,7 +514,9 @@ struct Database::Connection {
 // A short result is read whole at once. A long one is read through a reader, kRowsAhead rows at a time.
 struct Recordset::State {
   std::weak_ptr<Database::Connection> owner;
-  SqlStatement sql;
+  std::shared_ptr<const SqlPattern> pattern;
+  std::vector<SqlValue> values;
+  std::vector<std::string> engineFields;  // where the statement's own do not tell
   std::size_t columns = 0;
   std::vector<ValuePtr> cells;  // of the rows at hand, row by row
   std::size_t rows = 0;         // at hand
@@ -424,12 +532,17 @@ struct Recordset::State {
     if (reader && connection) connection->giveBack(*reader);
   }
 
+  const SqlStatement& sql() const { return pattern->statement(); }
+  const std::vector<std::string>& fields() const {
+    return sql().fields.size() == columns ? sql().fields : engineFields;
+  }
+
   void takeNames(sqlite3_stmt* statement) {
     columns = static_cast<std::size_t>(sqlite3_column_count(statement));
-    if (sql.fields.size() == columns) return;
-    sql.fields.clear();
+    engineFields.clear();
+    if (sql().fields.size() == columns) return;
     for (std::size_t i = 0; i < columns; ++i)
-      sql.fields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
+      engineFields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
   }
 
   // Replaces the rows at hand by the next ones, at most `limit`.
@@ -437,7 +550,7 @@ struct Recordset::State {
     cells.clear();
     rows = row = 0;
     complete = true;
-    bool more = step(statement, sql.name);
+    bool more = step(statement, sql().name);
     // Not before the first step: it is the one that notices a column added meanwhile.
     takeNames(statement);
     while (more) {
@@ -446,7 +559,7 @@ struct Recordset::State {
         complete = false;
         return;
       }
-      more = step(statement, sql.name);
+      more = step(statement, sql().name);
     }
   }
 
@@ -459,8 +572,8 @@ struct Recordset::State {
 
   void readThrough(std::shared_ptr<Reader> longReader) {
     reader = std::move(longReader);
-    reader->statement = prepare(reader->connection.get(), sql.shape, sql.name);
-    bindValues(reader->statement.get(), sql.values, sql.name);
+    reader->statement = prepare(reader->connection.get(), sql().shape, sql().name);
+    bindValues(reader->statement.get(), values, sql().name);
     readRows(reader->statement.get(), kRowsAhead);
   }
 
@@ -471,7 +584,7 @@ struct Recordset::State {
   std::size_t column(std::string_view field) const {
     std::optional<std::size_t> byLastPart;
     for (std::size_t i = 0; i < columns; ++i) {
-      const std::string_view name = sql.fields[i];
+      const std::string_view name = fields()[i];
       if (sameSqlName(name, field)) return i;
       const std::size_t dot = name.rfind('.');
       if (dot == std::string_view::npos || !sameSqlName(name.substr(dot + 1), field)) continue;
@@ -484,13 +597,13 @@ struct Recordset::State {
 
   [[noreturn]] void raiseItemNotFound(std::string_view field) const {
     throw DatabaseError(DatabaseError::kItemNotFound,
-                        sql.name + ": the result has no field \"" + std::string(field) + "\".");
+                        sql().name + ": the result has no field \"" + std::string(field) + "\".");
   }
 
   sqlite3_value* cell(std::string_view field) const {
     checkOpen();
     const std::size_t at = column(field);
-    if (row >= rows) throw DatabaseError(DatabaseError::kNoCurrentRecord, sql.name + ": there is no current row.");
+    if (row >= rows) raiseNoCurrentRecord(sql().name);
     return cells[row * columns + at].get();
   }
 };
@@ -503,10 +616,10 @@ Recordset::~Recordset() = default;
 std::int64_t Recordset::recordCount() const {
   state_->checkOpen();
   if (!state_->reader) return static_cast<std::int64_t>(state_->rows);
-  const SqlStatement& sql = state_->sql;
+  const SqlStatement& sql = state_->sql();
   const StatementPtr counter =
       prepare(state_->reader->connection.get(), "select count(*) from (" + sql.shape + ')', sql.name);
-  bindValues(counter.get(), sql.values, sql.name);
+  bindValues(counter.get(), state_->values, sql.name);
   step(counter.get(), sql.name);
   return sqlite3_column_int64(counter.get(), 0);
 }
@@ -522,8 +635,7 @@ void Recordset::moveFirst() {
 }
 
 void Recordset::moveNext() {
-  if (endOfRows())
-    throw DatabaseError(DatabaseError::kNoCurrentRecord, state_->sql.name + ": there is no current row.");
+  if (endOfRows()) raiseNoCurrentRecord(state_->sql().name);
   if (++state_->row == state_->rows && !state_->complete) state_->readRows(state_->reader->statement.get(), kRowsAhead);
 }
 
@@ -561,13 +673,13 @@ Recordset Database::query(std::string_view sql) {
   if (!connection_) raiseNotOpen();
   auto state = std::make_unique<Recordset::State>();
   state->owner = connection_;
-  state->sql = translateSql(sql);
-  sqlite3_stmt* const statement = connection_->statements.get(connection_->main.get(), state->sql);
+  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, state->values);
+  state->pattern = statement.pattern;
   {
-    const Use use(statement, state->sql);
+    const Use use(statement.handle, state->values, state->sql().name);
     // Rows that only an open transaction knows cannot be seen by a reader.
-    const bool readable = state->sql.isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
-    state->readRows(statement, readable ? kRowsAhead : SIZE_MAX);
+    const bool readable = state->sql().isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
+    state->readRows(statement.handle, readable ? kRowsAhead : SIZE_MAX);
   }
   if (!state->complete) state->readThrough(connection_->takeReader());
   return Recordset(std::move(state));
@@ -575,31 +687,43 @@ Recordset Database::query(std::string_view sql) {
 
 void Database::execute(std::string_view sql) {
   if (!connection_) raiseNotOpen();
-  const SqlStatement translated = translateSql(sql);
-  sqlite3_stmt* const statement = connection_->statements.get(connection_->main.get(), translated);
-  const Use use(statement, translated);
-  while (step(statement, translated.name)) continue;
+  std::vector<SqlValue> values;
+  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, values);
+  const std::string& name = statement.pattern->statement().name;
+  const Use use(statement.handle, values, name);
+  while (step(statement.handle, name)) continue;
   connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
-}
-
-void Database::allOrNothing(const std::function<void()>& work) {
-  execute("begin");
-  try {
-    work();
-    execute("commit");
-  } catch (...) {
-    // After some failures, a full disk above all, the engine has done so already.
-    try {
-      execute("rollback");
-    } catch (const DatabaseError&) {
-    }
-    throw;
-  }
 }
 
 std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
 
-std::int64_t Database::count(std::string_view sql) { return query(sql).number("outCount"); }
+std::int64_t Database::count(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  std::vector<SqlValue> values;
+  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, values);
+  const SqlStatement& translated = statement.pattern->statement();
+  if (translated.fields.size() != 1 || !sameSqlName(translated.fields.front(), kCountField))
+    return query(sql).number(kCountField);
+  const Use use(statement.handle, values, translated.name);
+  if (!step(statement.handle, translated.name)) raiseNoCurrentRecord(translated.name);
+  return sqlite3_column_int64(statement.handle, 0);
+}
+
+Transaction::Transaction(Database& database) : database_(database) { database_.execute("begin"); }
+
+Transaction::~Transaction() {
+  if (!open_) return;
+  try {
+    database_.execute("rollback");
+  } catch (const DatabaseError&) {
+    // After some failures, a full disk above all, the engine has done so already.
+  }
+}
+
+void Transaction::commit() {
+  database_.execute("commit");
+  open_ = false;
+}
 
 // ---- compaction ----
 

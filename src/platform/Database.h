@@ -6,10 +6,10 @@
 //   everything else     as SQLite reads it
 // A statement is translated once per shape (the statement with its literals taken out), prepared once and kept;
 // the literals are bound. So the ten-thousandth insert costs no parsing, and no text can change a statement.
-// `column <> literal` is handed to the engine in a form that an index can serve.
 //
 // Texts are UTF-8, paths are UTF-8 file-system paths, numbers are 64-bit.
-// One thread: a Database and its Recordsets belong to the thread that opened it.
+// One thread: a Database and its Recordsets belong to the thread that opened it. Only the engine's journal is copied
+// into the database by a thread of its own, which nobody waits for.
 #pragma once
 
 #include <cstdint>
@@ -115,8 +115,6 @@ class Database {
   // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
   Recordset query(std::string_view sql);
   void execute(std::string_view sql);
-  // Runs `work`, whose statements are one transaction: an exception takes all of them back and goes on to the caller.
-  void allOrNothing(const std::function<void()>& work);
   // Rows that the last execute inserted, changed or deleted.
   std::int64_t rowsAffected() const;
 
@@ -170,6 +168,21 @@ class CompactCopy {
  private:
   struct Private;
   std::unique_ptr<Private> d;
+};
+
+// Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
+// two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit();
+
+ private:
+  Database& database_;
+  bool open_ = true;
 };
 
 }  // namespace mv

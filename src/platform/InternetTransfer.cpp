@@ -1,5 +1,6 @@
 #include "platform/InternetTransfer.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <QtGlobal>
 #include <deque>
@@ -14,7 +15,7 @@
 namespace mv {
 
 // Between a request, which tells its states from inside libcurl, and the receivers, which may do anything on hearing of
-// one: states are queued and each is emitted from an event of its own, with nothing of ours on the stack.
+// one: states are queued and emitted from a later event, with nothing of libcurl on the stack.
 class InternetTransfer::Private {
  public:
   Private(InternetTransfer* owner, int instanceIndex) : q(owner), index(instanceIndex) {
@@ -30,6 +31,7 @@ class InternetTransfer::Private {
   InternetTransfer* q;
   int index;
   std::string address;
+  std::string targetFolder;
   std::unique_ptr<CurlRequest> request;
   bool executing = false;
   bool completed = false;
@@ -37,6 +39,7 @@ class InternetTransfer::Private {
  private:
   void postDelivery();
   void deliver();
+  void deliverNext();
   void settle(TransferState state);
 
   std::deque<TransferState> states;
@@ -54,6 +57,7 @@ void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   completed = false;
   request = std::make_unique<CurlRequest>(url, mode, limits(), [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
+  request->keepFileNear(targetFolder);
   request->start();
 }
 
@@ -63,6 +67,7 @@ bool InternetTransfer::Private::resume(const std::string& url) {
   holding = false;
   executing = true;
   completed = false;
+  request->keepFileNear(targetFolder);
   request->resume();
   return true;
 }
@@ -89,10 +94,16 @@ void InternetTransfer::Private::postDelivery() {
 
 void InternetTransfer::Private::deliver() {
   posted = false;
-  if (states.empty()) return;
+  const QPointer<InternetTransfer> alive(q);
+  const CurlRequest* const told = request.get();
+  // The object dies with its receiver's slot, or the receiver has started another request: its states come later.
+  while (alive && request.get() == told && !states.empty()) deliverNext();
+}
+
+void InternetTransfer::Private::deliverNext() {
   const auto state = states.front();
   states.pop_front();
-  // Before the signal: a receiver may wait for the next state in an event loop of its own, or delete this object.
+  // Before the signal: a receiver may wait for the next state in an event loop of its own.
   if (!states.empty()) postDelivery();
   settle(state);
   try {
@@ -129,9 +140,15 @@ void InternetTransfer::cancel() { d->drop(); }
 
 bool InternetTransfer::StillExecuting() const { return d->executing; }
 
+void InternetTransfer::setTargetFolder(const std::string& folder) { d->targetFolder = folder; }
+
+bool InternetTransfer::MoveBodyTo(AtomicFile& file) { return d->completed && d->request->moveBodyTo(file); }
+
 std::string InternetTransfer::GetChunk(std::size_t size, ChunkType type) {
   return d->completed ? d->request->takeChunk(size, type) : std::string();
 }
+
+std::string InternetTransfer::TakeText() { return d->completed ? d->request->takeText() : std::string(); }
 
 std::string InternetTransfer::GetHeader(const std::string& name) const {
   return d->request ? d->request->header(name) : std::string();

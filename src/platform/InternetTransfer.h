@@ -17,6 +17,8 @@
 
 namespace mv {
 
+class AtomicFile;
+
 // What a request wants of the response.
 enum class BodyMode {
   Text,         // a page: decompressed, as UTF-8 (charset of the header, else valid UTF-8, else Windows-1252), at most
@@ -63,6 +65,17 @@ class InternetTransfer : public QObject {
   void cancel();
   // A request is under way (a held response does not count).
   bool StillExecuting() const;
+
+  // All of the completed text that GetChunk has not handed out yet, without a copy; GetChunk has nothing left then.
+  std::string TakeText();
+
+  // The folder that the bodies of File requests are meant for, from the next Execute on. A body that does not stay in
+  // memory is then kept on its file system, so that it can become the final file; "" or a folder without such files
+  // stand in nobody's way.
+  void setTargetFolder(const std::string& folder);
+  // The whole completed body of a File request becomes the content of `file` without a copy. False, and GetChunk has
+  // it, when it is in memory, on another file system or partly read, or when `file` is not empty.
+  bool MoveBodyTo(AtomicFile& file);
 
   // The next piece of the completed body: at most `size` characters of the text, or bytes. Empty when exhausted.
   // Raises std::runtime_error when the spooled body cannot be read.

@@ -1,8 +1,8 @@
 #include "platform/SqlDialect.h"
 
 #include <algorithm>
-#include <charconv>
 #include <initializer_list>
+#include <optional>
 #include <utility>
 
 #include "platform/Database.h"
@@ -16,19 +16,10 @@ enum class Kind { Word, Identifier, Text, Number, Symbol };
 struct Token {
   Kind kind;
   std::string_view raw;  // as it stands in the statement
-  std::string value;     // of a text: without delimiters
   bool spaceBefore = false;
 };
 
 using Tokens = std::vector<Token>;
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool startsWord(char c) {
-  return (lower(c) >= 'a' && lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-}
-bool continuesWord(char c) { return startsWord(c) || isDigit(c) || c == '$'; }
 
 [[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::kSyntaxError, reason); }
 
@@ -52,7 +43,7 @@ class Lexer {
   bool skipBlank() {
     const std::size_t start = at_;
     for (;;) {
-      if (isSpace(peek()))
+      if (isSqlSpace(peek()))
         ++at_;
       else if (peek() == '-' && peek(1) == '-')
         at_ = std::min(sql_.find('\n', at_), sql_.size());
@@ -70,10 +61,10 @@ class Lexer {
 
   Token next() {
     const char c = peek();
-    if (c == '"' || c == '\'') return text(c);
+    if (c == '"' || c == '\'') return text();
     if (c == '[' || c == '`') return identifier(c == '[' ? ']' : c);
-    if (isDigit(c) || (c == '.' && isDigit(peek(1)) && !followsName())) return number();
-    if (startsWord(c)) return word();
+    if (isSqlDigit(c) || (c == '.' && isSqlDigit(peek(1)) && !followsName())) return number();
+    if (startsSqlWord(c)) return word();
     return symbol(c);
   }
 
@@ -81,19 +72,11 @@ class Lexer {
     return !tokens_.empty() && (tokens_.back().kind == Kind::Word || tokens_.back().kind == Kind::Identifier);
   }
 
-  Token text(char delimiter) {
-    const std::size_t start = at_++;
-    std::string value;
-    for (;;) {
-      const std::size_t end = sql_.find(delimiter, at_);
-      if (end == std::string_view::npos) refuse("The statement has a text without an end.");
-      value += sql_.substr(at_, end - at_);
-      at_ = end + 1;
-      if (peek() != delimiter) break;
-      value += delimiter;
-      ++at_;
-    }
-    return {Kind::Text, from(start), std::move(value)};
+  Token text() {
+    const std::size_t start = at_;
+    at_ = sqlTextEnd(sql_, start);
+    if (at_ == std::string_view::npos) refuse("The statement has a text without an end.");
+    return {Kind::Text, from(start)};
   }
 
   Token identifier(char end) {
@@ -102,23 +85,19 @@ class Lexer {
     if (found == std::string_view::npos) refuse("The statement has a name without an end.");
     at_ = found + 1;
     if (from(start).find('\0') != std::string_view::npos) refuse("The statement has a NUL in a name.");
-    return {Kind::Identifier, from(start), {}};
+    return {Kind::Identifier, from(start)};
   }
 
-  // Letters that touch a number are kept with it: the engine then refuses the whole.
   Token number() {
     const std::size_t start = at_;
-    while (continuesWord(peek()) || peek() == '.') {
-      const bool exponent = lower(peek()) == 'e' && (peek(1) == '+' || peek(1) == '-') && isDigit(peek(2));
-      at_ += exponent ? 2 : 1;
-    }
-    return {Kind::Number, from(start), {}};
+    at_ = sqlNumberEnd(sql_, start);
+    return {Kind::Number, from(start)};
   }
 
   Token word() {
     const std::size_t start = at_;
-    while (continuesWord(peek())) ++at_;
-    return {Kind::Word, from(start), {}};
+    while (continuesSqlWord(peek())) ++at_;
+    return {Kind::Word, from(start)};
   }
 
   Token symbol(char c) {
@@ -126,9 +105,8 @@ class Lexer {
     if (c == '\0') refuse("The statement has a NUL outside of a text.");
     if (std::string_view("?:@$").find(c) != std::string_view::npos)
       refuse(std::string("The statement has a stray ") + c);
-    const bool unequal = (c == '<' && peek(1) == '>') || (c == '!' && peek(1) == '=');
-    at_ += unequal ? 2 : 1;
-    return {Kind::Symbol, from(start), {}};
+    ++at_;
+    return {Kind::Symbol, from(start)};
   }
 
   std::string_view sql_;
@@ -164,30 +142,23 @@ class Translator {
   }
 
   void run(SqlStatement& into) {
-    std::size_t i = 0;
-    while (i < tokens_.size()) i = put(i);
+    for (std::size_t i = 0; i < tokens_.size(); ++i) put(i);
     into.shape = std::move(shape_);
     into.values = std::move(values_);
+    into.literalIsValue = std::move(literalIsValue_);
   }
 
  private:
-  // Puts what begins at token i and gives the token to go on with.
-  std::size_t put(std::size_t i) {
-    const std::size_t unequal = takesLiterals_ ? columnUnequalLiteral(i) : 0;
-    if (unequal > 0) {
-      putUnequal(i, unequal);
-      return unequal + 2;
-    }
+  void put(std::size_t i) {
     const Token& token = tokens_[i];
     if (i > 0 && (token.spaceBefore || wouldGrow(i))) shape_ += ' ';
     if (token.kind == Kind::Text)
       putText(token);
-    else if (token.kind == Kind::Number && takesLiterals_ && numbersAreValues_)
+    else if (token.kind == Kind::Number)
       putNumber(token);
     else
       shape_ += token.raw;
     followClauses(token);
-    return i + 1;
   }
 
   // A literal's replacement and what touches it stay two tokens.
@@ -199,30 +170,26 @@ class Translator {
   void followClauses(const Token& token) {
     if (isWord(token, {"where", "on", "having", "set", "values"})) numbersAreValues_ = true;
     if (isWord(token, {"select", "order", "group", "limit"})) numbersAreValues_ = false;
-    // The "and" of "x between 1 and 2" joins no conditions.
-    if (isWord(token, "between")) betweenIsOpen_ = true;
-    conditionBegins_ = isWord(token, {"where", "or", "not", "on", "having"}) || isSymbol(token, "(") ||
-                       (isWord(token, "and") && !betweenIsOpen_);
-    if (isWord(token, "and")) betweenIsOpen_ = false;
   }
 
   void putText(const Token& token) {
-    if (takesLiterals_) return putValue(token.value);
-    if (token.value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
+    std::string value = sqlTextValue(token.raw);
+    literalIsValue_.push_back(takesLiterals_);
+    if (takesLiterals_) return putValue(std::move(value));
+    if (value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
     shape_ += '\'';
-    for (const char c : token.value) shape_.append(c == '\'' ? 2 : 1, c);
+    for (const char c : value) shape_.append(c == '\'' ? 2 : 1, c);
     shape_ += '\'';
   }
 
   void putNumber(const Token& token) {
-    const char* const end = token.raw.data() + token.raw.size();
-    std::int64_t whole = 0;
-    double real = 0;
-    const auto wholeRead = std::from_chars(token.raw.data(), end, whole);
-    if (wholeRead.ec == std::errc() && wholeRead.ptr == end) return putValue(whole);
-    const auto realRead = std::from_chars(token.raw.data(), end, real);
-    if (realRead.ec == std::errc() && realRead.ptr == end) return putValue(real);
-    shape_ += token.raw;
+    std::optional<SqlValue> value;
+    if (takesLiterals_ && numbersAreValues_) value = sqlNumberValue(token.raw);
+    literalIsValue_.push_back(value.has_value());
+    if (value)
+      putValue(std::move(*value));
+    else
+      shape_ += token.raw;
   }
 
   void putValue(SqlValue value) {
@@ -230,42 +197,12 @@ class Translator {
     shape_ += '?' + std::to_string(values_.size());
   }
 
-  // The index of the "<>" when a whole condition "column <> literal" begins at token i, else 0.
-  std::size_t columnUnequalLiteral(std::size_t i) const {
-    if (!conditionBegins_ || !isName(tokens_[i])) return 0;
-    std::size_t at = i + 1;
-    if (at + 1 < tokens_.size() && isSymbol(tokens_[at], ".") && isName(tokens_[at + 1])) at += 2;
-    if (at + 1 >= tokens_.size() || !(isSymbol(tokens_[at], "<>") || isSymbol(tokens_[at], "!="))) return 0;
-    const Kind operand = tokens_[at + 1].kind;
-    if (operand != Kind::Text && (operand != Kind::Number || !numbersAreValues_)) return 0;
-    return at + 2 >= tokens_.size() || conditionEnds(tokens_[at + 2]) ? at : 0;
-  }
-
-  static bool conditionEnds(const Token& token) {
-    return isSymbol(token, ")") || isWord(token, {"and", "or", "order", "group", "limit", "having", "union"});
-  }
-
-  // An index is of no use for "<>", but serves both sides of (column < literal or column > literal).
-  void putUnequal(std::size_t column, std::size_t unequal) {
-    std::string name;
-    for (std::size_t i = column; i < unequal; ++i) name += tokens_[i].raw;
-    if (column > 0 && tokens_[column].spaceBefore) shape_ += ' ';
-    shape_ += '(' + name + " < ";
-    const std::size_t valueStart = shape_.size();
-    const Token& literal = tokens_[unequal + 1];
-    literal.kind == Kind::Text ? putText(literal) : putNumber(literal);
-    const std::string value = shape_.substr(valueStart);
-    shape_ += " or " + name + " > " + value + ')';
-    followClauses(literal);
-  }
-
   const Tokens& tokens_;
   bool takesLiterals_ = false;
   bool numbersAreValues_ = false;
-  bool conditionBegins_ = false;
-  bool betweenIsOpen_ = false;
   std::string shape_;
   std::vector<SqlValue> values_;
+  std::vector<bool> literalIsValue_;
 };
 
 // ---- names ----
@@ -310,10 +247,10 @@ std::vector<std::string> selectFields(const Tokens& tokens) {
 
 std::string statementName(const Tokens& tokens) {
   std::string name;
-  for (const char c : tokens.front().raw) name += lower(c);
+  for (const char c : tokens.front().raw) name += lowerSqlLetter(c);
   for (std::size_t i = 1; i + 1 < tokens.size(); ++i) {
     if (!isWord(tokens[i], {"from", "into", "table", "index"}) || !isName(tokens[i + 1])) continue;
-    for (name += ' '; const char c : tokens[i].raw) name += lower(c);
+    for (name += ' '; const char c : tokens[i].raw) name += lowerSqlLetter(c);
     return name + ' ' + plainName(tokens[i + 1]);
   }
   return tokens.size() > 1 && isName(tokens[1]) ? name + ' ' + plainName(tokens[1]) : name;
@@ -342,7 +279,7 @@ SqlStatement translateSql(std::string_view sql) {
 
 bool sameSqlName(std::string_view left, std::string_view right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return lower(a) == lower(b); });
+                    [](char a, char b) { return lowerSqlLetter(a) == lowerSqlLetter(b); });
 }
 
 }  // namespace mv

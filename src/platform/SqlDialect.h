@@ -2,20 +2,20 @@
 // statements that differ in their values only have one shape.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
-namespace mv {
+#include "platform/SqlLiterals.h"
 
-using SqlValue = std::variant<std::int64_t, double, std::string>;
+namespace mv {
 
 struct SqlStatement {
   // What the engine prepares. A value stands in it as ?1, ?2, ... in the order of `values`.
   std::string shape;
   std::vector<SqlValue> values;
+  // For every literal of the statement, from the first to the last: is it one of `values`, or still in its place?
+  std::vector<bool> literalIsValue;
   // The fields of a select list as it names them: an alias, "name" or "vf.name". Empty where the engine has to be
   // asked.
   std::vector<std::string> fields;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
+#include <cstring>
 
 namespace mv {
 
@@ -39,13 +41,14 @@ std::size_t characterLength(std::string_view text, std::size_t at) {
   return malformed ? 0 : length;
 }
 
-bool isUtf8(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const auto length = characterLength(text, at);
-    if (length == 0) return false;
-    at += length;
+// The first byte from `at` on that is not ASCII, or one up to seven before it.
+std::size_t skipAscii(std::string_view text, std::size_t at) {
+  std::uint64_t eight = 0;
+  for (; text.size() - at >= sizeof eight; at += sizeof eight) {
+    std::memcpy(&eight, text.data() + at, sizeof eight);
+    if ((eight & 0x8080808080808080U) != 0) break;
   }
-  return true;
+  return at;
 }
 
 void appendWindows1252(std::string& out, unsigned byte) {
@@ -113,7 +116,18 @@ std::string charsetOf(std::string_view contentType) {
   return lower.substr(start, lower.find_first_of(" \t\"';,", start) - start);
 }
 
-std::string decodeText(std::string bytes, std::string_view contentType) {
+std::size_t wholeUtf8(std::string_view text, std::size_t from) {
+  auto at = skipAscii(text, from);
+  while (at < text.size()) {
+    const auto length = characterLength(text, at);
+    if (length == 0) return at;
+    at += length;
+    if (length == 1) at = skipAscii(text, at);
+  }
+  return at;
+}
+
+std::string decodeText(std::string bytes, std::string_view contentType, std::size_t checked) {
   const auto charset = charsetOf(contentType);
   if (meansWindows1252(charset)) return fromWindows1252(bytes);
   const bool saysUtf8 = isOneOf(charset, {"utf-8", "utf8"}) || bytes.starts_with(kUtf8Mark);
@@ -124,7 +138,7 @@ std::string decodeText(std::string bytes, std::string_view contentType) {
       return text.toStdString();
     }
   }
-  if (isUtf8(bytes)) return withoutUtf8Mark(std::move(bytes));
+  if (wholeUtf8(bytes, checked) == bytes.size()) return withoutUtf8Mark(std::move(bytes));
   return saysUtf8 ? repairedUtf8(withoutUtf8Mark(std::move(bytes))) : fromWindows1252(bytes);
 }
 

@@ -13,7 +13,11 @@ std::string charsetOf(std::string_view contentType);
 // `bytes` as UTF-8: from the charset named in `contentType`; without one, or with one that is not known, as UTF-8 when
 // that is what they are, else as Windows-1252. A byte order mark is removed. Always valid UTF-8; NUL characters stay.
 // In a page that says UTF-8 but is not wholly so, each stray byte is read as Windows-1252.
-std::string decodeText(std::string bytes, std::string_view contentType);
+// `checked`: so many first bytes are known to be whole UTF-8 characters, see wholeUtf8.
+std::string decodeText(std::string bytes, std::string_view contentType, std::size_t checked = 0);
+
+// The end of the well-formed UTF-8 characters that begin at `from`: the text's size when all of it is UTF-8.
+std::size_t wholeUtf8(std::string_view text, std::size_t from);
 
 // Where the character that is `characters` behind `from` starts in valid UTF-8; the text's size when it is shorter.
 std::size_t advanceCharacters(std::string_view utf8, std::size_t from, std::size_t characters);

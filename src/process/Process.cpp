@@ -1,5 +1,6 @@
 #include "process/Process.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/ErrorLog.h"
@@ -11,6 +12,7 @@ namespace mv {
 namespace {
 
 constexpr int kPauseInterval = 60'000;  // milliseconds
+constexpr int kViewInterval = 33;       // milliseconds
 
 }  // namespace
 
@@ -40,6 +42,11 @@ Process::Process(const QStringList& listTitles, int workInterval) : lvwLinks(lis
   connect(&tmrWaitForAWhile, &QTimer::timeout, this, [this] {
     tmrWaitForAWhile.stop();
     enableWorkTimer();
+  });
+  viewTimer_.setSingleShot(true);
+  connect(&viewTimer_, &QTimer::timeout, this, [this] {
+    sinceViewChanged_.start();
+    Q_EMIT viewChanged();
   });
   connect(&Inet2, &InternetTransfer::StateChanged, this,
           [this](int, int state) { run([this, state] { transferEvent(state); }); });
@@ -80,15 +87,9 @@ void Process::enableWorkTimer() {
 }
 
 void Process::touch() {
-  if (touchPending_) return;
-  touchPending_ = true;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        touchPending_ = false;
-        Q_EMIT viewChanged();
-      },
-      Qt::QueuedConnection);
+  if (viewTimer_.isActive()) return;
+  const qint64 since = sinceViewChanged_.isValid() ? sinceViewChanged_.elapsed() : kViewInterval;
+  viewTimer_.start(static_cast<int>(std::clamp<qint64>(kViewInterval - since, 0, kViewInterval)));
 }
 
 void Process::setCaption(std::string caption) {

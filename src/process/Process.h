@@ -6,7 +6,9 @@
 // process be deleted.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QTimer>
 #include <exception>
 #include <functional>
@@ -49,12 +51,13 @@ class Process : public QObject {
   long progressValue() const { return progressValue_; }
   long progressMaximum() const { return progressMaximum_; }
   long ErrorCount() const { return errorCount_; }
+  // The row last taken up, to be selected and scrolled into view; invalid when the list no longer has it.
+  const QPersistentModelIndex& takenRow() const { return takenRow_; }
 
  Q_SIGNALS:
-  // A text, counter or the progress changed; emitted once for all changes of one event.
+  // A text, counter, the progress or the row taken up has changed. At most 30 times a second, the first change at once:
+  // more than a window can show would be drawn for nobody.
   void viewChanged();
-  // The row was taken up: select it and scroll it into view.
-  void rowTaken(int row);
   void stopped();
 
  protected:
@@ -70,6 +73,11 @@ class Process : public QObject {
   // Switches the work timer on without restarting a running one.
   void enableWorkTimer();
   void disableWorkTimer() { tmrOKToDownload.stop(); }
+
+  void rowTaken(int row) {
+    takenRow_ = lvwLinks.index(row, 0);
+    touch();
+  }
 
   // Refreshes the window soon.
   void touch();
@@ -92,7 +100,9 @@ class Process : public QObject {
   int depth_ = 0;
   bool stopRequested_ = false;
   bool stoppedEmitted_ = false;
-  bool touchPending_ = false;
+  QPersistentModelIndex takenRow_;
+  QTimer viewTimer_;
+  QElapsedTimer sinceViewChanged_;
 };
 
 }  // namespace mv

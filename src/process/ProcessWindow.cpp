@@ -103,7 +103,6 @@ void ProcessWindow::wire() {
   connect(lvwLinks_->header(), &QHeaderView::sectionClicked, this,
           [this](int column) { run([this, column] { sortLinks(column); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
-  connect(&process_, &Process::rowTaken, this, [this](int row) { run([this, row] { showRow(row); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
 }
 
@@ -169,9 +168,11 @@ void ProcessWindow::sortLinks(int column) {
   lvwLinks_->header()->setSortIndicator(column, order);
 }
 
-void ProcessWindow::showRow(int row) {
+void ProcessWindow::showTakenRow() {
+  if (process_.takenRow() == shownRow_) return;
+  shownRow_ = process_.takenRow();
   // Makes it the selected row too, and scrolls to it, in a hidden list as soon as that shows.
-  lvwLinks_->setCurrentIndex(process_.lvwLinks.index(row, 0));
+  if (shownRow_.isValid()) lvwLinks_->setCurrentIndex(shownRow_);
 }
 
 void ProcessWindow::refresh() {
@@ -181,6 +182,7 @@ void ProcessWindow::refresh() {
   }
   pbarSave_->setMaximum(std::max(asProgress(process_.progressMaximum()), 1));
   pbarSave_->setValue(std::min(asProgress(process_.progressValue()), pbarSave_->maximum()));
+  showTakenRow();
   showErrorPanel();
 }
 

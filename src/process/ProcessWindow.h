@@ -67,12 +67,13 @@ class ProcessWindow : public ChildWindow {
   void wire();
   void setDetailsShown(bool shown);
   void sortLinks(int column);
-  void showRow(int row);
+  void showTakenRow();
   void showErrorPanel();
 
   Process& process_;
   bool collapsed_ = true;
   bool sortDescending_ = false;
+  QPersistentModelIndex shownRow_;
   QLabel* lblSiteId_ = nullptr;
   QVBoxLayout* summary_ = nullptr;
   QWidget* details_ = nullptr;

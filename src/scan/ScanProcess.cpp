@@ -11,6 +11,7 @@
 #include "platform/RequestAddress.h"
 #include "store/BuiltInForms.h"
 #include "store/EscapeText.h"
+#include "store/NoneOf.h"
 
 namespace mv {
 
@@ -106,6 +107,9 @@ void ScanProcess::buildTagArray() {
   tags_.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount from valid_tag")));
   for (Recordset rows = gDatabase.query("select tag from valid_tag"); !rows.endOfRows(); rows.moveNext())
     tags_.push_back(rows.text("Tag"));
+  std::vector<std::string> searchStrings = tags_;
+  searchStrings.push_back(kBaseTag);
+  scanner_.expect(searchStrings);
 }
 
 void ScanProcess::buildQueue() {
@@ -121,9 +125,11 @@ void ScanProcess::buildQueue() {
 
   // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million
   // rows.
-  waitingLinks_.emplace(gDatabase.query(
-      "select id, status, site_id, url, link_type  from link where site_id = " + std::to_string(SiteID) +
-      " and link_type <> \"File\" and link_type <> \"Email Address\" and status = \"False\""));
+  const std::string ofSite = "site_id = " + std::to_string(SiteID);
+  const std::string waiting = " and status = " + quoted("False");
+  waitingLinks_.emplace(
+      gDatabase.query("select id, status, site_id, url, link_type  from link where " + ofSite + " and " +
+                      noneOf("link_type", {kFileType, "Email Address"}, "link", ofSite + waiting) + waiting));
   fillQueue();
 }
 
@@ -181,7 +187,7 @@ void ScanProcess::takeUp(int index) {
   labelUrl_ = shownUrl_ = maskUserInfo(currentUrl_);
   reported_.clear();
   lvwLinks.setState(index, RowState::Working);
-  Q_EMIT rowTaken(index);
+  rowTaken(index);
   --pagesLeft_;
   ++pagesProcessed_;
   updateStatus("pagestoscan");
@@ -224,8 +230,7 @@ void ScanProcess::transferEvent(int state) {
     pageFailed();
   } else if (state == kResponseCompleted && requestKind_ == kGetPage) {
     disableWorkTimer();
-    pageText_.clear();
-    readPage();
+    processPage();
   }
 }
 
@@ -239,23 +244,10 @@ void ScanProcess::pageFailed() {
   enableWorkTimer();
 }
 
-void ScanProcess::readPage() {
-  const Slice slice;
-  while (!slice.spent()) {
-    const std::string piece = Inet2.GetChunk(kChunkSize, ChunkType::Text);
-    if (piece.empty()) {
-      processPage();
-      return;
-    }
-    pageText_ += piece;
-  }
-  yieldThen([this] { readPage(); });
-}
-
-// The page is walked through once for its base href, then once for every tag. A walk goes on in later events, so that a
-// page of any size leaves the windows alive.
+// The page is walked through once for its base href, then once for every tag. A long walk goes on in later events, so
+// that a page of any size leaves the windows alive.
 void ScanProcess::processPage() {
-  scanner_.setHtml(std::exchange(pageText_, {}));
+  scanner_.setHtml(Inet2.TakeText());
   walk_ = Walk::BaseHref;
   baseHref_.clear();
   scanner_.BasePath = computeBasePath();
@@ -265,17 +257,20 @@ void ScanProcess::processPage() {
 
 void ScanProcess::walkPage() {
   const Slice slice;
-  while (scanner_.LinkFound()) {
-    if (slice.spent()) {
-      yieldThen([this] { walkPage(); });
-      return;
+  const clsLinkParser::Stretch stretch(parser_);
+  do {
+    while (scanner_.LinkFound()) {
+      if (slice.spent()) {
+        yieldThen([this] { walkPage(); });
+        return;
+      }
+      if (!scanner_.seek(kSearchStretch)) continue;
+      scanner_.getLink();
+      if (!scanner_.Link().empty()) linkFound(scanner_.Link());
+      if (StopRequested()) return;
     }
-    if (!scanner_.seek(kSearchStretch)) continue;
-    scanner_.getLink();
-    if (!scanner_.Link().empty()) linkFound(scanner_.Link());
-    if (StopRequested()) return;
-  }
-  yieldThen([this] { nextWalk(); });
+  } while (beginNextWalk());
+  finishPage();
 }
 
 void ScanProcess::linkFound(const std::string& link) {
@@ -285,7 +280,7 @@ void ScanProcess::linkFound(const std::string& link) {
     handleLink(link);
 }
 
-void ScanProcess::nextWalk() {
+bool ScanProcess::beginNextWalk() {
   if (walk_ == Walk::BaseHref) {
     walk_ = Walk::Links;
     tag_ = 0;
@@ -294,13 +289,10 @@ void ScanProcess::nextWalk() {
   } else {
     ++tag_;
   }
-  if (tag_ >= tags_.size()) {
-    finishPage();
-    return;
-  }
+  if (tag_ >= tags_.size()) return false;
   scanner_.restart();
   scanner_.setSearchString(tags_[tag_]);
-  walkPage();
+  return true;
 }
 
 void ScanProcess::handleLink(const std::string& link) {
@@ -411,6 +403,7 @@ void ScanProcess::report(const std::exception& error) {
   if (reported_ == error.what()) return;
   reported_ = error.what();
   reportException(error, "frmScan");
+  parser_.forgetFileTypes();
 }
 
 std::string ScanProcess::scanCaption() const { return kScanTitle + maskUserInfo(SiteName); }

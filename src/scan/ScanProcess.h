@@ -79,10 +79,10 @@ class ScanProcess : public Process {
   void rebuildQueue();
   void markPageDone();
   void pageFailed();
-  void readPage();
   void processPage();
-  void nextWalk();
   void walkPage();
+  // False after the last one.
+  bool beginNextWalk();
   void linkFound(const std::string& link);
   void handleLink(const std::string& link);
   void storeLink(const std::string& link);
@@ -103,7 +103,6 @@ class ScanProcess : public Process {
   std::vector<std::string> tags_;
 
   // The page being worked through.
-  std::string pageText_;  // while it is read
   Walk walk_ = Walk::BaseHref;
   std::size_t tag_ = 0;
   std::string baseHref_;

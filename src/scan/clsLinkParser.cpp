@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "app/ReportError.h"
 #include "app/Settings.h"
 #include "net/Address.h"
 #include "platform/Database.h"
@@ -109,16 +110,29 @@ void clsLinkParser::classify() {
 
 bool clsLinkParser::typeIsWanted() {
   if (storedType_ != kFile) return true;
-  const std::string named = " from valid_filetypes where name = " + quoted(fileType_);
-  if (gDatabase.count("select count(*) as outCount" + named) == 0) {
+  const FileType type = fileType();
+  if (type == FileType::Unknown) {
     storedType_ = kDocument;
     fileType_.clear();
-    return true;
   }
+  return type != FileType::NotOfTheSite;
+}
+
+clsLinkParser::FileType clsLinkParser::fileType() {
+  if (!keepsFileTypes_) return readFileType();
+  const auto known = fileTypes_.find(fileType_);
+  return known != fileTypes_.end() ? known->second : fileTypes_.emplace(fileType_, readFileType()).first->second;
+}
+
+clsLinkParser::FileType clsLinkParser::readFileType() const {
+  const std::string named = " from valid_filetypes where name = " + quoted(fileType_);
+  if (gDatabase.count("select count(*) as outCount" + named) == 0) return FileType::Unknown;
   const Recordset type = gDatabase.query("select id" + named);
-  if (type.endOfRows()) return true;
-  return gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " +
-                         std::to_string(SiteID) + " and file_type_id = " + std::to_string(type.number("id"))) > 0;
+  const bool ofTheSite =
+      type.endOfRows() ||
+      gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " + std::to_string(SiteID) +
+                      " and file_type_id = " + std::to_string(type.number("id"))) > 0;
+  return ofTheSite ? FileType::OfTheSite : FileType::NotOfTheSite;
 }
 
 void clsLinkParser::applyGlobalFilters() {
@@ -166,13 +180,31 @@ bool clsLinkParser::passesDomainHopper() {
 void clsLinkParser::insertUnlessKnown() {
   const std::string url = quoted(URL);
   if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) return;
-  LinkID = nextSequenceValue("link_id");
+  LinkID = 0;
+  try {
+    Transaction idAndRow(gDatabase);
+    LinkID = drawSequenceValue("link_id");
+    if (LinkID != 0) insertRow(url, idAndRow);
+  } catch (const std::exception& error) {
+    if (LinkID != 0) throw;
+    reportException(error, "nextSequenceValue");
+  }
   if (LinkID == 0) throw NoLinkId();
-  gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                    std::to_string(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) + ", " +
-                    quoted(Password) + ", " + std::to_string(LinkID) + ", " + quoted("False") + ", " +
-                    quoted(fileType_) + ")");
   Flag = true;
+}
+
+void clsLinkParser::insertRow(const std::string& url, Transaction& idAndRow) {
+  try {
+    gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
+                      std::to_string(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) +
+                      ", " + quoted(Password) + ", " + std::to_string(LinkID) + ", " + quoted("False") + ", " +
+                      quoted(fileType_) + ")");
+  } catch (const DatabaseError&) {
+    // An id that is refused must not be drawn again.
+    idAndRow.commit();
+    throw;
+  }
+  idAndRow.commit();
 }
 
 }  // namespace mv

@@ -6,8 +6,10 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
+#include "platform/Database.h"
 #include "scan/FilterRules.h"
 
 namespace mv {
@@ -32,6 +34,25 @@ class clsLinkParser {
   bool Flag = false;        // after AddLinkToDatabase: a new row was inserted
   long DomainHops = 0;      // foreign domains allowed
 
+  // While one lives, what is read about a file type is kept for the links that follow. For links that are handled one
+  // after the other without the event loop, where the user could change the types.
+  class Stretch {
+   public:
+    explicit Stretch(clsLinkParser& parser) : parser_(parser) { parser_.keepsFileTypes_ = true; }
+    ~Stretch() {
+      parser_.keepsFileTypes_ = false;
+      parser_.forgetFileTypes();
+    }
+    Stretch(const Stretch&) = delete;
+    Stretch& operator=(const Stretch&) = delete;
+
+   private:
+    clsLinkParser& parser_;
+  };
+
+  // For a message box that stands open during a stretch.
+  void forgetFileTypes() { fileTypes_.clear(); }
+
   // Loads the global and the site's rules; once, when the scan starts. Raises DatabaseError.
   void BuildFilters();
   // Empties the table of foreign domains entered.
@@ -46,7 +67,11 @@ class clsLinkParser {
  private:
   // Link without its leading steps; BasePath goes up with them.
   std::string_view normalizeRelativeLink();
+  enum class FileType { Unknown, NotOfTheSite, OfTheSite };
+
   void classify();
+  FileType fileType();
+  FileType readFileType() const;
   // True when the link's type, were it a file, is one the site takes. Turns files of unknown types into documents.
   bool typeIsWanted();
   void applyGlobalFilters();
@@ -56,10 +81,14 @@ class clsLinkParser {
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
   void insertUnlessKnown();
+  // `url` as a literal. Ends the transaction in which the row's id was drawn.
+  void insertRow(const std::string& url, Transaction& idAndRow);
 
-  std::string fileType_;                        // extension of a file, "" for anything else
-  std::string storedType_;                      // LinkType, but "Document" for files of an unknown type
-  std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
+  bool keepsFileTypes_ = false;
+  std::unordered_map<std::string, FileType> fileTypes_;  // by extension
+  std::string fileType_;                                 // extension of a file, "" for anything else
+  std::string storedType_;                               // LinkType, but "Document" for files of an unknown type
+  std::unordered_set<std::string> hopDomains_;           // foreign domains entered, at most DomainHops
   RuleSet globalRules_;
   RuleSet siteRules_;
 };

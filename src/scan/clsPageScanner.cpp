@@ -8,6 +8,9 @@ namespace mv {
 namespace {
 
 constexpr auto kEnd = std::string_view::npos;
+// How far behind a link's start its end is looked for: its opening quote, and the character dropped before a delimiter,
+// come on top of the longest link.
+constexpr std::size_t kLongestValue = clsPageScanner::kLongestLink + 8;
 
 bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
@@ -39,30 +42,42 @@ bool needsBasePath(std::string_view link) {
 
 }  // namespace
 
-std::size_t clsPageScanner::Finder::next(std::string_view text, char c, std::size_t from) {
-  const bool known = searchedFrom <= from && from <= found;
-  if (!known) {
-    searchedFrom = from;
-    found = text.find(c, from);
+std::size_t clsPageScanner::Finder::next(std::string_view text, char c, std::size_t from, std::size_t to) {
+  const bool passed = found != kEnd && found < from;
+  if (from < searchedFrom || from > searchedTo || passed) {
+    searchedFrom = searchedTo = from;
+    found = kEnd;
   }
-  return found;
+  if (found == kEnd && searchedTo < to) {
+    found = text.substr(0, to).find(c, searchedTo);
+    searchedTo = found == kEnd ? to : found;
+  }
+  return std::min(found, to);
 }
 
 void clsPageScanner::setHtml(std::string html) {
   page_ = std::move(html);
   angle_ = quote_ = space_ = Finder();
+  index_.clear();
   restart();
 }
 
 void clsPageScanner::restart() {
-  position_ = 0;
+  position_ = place_ = 0;
   start();
+}
+
+void clsPageScanner::expect(const std::vector<std::string>& searchStrings) {
+  index_.setTags(searchStrings);
+  setSearchString(std::move(searchString_));
 }
 
 std::string_view clsPageScanner::html() const { return std::string_view(page_).substr(position_); }
 
 void clsPageScanner::setSearchString(std::string searchString) {
   searchString_ = std::move(searchString);
+  places_ = index_.placesOf(searchString_);
+  place_ = 0;
   linkFound_ = true;
   start();
 }
@@ -79,12 +94,24 @@ bool clsPageScanner::seek(std::size_t bytes) {
     seeked_ = page.size();
     return true;
   }
+  if (places_) {
+    if (!index_.advance(page, bytes)) return false;
+    if (seekPlace()) return true;
+  }
   // Overlapping stretches, so that an occurrence across their border is seen.
   const std::size_t stretch = std::min(bytes, page.size() - seeked_);
   const std::size_t at = page.substr(seeked_, stretch + searchString_.size() - 1).find(searchString_);
   atOccurrence_ = at != kEnd;
   seeked_ += atOccurrence_ ? at : stretch;
   return atOccurrence_ || seeked_ >= page.size();
+}
+
+// Goes on to the next known place, or to the end of what is known. True when the search is over.
+bool clsPageScanner::seekPlace() {
+  while (place_ < places_->size() && (*places_)[place_] < seeked_) ++place_;
+  atOccurrence_ = place_ < places_->size();
+  seeked_ = atOccurrence_ ? (*places_)[place_] : std::max(seeked_, index_.knownTo());
+  return atOccurrence_ || seeked_ >= page_.size();
 }
 
 void clsPageScanner::getLink() {
@@ -107,11 +134,12 @@ std::string_view clsPageScanner::takeTag(std::size_t at) {
   const std::string_view page = page_;
   std::size_t from = at + searchString_.size();
   position_ = from;
-  const std::size_t angle = angle_.next(page, '>', at);
-  const std::size_t end = angle == kEnd ? page.size() : characterBefore(page, angle, at);
+  const std::size_t last = from + std::min(kLongestValue, page.size() - from);
+  const std::size_t angle = angle_.next(page, '>', at, last);
+  const std::size_t end = angle < last ? characterBefore(page, angle, at) : last;
   if (from < end && page[from] == '"') ++from;
   if (from >= end) return {};
-  return page.substr(from, std::min(quote_.next(page, '"', from), end) - from);
+  return page.substr(from, quote_.next(page, '"', from, end) - from);
 }
 
 // An attribute: the text behind its quote up to the character before the next blank. A blank that has no character
@@ -120,9 +148,10 @@ std::optional<std::string_view> clsPageScanner::takeAttribute(std::size_t at) {
   const std::string_view page = page_;
   const std::size_t from = charactersOn(page, at + searchString_.size(), 1);
   position_ = charactersOn(page, from, characterCount(searchString_));
-  const std::size_t space = space_.next(page, ' ', from);
-  if (space == from) return std::nullopt;
-  return page.substr(from, (space == kEnd ? page.size() : characterBefore(page, space, from)) - from);
+  const std::size_t last = from + std::min(kLongestValue, page.size() - from);
+  const std::size_t space = space_.next(page, ' ', from, last);
+  if (space == from && space < last) return std::nullopt;
+  return page.substr(from, (space < last ? characterBefore(page, space, from) : last) - from);
 }
 
 void clsPageScanner::setLink(std::string_view found) {

@@ -7,6 +7,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "scan/TagIndex.h"
 
 namespace mv {
 
@@ -17,6 +20,10 @@ class clsPageScanner {
   std::string_view html() const;
   // Makes html() the whole text last set again.
   void restart();
+
+  // Search strings that the page will be walked for: the whole tags among them are then found in one pass over the
+  // page. What getLink finds does not depend on it.
+  void expect(const std::vector<std::string>& searchStrings);
 
   // Exact and case-sensitive. One that begins with "<" is a whole tag up to its "="; any other is an attribute.
   // Setting it sets LinkFound.
@@ -37,20 +44,23 @@ class clsPageScanner {
   // end) is no address that a server takes: it counts as found, Link is "".
   void getLink();
   static constexpr std::size_t kLongestLink = 8192;
-  // Does part of getLink's search ahead: looks for the occurrence in the next `bytes`. True when the rest of getLink is
-  // quick. For walking through a huge page in short steps.
+  // Does part of getLink's search ahead: goes through `bytes` of the page. True when the rest of getLink is quick. For
+  // walking through a huge page in short steps.
   bool seek(std::size_t bytes);
   // Lower-cases html (ASCII letters, so that every byte keeps its place) and cuts its first form out of it.
   void getForm();
 
  private:
-  // Position of the next `c` at or after `from`, remembered so that no stretch is searched twice.
+  // The places of one character, remembered so that no stretch is searched twice in a walk.
   struct Finder {
-    std::size_t searchedFrom = std::string::npos;
-    std::size_t found = std::string::npos;
-    std::size_t next(std::string_view text, char c, std::size_t from);
+    std::size_t searchedFrom = 0;
+    std::size_t searchedTo = 0;
+    std::size_t found = std::string::npos;  // the first one in between
+    // The first `c` in [from, to), `to` when there is none.
+    std::size_t next(std::string_view text, char c, std::size_t from, std::size_t to);
   };
   void start();
+  bool seekPlace();
   std::string_view takeTag(std::size_t at);
   std::optional<std::string_view> takeAttribute(std::size_t at);
   void setLink(std::string_view found);
@@ -61,6 +71,9 @@ class clsPageScanner {
   std::size_t seeked_ = 0;     // no occurrence starts between position_ and here
   bool atOccurrence_ = false;  // one starts at seeked_
   std::string searchString_;
+  TagIndex index_;
+  const TagIndex::Places* places_ = nullptr;  // of searchString_, when it was expected
+  std::size_t place_ = 0;                     // the next of them
   std::string link_;
   bool linkFound_ = true;
   Finder angle_, quote_, space_;

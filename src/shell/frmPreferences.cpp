@@ -318,16 +318,16 @@ void frmPreferences::sliderMoved(int hours) {
 }
 
 void frmPreferences::savePreferences() {
-  gDatabase.allOrNothing([this] {
-    // The web-site list may have stored another number meanwhile.
-    for (Recordset rows = gDatabase.query("select max_connections from pref"); !rows.endOfRows(); rows.moveNext())
-      preferences_.maxConnections = rows.number("max_connections");
-    gDatabase.execute("delete from pref");
-    gDatabase.execute(std::string("insert into pref (") + kColumns + ") values (" + quotedYesNo(*chkAutoScan_) + ", " +
-                      std::to_string(preferences_.quitTime) + ", " + std::to_string(preferences_.maxConnections) +
-                      ", " + quotedYesNo(*chkAutoHideProcesses_) + ", " + quotedYesNo(*chkAutoUpdate_) + ", " +
-                      quotedYesNo(*chkHelpServer_) + ", " + quotedYesNo(*chkOverwrite_) + ")");
-  });
+  Transaction row(gDatabase);
+  // The web-site list may have stored another number meanwhile.
+  for (Recordset rows = gDatabase.query("select max_connections from pref"); !rows.endOfRows(); rows.moveNext())
+    preferences_.maxConnections = rows.number("max_connections");
+  gDatabase.execute("delete from pref");
+  gDatabase.execute(std::string("insert into pref (") + kColumns + ") values (" + quotedYesNo(*chkAutoScan_) + ", " +
+                    std::to_string(preferences_.quitTime) + ", " + std::to_string(preferences_.maxConnections) + ", " +
+                    quotedYesNo(*chkAutoHideProcesses_) + ", " + quotedYesNo(*chkAutoUpdate_) + ", " +
+                    quotedYesNo(*chkHelpServer_) + ", " + quotedYesNo(*chkOverwrite_) + ")");
+  row.commit();
   gHideProcesses = yesNo(chkAutoHideProcesses_->isChecked());
   gOverwriteExisting = yesNo(chkOverwrite_->isChecked());
 }

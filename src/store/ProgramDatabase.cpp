@@ -44,7 +44,6 @@ constexpr std::string_view kUpgrade[] = {
 
 constexpr std::string_view kIndexes[] = {
     "create index if not exists link_url on link (url)",
-    "create index if not exists link_site_type_status on link (site_id, link_type, status)",
     "create index if not exists link_site_status_type on link (site_id, status, link_type)",
     "create index if not exists win_pos_name on win_pos (wname)",
     "create index if not exists form_def_update_name on form_def_update (name)",
@@ -79,9 +78,9 @@ void openProgramDatabase(const std::string& path, const std::string& tempPath) {
 void upgradeDatabase() {
   if (!lacksUniqueNames()) return;
   // Half an upgrade would pass for a whole one at the next start.
-  gDatabase.allOrNothing([] {
-    for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
-  });
+  Transaction upgrade(gDatabase);
+  for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
+  upgrade.commit();
 }
 
 void ensureIndexes() {

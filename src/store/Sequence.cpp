@@ -7,14 +7,16 @@
 
 namespace mv {
 
+std::int32_t drawSequenceValue(std::string_view sidName) {
+  const std::string where = " where sid_name = '" + std::string(sidName) + '\'';
+  const auto value = gDatabase.query("select next_value from valid_sid" + where).number("next_value");
+  gDatabase.execute("update valid_sid set next_value = " + std::to_string(value + 1) + where);
+  return static_cast<std::int32_t>(value);
+}
+
 std::int32_t nextSequenceValue(std::string_view sidName) {
   std::int32_t result = 0;
-  guarded("nextSequenceValue", [&] {
-    const std::string where = " where sid_name = '" + std::string(sidName) + '\'';
-    const auto value = gDatabase.query("select next_value from valid_sid" + where).number("next_value");
-    gDatabase.execute("update valid_sid set next_value = " + std::to_string(value + 1) + where);
-    result = static_cast<std::int32_t>(value);
-  });
+  guarded("nextSequenceValue", [&] { result = drawSequenceValue(sidName); });
   return result;
 }
 

@@ -29,9 +29,8 @@ create table link (
 );
 -- The duplicate check of every link found.
 create index link_url on link (url);
--- The download's poll for a site's unhandled files.
-create index link_site_type_status on link (site_id, link_type, status);
--- The scan's queue of a site's waiting pages.
+-- A site's waiting pages and files, which scan and download ask for; all of its links, when they are cleared. One index
+-- for all: every further one costs each link found a tenth of its time.
 create index link_site_status_type on link (site_id, status, link_type);
 
 create table valid_filetypes (

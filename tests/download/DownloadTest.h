@@ -23,6 +23,12 @@ struct Outcome {
   std::string size;
 };
 
+// While it lives: large bodies stay in memory and are saved from there, slice by slice.
+struct BodiesInMemory {
+  BodiesInMemory() { mv::InternetTransfer::limits().spoolThreshold = std::size_t{128} << 20; }
+  ~BodiesInMemory() { mv::InternetTransfer::limits() = {}; }
+};
+
 // `Base`: ProgramTest or WindowTest.
 template <class Base>
 class DownloadTest : public Base {

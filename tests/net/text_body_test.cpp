@@ -18,6 +18,11 @@ TEST(TextBody, IsReadWhole) {
     ASSERT_TRUE(mvtest::waitFor([&] { return !transfer.StillExecuting(); }));
     EXPECT_EQ(mv::readTextBody(transfer), text);
     EXPECT_EQ(mv::readTextBody(transfer), "") << "a body is handed out once";
+    transfer.Execute(site.url("/"), "GET", mv::BodyMode::Text);
+    ASSERT_TRUE(mvtest::waitFor([&] { return !transfer.StillExecuting(); }));
+    const auto first = transfer.GetChunk(1, mv::ChunkType::Text);
+    EXPECT_EQ(first + transfer.TakeText(), text);
+    EXPECT_EQ(transfer.TakeText(), "");
   }
 }
 

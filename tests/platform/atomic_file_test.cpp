@@ -67,6 +67,7 @@ TEST_F(AtomicFileTest, AFullDiskLeavesNothing) {
     AtomicFile file(in("full"));
     file.write(std::string(1000, 'x'));
     file.write("y");
+    file.commit();
     ADD_FAILURE() << "written";
   } catch (const FileError& error) {
     EXPECT_EQ(error.number(), ENOSPC);

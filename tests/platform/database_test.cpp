@@ -170,12 +170,6 @@ TEST_F(DatabaseTest, IndexesServeWhatRunsPerLinkAndPerTick) {
   };
   const Plan plans[] = {
       {R"(select count(*) as outCount from link where url = "x")", "INDEX link_url (url=?)"},
-      {R"(select id, status, site_id, link_type, url, username, password, file_type from link where site_id = 7 and )"
-       R"(link_type = "File" and status <> "Done")",
-       "INDEX link_site_type_status (site_id=? AND link_type=? AND status>?)"},
-      {R"(select id, status, site_id, url, link_type  from link where site_id = 7 and link_type <> "File" and )"
-       R"(link_type <> "Email Address" and status = "False")",
-       "INDEX link_site_status_type (site_id=? AND status=? AND link_type>?)"},
       {R"(update link set status = "Done" where id = 5)", "INTEGER PRIMARY KEY (rowid=?)"},
       {"delete from link where site_id = 7", "(site_id=?)"},
       {"select next_value from valid_sid where sid_name = 'link_id'", "(sid_name=?)"},
@@ -189,6 +183,45 @@ TEST_F(DatabaseTest, IndexesServeWhatRunsPerLinkAndPerTick) {
     EXPECT_NE(text.find(expected.step), std::string::npos) << expected.sql << '\n' << text;
     EXPECT_EQ(text.find("SCAN"), std::string::npos) << expected.sql << '\n' << text;
   }
+}
+
+TEST_F(DatabaseTest, SeveralStatementsAreOneOrNone) {
+  addLinks(1);
+  {
+    mv::Transaction taken(db);
+    db.execute("delete from link");
+    EXPECT_EQ(db.count("select count(*) as outCount from link"), 0);
+  }
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 1);
+  {
+    mv::Transaction kept(db);
+    db.execute("delete from link");
+    EXPECT_EQ(errorOf([&] { db.execute("insert into link (id) values (\"no number\")"); }),
+              DatabaseError::kInvalidArgument);
+    kept.commit();
+  }
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 0);
+}
+
+// However long it is written to without a rest, and also while a long result is held.
+TEST_F(DatabaseTest, TheJournalDoesNotGrowForEver) {
+  addLinks(100);
+  const auto write = [&](int times) {
+    for (int i = 0; i < times; ++i)
+      db.execute("update site set name = " + mv::quoted(std::string(20'000, static_cast<char>('a' + i / 50 % 26))) +
+                 " where id = " + std::to_string(i % 50));
+  };
+  for (int i = 0; i < 50; ++i) db.execute("insert into site (id) values (" + std::to_string(i) + ")");
+  write(4'000);
+  {
+    const Recordset held = db.query("select id from link");
+    write(100);
+    EXPECT_EQ(held.recordCount(), 100);
+  }
+  write(4'000);
+  EXPECT_LT(fs::file_size(path + "-wal"), 120'000'000U) << "160 MB were written";
+  db.close();
+  EXPECT_FALSE(sidecars());
 }
 
 // ---- opening and closing ----

@@ -92,6 +92,37 @@ TEST_F(LinkStoring, StoresAnAddressOnceEscapedAndWithoutScheme) {
   EXPECT_EQ(parser.LinkID, first + 1) << "a refused link draws no id";
 }
 
+// An id that the table refuses is not drawn for ever; an id that cannot be drawn is shown once, and nothing is stored.
+TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
+  mv::gDatabase.execute("update valid_sid set next_value = 50 where sid_name = 'link_id'");
+  mv::gDatabase.execute("insert into link (id, url) values (50, \"host1/other\")");
+  EXPECT_THROW(add("host1/a.htm"), mv::DatabaseError);
+  EXPECT_TRUE(add("host1/a.htm"));
+  EXPECT_EQ(parser.LinkID, 51);
+  EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'link_id'"), "52");
+
+  mv::gDatabase.execute("delete from valid_sid where sid_name = 'link_id'");
+  EXPECT_THROW(add("host1/b.htm"), mv::NoLinkId);
+  EXPECT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(count("link", "url = \"host1/b.htm\""), 0);
+  mv::Transaction another(mv::gDatabase);  // none was left open
+}
+
+// File types are read anew as soon as the user could have changed them.
+TEST_F(LinkStoring, FileTypesHoldForAStretchOnly) {
+  const auto assign = [&] {
+    mv::gDatabase.execute("insert into site_filetype_xref select " + std::to_string(parser.SiteID) +
+                          ", id from valid_filetypes where name = \"gif\"");
+  };
+  {
+    const mv::clsLinkParser::Stretch stretch(parser);
+    EXPECT_FALSE(add("host1/a.gif"));
+    assign();
+    EXPECT_FALSE(add("host1/a.gif"));
+  }
+  EXPECT_TRUE(add("host1/a.gif"));
+}
+
 TEST_F(LinkStoring, EntersOnlyTheAllowedNumberOfForeignDomains) {
   EXPECT_FALSE(add("http://two/a.htm")) << "none allowed";
   parser.DomainHops = 2;

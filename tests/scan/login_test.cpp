@@ -95,7 +95,7 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
     ASSERT_TRUE(waitFor([&] { return done + static_cast<int>(process().ErrorCount() - failed) >= pages; }));
     QObject::disconnect(counting);
     process().tmrOKToDownload.stop();
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(waitFor([this] { return status() == process().loginText(); }));
   }
   int logins() const {
     const auto requests = site.requests();

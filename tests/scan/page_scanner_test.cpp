@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -10,12 +11,13 @@ namespace {
 
 using mv::clsPageScanner;
 
-// Searching `stretch` bytes at a time.
-std::vector<std::string> linksOf(const std::string& page, const std::string& searchString, std::size_t stretch) {
-  clsPageScanner scanner;
-  scanner.setHtml(page);
+constexpr const char* kBase = "host1/g/";
+
+// The links of one walk, searching `stretch` bytes at a time.
+std::vector<std::string> linksOf(clsPageScanner& scanner, const std::string& searchString, std::size_t stretch) {
+  scanner.restart();
   scanner.setSearchString(searchString);
-  scanner.BasePath = "host1/g/";
+  scanner.BasePath = kBase;
   std::vector<std::string> links;
   while (scanner.LinkFound()) {
     if (!scanner.seek(stretch)) continue;
@@ -24,6 +26,72 @@ std::vector<std::string> linksOf(const std::string& page, const std::string& sea
   }
   return links;
 }
+
+std::vector<std::string> linksOf(const std::string& page, const std::string& searchString, std::size_t stretch) {
+  clsPageScanner scanner;
+  scanner.setHtml(page);
+  return linksOf(scanner, searchString, stretch);
+}
+
+// The same by cutting texts, a whole search for every link.
+class PlainWalk {
+ public:
+  PlainWalk(std::string page, std::string tag) : html_(std::move(page)), tag_(std::move(tag)) {}
+
+  std::vector<std::string> links() {
+    std::vector<std::string> result;
+    for (std::string link; next(link);) result.push_back(link);
+    return result;
+  }
+
+ private:
+  static std::size_t widthAt(const std::string& text, std::size_t at) {
+    std::size_t width = 1;
+    while (at + width < text.size() && (text[at + width] & 0xC0) == 0x80) ++width;
+    return width;
+  }
+  static void dropCharacters(std::string& text, std::size_t count) {
+    for (; count > 0 && !text.empty(); --count) text.erase(0, widthAt(text, 0));
+  }
+  // Cuts `text` before the character that stands before position `at`.
+  static bool cutBefore(std::string& text, std::size_t at) {
+    if (at == std::string::npos) return true;
+    if (at == 0) return false;
+    do --at;
+    while (at > 0 && (text[at] & 0xC0) == 0x80);
+    text.resize(at);
+    return true;
+  }
+
+  bool next(std::string& link) {
+    const std::size_t at = html_.find(tag_);
+    if (at == std::string::npos) return false;
+    std::string text = html_.substr(at);
+    html_ = html_.substr(at + tag_.size());
+    if (tag_.front() == '<') {
+      cutBefore(text, text.find('>'));
+      text.erase(0, tag_.size());
+      if (text.starts_with('"')) text.erase(0, 1);
+      text.resize(std::min(text.find('"'), text.size()));
+    } else {
+      text.erase(0, tag_.size());
+      dropCharacters(text, 1);
+      html_ = text;
+      dropCharacters(html_, tag_.size());
+      if (!cutBefore(text, text.find(' '))) return false;
+    }
+    if (text.empty()) return false;
+    link.clear();
+    if (text.size() > clsPageScanner::kLongestLink) return true;
+    bool prefixed = true;
+    for (const char* start : {"http://", "/", "mailto:", "./", "../"}) prefixed = prefixed && !text.starts_with(start);
+    link = (prefixed ? kBase : "") + text;
+    return true;
+  }
+
+  std::string html_;
+  std::string tag_;
+};
 
 TEST(PageScanner, FindsTheLinksOfAPage) {
   const std::string tag = "<a href=";
@@ -72,6 +140,69 @@ TEST(PageScanner, CutsOutTheFirstForm) {
   scanner.setHtml("</FORM><form>");
   scanner.getForm();
   EXPECT_EQ(scanner.Form, "");
+}
+
+// Whatever stands in a page: one pass for all tags finds what a search for each of them finds.
+TEST(PageScanner, FindsWhatAPlainWalkFinds) {
+  const std::vector<std::string> tags{"<base href=", "<a href=",  "<a",  "<a href=", "<A HREF=", "<img src=", "<",
+                                      "<<",          "<\xC3\xA9", "<b>", "src=",     "href=",    "\xC3\xA9=", "=\""};
+  const std::vector<std::string> pieces{"<a href=",
+                                        "<a",
+                                        "<a ",
+                                        "<A HREF=",
+                                        "<img src=",
+                                        "<base href=",
+                                        "<",
+                                        "<<",
+                                        "<\xC3\xA9",
+                                        "<b>",
+                                        ">",
+                                        "/>",
+                                        "\"",
+                                        "\"",
+                                        " ",
+                                        "=",
+                                        "src=",
+                                        "href=",
+                                        "http://",
+                                        "/",
+                                        "../",
+                                        "./",
+                                        "mailto:",
+                                        "p.jpg",
+                                        "\xC3\xA9",
+                                        "\xE2\x82\xAC",
+                                        "\n",
+                                        "text",
+                                        std::string(8190, 'x')};
+  std::mt19937 random(7);
+  const auto below = [&random](std::size_t end) { return random() % end; };
+  std::size_t found = 0;
+  for (int round = 0; round < 400; ++round) {
+    std::string page;
+    for (std::size_t left = below(200); left > 0; --left) page += pieces[below(pieces.size() - (below(8) > 0 ? 1 : 0))];
+    clsPageScanner scanner;
+    scanner.expect(tags);
+    scanner.setHtml(page);
+    for (const std::string& tag : tags) {
+      const std::vector<std::string> expected = PlainWalk(page, tag).links();
+      ASSERT_EQ(linksOf(scanner, tag, 1 + below(300)), expected) << tag << '\n' << page;
+      found += expected.size();
+    }
+  }
+  EXPECT_GT(found, 10'000U);
+}
+
+// Behind the places that are kept in memory the page is searched as ever.
+TEST(PageScanner, FindsMoreTagsThanAreKept) {
+  std::string page;
+  for (std::size_t i = 0; i < mv::TagIndex::kMostPlaces / 2 + 100; ++i) page += "<a=1\"";
+  page += "<b=2\"";
+  clsPageScanner scanner;
+  scanner.expect({"<a", "<a=", "<b="});
+  scanner.setHtml(page);
+  EXPECT_EQ(linksOf(scanner, "<b=", 1 << 20), std::vector<std::string>{"host1/g/2"});
+  EXPECT_EQ(linksOf(scanner, "<a=", 1 << 20).size(), mv::TagIndex::kMostPlaces / 2 + 100);
 }
 
 // One pass over the page, not one per link.

@@ -38,6 +38,8 @@ TEST_F(ScanWindowTest, ShowsTheScanInBothSizes) {
   EXPECT_EQ(window->place().width, mv::kProcessWidth);
   EXPECT_FALSE(control<QTreeView>(window, "lvwLinks").isVisible());
   window->initWindow();
+  ASSERT_TRUE(waitFor([this] { return window->process().ErrorCount() == 1; }));
+  window->process().tmrOKToDownload.stop();  // the window shows this state before there is another
   ASSERT_TRUE(waitFor([this] { return text("lblInfoErrorCount") == "Errors: 1"; }));
   EXPECT_EQ(text("lblPagesToScan"), "To Scan: 48");
   EXPECT_EQ(text("lblPagesProcessed"), "Processed: 2");
@@ -68,7 +70,7 @@ TEST_F(ScanWindowTest, SelectsThePageTakenUpAndSortsByItsHeader) {
     QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(header.sectionViewportPosition(column) + 10, 5));
   EXPECT_EQ(window->process().lvwLinks.findLink(9), 2);
   window->process().crawlStep();
-  EXPECT_TRUE(list.selectionModel()->isRowSelected(0));
+  EXPECT_TRUE(waitFor([&] { return list.selectionModel()->isRowSelected(0); }));
 }
 
 TEST_F(ScanWindowTest, ClosedByItsUserItHidesAndScansOn) {

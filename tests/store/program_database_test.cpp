@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "store/NoneOf.h"
 #include "store/ProgramDatabase.h"
 #include "store/Sequence.h"
 #include "support/Fixture.h"
@@ -36,6 +37,40 @@ TEST_F(ProgramDatabaseTest, ShipsTheRowsThatTheProgramCountsOn) {
   EXPECT_EQ(count("(select name from valid_filetypes group by name having count(*) > 1)"), 0);
   EXPECT_EQ(count("valid_tag", "tag not like '<%='"), 0);
   EXPECT_EQ(count("valid_tag", "tag collate binary in (\"<a href=\", \"<A HREF=\", \"<img src=\")"), 3);
+}
+
+// The queues of scan and download: what "<>" gives, without reading past the links that are handled.
+TEST_F(ProgramDatabaseTest, UnwantedValuesAreNotReadAndNoWantedOneIsMissed) {
+  const char* const types[] = {"\"File\"", "\"file\"", "\"Document\"", "\"Email Address\"", "\"\"", "\"Zoo\"", "null"};
+  const char* const states[] = {"\"Done\"", "\"False\"", "\"done\"", "\"Error\"", "\"\"", "null"};
+  int id = 0;
+  for (const char* site : {"7", "8"})
+    for (const char* type : types)
+      for (const char* status : states)
+        gDatabase.execute("insert into link (id, site_id, link_type, status) values (" + std::to_string(++id) + ", " +
+                          site + ", " + type + ", " + status + ")");
+  const std::string files = "site_id = 7 and link_type = \"File\" and ",
+                    pages = "site_id = 7 and status = \"False\" and ";
+  const struct {
+    std::string plain, narrow;
+    int rows;
+  } cases[] = {
+      {files + "status <> \"Done\"", files + mv::noneOf("status", {"Done"}, "link", "site_id = 7"), 6},
+      {pages + "link_type <> \"File\" and link_type <> \"Email Address\"",
+       pages + mv::noneOf("link_type", {"File", "Email Address"}, "link", "site_id = 7 and status = \"False\""), 3},
+  };
+  for (const auto& c : cases) {
+    const std::string ids = "select group_concat(id) from (select id from link where ";
+    EXPECT_EQ(value(ids + c.narrow + " order by id)"), value(ids + c.plain + " order by id)"));
+    EXPECT_EQ(count("link", c.narrow), c.rows);
+    std::string plan;
+    for (mv::Recordset step = gDatabase.query("explain query plan select * from link where " + c.narrow);
+         !step.endOfRows(); step.moveNext())
+      plan += step.text("detail") + '\n';
+    EXPECT_TRUE(plan.find("link_site_status_type (site_id=? AND status=? AND link_type=?)") != std::string::npos)
+        << plan;
+    EXPECT_EQ(plan.find("SCAN link"), std::string::npos) << plan;
+  }
 }
 
 TEST_F(ProgramDatabaseTest, ACurrentDatabaseIsNotUpgraded) {

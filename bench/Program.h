@@ -1,0 +1,50 @@
+// The real program with its windows, in a folder of its own and without a display, as the benchmarks run it.
+#pragma once
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <functional>
+#include <string>
+
+#include "ProgramFolder.h"
+#include "download/frmDownload.h"
+#include "scan/frmScan.h"
+#include "shell/StartUp.h"
+
+namespace mvbench {
+
+// A site in the open database that files of every type and size are fetched from, and that starts with the program.
+// Returns its id.
+std::int32_t addSite(const std::string& location);
+
+// A QApplication that needs no display.
+class Application {
+ public:
+  Application();
+
+ private:
+  int argc_ = 1;
+  char name_[8] = "bench";
+  char* argv_[2] = {name_, nullptr};
+  QApplication application_;
+};
+
+// Starts the program in the folder that is open: main window, web sites, and every site that starts with it.
+class Program {
+ public:
+  Program();
+  ~Program();
+
+  std::vector<mv::frmScan*> scans() const;
+  std::vector<mv::frmDownload*> downloads() const;
+  // No timer waits any more.
+  void unpace();
+
+ private:
+  mv::StartUp startUp_;
+};
+
+// Lets events run until `done`, which is asked every few milliseconds.
+void runUntil(const std::function<bool()>& done);
+
+}  // namespace mvbench

@@ -1,0 +1,51 @@
+// A file that is open under no name at all, or under one that does not matter yet: what is received goes into one, and
+// it takes its name when it is whole. Internal to AtomicFile and the transfer component, which hand it to each other.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+// Operations answer the operating system's error number, 0 when they succeeded.
+class OpenFile {
+ public:
+  OpenFile() = default;
+  ~OpenFile();
+  OpenFile(OpenFile&& other) noexcept;
+  OpenFile& operator=(OpenFile&& other) noexcept;
+
+  // Without a name, on the file system of `folder`, able to take one there. A killed program leaves nothing behind.
+  int openNameless(const std::string& folder);
+  // The same; where the file system has no such files, one that can never take a name.
+  int openScratch(const std::string& folder);
+  // A new file of that name; EEXIST when there is one.
+  int openNamed(const std::string& path);
+
+  bool isOpen() const { return descriptor_ >= 0; }
+  bool isNameable() const { return nameable_; }
+  // Lies on the file system of that folder.
+  bool isOn(const std::string& folder) const;
+  std::uint64_t size() const { return size_; }
+
+  // Appends.
+  int write(std::string_view bytes);
+  // Puts what stands at `offset` into `bytes` and cuts that to what there was, "" at the end.
+  int read(std::uint64_t offset, std::string& bytes) const;
+  // Gives a nameable file that name; EEXIST when it is taken.
+  int link(const std::string& path) const;
+  // The system may tell only now that something could not be written.
+  int close();
+
+  // For tests: no file grows beyond so many bytes. 0 switches that off.
+  static void failAfterBytes(std::uint64_t bytes);
+
+ private:
+  int descriptor_ = -1;
+  bool nameable_ = false;
+  std::uint64_t size_ = 0;
+};
+
+}  // namespace mv
