@@ -2,6 +2,7 @@
 // the README and the user guide.
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QIcon>
 #include <QMdiSubWindow>
@@ -292,10 +293,10 @@ int main(int argc, char** argv) {
   siteEditor(site);
   managers(site);
   loginForms();
-  filterWindows();
-  filterDrag(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
+  filterWindows();
+  filterDrag(*startUp.mainWindow());
   startUp.mainWindow()->close();
   return 0;
 }
