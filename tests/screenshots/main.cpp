@@ -2,6 +2,7 @@
 // the README and the user guide.
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QIcon>
@@ -333,10 +334,10 @@ int main(int argc, char** argv) {
   managers(site);
   loginForms();
   control(*startUp.mainWindow());
-  filterWindows();
-  filterDrag(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
+  filterWindows();
+  filterDrag(*startUp.mainWindow());
   startUp.mainWindow()->close();
   return 0;
 }
