@@ -33,4 +33,16 @@ TEST(TextDecoding, BytesBecomeUtf8) {
   for (const auto& c : cases) EXPECT_EQ(decodeText(c.bytes, c.contentType), c.text) << c.what;
 }
 
+// As a page comes in: wherever it is cut, the parts lead to where the whole does.
+TEST(TextDecoding, Utf8IsFoundOutPieceByPiece) {
+  const std::string good = "plain ascii text, \xC3\xA4, \xE2\x82\xAC and \xF0\x9F\x98\x80 behind it";
+  for (const auto& [text, end] : {std::pair(good, good.size()), std::pair(good + "\x80 stray", good.size()),
+                                  std::pair(good + "\xE2\x82", good.size())}) {
+    for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+      const std::size_t first = mv::wholeUtf8(std::string_view(text).substr(0, cut), 0);
+      EXPECT_EQ(mv::wholeUtf8(text, first), end) << "cut at " << cut;
+    }
+  }
+}
+
 }  // namespace
