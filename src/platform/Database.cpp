@@ -190,20 +190,57 @@ std::int64_t firstNumber(sqlite3* connection, const std::string& sql) {
   return std::strtoll(firstText(connection, sql).c_str(), nullptr, 10);
 }
 
+// What a statement may take away: the rows of a "table", the values of a "table.column", with "" anything.
+using Losses = std::vector<std::string>;
+
+// Hears from the engine what the statements do that it prepares.
+class LossRecorder {
+ public:
+  explicit LossRecorder(sqlite3* connection) { sqlite3_set_authorizer(connection, &LossRecorder::authorize, this); }
+  LossRecorder(const LossRecorder&) = delete;
+  LossRecorder& operator=(const LossRecorder&) = delete;
+
+  // Of what was prepared since the last call.
+  Losses take() { return std::exchange(losses_, {}); }
+
+ private:
+  static int authorize(void* self, int action, const char* first, const char* second, const char*, const char*) {
+    static_cast<LossRecorder*>(self)->record(action, first ? first : "", second ? second : "");
+    return SQLITE_OK;
+  }
+
+  void record(int action, const std::string& first, const std::string& second) {
+    const bool transaction = action == SQLITE_TRANSACTION || action == SQLITE_SAVEPOINT;
+    const bool change = action == SQLITE_INSERT || action == SQLITE_UPDATE || action == SQLITE_DELETE;
+    if ((transaction && first == "ROLLBACK") || (change && first == "sqlite_master"))
+      losses_.emplace_back();
+    else if (action == SQLITE_DELETE)
+      losses_.push_back(first);
+    else if (action == SQLITE_UPDATE)
+      losses_.push_back(first + '.' + second);
+  }
+
+  Losses losses_;
+};
+
 // A statement ready for use, with what it was made from.
 struct Prepared {
   std::shared_ptr<const SqlPattern> pattern;
   sqlite3_stmt* handle = nullptr;  // owned by the cache
+  const Losses* losses = nullptr;  // likewise
 };
 
 // The statements that were prepared last, by their outline; by their shape where the outline does not tell all.
 class StatementCache {
  public:
+  explicit StatementCache(sqlite3* connection) : connection_(connection), recorder_(connection) {}
+
   // `values` becomes those of `sql`.
-  Prepared get(sqlite3* connection, std::string_view sql, std::vector<SqlValue>& values) {
+  Prepared get(std::string_view sql, std::vector<SqlValue>& values) {
     const bool outlined = outline_.read(sql);
     const Entry* const known = outlined ? find(outline_.key()) : nullptr;
-    if (known && known->pattern->valuesOf(outline_, values)) return {known->pattern, known->statement.get()};
+    if (known && known->pattern->valuesOf(outline_, values))
+      return {known->pattern, known->statement.get(), &known->losses};
 
     SqlStatement translated = translateSql(sql);
     values = translated.values;
@@ -211,8 +248,8 @@ class StatementCache {
     const bool byOutline = outlined && !known && pattern->isReusable();
     const std::string key = byOutline ? outline_.key() : kShapeMark + pattern->statement().shape;
     const Entry* entry = byOutline ? nullptr : find(key);
-    if (!entry) entry = &add(key, pattern, prepare(connection, *pattern));
-    return {pattern, entry->statement.get()};
+    if (!entry) entry = &add(key, pattern, prepare(*pattern));
+    return {pattern, entry->statement.get(), &entry->losses};
   }
 
  private:
@@ -221,6 +258,7 @@ class StatementCache {
     std::string key;
     std::shared_ptr<const SqlPattern> pattern;
     StatementPtr statement;
+    Losses losses;
   };
   using Entries = std::list<Entry>;
 
@@ -231,15 +269,19 @@ class StatementCache {
     return &entries_.front();
   }
 
-  static StatementPtr prepare(sqlite3* connection, const SqlPattern& pattern) {
+  StatementPtr prepare(const SqlPattern& pattern) {
+    recorder_.take();
     const SqlStatement& sql = pattern.statement();
-    StatementPtr statement = mv::prepare(connection, sql.shape, sql.name, SQLITE_PREPARE_PERSISTENT);
+    StatementPtr statement = mv::prepare(connection_, sql.shape, sql.name, SQLITE_PREPARE_PERSISTENT);
     if (!statement) throw DatabaseError(DatabaseError::kSyntaxError, "There is no statement.");
     return statement;
   }
 
   const Entry& add(const std::string& key, std::shared_ptr<const SqlPattern> pattern, StatementPtr statement) {
-    entries_.push_front({key, std::move(pattern), std::move(statement)});
+    // Rows that give way to an inserted one are not announced.
+    Losses losses = recorder_.take();
+    if (holdsWord(pattern->statement().shape, "replace")) losses.emplace_back();
+    entries_.push_front({key, std::move(pattern), std::move(statement), std::move(losses)});
     byKey_.emplace(entries_.front().key, entries_.begin());
     if (entries_.size() > kCachedStatements) {
       byKey_.erase(entries_.back().key);
@@ -248,6 +290,13 @@ class StatementCache {
     return entries_.front();
   }
 
+  static bool holdsWord(std::string_view text, std::string_view word) {
+    const auto same = [](char a, char b) { return lowerSqlLetter(a) == b; };
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), same) != text.end();
+  }
+
+  sqlite3* connection_;
+  LossRecorder recorder_;
   SqlOutline outline_;
   Entries entries_;  // the last used one first
   std::unordered_map<std::string_view, Entries::iterator> byKey_;
@@ -468,6 +517,7 @@ struct Database::Connection {
   explicit Connection(const std::string& databasePath)
       : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
     setUp(main.get(), path);
+    statements = std::make_unique<StatementCache>(main.get());
     checkpoints = std::make_unique<Checkpoints>(main.get(), path);
   }
 
@@ -503,10 +553,17 @@ struct Database::Connection {
   std::string path;
   ConnectionPtr main;
   std::unique_ptr<Checkpoints> checkpoints;
-  StatementCache statements;
+  std::unique_ptr<StatementCache> statements;
   ConnectionPtr idleReader;
   std::vector<std::weak_ptr<Reader>> readers;
   std::int64_t rowsAffected = 0;
+
+  void lose(const Losses& losses) {
+    for (const std::string& name : losses) ++lossCounts[name];
+  }
+  void loseAnything() { ++lossCounts[""]; }
+  std::unordered_map<std::string, std::int64_t> lossCounts;
+  std::int64_t dataVersion = 0;  // other programs' changes
 };
 
 // ---- recordset ----
@@ -673,8 +730,9 @@ Recordset Database::query(std::string_view sql) {
   if (!connection_) raiseNotOpen();
   auto state = std::make_unique<Recordset::State>();
   state->owner = connection_;
-  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, state->values);
+  const Prepared statement = connection_->statements->get(sql, state->values);
   state->pattern = statement.pattern;
+  connection_->lose(*statement.losses);
   {
     const Use use(statement.handle, state->values, state->sql().name);
     // Rows that only an open transaction knows cannot be seen by a reader.
@@ -688,19 +746,32 @@ Recordset Database::query(std::string_view sql) {
 void Database::execute(std::string_view sql) {
   if (!connection_) raiseNotOpen();
   std::vector<SqlValue> values;
-  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, values);
+  const Prepared statement = connection_->statements->get(sql, values);
   const std::string& name = statement.pattern->statement().name;
-  const Use use(statement.handle, values, name);
-  while (step(statement.handle, name)) continue;
+  connection_->lose(*statement.losses);
+  try {
+    const Use use(statement.handle, values, name);
+    while (step(statement.handle, name)) continue;
+  } catch (...) {
+    connection_->loseAnything();  // it may have ended its transaction
+    throw;
+  }
   connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
 }
 
 std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
 
+std::int64_t Database::lossMark(const std::string& table, const std::string& column) {
+  const std::int64_t version = query("pragma data_version").number("data_version");
+  if (std::exchange(connection_->dataVersion, version) != version) connection_->loseAnything();
+  auto& counts = connection_->lossCounts;
+  return counts[""] + counts[table] + counts[table + '.' + column];
+}
+
 std::int64_t Database::count(std::string_view sql) {
   if (!connection_) raiseNotOpen();
   std::vector<SqlValue> values;
-  const Prepared statement = connection_->statements.get(connection_->main.get(), sql, values);
+  const Prepared statement = connection_->statements->get(sql, values);
   const SqlStatement& translated = statement.pattern->statement();
   if (translated.fields.size() != 1 || !sameSqlName(translated.fields.front(), kCountField))
     return query(sql).number(kCountField);

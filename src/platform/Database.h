@@ -118,6 +118,10 @@ class Database {
   // Rows that the last execute inserted, changed or deleted.
   std::int64_t rowsAffected() const;
 
+  // Stays the same as long as every value that `column` of `table` held is certain to be there still: at most rows were
+  // added. Other programs' changes count too. Names as the table was created with. Raises DatabaseError.
+  std::int64_t lossMark(const std::string& table, const std::string& column);
+
   // The `outCount` of a count query.
   std::int64_t count(std::string_view sql);
 

@@ -402,8 +402,8 @@ void ScanProcess::failed(const std::exception& error) {
 void ScanProcess::report(const std::exception& error) {
   if (reported_ == error.what()) return;
   reported_ = error.what();
+  parser_.endStretch();
   reportException(error, "frmScan");
-  parser_.forgetFileTypes();
 }
 
 std::string ScanProcess::scanCaption() const { return kScanTitle + maskUserInfo(SiteName); }

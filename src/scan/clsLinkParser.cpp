@@ -54,6 +54,16 @@ void clsLinkParser::BuildFilters() {
   siteRules_ = RuleSet(loadSiteRules(SiteID));
 }
 
+void clsLinkParser::beginStretch() {
+  inStretch_ = true;
+  knownLinks_.refresh();
+}
+
+void clsLinkParser::endStretch() {
+  inStretch_ = false;
+  fileTypes_.clear();
+}
+
 void clsLinkParser::InitializeDomainHopper() { hopDomains_.clear(); }
 
 void clsLinkParser::ProcessLink() {
@@ -119,7 +129,7 @@ bool clsLinkParser::typeIsWanted() {
 }
 
 clsLinkParser::FileType clsLinkParser::fileType() {
-  if (!keepsFileTypes_) return readFileType();
+  if (!inStretch_) return readFileType();
   const auto known = fileTypes_.find(fileType_);
   return known != fileTypes_.end() ? known->second : fileTypes_.emplace(fileType_, readFileType()).first->second;
 }
@@ -178,8 +188,12 @@ bool clsLinkParser::passesDomainHopper() {
 }
 
 void clsLinkParser::insertUnlessKnown() {
+  if (inStretch_ && knownLinks_.contains(URL)) return;
   const std::string url = quoted(URL);
-  if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) return;
+  if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) {
+    if (inStretch_) knownLinks_.add(URL);
+    return;
+  }
   LinkID = 0;
   try {
     Transaction idAndRow(gDatabase);
@@ -190,6 +204,7 @@ void clsLinkParser::insertUnlessKnown() {
     reportException(error, "nextSequenceValue");
   }
   if (LinkID == 0) throw NoLinkId();
+  if (inStretch_) knownLinks_.add(URL);
   Flag = true;
 }
 

@@ -11,6 +11,7 @@
 
 #include "platform/Database.h"
 #include "scan/FilterRules.h"
+#include "scan/KnownLinks.h"
 
 namespace mv {
 
@@ -34,15 +35,12 @@ class clsLinkParser {
   bool Flag = false;        // after AddLinkToDatabase: a new row was inserted
   long DomainHops = 0;      // foreign domains allowed
 
-  // While one lives, what is read about a file type is kept for the links that follow. For links that are handled one
-  // after the other without the event loop, where the user could change the types.
+  // While one lives, what is read about a file type or a stored address is kept for the links that follow. For links
+  // that are handled one after the other without the event loop, where the user could change what is stored.
   class Stretch {
    public:
-    explicit Stretch(clsLinkParser& parser) : parser_(parser) { parser_.keepsFileTypes_ = true; }
-    ~Stretch() {
-      parser_.keepsFileTypes_ = false;
-      parser_.forgetFileTypes();
-    }
+    explicit Stretch(clsLinkParser& parser) : parser_(parser) { parser_.beginStretch(); }
+    ~Stretch() { parser_.endStretch(); }
     Stretch(const Stretch&) = delete;
     Stretch& operator=(const Stretch&) = delete;
 
@@ -50,8 +48,8 @@ class clsLinkParser {
     clsLinkParser& parser_;
   };
 
-  // For a message box that stands open during a stretch.
-  void forgetFileTypes() { fileTypes_.clear(); }
+  // Ends the stretch before its time: a message box may stand open.
+  void endStretch();
 
   // Loads the global and the site's rules; once, when the scan starts. Raises DatabaseError.
   void BuildFilters();
@@ -67,6 +65,7 @@ class clsLinkParser {
  private:
   // Link without its leading steps; BasePath goes up with them.
   std::string_view normalizeRelativeLink();
+  void beginStretch();
   enum class FileType { Unknown, NotOfTheSite, OfTheSite };
 
   void classify();
@@ -84,11 +83,12 @@ class clsLinkParser {
   // `url` as a literal. Ends the transaction in which the row's id was drawn.
   void insertRow(const std::string& url, Transaction& idAndRow);
 
-  bool keepsFileTypes_ = false;
+  bool inStretch_ = false;
   std::unordered_map<std::string, FileType> fileTypes_;  // by extension
-  std::string fileType_;                                 // extension of a file, "" for anything else
-  std::string storedType_;                               // LinkType, but "Document" for files of an unknown type
-  std::unordered_set<std::string> hopDomains_;           // foreign domains entered, at most DomainHops
+  KnownLinks knownLinks_;
+  std::string fileType_;                        // extension of a file, "" for anything else
+  std::string storedType_;                      // LinkType, but "Document" for files of an unknown type
+  std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   RuleSet globalRules_;
   RuleSet siteRules_;
 };

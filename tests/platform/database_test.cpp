@@ -203,6 +203,40 @@ TEST_F(DatabaseTest, SeveralStatementsAreOneOrNone) {
   EXPECT_EQ(db.count("select count(*) as outCount from link"), 0);
 }
 
+// Whoever remembers what he found in a column must learn when it may be gone.
+TEST_F(DatabaseTest, TellsWhenAValueMayBeGone) {
+  addLinks(10);
+  db.execute("create table copy (url)");
+  const auto mark = [this] { return db.lossMark("link", "url"); };
+  const auto changes = [&](const std::string& sql) {
+    const auto before = mark();
+    const bool failed = errorOf([&] { db.execute(sql); }) != 0;
+    return mark() != before ? (failed ? "failed, changed" : "changed") : "same";
+  };
+  for (const char* sql :
+       {"delete from link where id = 1", "delete from link where id in (select 2)", "delete from link",
+        "update link set url = \"x\"", "update link set status = \"Done\", url = \"x\" where id = 3",
+        "replace into link (id, url) values (4, \"x\")", "INSERT OR REPLACE into link (id) values (5)",
+        "insert into link (id) values (6) on conflict do update set url = \"x\"",
+        "update or replace link set id = 7 where id = 8", "alter table link drop column password"})
+    EXPECT_STREQ(changes(sql), "changed") << sql;
+  for (const char* sql :
+       {"insert into link (id, url) values (100, \"x\")", "update link set status = \"Done\"", "delete from copy",
+        "update copy set url = 1", "update site set name = \"x\"", "begin", "commit"})
+    EXPECT_STREQ(changes(sql), "same") << sql;
+
+  const auto before = mark();
+  { const mv::Transaction takenBack(db); }
+  EXPECT_NE(mark(), before);
+  EXPECT_STREQ(changes("insert into link (id) values (100)"), "failed, changed");
+  const auto own = mark();
+  EXPECT_EQ(mark(), own);
+  Database other;
+  other.open(path);
+  other.execute("delete from link");
+  EXPECT_NE(mark(), own);
+}
+
 // However long it is written to without a rest, and also while a long result is held.
 TEST_F(DatabaseTest, TheJournalDoesNotGrowForEver) {
   addLinks(100);

@@ -108,6 +108,30 @@ TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
   mv::Transaction another(mv::gDatabase);  // none was left open
 }
 
+// A page's links are not looked up again and again, but never is one taken for stored that has gone.
+TEST_F(LinkStoring, AnAddressThatWasClearedIsStoredAgain) {
+  const auto addInStretch = [&](const std::string& url) {
+    const mv::clsLinkParser::Stretch stretch(parser);
+    return add(url);
+  };
+  EXPECT_TRUE(addInStretch("host1/a.htm"));
+  EXPECT_FALSE(addInStretch("host1/a.htm"));
+  mv::gDatabase.execute("update link set status = \"Done\"");
+  EXPECT_FALSE(addInStretch("http://host1/a.htm"));
+  mv::gDatabase.execute("delete from link where url = \"host1/a.htm\"");
+  EXPECT_TRUE(addInStretch("host1/a.htm"));
+  mv::gDatabase.execute("delete from link");
+  EXPECT_TRUE(addInStretch("host1/a.htm"));
+  // More than are remembered.
+  mv::gDatabase.execute("begin");
+  for (int i = 0; i < 20'000; ++i)
+    mv::gDatabase.execute("insert into link (url) values (" + mv::quoted("h/" + std::to_string(i)) + ")");
+  mv::gDatabase.execute("commit");
+  parser.DomainHops = 1;
+  for (int round = 0; round < 2; ++round)
+    for (int i = 0; i < 20'000; ++i) ASSERT_FALSE(addInStretch("h/" + std::to_string(i)));
+}
+
 // File types are read anew as soon as the user could have changed them.
 TEST_F(LinkStoring, FileTypesHoldForAStretchOnly) {
   const auto assign = [&] {
