@@ -2,8 +2,10 @@
 
 #include <QTimer>
 #include <QtGlobal>
+#include <algorithm>
 #include <deque>
 #include <exception>
+#include <limits>
 #include <stdexcept>
 
 #include "platform/CredentialMemory.h"
@@ -29,6 +31,7 @@ class InternetTransfer::Private {
 
   InternetTransfer* q;
   int index;
+  std::size_t textLimit = std::numeric_limits<std::size_t>::max();
   std::string address;
   std::unique_ptr<CurlRequest> request;
   bool executing = false;
@@ -49,10 +52,12 @@ class InternetTransfer::Private {
 void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   drop();
   address = url;
-  holdMs = limits().holdMs;
+  Limits its = limits();
+  its.textLimit = std::min(its.textLimit, textLimit);
+  holdMs = its.holdMs;
   executing = true;
   completed = false;
-  request = std::make_unique<CurlRequest>(url, mode, limits(), [this](TransferState state) { enqueue(state); });
+  request = std::make_unique<CurlRequest>(url, mode, its, [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
   request->start();
 }
@@ -124,6 +129,8 @@ void InternetTransfer::Execute(const std::string& url, const std::string& operat
   }
   if (mode != BodyMode::File || !d->resume(url)) d->start(url, mode);
 }
+
+void InternetTransfer::setTextLimit(std::size_t bytes) { d->textLimit = bytes; }
 
 void InternetTransfer::cancel() { d->drop(); }
 
