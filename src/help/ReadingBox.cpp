@@ -45,12 +45,9 @@ ReadingBox::ReadingBox(const QString& objectName, const QString& accessibleName,
 
 void ReadingBox::showText(const QString& text) {
   text_ = withLinesBroken(text);
-  shown_ = 0;
-  clear();
-  // The reader stays at the top, not behind what comes in.
-  QTextCursor reader = textCursor();
-  reader.setKeepPositionOnInsert(true);
-  setTextCursor(reader);
+  // The first piece sets the reader at the top; what is put in behind leaves the reader there.
+  setPlainText(text_.left(kPiece));
+  shown_ = kPiece;
   showSlice();
 }
 
