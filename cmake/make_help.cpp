@@ -38,16 +38,33 @@ std::string plain(const std::string& line) {
   return trimmed(text);
 }
 
-// "| Edit | F2 | opens the editor |" as "Edit (F2): opens the editor"; empty cells are passed over.
-std::string tableRow(const std::string& line) {
+using Cells = std::vector<std::string>;
+
+// The cells of "| Edit | F2 | opens the editor |".
+Cells cellsOf(const std::string& line) {
   std::istringstream source(trimmed(line).substr(1));
-  std::vector<std::string> cells;
-  for (std::string cell; std::getline(source, cell, '|');)
-    if (cell = plain(cell); !cell.empty()) cells.push_back(cell);
-  if (cells.empty()) return {};
+  Cells cells;
+  for (std::string cell; std::getline(source, cell, '|');) cells.push_back(plain(cell));
+  return cells;
+}
+
+// A row as "Edit (F2): opens the editor": a key in brackets, what there is to say behind a colon. Where there is more
+// than one thing to say, each on a line of its own, with its column's title. Empty cells are passed over.
+std::string tableRow(const Cells& titles, const Cells& cells) {
   std::string row = cells.front();
-  for (std::size_t i = 1; i + 1 < cells.size(); ++i) row.append(" (").append(cells[i]).append(")");
-  if (cells.size() > 1) row.append(": ").append(cells.back());
+  Cells said;
+  std::size_t columns = 0;
+  for (std::size_t i = 1; i < titles.size(); ++i) {
+    const bool isKey = titles[i] == "key";
+    if (!isKey) ++columns;
+    if (i >= cells.size() || cells[i].empty()) continue;
+    if (isKey)
+      row.append(" (").append(cells[i]).append(")");
+    else
+      said.push_back(titles[i] + ": " + cells[i]);
+  }
+  if (columns == 1 && said.size() == 1) return row + ": " + cells.back();
+  for (const std::string& one : said) row.append(kLineEnd).append("    ").append(one);
   return row;
 }
 
@@ -87,9 +104,10 @@ class Guide {
     topic_ = name;
   }
 
-  // The row of titles and the line under it are not for reading.
+  // The titles, a line of hyphens, then the rows.
   void takeTableLine(const std::string& line) {
-    if (++tableLines_ > 2) startLine(tableRow(line));
+    if (++tableLines_ == 1) titles_ = cellsOf(line);
+    if (tableLines_ > 2) startLine(tableRow(titles_, cellsOf(line)));
   }
 
   void startLine(const std::string& line) {
@@ -118,6 +136,7 @@ class Guide {
   bool blockEnded_ = false;
   bool inExample_ = false;
   int tableLines_ = 0;
+  Cells titles_;
 };
 
 std::string literal(const std::string& text) { return std::string("'").append(replaced(text, "'", "''")).append("'"); }

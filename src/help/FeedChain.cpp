@@ -16,6 +16,7 @@ namespace mv {
 namespace {
 
 constexpr int kMaintenanceWaitMs = 200;
+constexpr std::size_t kLongestFeed = std::size_t{4} << 20;  // bytes
 
 }  // namespace
 
@@ -29,8 +30,9 @@ FeedChain::~FeedChain() = default;
 
 void FeedChain::handle(InternetTransfer& transfer, const char* name, std::function<void()> completed) {
   transfer.setObjectName(QString::fromLatin1(name));
+  transfer.setTextLimit(kLongestFeed);
   connect(&transfer, &InternetTransfer::StateChanged, this, [this, completed = std::move(completed)](int, int state) {
-    if (state == kError || (state == kResponseCompleted && !guarded(source_.c_str(), completed))) endChain();
+    if (state == kError || (state == kResponseCompleted && !guarded(source(), completed))) endChain();
   });
 }
 
@@ -60,7 +62,7 @@ void FeedChain::schedule() {
 void FeedChain::runSlice() {
   // Kept: a step may show a message box, under which another check may begin.
   const auto work = work_;
-  const bool fine = !gDatabase.isOpen() || guarded(source_.c_str(), [&] {
+  const bool fine = !gDatabase.isOpen() || guarded(source(), [&] {
     const Slice slice;
     while (work == work_ && !slice.spent()) {
       if (work->step()) continue;
@@ -101,6 +103,13 @@ void FeedChain::readOverview(std::string overview, std::function<bool(std::strin
 
 void FeedChain::logRefusal(const std::string& what, const std::string& why) {
   tryAppendToErrorLog({asOneLine("Online update: " + shortened(maskUserInfo(what)) + " not taken: " + why)});
+}
+
+bool FeedChain::isRefused(const std::string& what, std::initializer_list<std::string_view> lines,
+                          std::string_view text) {
+  const std::string why = whyRefused(lines, text);
+  if (!why.empty()) logRefusal(what, why);
+  return !why.empty();
 }
 
 }  // namespace mv

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QTimer>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,8 +24,8 @@ class FeedChain : public QObject {
   FeedChain(std::string source, UpdatePanel* panel, QObject* parent);
   ~FeedChain() override;
 
-  // Gives the transfer its name; a completed request of it goes to `completed`, a failed one ends the chain. Both run
-  // guarded, and an exception ends the chain.
+  // Gives the transfer its name; a completed request of it goes to `completed`, a failed one ends the chain, and so do
+  // a body of more than 4 MiB, which is no feed, and an exception, which is reported.
   void handle(InternetTransfer& transfer, const char* name, std::function<void()> completed);
   static void get(InternetTransfer& transfer, const QString& url);
 
@@ -41,6 +42,10 @@ class FeedChain : public QObject {
 
   // One line of the error log: what of a feed is not taken, and why.
   static void logRefusal(const std::string& what, const std::string& why);
+  // True, with a line of the error log, when a row of these lines, and perhaps a text, is not imported.
+  static bool isRefused(const std::string& what, std::initializer_list<std::string_view> lines,
+                        std::string_view text = {});
+  const char* source() const { return source_.c_str(); }
 
  private:
   struct Work {

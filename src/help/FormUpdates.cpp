@@ -78,8 +78,7 @@ void FormUpdates::registerDefinition(int row) {
   const std::string name = toUtf8(lvwOverview_.cell(row, kName));
   const std::string date = toUtf8(lvwOverview_.cell(row, kReleaseDate));
   const std::string url = toUtf8(address);
-  if (const std::string why = whyRefused({name, date, url}); !why.empty())
-    return logRefusal("form definition " + name, why);
+  if (isRefused("form definition " + name, {name, date, url})) return;
   if (!isWebAddress(address)) return logRefusal("form definition " + name, "its address is not http or https");
   if (gDatabase.count("select count(*) as outCount from form_def_update where name = " + quoted(name)) > 0) return;
   gDatabase.execute("insert into form_def_update (name,release_date,retrieved,url) values (" + quoted(name) + ", " +
@@ -100,18 +99,25 @@ void FormUpdates::listUnretrieved() {
   first_ = 0;
   const auto rows = std::make_shared<Recordset>(
       gDatabase.query("select name, release_date, url from form_def_update where retrieved= " + quoted("no")));
-  inSlices(
-      [this, rows] {
-        if (rows->endOfRows()) return false;
-        lvwOverview_.addRow(
-            {toQString(rows->text("name")), toQString(rows->text("release_date")), toQString(rows->text("url"))});
-        rows->moveNext();
-        return true;
-      },
-      [this] {
-        listIsCurrent_ = true;
-        requestFirst();
-      });
+  inSlices([this, rows] { return listNext(*rows); },
+           [this] {
+             listIsCurrent_ = true;
+             requestFirst();
+           });
+}
+
+bool FormUpdates::listNext(Recordset& rows) {
+  try {
+    if (rows.endOfRows()) return false;
+    lvwOverview_.addRow(
+        {toQString(rows.text("name")), toQString(rows.text("release_date")), toQString(rows.text("url"))});
+    rows.moveNext();
+  } catch (const DatabaseError& error) {
+    // Maintenance has come between two slices: the rows are gone, the database is open anew.
+    if (error.number() != DatabaseError::kNotOpen) throw;
+    listUnretrieved();
+  }
+  return true;
 }
 
 void FormUpdates::requestFirst() {
@@ -137,7 +143,7 @@ void FormUpdates::updateCompleted() {
 // A definition that cannot be imported to its end is given up, and the next one is taken up.
 bool FormUpdates::importSome() {
   bool more = false;
-  guarded("FormUpdates", [&] { more = importRecord(); });
+  guarded(source(), [&] { more = importRecord(); });
   return more;
 }
 
@@ -153,10 +159,7 @@ bool FormUpdates::importRecord() {
 
 bool FormUpdates::importForm(const FormRecord& form) {
   formId_.reset();
-  if (const std::string why = whyRefused({form.name, form.description, form.formType}); !why.empty()) {
-    logRefusal("form " + form.name, why);
-    return true;
-  }
+  if (isRefused("form " + form.name, {form.name, form.description, form.formType})) return true;
   const std::int32_t id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
   gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(id) + ", " +
@@ -170,12 +173,9 @@ bool FormUpdates::importField(const FieldRecord& field) {
     logRefusal("field " + field.name, "its form has not been taken");
     return true;
   }
-  if (const std::string why = whyRefused({field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
-                                          field.prompt, field.fieldName, field.fieldValue});
-      !why.empty()) {
-    logRefusal("field " + field.name, why);
+  if (isRefused("field " + field.name, {field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
+                                        field.prompt, field.fieldName, field.fieldValue}))
     return true;
-  }
   const std::int32_t id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
   std::string values = std::to_string(id) + ", " + std::to_string(*formId_);
@@ -193,10 +193,10 @@ void FormUpdates::markRetrieved() {
   gDatabase.execute("update form_def_update set retrieved = " + quoted("yes") +
                     " where name = " + quoted(toUtf8(listed(kName))));
   // The list as it would be read anew, without reading ten thousand rows ten thousand times.
-  if (gDatabase.rowsAffected() == 1)
-    lvwOverview_.removeRow(first_);
-  else
+  if (gDatabase.rowsAffected() > 1)
     listIsCurrent_ = false;
+  else
+    lvwOverview_.removeRow(first_);
   fetchNextFormUpdate();
 }
 

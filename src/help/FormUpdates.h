@@ -12,6 +12,7 @@
 namespace mv {
 
 class ListView;
+class Recordset;
 struct FieldRecord;
 struct FormRecord;
 
@@ -36,6 +37,7 @@ class FormUpdates : public FeedChain {
   void registerDefinition(int row);
 
   void listUnretrieved();
+  bool listNext(Recordset& rows);
   void requestFirst();
 
   void updateCompleted();

@@ -99,8 +99,7 @@ void HelpUpdates::importTopic(const std::string& file) {
   const auto topic = readHelpTopic(file);
   if (!topic)
     return logRefusal("help topic " + toUtf8(lvwHelpOverview_.cell(fetched_, kId)), "its file cannot be read");
-  if (const std::string why = whyRefused({topic->subject, topic->topic}, topic->text); !why.empty())
-    return logRefusal("help topic " + topic->id, why);
+  if (isRefused("help topic " + topic->id, {topic->subject, topic->topic}, topic->text)) return;
   say("Adding help for " + topic->subject);
   say("Adding help for " + topic->subject + ": " + topic->topic);
   // A file that bears another number than the overview gave it would be fetched, and stored, at every start.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <QTimer>
 
 namespace mv {
 
@@ -10,8 +11,16 @@ class ReadingBox : public QPlainTextEdit {
  public:
   ReadingBox(const QString& objectName, const QString& accessibleName, QWidget* parent);
 
-  // Lines of more than two thousand characters are broken: laying out a word of a million would take a minute.
+  // In place of the text before; a long one comes in slices, its first thousands of characters at once. Lines of more
+  // than two thousand characters are broken: laying out a word of a million would take a minute.
   void showText(const QString& text);
+
+ private:
+  void showSlice();
+
+  QString text_;  // to be shown, with its lines broken
+  qsizetype shown_ = 0;
+  QTimer nextSlice_;
 };
 
 }  // namespace mv

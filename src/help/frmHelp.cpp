@@ -122,7 +122,7 @@ void frmHelp::subjectChosen(int row) {
     cmboTopics_->setCurrentIndex(0);
     topicChosen(0);
   }
-  txtHelp_->clear();
+  txtHelp_->showText({});
 }
 
 void frmHelp::topicChosen(int index) {

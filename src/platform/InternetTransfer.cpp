@@ -3,8 +3,10 @@
 #include <QPointer>
 #include <QTimer>
 #include <QtGlobal>
+#include <algorithm>
 #include <deque>
 #include <exception>
+#include <limits>
 #include <stdexcept>
 
 #include "platform/CredentialMemory.h"
@@ -30,6 +32,7 @@ class InternetTransfer::Private {
 
   InternetTransfer* q;
   int index;
+  std::size_t textLimit = std::numeric_limits<std::size_t>::max();
   std::string address;
   std::string targetFolder;
   std::unique_ptr<CurlRequest> request;
@@ -52,10 +55,12 @@ class InternetTransfer::Private {
 void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   drop();
   address = url;
-  holdMs = limits().holdMs;
+  Limits its = limits();
+  its.textLimit = std::min(its.textLimit, textLimit);
+  holdMs = its.holdMs;
   executing = true;
   completed = false;
-  request = std::make_unique<CurlRequest>(url, mode, limits(), [this](TransferState state) { enqueue(state); });
+  request = std::make_unique<CurlRequest>(url, mode, its, [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
   request->keepFileNear(targetFolder);
   request->start();
@@ -135,6 +140,8 @@ void InternetTransfer::Execute(const std::string& url, const std::string& operat
   }
   if (mode != BodyMode::File || !d->resume(url)) d->start(url, mode);
 }
+
+void InternetTransfer::setTextLimit(std::size_t bytes) { d->textLimit = bytes; }
 
 void InternetTransfer::cancel() { d->drop(); }
 

@@ -61,6 +61,9 @@ class InternetTransfer : public QObject {
   // without one, cancel() or destruction drops it. If it was dropped by time, the address is requested anew.
   void Execute(const std::string& url, const std::string& operation, BodyMode mode);
 
+  // The longest text body that this instance takes, in bytes, within that of all (64 MiB). Read when a request starts.
+  void setTextLimit(std::size_t bytes);
+
   // Drops a running or held request without a signal.
   void cancel();
   // A request is under way (a held response does not count).
