@@ -32,7 +32,7 @@ constexpr int kBusyTimeoutMs = 2000;
 constexpr int kCacheKiB = 16 * 1024;
 constexpr int kReaderCacheKiB = 4 * 1024;
 constexpr int kCheckpointPages = 4096;    // 16 MiB of journal between two checkpoints
-constexpr int kMostJournalPages = 16384;  // from here on the writer itself does one
+constexpr int kLongJournalPages = 12288;  // from here on it is seen to that it begins anew
 constexpr int kCheckpointPasses = 4;
 constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
 constexpr std::size_t kCachedStatements = 128;
@@ -424,7 +424,7 @@ void setUp(sqlite3* connection, const std::string& path) {
 }
 
 // Copies the journal's pages into the database while the program goes on writing to the journal: the disk may take its
-// time. Once it has copied all of them the journal begins anew.
+// time. When all of them are copied the journal begins anew.
 class Checkpoints {
  public:
   Checkpoints(sqlite3* writer, const std::string& path) : writer_(writer), path_(path) {
@@ -441,13 +441,16 @@ class Checkpoints {
   }
 
   void journalIs(int pages) {
-    if (pages < pages_) requestAt_ = kCheckpointPages, forceAt_ = kMostJournalPages;
+    if (pages < pages_) requestAt_ = kCheckpointPages;  // it has begun anew
     pages_ = pages;
-    if (pages >= forceAt_) {
-      forceAt_ = pages + kCheckpointPages;
+    if (copying_) return;
+    if (std::exchange(finishDue_, false)) {
+      // Between two changes no one writes: the little that is left is all.
       sqlite3_wal_checkpoint_v2(writer_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     } else if (pages >= requestAt_) {
       requestAt_ = pages + kCheckpointPages;
+      finishDue_ = pages >= kLongJournalPages;
+      copying_ = true;
       job_.request();
     }
   }
@@ -464,19 +467,21 @@ class Checkpoints {
         int all = 0, copied = 0;
         if (sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, &all, &copied) !=
             SQLITE_OK)
-          return;
+          break;
         left = all - copied;
       }
     } catch (const std::exception&) {
       connection_.reset();
     }
+    copying_ = false;
   }
 
   sqlite3* writer_;
   std::string path_;
   int pages_ = 0;  // of the journal
   int requestAt_ = kCheckpointPages;
-  int forceAt_ = kMostJournalPages;
+  bool finishDue_ = false;
+  std::atomic<bool> copying_ = false;
   ConnectionPtr connection_;  // the thread's
   BackgroundJob job_{[this] { copy(); }};
 };
