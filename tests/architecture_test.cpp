@@ -191,10 +191,11 @@ TEST(Architecture, TheCoreKnowsNoWidget) {
   EXPECT_EQ(joined(widgetsInCore(sources)), "");
 }
 
-TEST(Architecture, OneSourceSpeaksToTheDatabaseEngineAndOneFolderToTheTransferLibrary) {
+TEST(Architecture, OnlyThePlatformSpeaksToTheDatabaseEngineAndToTheTransferLibrary) {
   const Sources sources = readSources();
-  const std::vector<std::string> engine = filesIncluding(sources, "sqlite3.h");
-  EXPECT_EQ(joined(engine), "platform/Database.cpp\n");
+  EXPECT_EQ(joined(filesIncluding(sources, "sqlite3.h")), "platform/Sqlite.h\n");
+  for (const std::string& file : filesIncluding(sources, "platform/Sqlite.h"))
+    EXPECT_TRUE(file.starts_with("platform/")) << file;
   EXPECT_FALSE(filesIncluding(sources, "curl/curl.h").empty());
   EXPECT_EQ(joined(transferLibraryAbovePlatform(sources)), "");
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/CompactCopy.h"
 #include "platform/Database.h"
 
 namespace mv {

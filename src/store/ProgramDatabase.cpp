@@ -5,6 +5,7 @@
 
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "platform/CompactCopy.h"
 
 namespace mv {
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/CompactCopy.h"
 #include "support/Fixture.h"
 
 namespace {
