@@ -207,6 +207,18 @@ TEST_F(RulesAndFilters, WhatWasDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   EXPECT_EQ(count("filter_rule_xref", "filter_id = 1"), 0);
 }
 
+TEST_F(RulesAndFilters, AFolderComesOnlyWithATypeThatTheUserChose) {
+  mv::gDatabase.execute("insert into valid_rule (id, name) values (0, \"Route\")");
+  mv::frmNewRule* editor = openRule();
+  type(editor, "txtRuleName", "n");
+  type(editor, "txtValue", "v");
+  control<QComboBox>(editor, "cmboFields").setCurrentIndex(0);
+  control<QComboBox>(editor, "cmboOperator").setCurrentIndex(0);
+  control<QComboBox>(editor, "cmboRuleTypes").setCurrentText("Ignore");
+  click(editor, "cmdOK");
+  EXPECT_EQ(rule(40), "1|Contains|v|1||n");
+}
+
 TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
   open<mv::frmNewRule, mv::frmRuleManager>("", "Delete");
   EXPECT_EQ(lastMessage(), "No Rule Selected: Please select a rule to delete. ");
