@@ -219,6 +219,21 @@ TEST_F(RulesAndFilters, AFolderComesOnlyWithATypeThatTheUserChose) {
   EXPECT_EQ(rule(40), "1|Contains|v|1||n");
 }
 
+TEST_F(RulesAndFilters, AFilterWhoseRulesCannotBeStoredIsAsItWas) {
+  mv::gDatabase.execute("update filter_rule_xref set rule_id = 3 where filter_id = 2");
+  mv::gDatabase.execute("create unique index one_filter on filter_rule_xref (rule_id)");
+  mv::frmNewFilter* editor = openFilter("First");
+  type(editor, "txtFilterName", "Renamed");
+  mvtest::doubleClickRow(available(editor), 0);
+  click(editor, "cmdOK");
+  EXPECT_EQ(find<mv::frmNewFilter>(), editor);
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(filter(1), "First|no|One|1,2");
+  mv::gDatabase.execute("drop index one_filter");
+  click(editor, "cmdOK");
+  EXPECT_EQ(filter(1), "Renamed|no|One|1,2,3");
+}
+
 TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
   open<mv::frmNewRule, mv::frmRuleManager>("", "Delete");
   EXPECT_EQ(lastMessage(), "No Rule Selected: Please select a rule to delete. ");
