@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QTest>
 #include <memory>
 
+#include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFilterManager.h"
 #include "catalog/frmNewFilter.h"
@@ -232,6 +235,26 @@ TEST_F(RulesAndFilters, AFilterWhoseRulesCannotBeStoredIsAsItWas) {
   mv::gDatabase.execute("drop index one_filter");
   click(editor, "cmdOK");
   EXPECT_EQ(filter(1), "Renamed|no|One|1,2,3");
+}
+
+TEST_F(RulesAndFilters, AManagerClosedDuringADragGoesWhenTheDragIsOver) {
+  const QPointer<mv::frmFilterManager> manager = mv::showSingle<mv::frmFilterManager>();
+  auto& list = control<mv::ListView>(manager, "lvwFilters");
+  bool dragged = false;
+  QObject::connect(&list, &mv::ListView::dragStarted, manager, [&] {
+    dragged = true;
+    EXPECT_EQ(mv::gDragKind, mv::kDropFilter);
+    EXPECT_TRUE(manager->unload());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(manager);
+  });
+  QWidget* rows = list.viewport();
+  const QPoint start = list.visualItemRect(list.topLevelItem(0)).center();
+  QTest::mousePress(rows, Qt::LeftButton, {}, start);
+  for (const int way : {1, 2}) QTest::mouseMove(rows, start + QPoint(way * QApplication::startDragDistance(), 0));
+  EXPECT_TRUE(dragged);
+  EXPECT_EQ(mv::gDragKind, "");
+  EXPECT_TRUE(mvtest::waitFor([&] { return !manager; }));
 }
 
 TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
