@@ -25,9 +25,8 @@ frmFilterManager::frmFilterManager() : ListWindow("Filter Manager", kWidth, kHei
   setKeepChosen(false);
   addRecordButtons("filter");
   list().setDragText([this] { return dragText(); });
-  connect(&list(), &ListView::dragStarted, this, [] { gDragKind = kDropFilter; });
-  // Dropped elsewhere or given up, nothing else clears it.
-  connect(&list(), &ListView::dragEnded, this, [] { gDragKind.clear(); });
+  connect(&list(), &ListView::dragStarted, this, &frmFilterManager::dragBegins);
+  connect(&list(), &ListView::dragEnded, this, &frmFilterManager::dragEnds);
   load();
 }
 
@@ -43,6 +42,17 @@ QString frmFilterManager::dragText() {
   QString text;
   for (const int row : list().selectedRows()) text += list().cell(row, kId) + "\r\n";
   return text;
+}
+
+void frmFilterManager::dragBegins() {
+  gDragKind = kDropFilter;
+  dragging_.emplace(*this);
+}
+
+void frmFilterManager::dragEnds() {
+  // Dropped elsewhere or given up, nothing else clears it.
+  gDragKind.clear();
+  dragging_.reset();
 }
 
 void frmFilterManager::openNew() {

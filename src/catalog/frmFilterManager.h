@@ -1,6 +1,8 @@
 // The list of filters, "Filter Manager". Selected filters can be dragged to the web-site list.
 #pragma once
 
+#include <optional>
+
 #include "app/ListWindow.h"
 
 namespace mv {
@@ -18,6 +20,10 @@ class frmFilterManager : public ListWindow {
 
  private:
   QString dragText();
+  void dragBegins();
+  void dragEnds();
+
+  std::optional<Busy> dragging_;  // a window that is closed during a drag goes after it
 };
 
 }  // namespace mv

@@ -151,37 +151,45 @@ void frmNewFilter::cancel() {
 }
 
 bool frmNewFilter::save() {
+  if (FilterId == 0) FilterId = nextSequenceValue(kSequence);
+  if (FilterId == 0) return false;
+  lblId_->setText(QString::number(FilterId));
   rules_->refreshAssigned();
-  if (!writeFilterRow()) return false;
-  writeRules();
+  if (!writeFilter()) {
+    showMessage(this, applicationTitle(), "This filter has been deleted meanwhile. It was not saved.",
+                MessageIcon::Exclamation);
+    return false;
+  }
+  if (Mode == "new") {
+    Mode = "edit";
+    createdByApply_ = true;
+  }
   WindowRegistry::instance().markRefreshPending(kManager);
   FilterName = txtFilterName_->text();
   return true;
 }
 
-// False when the filter is gone, or has no identifier.
-bool frmNewFilter::writeFilterRow() {
-  if (FilterId == 0) FilterId = nextSequenceValue(kSequence);
-  if (FilterId == 0) return false;
-  lblId_->setText(QString::number(FilterId));
+// The filter with its rules or, should a statement fail, neither. False when the filter is gone.
+bool frmNewFilter::writeFilter() {
+  Transaction rowAndRules(gDatabase);
+  writeFilterRow();
+  if (gDatabase.rowsAffected() == 0) return false;
+  writeRules();
+  rowAndRules.commit();
+  return true;
+}
+
+void frmNewFilter::writeFilterRow() const {
   const std::string id = std::to_string(FilterId);
   const std::string name = quoted(toUtf8(txtFilterName_->text()));
   const std::string global = quoted(yesNo(chkGlobal_->isChecked()));
   const std::string description = quoted(toUtf8(txtDescription_->text()));
-  if (Mode == "new") {
+  if (Mode == "new")
     gDatabase.execute("insert into filter (id, name, global, description) values (" + id + ", " + name + ", " + global +
                       ", " + description + ")");
-    // From here on the row is there: should its rules fail, the next attempt updates it and Cancel takes it back.
-    Mode = "edit";
-    createdByApply_ = true;
-    return true;
-  }
-  gDatabase.execute("update filter set name = " + name + ", global = " + global + ", description = " + description +
-                    " where id = " + id);
-  if (gDatabase.rowsAffected() > 0) return true;
-  showMessage(this, applicationTitle(), "This filter has been deleted meanwhile. It was not saved.",
-              MessageIcon::Exclamation);
-  return false;
+  else
+    gDatabase.execute("update filter set name = " + name + ", global = " + global + ", description = " + description +
+                      " where id = " + id);
 }
 
 void frmNewFilter::writeRules() const {

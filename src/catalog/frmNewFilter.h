@@ -45,7 +45,8 @@ class frmNewFilter : public EditorWindow {
   void openNewRule();
   bool nameIsFilled(const QString& title);
   bool save();
-  bool writeFilterRow();
+  bool writeFilter();
+  void writeFilterRow() const;
   void writeRules() const;
 
   EntryBox* txtFilterName_;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include "app/ChoiceBox.h"
 #include "app/EntryBox.h"
@@ -26,9 +27,13 @@ constexpr const char* kIgnore = "Ignore";
 constexpr const char* kSaveTo = "Save To";
 
 void fill(QComboBox& box, const char* statement) {
-  box.clear();
-  for (Recordset rows = gDatabase.query(statement); !rows.endOfRows(); rows.moveNext())
-    box.addItem(toQString(rows.text("name")));
+  {
+    // Left to itself a box chooses the first entry that it gets, which no user has done.
+    const QSignalBlocker silent(box);
+    box.clear();
+    for (Recordset rows = gDatabase.query(statement); !rows.endOfRows(); rows.moveNext())
+      box.addItem(toQString(rows.text("name")));
+  }
   box.setCurrentIndex(-1);
 }
 

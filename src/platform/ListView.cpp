@@ -7,7 +7,6 @@
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QPointer>
 #include <cstdlib>
 
 namespace mv {
@@ -203,14 +202,12 @@ void ListView::setDragText(std::function<QString()> text) {
 }
 
 void ListView::startDrag(Qt::DropActions actions) {
-  // The events of a drag may end the window that the list stands in.
-  const QPointer<ListView> self(this);
   // The press that begins a drag chooses its row like a click, but no click comes of it.
   const int row = currentSelectedRow();
   if (row >= 0) Q_EMIT rowChosen(row);
   Q_EMIT dragStarted();
   QTreeWidget::startDrag(actions);
-  if (self) Q_EMIT dragEnded();
+  Q_EMIT dragEnded();
 }
 
 void ListView::setAcceptTextDrops(bool on) {

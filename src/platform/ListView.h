@@ -71,7 +71,8 @@ class ListView : public QTreeWidget {
   // The list got the keyboard focus.
   void entered();
   void textDropped(const QString& text);
-  // Around a drag out of this list: before its text is asked, and when it is over, dropped or given up.
+  // Around a drag out of this list: before its text is asked, and when it is over, dropped or given up. Between them
+  // events run, and the list must not be deleted.
   void dragStarted();
   void dragEnded();
 

@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QTest>
 #include <memory>
 
+#include "app/Settings.h"
 #include "app/WindowRegistry.h"
 #include "catalog/frmFilterManager.h"
 #include "catalog/frmNewFilter.h"
@@ -205,6 +208,53 @@ TEST_F(RulesAndFilters, WhatWasDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   EXPECT_EQ(text(filterEditor, "txtFilterName"), "First");
   EXPECT_EQ(count("filter"), 1);
   EXPECT_EQ(count("filter_rule_xref", "filter_id = 1"), 0);
+}
+
+TEST_F(RulesAndFilters, AFolderComesOnlyWithATypeThatTheUserChose) {
+  mv::gDatabase.execute("insert into valid_rule (id, name) values (0, \"Route\")");
+  mv::frmNewRule* editor = openRule();
+  type(editor, "txtRuleName", "n");
+  type(editor, "txtValue", "v");
+  control<QComboBox>(editor, "cmboFields").setCurrentIndex(0);
+  control<QComboBox>(editor, "cmboOperator").setCurrentIndex(0);
+  control<QComboBox>(editor, "cmboRuleTypes").setCurrentText("Ignore");
+  click(editor, "cmdOK");
+  EXPECT_EQ(rule(40), "1|Contains|v|1||n");
+}
+
+TEST_F(RulesAndFilters, AFilterWhoseRulesCannotBeStoredIsAsItWas) {
+  mv::gDatabase.execute("update filter_rule_xref set rule_id = 3 where filter_id = 2");
+  mv::gDatabase.execute("create unique index one_filter on filter_rule_xref (rule_id)");
+  mv::frmNewFilter* editor = openFilter("First");
+  type(editor, "txtFilterName", "Renamed");
+  mvtest::doubleClickRow(available(editor), 0);
+  click(editor, "cmdOK");
+  EXPECT_EQ(find<mv::frmNewFilter>(), editor);
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(filter(1), "First|no|One|1,2");
+  mv::gDatabase.execute("drop index one_filter");
+  click(editor, "cmdOK");
+  EXPECT_EQ(filter(1), "Renamed|no|One|1,2,3");
+}
+
+TEST_F(RulesAndFilters, AManagerClosedDuringADragGoesWhenTheDragIsOver) {
+  const QPointer<mv::frmFilterManager> manager = mv::showSingle<mv::frmFilterManager>();
+  auto& list = control<mv::ListView>(manager, "lvwFilters");
+  bool dragged = false;
+  QObject::connect(&list, &mv::ListView::dragStarted, manager, [&] {
+    dragged = true;
+    EXPECT_EQ(mv::gDragKind, mv::kDropFilter);
+    EXPECT_TRUE(manager->unload());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(manager);
+  });
+  QWidget* rows = list.viewport();
+  const QPoint start = list.visualItemRect(list.topLevelItem(0)).center();
+  QTest::mousePress(rows, Qt::LeftButton, {}, start);
+  for (const int way : {1, 2}) QTest::mouseMove(rows, start + QPoint(way * QApplication::startDragDistance(), 0));
+  EXPECT_TRUE(dragged);
+  EXPECT_EQ(mv::gDragKind, "");
+  EXPECT_TRUE(mvtest::waitFor([&] { return !manager; }));
 }
 
 TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
