@@ -77,9 +77,8 @@ QWidget* frmNewForm::makeGeneralPage() {
   return page;
 }
 
-QWidget* frmNewForm::makeFieldsPage() {
-  auto* page = new QWidget;
-  lvwFields_ = new ListView(page);
+ListView* frmNewForm::makeFieldList() {
+  lvwFields_ = new ListView;
   lvwFields_->setObjectName("lvwFields");
   lvwFields_->setAccessibleName("Fields");
   lvwFields_->setMinimumHeight(kLowestList);
@@ -100,7 +99,13 @@ QWidget* frmNewForm::makeFieldsPage() {
     });
   });
   connect(lvwFields_, &ListView::deletePressed, this, [this] { run([this] { deleteField(); }); });
+  return lvwFields_;
+}
 
+QWidget* frmNewForm::makeFieldsPage() {
+  auto* page = new QWidget;
+  auto* rows = new QVBoxLayout(page);
+  rows->addWidget(makeFieldList(), 1);
   auto* cmdNewField = makeButton("cmdNewField", "&New Field");
   cmdEditField_ = makeButton("cmdEditField", "&Edit Field");
   cmdDeleteField_ = makeButton("cmdDeleteField", "&Delete Field");
@@ -111,8 +116,6 @@ QWidget* frmNewForm::makeFieldsPage() {
 
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {cmdNewField, cmdEditField_, cmdDeleteField_}) buttons->addWidget(button);
-  auto* rows = new QVBoxLayout(page);
-  rows->addWidget(lvwFields_, 1);
   rows->addLayout(buttons);
   return page;
 }
@@ -133,7 +136,8 @@ void frmNewForm::activated() {
 }
 
 void frmNewForm::buildWorkingLists(const std::string& command, long) {
-  if (command == "formtype") cmboFormType_->setCurrentIndex(cmboFormType_->findText(FormType, Qt::MatchExactly));
+  // Without regard to case, as the database finds it.
+  if (command == "formtype") cmboFormType_->setCurrentIndex(cmboFormType_->findText(FormType, Qt::MatchFixedString));
   if (command == "fields") fillFields();
 }
 
@@ -163,6 +167,11 @@ void frmNewForm::chooseField(int row) {
   enableFieldButtons();
 }
 
+int frmNewForm::chosenRow() const {
+  const int row = lvwFields_->findRow(kId, QString::number(fieldId_));
+  return row >= 0 && lvwFields_->isRowSelected(row) ? row : -1;
+}
+
 void frmNewForm::enableFieldButtons() {
   for (QPushButton* button : {cmdEditField_, cmdDeleteField_})
     button->setEnabled(fieldId_ != 0 && lvwFields_->rowCount() > 0);
@@ -186,7 +195,7 @@ void frmNewForm::openNewField() {
 
 void frmNewForm::openEditField() {
   if (!isStored()) return;
-  const int row = lvwFields_->findRow(kId, QString::number(fieldId_));
+  const int row = chosenRow();
   if (row < 0) return;
   const auto cell = [&](Column column) { return lvwFields_->cell(row, column); };
   auto* editor = new frmNewField;
@@ -205,7 +214,7 @@ void frmNewForm::openEditField() {
 }
 
 void frmNewForm::deleteField() {
-  if (fieldId_ == 0) return;
+  if (chosenRow() < 0) return;
   gDatabase.execute("delete from field_info where id = " + std::to_string(fieldId_) +
                     " and  form_id = " + std::to_string(FormID));
   buildWorkingLists("fields");
@@ -244,7 +253,8 @@ bool frmNewForm::save() {
 bool frmNewForm::writeRow() {
   const std::string name = quoted(toUtf8(txtName_->text()));
   const std::string description = quoted(toUtf8(txtDescription_->text()));
-  const std::string type = quoted(toUtf8(cmboFormType_->currentText()));
+  // Apply asks for no type: one that is not in the list stays.
+  const std::string type = quoted(toUtf8(cmboFormType_->currentIndex() < 0 ? FormType : cmboFormType_->currentText()));
   if (Mode == "new") {
     if (FormID == 0) FormID = nextSequenceValue("form_id");
     if (FormID == 0) return false;

@@ -37,9 +37,12 @@ class frmNewForm : public EditorWindow {
 
  private:
   QWidget* makeGeneralPage();
+  ListView* makeFieldList();
   QWidget* makeFieldsPage();
   void fillFields();
   void chooseField(int row);
+  // The row of the field last clicked, -1 when there is none, or when the user has unmarked it.
+  int chosenRow() const;
   void enableFieldButtons();
   // False, after a message, as long as the form has never been stored.
   bool isStored();

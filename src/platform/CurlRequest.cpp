@@ -284,7 +284,8 @@ std::string CurlRequest::responseAddress() const {
   const char* url = nullptr;
   if (easy_ == nullptr || status_ == 0) return {};
   curl_easy_getinfo(easy_, CURLINFO_EFFECTIVE_URL, &url);
-  return url == nullptr ? std::string() : withoutCredentials(url);
+  const auto answered = toRequestAddress(url == nullptr ? "" : url);
+  return answered ? answered->url : std::string();
 }
 
 // ---- body

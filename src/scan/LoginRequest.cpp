@@ -12,6 +12,7 @@ namespace {
 
 constexpr auto kNowhere = std::string_view::npos;
 constexpr char kParametersStart = '?';
+constexpr std::size_t kLongestValue = std::size_t{1} << 20;  // bytes; no server takes an address of such a length
 
 // As a browser sends a form's values: blanks as "+".
 std::string formEncoded(std::string_view text) {
@@ -81,7 +82,7 @@ bool LoginRequest::append(const LoginField& field, Place& place) {
     // The character between them is the quote that opens the value.
     const std::size_t start = std::min(place.from + 1, place.form.size());
     place.from = place.form.find('"', start);
-    if (place.from == kNowhere) return false;
+    if (place.from == kNowhere || place.from - start > kLongestValue) return false;
     value = place.asFetched.substr(start, place.from - start);
   }
   address_.append(formEncoded(field.parameter)).append("=").append(formEncoded(value));

@@ -27,7 +27,7 @@ class LoginRequest {
   enum class Outcome {
     NoFields,      // the definition has none: there is nothing to recognise or to send
     OtherForm,     // the first field does not occur in the form
-    FieldMissing,  // a further field does not occur behind the one before it, or its value has no end
+    FieldMissing,  // a further field does not occur behind the one before it, or its value has no end within 1 MiB
     Ready,
   };
 

@@ -23,6 +23,8 @@ constexpr std::size_t kSearchStretch = std::size_t{1} << 20;  // bytes searched 
 constexpr const char* kBaseTag = "<base href=";
 constexpr const char* kFileType = "File";
 constexpr long kUnauthorized = 401;
+constexpr long kForbidden = 403;
+constexpr int kMostRefusals = 3;  // of logins in a row: after some more a server locks the account
 
 // `path` before its last "/"; the whole when there is none.
 std::string_view beforeLastSlash(std::string_view path) { return path.substr(0, path.rfind('/')); }
@@ -76,6 +78,7 @@ void ScanProcess::readCredentials() {
 
 // The site's files, which another process fetches, need its user name and password from the first one on.
 void ScanProcess::startLogin() {
+  refusals_ = 0;
   if (useUrlCredentials_) {
     InternetTransfer::rememberCredentials(SiteName, userName_, password_);
     showLogin(userName_.empty() && password_.empty() ? "no user name and password given"
@@ -240,8 +243,14 @@ void ScanProcess::pageFailed() {
   logError(currentLinkId_, currentUrl_);
   pageError_ = true;
   if (credentialsSent_ && Inet2.ResponseCode() == kUnauthorized) showLogin("user name and password refused (401)");
-  if (isLoginAnswer_) showLogin("failed (" + std::to_string(Inet2.ResponseCode()) + " " + Inet2.ResponseInfo() + ")");
+  if (isLoginAnswer_) loginFailed();
   enableWorkTimer();
+}
+
+void ScanProcess::loginFailed() {
+  const long code = Inet2.ResponseCode();
+  if (code == kUnauthorized || code == kForbidden) ++refusals_;
+  showLogin("failed (" + std::to_string(code) + " " + Inet2.ResponseInfo() + ")" + lastTryText());
 }
 
 // The page is walked through once for its base href, then once for every tag. A long walk goes on in later events, so
@@ -339,12 +348,15 @@ bool ScanProcess::submitLoginForm() {
   if (scanner_.Form.empty() && !isLoginAnswer_) return false;
   const LoginRequest request(loadLoginFields(LoginFormID, SiteID), scanner_.Form, scanner_.FormAsFetched);
   // A page that answers a login request is not answered with another: a wrong password would go on for ever.
-  const bool sends = request.outcome() == LoginRequest::Outcome::Ready && !isLoginAnswer_;
-  if (sends)
+  if (isLoginAnswer_) {
+    loginAnswered(request);
+  } else if (request.outcome() != LoginRequest::Outcome::Ready) {
+    showWhyNothingSent(request);
+  } else if (refusals_ < kMostRefusals) {
     sendLogin(request);
-  else
-    showLoginOutcome(request);
-  return sends;
+    return true;
+  }
+  return false;
 }
 
 void ScanProcess::sendLogin(const LoginRequest& request) {
@@ -358,15 +370,19 @@ void ScanProcess::sendLogin(const LoginRequest& request) {
   Inet2.Execute(request.address(), "GET", BodyMode::Text);
 }
 
-void ScanProcess::showLoginOutcome(const LoginRequest& request) {
+void ScanProcess::loginAnswered(const LoginRequest& request) {
+  const bool refused = request.outcome() == LoginRequest::Outcome::Ready;
+  refusals_ = refused ? refusals_ + 1 : 0;
+  showLogin(refused ? "refused, the login form came again" + lastTryText() : "answered, the login form is gone");
+}
+
+std::string ScanProcess::lastTryText() const { return refusals_ < kMostRefusals ? "" : "; not tried any more"; }
+
+void ScanProcess::showWhyNothingSent(const LoginRequest& request) {
   using Outcome = LoginRequest::Outcome;
-  const Outcome outcome = request.outcome();
-  const bool isLoginForm = outcome == Outcome::Ready || outcome == Outcome::FieldMissing;
-  if (isLoginAnswer_)
-    showLogin(isLoginForm ? "refused, the login form came again" : "answered, the login form is gone");
-  else if (outcome == Outcome::NoFields)
+  if (request.outcome() == Outcome::NoFields)
     showLogin("nothing sent, the form has no fields");
-  else if (outcome == Outcome::FieldMissing)
+  else if (request.outcome() == Outcome::FieldMissing)
     showLogin("nothing sent, the form lacks \"" + request.missingField() + "\"");
   else if (!loginSent_)
     showLogin("nothing sent, the form is another one");

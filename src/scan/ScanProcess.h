@@ -90,7 +90,11 @@ class ScanProcess : public Process {
   // True when a login request is on its way: the page that answers it comes next.
   bool submitLoginForm();
   void sendLogin(const LoginRequest& request);
-  void showLoginOutcome(const LoginRequest& request);
+  void loginFailed();
+  // `request` is the one that the answer's form would make.
+  void loginAnswered(const LoginRequest& request);
+  std::string lastTryText() const;
+  void showWhyNothingSent(const LoginRequest& request);
   void showLogin(const std::string& text);
   bool hasLoginForm() const;
   void report(const std::exception& error);
@@ -124,6 +128,7 @@ class ScanProcess : public Process {
   std::string userName_;
   std::string password_;
   bool loginSent_ = false;  // since the scan started
+  int refusals_ = 0;        // of the logins sent last
   std::string loginText_;
   std::string labelUrl_;  // masked, as the window shows them
   std::string shownUrl_;

@@ -44,7 +44,7 @@ class Forms : public mvtest::WindowTest {
   }
   void addForm(int id, const std::string& name) {
     mv::gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(id) + ", " +
-                          mv::quoted(name) + ", 'text', 'Query')");
+                          mv::quoted(name) + ", 'text', 'query')");
     manager->buildWorkingLists("init");
   }
   // A new form, stored with Apply, its fields in view.
@@ -180,7 +180,13 @@ TEST_F(Forms, CancelTakesBackWhatApplyStoredOfANewFormOnly) {
   click(form(), "cmdApply");
   QTest::keyClick(&box(form(), "txtName"), Qt::Key_Escape);
   EXPECT_FALSE(form());
-  EXPECT_EQ(value("select name || description from form where id = 30"), "Bob'schanged");
+  EXPECT_EQ(value("select name || description || form_type from form where id = 30"), "Bob'schangedQuery");
+
+  mv::gDatabase.execute("update form set form_type = 'Other' where id = 30");
+  manager->buildWorkingLists("init");
+  click(manager, "Edit");
+  click(form(), "cmdApply");
+  EXPECT_EQ(value("select form_type from form where id = 30"), "Other") << "nothing chosen, nothing lost";
 }
 
 TEST_F(Forms, DeletingAFieldTakesEffectAtOnce) {
@@ -191,6 +197,11 @@ TEST_F(Forms, DeletingAFieldTakesEffectAtOnce) {
   click(form(), "cmdDeleteField");
   EXPECT_EQ(mvtest::columnTexts(fields()), std::vector<QString>{"two"});
   EXPECT_FALSE(enabled(form(), "cmdDeleteField")) << "until a field is chosen";
+  clickRow(fields(), 0);
+  const QPoint onRow = fields().visualItemRect(fields().topLevelItem(0)).topLeft() + QPoint(5, 5);
+  QTest::mouseClick(fields().viewport(), Qt::LeftButton, Qt::ControlModifier, onRow);
+  QTest::keyClick(&fields(), Qt::Key_Delete);
+  EXPECT_EQ(count("field_info", "form_id = 100"), 1) << "nothing is marked";
   clickRow(fields(), 0);
   QTest::keyClick(&fields(), Qt::Key_Delete);
   EXPECT_EQ(count("field_info", "form_id = 100"), 0);

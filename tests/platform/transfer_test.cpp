@@ -275,6 +275,9 @@ TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
     EXPECT_EQ(authorisation(*away), "") << path;
   }
   EXPECT_EQ(client.transfer.ResponseAddress(), "http://" + otherName + "/page");
+  site.add("/named", redirect("http://you:two@" + site.host() + "/page"));
+  client.run(site.url("/named"));
+  EXPECT_EQ(client.transfer.ResponseAddress(), site.url("/page"));
   InternetTransfer::rememberCredentials(site.host(), "", "");
   client.run(site.url("/page"));
   EXPECT_EQ(authorisation(site), "");

@@ -25,13 +25,6 @@ const std::string kPicture(3000, 'p');
 
 class LoginUse : public mvtest::WholeUse {
  protected:
-  void chooseEntry(QWidget* owner, const char* name, const QString& entry) {
-    auto* box = control<QComboBox>(owner, name);
-    QTest::keyClick(box, Qt::Key_Home);
-    for (int i = 0; i < box->count() && box->currentText() != entry; ++i) QTest::keyClick(box, Qt::Key_Down);
-    EXPECT_EQ(box->currentText(), entry);
-  }
-
   void addField(const std::vector<QString>& values, bool byUser) {
     click(window<frmNewForm>(), "cmdNewField");
     auto* editor = window<frmNewField>();
@@ -53,7 +46,7 @@ class LoginUse : public mvtest::WholeUse {
     type(editor, "txtLowerLimit", "1");
     dialogs.nextFolders.push_back(folder);
     click(editor, "cmdBrowse");
-    chooseEntry(editor, "cmboAuthenticationService", method);
+    mvtest::chooseEntry(*control<QComboBox>(editor, "cmboAuthenticationService"), method);
     int row = 0;
     for (const auto& [prompt, answer] : answers) {
       const std::string number = std::to_string(++row);
@@ -89,9 +82,10 @@ TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
       return answer(200, R"(<FORM Action="/Login"><INPUT Name="who"><INPUT Name="key" Type="password">
                             <INPUT Name="Token" VALUE="aBcD+/eF=="></FORM>)");
     if (request.path == "/login.cgi?who=Ann+Smith&key=p%2F%3F%23%26%25+x&t=aBcD%2B%2FeF%3D%3D")
-      return answer(302, "", {{"Location", "/members/"}, {"Set-Cookie", "session=open; Path=/"}});
+      return answer(302, "", {{"Location", "/members/start?welcome=a/b"}, {"Set-Cookie", "session=open; Path=/"}});
     if (!isMember) return answer(403, "members only");
-    return request.path == "/members/" ? answer(200, "<IMG SRC=\"inside.jpg\">") : answer(200, kPicture);
+    if (request.path.ends_with(".jpg")) return answer(200, kPicture);
+    return answer(200, "<IMG SRC=\"inside.jpg\"><form action=\"/search\"></form>");
   });
 
   chooseFromMenu("mnuTools", "mnuToolsFormManager");
@@ -99,7 +93,7 @@ TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
   auto* form = window<frmNewForm>();
   type(form, "txtName", "Club");
   type(form, "txtDescription", "Ask the club for a key.");
-  chooseEntry(form, "cmboFormType", "Authentication");
+  mvtest::chooseEntry(*control<QComboBox>(form, "cmboFormType"), "Authentication");
   click(form, "cmdApply");
   addField({"Address", "1", "action=\"/login\"", "", "", toQString(site.host()) + "/login.cgi"}, false);
   addField({"Token", "4", "name=\"token\" value=", "", "t"}, false);
