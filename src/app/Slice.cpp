@@ -36,6 +36,11 @@ Slice::Slice() { Turn::current().follow(QAbstractEventDispatcher::instance()); }
 
 Slice::~Slice() { Turn::current().used += used(); }
 
+bool Slice::turnIsSpent() {
+  Turn::current().follow(QAbstractEventDispatcher::instance());
+  return Turn::current().used > kTurn;
+}
+
 bool Slice::spent() const { return used() > kLeastSlice && Turn::current().used + used() > kTurn; }
 
 }  // namespace mv

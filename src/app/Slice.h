@@ -14,6 +14,8 @@ class Slice {
   Slice(const Slice&) = delete;
   Slice& operator=(const Slice&) = delete;
   bool spent() const;
+  // Work that has not begun is better left to the next turn.
+  static bool turnIsSpent();
 
  private:
   std::chrono::steady_clock::duration used() const { return std::chrono::steady_clock::now() - start_; }

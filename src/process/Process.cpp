@@ -35,10 +35,7 @@ class Process::Entered {
 Process::Process(const QStringList& listTitles, int workInterval) : lvwLinks(listTitles) {
   tmrOKToDownload.setInterval(workInterval);
   tmrWaitForAWhile.setInterval(kPauseInterval);
-  connect(&tmrOKToDownload, &QTimer::timeout, this, [this] {
-    // A message box of the last tick may still stand: one work step at a time.
-    if (!isBusy()) run([this] { tick(); });
-  });
+  connect(&tmrOKToDownload, &QTimer::timeout, this, &Process::workDue);
   connect(&tmrWaitForAWhile, &QTimer::timeout, this, [this] {
     tmrWaitForAWhile.stop();
     enableWorkTimer();
@@ -75,6 +72,18 @@ void Process::run(const std::function<void()>& work) {
       // Reporting an error has failed as well: there is no one left to tell.
     }
   }
+}
+
+void Process::workDue() {
+  // A message box of the last tick may still stand: one work step at a time.
+  if (isBusy() || !tmrOKToDownload.isActive()) return;
+  if (Slice::turnIsSpent()) {
+    // Sites that were started together have their ticks together.
+    QTimer::singleShot(0, this, &Process::workDue);
+    return;
+  }
+  const Slice slice;
+  run([this] { tick(); });
 }
 
 void Process::yieldThen(std::function<void()> work) {

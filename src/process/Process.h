@@ -91,6 +91,7 @@ class Process : public QObject {
   long errorCount_ = 0;
 
  private:
+  void workDue();
   class Entered;
 
   std::string caption_;
