@@ -5,10 +5,10 @@
 #include "app/ErrorLog.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
-#include "app/Slice.h"
 #include "help/FeedParsers.h"
 #include "help/UpdatePanel.h"
 #include "net/Address.h"
+#include "platform/Slice.h"
 #include "platform/Text.h"
 
 namespace mv {

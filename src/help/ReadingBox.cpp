@@ -2,7 +2,7 @@
 
 #include <QTextCursor>
 
-#include "app/Slice.h"
+#include "platform/Slice.h"
 
 namespace mv {
 

@@ -84,6 +84,8 @@ CurlLoop::CurlLoop() {
   curl_multi_setopt(multi_, CURLMOPT_PIPELINING, static_cast<long>(CURLPIPE_NOTHING));
   timer_.setSingleShot(true);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
+  nextTurn_.setSingleShot(true);
+  QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] { readOn(); });
 }
 
 CurlLoop::~CurlLoop() {
@@ -105,7 +107,14 @@ void CurlLoop::add(CURL* easy, CurlClient* client) {
 
 void CurlLoop::connected(const std::string& localEnd, CurlClient* client) { users_[localEnd] = client; }
 
+void CurlLoop::readOnLater(CURL* easy) {
+  curl_easy_pause(easy, CURLPAUSE_RECV);
+  waiting_.push_back(easy);
+  nextTurn_.start(0);
+}
+
 void CurlLoop::remove(CURL* easy, CurlClient* client) {
+  std::erase(waiting_, easy);
   forgetSocketsOf(client);
   curl_multi_remove_handle(multi_, easy);
 }
@@ -155,23 +164,45 @@ void CurlLoop::watch(curl_socket_t socket, int what) {
 void CurlLoop::unwatch(curl_socket_t socket) { notifiers_.erase(socket); }
 
 void CurlLoop::act(curl_socket_t socket, int events) {
+  const Slice slice;
+  slice_ = &slice;
   int running = 0;
   curl_multi_socket_action(multi_, socket, events, &running);
+  slice_ = nullptr;
   reportFinished();
+}
+
+// One after the other while there is time, so that each gets a whole slice now and then.
+void CurlLoop::readOn() {
+  const Slice slice;
+  slice_ = &slice;
+  while (!waiting_.empty() && !slice.spent()) {
+    CURL* easy = waiting_.front();
+    waiting_.pop_front();
+    int running = 0;
+    // What libcurl had read already comes first; the rest of what is there at its next timeout, which is now.
+    const CURLcode result = curl_easy_pause(easy, CURLPAUSE_CONT);
+    if (result != CURLE_OK) finish(easy, result);
+    curl_multi_socket_action(multi_, CURL_SOCKET_TIMEOUT, 0, &running);
+    reportFinished();
+  }
+  slice_ = nullptr;
+  if (!waiting_.empty()) nextTurn_.start(0);
 }
 
 void CurlLoop::reportFinished() {
   int left = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
-    if (message->msg != CURLMSG_DONE) continue;
-    CURL* easy = message->easy_handle;
-    const CURLcode result = message->data.result;
-    char* client = nullptr;
-    curl_easy_getinfo(easy, CURLINFO_PRIVATE, &client);
-    auto* told = reinterpret_cast<CurlClient*>(client);
-    remove(easy, told);
-    told->finished(result);
+    if (message->msg == CURLMSG_DONE) finish(message->easy_handle, message->data.result);
   }
+}
+
+void CurlLoop::finish(CURL* easy, CURLcode result) {
+  char* client = nullptr;
+  curl_easy_getinfo(easy, CURLINFO_PRIVATE, &client);
+  auto* told = reinterpret_cast<CurlClient*>(client);
+  remove(easy, told);
+  told->finished(result);
 }
 
 void CurlLoop::forgetSocketsOf(const CurlClient* client) {

@@ -5,9 +5,12 @@
 #include <curl/curl.h>
 
 #include <QTimer>
+#include <deque>
 #include <memory>
 #include <string>
 #include <unordered_map>
+
+#include "platform/Slice.h"
 
 namespace mv {
 
@@ -41,6 +44,11 @@ class CurlLoop {
   // The request has got its connection, fresh or used before: the end of that one is told to `client` from now on. The
   // connection is known by its local end, "address port": libcurl does not show the socket of one that is used again.
   void connected(const std::string& localEnd, CurlClient* client);
+  // From a request's write callback: what has come in keeps the user waiting long enough.
+  bool turnIsSpent() const { return slice_ != nullptr && slice_->spent(); }
+  // From a request's write callback: it reads on in the next turn of the event loop. Left to itself libcurl reads on
+  // while anything is there, of a large body and a near server a hundred buffers, each time that any socket is ready.
+  void readOnLater(CURL* easy);
   // Ends it without a word; harmless when it is over.
   void remove(CURL* easy, CurlClient* client);
 
@@ -54,12 +62,17 @@ class CurlLoop {
   void watch(curl_socket_t socket, int what);
   void unwatch(curl_socket_t socket);
   void act(curl_socket_t socket, int events);
+  void readOn();
   void reportFinished();
+  void finish(CURL* easy, CURLcode result);
   void forgetSocketsOf(const CurlClient* client);
 
   CURLM* multi_;
   CURLSH* share_;
   QTimer timer_;
+  QTimer nextTurn_;
+  const Slice* slice_ = nullptr;  // while libcurl is at work
+  std::deque<CURL*> waiting_;     // for a later turn
   std::unordered_map<curl_socket_t, std::unique_ptr<Notifiers>> notifiers_;
   std::unordered_map<std::string, CurlClient*> users_;  // by local end
 };

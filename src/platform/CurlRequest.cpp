@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kUserAgent = "Morvane2000/1.0";
 constexpr const char* kProtocols = "http,https";
 constexpr long kMostRedirects = 20;
-constexpr long kFileBuffer = 1024L * 1024;  // each turn of the event loop reads so much at most
+constexpr long kFileBuffer = 512L * 1024;
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
 constexpr std::size_t kShortText = std::size_t{1} << 20;
@@ -315,6 +315,7 @@ std::size_t CurlRequest::takeBody(std::string_view bytes) {
     ownErrorCode_ = CURLE_WRITE_ERROR;
     return CURL_WRITEFUNC_ERROR;
   }
+  if (loop_->turnIsSpent()) loop_->readOnLater(easy_);
   return bytes.size();
 }
 

@@ -14,8 +14,8 @@
 #include <functional>
 #include <string>
 
-#include "app/Slice.h"
 #include "platform/InternetTransfer.h"
+#include "platform/Slice.h"
 #include "process/WorkList.h"
 
 namespace mv {

@@ -7,7 +7,7 @@
 
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
-#include "process/LongestTurn.h"
+#include "support/LongestTurn.h"
 
 namespace {
 

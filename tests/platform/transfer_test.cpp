@@ -8,6 +8,8 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QTimer>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <functional>
@@ -15,7 +17,9 @@
 #include <thread>
 
 #include "platform/InternetTransfer.h"
+#include "platform/Slice.h"
 #include "support/Fixture.h"
+#include "support/LongestTurn.h"
 #include "support/TestSite.h"
 
 namespace {
@@ -424,20 +428,48 @@ TEST_F(TransferTest, LargeFilesDoNotFillTheMemory) {
   EXPECT_TRUE(client.body(ChunkType::Bytes) == whole);
 }
 
+// libcurl by itself reads a hundred buffers, of every transfer that has something, whenever one socket is ready.
+TEST_F(TransferTest, ManyLargeBodiesAtOnceLeaveTheWindowsAlive) {
+  const std::string page(40 * kMegabyte, 'x');
+  site.page("/page", page);
+  site.file("/file", "video/mpeg", page);
+  Client clients[8];
+  const mvtest::LongestTurn turn;
+  for (auto& one : clients)
+    one.begin(site.url(&one < clients + 4 ? "/page" : "/file"), &one < clients + 4 ? BodyMode::Text : BodyMode::File);
+  ASSERT_TRUE(
+      waitFor([&] { return std::all_of(std::begin(clients), std::end(clients), [](auto& one) { return one.over(); }); },
+              60'000));
+  EXPECT_LT(turn.longest, 35.0);
+  for (auto& one : clients) {
+    EXPECT_EQ(one.states.back(), mv::kResponseCompleted);
+    EXPECT_TRUE(one.transfer.GetChunk(2 * page.size(), ChunkType::Bytes) == page);
+  }
+}
+
 TEST_F(TransferTest, FullDiskEndsTheTransfer) {
   InternetTransfer::limits().spoolThreshold = 1000;
-  site.file("/f", "image/jpeg", std::string(kMegabyte, 'x'));
-  rlimit usual{};
-  ::getrlimit(RLIMIT_FSIZE, &usual);
-  const rlimit small{64 * 1024, usual.rlim_max};
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  const int outcome = client.run(site.url("/f"), BodyMode::File);
-  ::setrlimit(RLIMIT_FSIZE, &usual);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_EQ(outcome, mv::kError);
-  EXPECT_EQ(client.transfer.ResponseCode(), CURLE_WRITE_ERROR);
-  EXPECT_EQ(client.transfer.ResponseInfo(), "File too large");
+  site.file("/f", "image/jpeg", std::string(16 * kMegabyte, 'x'));
+  // With other work in every turn, the transfer is put off again and again.
+  QTimer otherWork;
+  QObject::connect(&otherWork, &QTimer::timeout, &otherWork, [] {
+    const mv::Slice slice;
+    std::this_thread::sleep_for(std::chrono::milliseconds(6));
+  });
+  for (const std::size_t room : {64 * 1024, 4'000'000, 8'000'000}) {
+    rlimit usual{};
+    ::getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit small{room, usual.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const int outcome = client.run(site.url("/f"), BodyMode::File);
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(outcome, mv::kError);
+    EXPECT_EQ(client.transfer.ResponseCode(), CURLE_WRITE_ERROR);
+    EXPECT_EQ(client.transfer.ResponseInfo(), "File too large");
+    otherWork.start(0);
+  }
 }
 
 // ---- what receivers do

@@ -1,7 +1,11 @@
 #include "process/Process.h"
 
+#include <QAbstractEventDispatcher>
 #include <QSignalSpy>
+#include <algorithm>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/Dialogs.h"
@@ -77,6 +81,23 @@ TEST_F(ProcessTest, NoSecondStepBeginsWhileABoxOfTheFirstStands) {
   process.enableWorkTimer();
   ASSERT_TRUE(waitFor([this] { return stopped.count() == 1; }));
   EXPECT_EQ(ticksDuringBox, 1);
+}
+
+TEST_F(ProcessTest, TicksThatAreDueTogetherTakeTurns) {
+  int ofThisTurn = 0, most = 0;
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &process,
+                   [&] { ofThisTurn = 0; });
+  Probe others[9];
+  const auto work = [&] {
+    most = std::max(most, ++ofThisTurn);
+    std::this_thread::sleep_for(std::chrono::milliseconds(6));
+  };
+  for (Probe& other : others) other.onTick = work;
+  for (Probe& other : others) other.enableWorkTimer();
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_TRUE(waitFor(
+      [&] { return std::all_of(std::begin(others), std::end(others), [](auto& one) { return one.ticks > 0; }); }));
+  EXPECT_EQ(most, 1);
 }
 
 }  // namespace

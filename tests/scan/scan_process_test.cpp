@@ -3,7 +3,7 @@
 
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
-#include "process/LongestTurn.h"
+#include "support/LongestTurn.h"
 #include "scan/ScanProcess.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include "platform/ListView.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
-#include "process/LongestTurn.h"
+#include "support/LongestTurn.h"
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "sites/frmWebSites.h"

@@ -13,7 +13,7 @@
 #include "app/WindowRegistry.h"
 #include "platform/PictureDisplay.h"
 #include "platform/Text.h"
-#include "process/LongestTurn.h"
+#include "support/LongestTurn.h"
 #include "shell/frmPictureViewer.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"

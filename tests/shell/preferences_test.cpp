@@ -13,7 +13,7 @@
 #include "app/WindowRegistry.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
-#include "process/LongestTurn.h"
+#include "support/LongestTurn.h"
 #include "scan/frmScan.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/frmPreferences.h"

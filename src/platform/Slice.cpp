@@ -1,4 +1,4 @@
-#include "app/Slice.h"
+#include "platform/Slice.h"
 
 #include <QAbstractEventDispatcher>
 #include <QPointer>
