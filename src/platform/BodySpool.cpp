@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kReadAtOnce = std::size_t{256} * 1024;
+constexpr std::size_t kAtOnce = std::size_t{256} * 1024;  // read from the file or written to it
 
 // The ordinary folder for temporary files is often kept in memory; this one is for what is large.
 std::string spoolFolder() {
@@ -32,11 +32,17 @@ std::string textOf(int error) { return std::generic_category().message(error); }
 BodySpool::BodySpool(std::size_t threshold, std::string folder) : threshold_(threshold), folder_(std::move(folder)) {}
 
 bool BodySpool::append(std::string_view bytes) {
-  if (!file_.isOpen() && memory_.size() + bytes.size() <= threshold_) {
-    memory_.append(bytes);
-    return true;
-  }
-  return (file_.isOpen() || check(spill())) && check(file_.write(bytes));
+  if (!file_.isOpen() && memory_.size() + bytes.size() > threshold_ && !(check(openFile()) && flush())) return false;
+  memory_.append(bytes);
+  return !file_.isOpen() || memory_.size() < kAtOnce || flush();
+}
+
+bool BodySpool::finish() { return !file_.isOpen() || flush(); }
+
+bool BodySpool::flush() {
+  const int error = file_.write(memory_);
+  memory_.clear();
+  return check(error);
 }
 
 // In the folder itself or, when that is still to be made, in the nearest one above it.
@@ -49,13 +55,6 @@ int BodySpool::openFile() {
   return file_.isOpen() ? 0 : file_.openScratch(spoolFolder());
 }
 
-int BodySpool::spill() {
-  int error = openFile();
-  if (error == 0) error = file_.write(memory_);
-  memory_ = std::string();
-  return error;
-}
-
 bool BodySpool::check(int error) {
   if (error != 0) error_ = textOf(error);
   return error == 0;
@@ -65,7 +64,7 @@ bool BodySpool::moveTo(AtomicFile& target) { return file_.isOpen() && fileReadAt
 
 bool BodySpool::refill() {
   if (!file_.isOpen()) return false;
-  memory_.resize(kReadAtOnce);
+  memory_.resize(kAtOnce);
   readAt_ = 0;
   const int error = file_.read(fileReadAt_, memory_);
   if (error != 0) throw std::runtime_error("The received file cannot be read back: " + textOf(error));

@@ -19,23 +19,25 @@ class BodySpool {
   // False when the disk refuses it; error() then has the system's words.
   bool append(std::string_view bytes);
   const std::string& error() const { return error_; }
+  // To be called after the last append, false as there.
+  bool finish();
 
-  // After the last append: the whole body becomes the content of `target` without a copy. False, and nothing has
+  // After finish(): the whole body becomes the content of `target` without a copy. False, and nothing has
   // changed, when it is in memory or cannot be moved.
   bool moveTo(AtomicFile& target);
-  // After the last append: the next bytes, at most `size`; empty at the end, where the memory and the file are given
+  // After finish(): the next bytes, at most `size`; empty at the end, where the memory and the file are given
   // back. Raises std::runtime_error when the file cannot be read.
   std::string read(std::size_t size);
 
  private:
   int openFile();
-  int spill();
+  bool flush();
   bool check(int error);
   bool refill();
 
   std::size_t threshold_;
   std::string folder_;
-  // While writing: all that is not in the file. While reading from the file: the piece that is being handed out.
+  // While writing: all that is not in the file yet. While reading from the file: the piece that is being handed out.
   std::string memory_;
   std::size_t readAt_ = 0;
   std::uint64_t fileReadAt_ = 0;

@@ -310,13 +310,19 @@ std::size_t CurlRequest::takeBody(std::string_view bytes) {
     if (text_.size() > kShortText) text_.reserve(limits_.textLimit);
     text_.append(bytes);
     textChecked_ = wholeUtf8(text_, textChecked_);
-  } else if (!file_.append(bytes)) {
-    ownError_ = file_.error();
-    ownErrorCode_ = CURLE_WRITE_ERROR;
+  } else if (!written(file_.append(bytes))) {
     return CURL_WRITEFUNC_ERROR;
   }
   if (loop_->turnIsSpent()) loop_->readOnLater(easy_);
   return bytes.size();
+}
+
+bool CurlRequest::written(bool success) {
+  if (!success) {
+    ownError_ = file_.error();
+    ownErrorCode_ = CURLE_WRITE_ERROR;
+  }
+  return success;
 }
 
 std::string CurlRequest::takeText() {
@@ -401,6 +407,7 @@ void CurlRequest::finished(CURLcode result) {
 
 void CurlRequest::conclude(CURLcode result) {
   const bool answered = isFinalResponse() && !inHeaders_;
+  if (result == CURLE_OK) written(file_.finish());
   if (answered && status_ >= 400) {
     raise(kResponseReceived);
     fail(status_, reason_);

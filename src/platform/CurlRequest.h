@@ -72,6 +72,7 @@ class CurlRequest : private CurlClient {
   void endOfHeaders();
   bool isFinalResponse() const;
   std::size_t takeBody(std::string_view bytes);
+  bool written(bool success);
 
   void beginHop();
   void raise(TransferState state);
