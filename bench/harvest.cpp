@@ -2,6 +2,8 @@
 // ends when no page and no file waits any more. Prints what that took, with STEP after every so many objects too.
 // FOLDER must not hold a database.
 
+#include <sqlite3.h>
+
 #include <QObject>
 #include <cstdio>
 #include <cstdlib>
@@ -39,7 +41,11 @@ class Meter : public QObject {
   // Prints a line after every `step` objects.
   long step = 0;
   std::vector<double> cpuOfStep;  // seconds
-  std::vector<double> memoryAfterStep;
+  struct Memory {
+    double all;     // bytes
+    double engine;  // of it the database engine's, nearly all its cache of pages, which has a limit
+  };
+  std::vector<Memory> memoryAfterStep;
   long pages = 0;
   long files = 0;
 
@@ -60,9 +66,10 @@ void Meter::arrived() {
   if (step == 0 || objects() % step != 0) return;
   cpuOfStep.push_back(cpu() - lastCpu_);
   lastCpu_ = cpu();
-  memoryAfterStep.push_back(mvbench::memory("VmRSS"));
-  std::printf("after %ld pages and %ld files: %.4f ms each, memory %.1f MB\n", pages, files,
-              cpuOfStep.back() * 1000 / static_cast<double>(step), memoryAfterStep.back() / kMB);
+  memoryAfterStep.push_back({mvbench::memory("VmRSS"), static_cast<double>(sqlite3_memory_used())});
+  std::printf("after %ld pages and %ld files: %.4f ms each, memory %.1f MB, of it the database engine's %.1f MB\n",
+              pages, files, cpuOfStep.back() * 1000 / static_cast<double>(step), memoryAfterStep.back().all / kMB,
+              memoryAfterStep.back().engine / kMB);
   std::fflush(stdout);
 }
 
@@ -78,8 +85,10 @@ void printTotals(const Meter& meter, long errors, double idle) {
       "pages   %ld\nfiles   %ld\nerrors  %ld\nwall    %.3f s\ncpu     %.3f s\nidle    %.1f MB\npeak    %.1f MB\n",
       pagesDone(), meter.files, errors, meter.wall(), meter.cpu(), idle / kMB, mvbench::memory("VmHWM") / kMB);
   if (meter.cpuOfStep.size() < 2) return;
-  std::printf("drift   %.3f\ngrowth  %.1f MB\n", meter.cpuOfStep.back() / meter.cpuOfStep.front(),
-              (meter.memoryAfterStep.back() - meter.memoryAfterStep.front()) / kMB);
+  const Meter::Memory& first = meter.memoryAfterStep.front();
+  const Meter::Memory& last = meter.memoryAfterStep.back();
+  std::printf("drift   %.3f\ngrowth  %.1f MB\nengine  %.1f MB\n", meter.cpuOfStep.back() / meter.cpuOfStep.front(),
+              (last.all - first.all) / kMB, (last.engine - first.engine) / kMB);
 }
 
 void harvest(const std::string& address, const std::string& folder, long step) {
