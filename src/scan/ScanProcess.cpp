@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kWorkInterval = 3000;                           // milliseconds
 constexpr std::int64_t kStartPageLinkId = 1;                  // the sequence of link ids begins behind it
-constexpr std::size_t kSearchStretch = std::size_t{1} << 20;  // bytes searched between two looks at the clock
+constexpr std::size_t kSearchStretch = std::size_t{1} << 18;  // bytes searched between two looks at the clock
 constexpr const char* kBaseTag = "<base href=";
 constexpr const char* kFileType = "File";
 constexpr long kUnauthorized = 401;
