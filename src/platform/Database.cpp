@@ -338,7 +338,9 @@ std::int64_t Database::count(std::string_view sql) {
   return sqlite3_column_int64(statement.handle, 0);
 }
 
-Transaction::Transaction(Database& database) : database_(database) { database_.execute("begin"); }
+// The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other
+// connections hold it for a moment now and then, even if they only read.
+Transaction::Transaction(Database& database) : database_(database) { database_.execute("begin immediate"); }
 
 Transaction::~Transaction() {
   if (!open_) return;

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <QTemporaryDir>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 
 #include "platform/CompactCopy.h"
 #include "support/Fixture.h"
@@ -201,6 +203,30 @@ TEST_F(DatabaseTest, SeveralStatementsAreOneOrNone) {
               DatabaseError::kInvalidArgument);
     kept.commit();
   }
+  EXPECT_EQ(db.count("select count(*) as outCount from link"), 0);
+}
+
+// A reader's connection too takes the right to write for a moment when it finds the journal's index just being changed.
+TEST_F(DatabaseTest, AWriterWaitsItsTurn) {
+  addLinks(1);
+  std::promise<void> held;
+  std::thread another([&] {
+    Database other;
+    other.open(path);
+    other.execute("begin immediate");
+    held.set_value();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    other.execute("rollback");
+  });
+  held.get_future().wait();
+  EXPECT_EQ(errorOf([&] {
+              mv::Transaction readsAndWrites(db);
+              EXPECT_EQ(db.count("select count(*) as outCount from link"), 1);
+              db.execute("delete from link");
+              readsAndWrites.commit();
+            }),
+            0);
+  another.join();
   EXPECT_EQ(db.count("select count(*) as outCount from link"), 0);
 }
 
