@@ -24,6 +24,8 @@ class ChildWindow : public QWidget {
   // The name under which the window's place is kept, and by which other windows find it: the caption, unless the
   // caption changes.
   virtual QString positionKey() const { return caption(); }
+  // The caption, or the one that comes back when it only tells for a while how far something has got.
+  virtual QString settledCaption() const { return caption(); }
 
   // Shows the window and brings it to the front.
   void showChild();

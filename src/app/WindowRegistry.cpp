@@ -50,14 +50,15 @@ std::vector<ChildWindow*> processWindows() {
   return found;
 }
 
-void closeProcess(const QString& key) {
+bool closeProcess(const QString& key) {
   ChildWindow* window = WindowRegistry::instance().findByKey(key);
-  if (!window) return;
+  if (!window) return false;
   {
     const ClosingProcesses closing;
     window->unload();
   }
   WindowRegistry::instance().tell(kProcessManager, "init");
+  return true;
 }
 
 void WindowRegistry::tell(const QString& key, const std::string& command, long id) {

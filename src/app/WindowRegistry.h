@@ -49,8 +49,8 @@ class WindowRegistry {
 // The loaded scan and download windows, hidden ones too, in the order of their creation.
 std::vector<ChildWindow*> processWindows();
 // Ends the process window with that position key, which its close box would only hide, and has the process manager
-// rebuild its list. Without such a window nothing happens.
-void closeProcess(const QString& key);
+// rebuild its list. False when there is no such window; then nothing happens.
+bool closeProcess(const QString& key);
 
 // Shows the one window of a class: made on first use, brought forward afterwards.
 template <class Window>

@@ -131,10 +131,12 @@ void DownloadProcess::buildQueue() {
     setCaption("Opening. Please wait..." + std::to_string(rows.size()));
     lvwLinks.append(std::move(rows));
   }
-  setCaption(kDownloadTitle + maskUserInfo(SiteName));
+  setCaption(title());
   showCounters("filesinqueue", "", 0);
   setProgress(0, static_cast<long>(queueSize_));
 }
+
+std::string DownloadProcess::title() const { return kDownloadTitle + maskUserInfo(SiteName); }
 
 void DownloadProcess::rebuildQueue() {
   if (lvwLinks.count() > 0) lvwLinks.clear();

@@ -42,6 +42,7 @@ class DownloadProcess : public Process {
   void receiveFile();
 
   // What the window shows.
+  std::string title() const;                                   // "Download: " + the site's name without a password
   const std::string& fileLabel() const { return fileLabel_; }  // "File: " + name + what became of it
   const std::string& queueText() const { return queueText_; }  // "Queue: " + entries that this round may still take
   const std::string& processedText() const { return processedText_; }  // "Processed: " + entries that it has taken

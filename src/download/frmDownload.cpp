@@ -27,6 +27,8 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
 
 QString frmDownload::positionKey() const { return kDownloadTitle + toQString(process_->SiteName); }
 
+QString frmDownload::settledCaption() const { return toQString(process_->title()); }
+
 void frmDownload::initWindow() {
   run([this] {
     prepareFor(process_->SiteId);

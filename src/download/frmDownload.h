@@ -22,6 +22,7 @@ class frmDownload : public ProcessWindow {
 
   void initWindow();
   QString positionKey() const override;
+  QString settledCaption() const override;
 
  protected:
   void refresh() override;

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -59,6 +60,8 @@ struct CompactCopy::Private {
   std::atomic<bool> checking = false;
   std::atomic<std::int64_t> expected = 0;  // bytes
   ConnectionPtr connection;                // to the source, from write() to the end
+  std::mutex interrupting;                 // guards the next one
+  sqlite3* interruptible = nullptr;        // the connection that write() is using
   std::int64_t version = 0;                // of the source, as write() read it
   bool made = false;                       // `target` is ours
 
@@ -74,7 +77,27 @@ struct CompactCopy::Private {
     return opened;
   }
 
+  // The progress handler is not asked during the engine's long steps, the walk of the integrity check above all.
+  class Interruptible {
+   public:
+    Interruptible(Private& work, sqlite3* connection) : work_(work) { use(connection); }
+    ~Interruptible() { use(nullptr); }
+    Interruptible(const Interruptible&) = delete;
+    Interruptible& operator=(const Interruptible&) = delete;
+
+   private:
+    void use(sqlite3* connection) {
+      const std::lock_guard lock(work_.interrupting);
+      work_.interruptible = connection;
+    }
+    Private& work_;
+  };
+
   void rewrite() {
+    const Interruptible working(*this, connection.get());
+    // What is brought into the file now need not be when everybody waits for the source to close.
+    run(connection.get(), "pragma wal_checkpoint(passive)");
+    version = currentVersion(connection.get());
     expected =
         (firstNumber(connection.get(), "pragma page_count") - firstNumber(connection.get(), "pragma freelist_count")) *
         firstNumber(connection.get(), "pragma page_size");
@@ -87,6 +110,7 @@ struct CompactCopy::Private {
   void check() {
     checking = true;
     const ConnectionPtr copy = openWatched(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    const Interruptible working(*this, copy.get());
     bool same = firstText(copy.get(), "pragma integrity_check(1)") == "ok" &&
                 tableNames(copy.get()) == tableNames(connection.get());
     if (same)
@@ -105,7 +129,8 @@ CompactCopy::CompactCopy(std::string source, std::string target) : d(std::make_u
 }
 
 CompactCopy::~CompactCopy() {
-  if (d->made) removeFiles(d->target);
+  // A copy whose source is gone is the only database left.
+  if (d->made && fileSize(d->source) >= 0) removeFiles(d->target);
 }
 
 void CompactCopy::write() {
@@ -114,14 +139,15 @@ void CompactCopy::write() {
   checkDatabase(d->source, {});
   d->made = true;
   d->connection = d->openWatched(d->source, SQLITE_OPEN_READWRITE);
-  // What is brought into the file now need not be when everybody waits for the source to close.
-  run(d->connection.get(), "pragma wal_checkpoint(passive)");
-  d->version = currentVersion(d->connection.get());
   d->rewrite();
   d->check();
 }
 
-void CompactCopy::cancel() { d->cancelled = true; }
+void CompactCopy::cancel() {
+  d->cancelled = true;
+  const std::lock_guard lock(d->interrupting);
+  if (d->interruptible) sqlite3_interrupt(d->interruptible);
+}
 
 int CompactCopy::percentWritten() const {
   if (d->checking) return -1;

@@ -20,7 +20,7 @@ class CompactCopy {
 
   // Full paths on one drive. Nothing is done yet.
   CompactCopy(std::string source, std::string target);
-  // Removes `target`, unless write() did not make it or replaceSource() has put it in place.
+  // Removes `target`, unless write() did not make it, replaceSource() has put it in place, or the source is gone.
   ~CompactCopy();
   CompactCopy(const CompactCopy&) = delete;
   CompactCopy& operator=(const CompactCopy&) = delete;
@@ -28,7 +28,8 @@ class CompactCopy {
   // Writes `target`, which must not exist (kAlreadyExists), and checks it: its structure, and that every table has as
   // many rows as the source. Raises DatabaseError.
   void write();
-  // Has a running write() raise soon. From any thread.
+  // Has a running write() raise soon. From any thread. One that comes between two statements may be overheard by the
+  // second: to be repeated until write() has ended.
   void cancel();
   // How much of `target` is there, 0 to 100, about; -1 while it is checked. From any thread.
   int percentWritten() const;

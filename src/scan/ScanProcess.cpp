@@ -154,7 +154,7 @@ void ScanProcess::fillQueue() {
     return;
   }
   waitingLinks_.reset();
-  setCaption(scanCaption());
+  setCaption(title());
   updateStatus("pagestoscan");
   setProgress(pagesProcessed_, pagesLeft_);
   if (!started_) finishStart();
@@ -409,7 +409,7 @@ std::string ScanProcess::computeBasePath(const std::string& baseHref) const { re
 
 void ScanProcess::failed(const std::exception& error) {
   waitingLinks_.reset();
-  setCaption(scanCaption());
+  setCaption(title());
   report(error);
   // A request that was started before the failure will switch the timer on itself.
   if (!Inet2.StillExecuting()) enableWorkTimer();
@@ -422,7 +422,7 @@ void ScanProcess::report(const std::exception& error) {
   reportException(error, "frmScan");
 }
 
-std::string ScanProcess::scanCaption() const { return kScanTitle + maskUserInfo(SiteName); }
+std::string ScanProcess::title() const { return kScanTitle + maskUserInfo(SiteName); }
 
 std::string ScanProcess::pageLabel() const { return "Page: " + shortened(labelUrl_); }
 

@@ -45,6 +45,7 @@ class ScanProcess : public Process {
   std::string computeBasePath(const std::string& baseHref) const;
 
   // What the window shows.
+  std::string title() const;          // "Scan: " + the site's name without a password
   std::string pageLabel() const;      // "Page: " + the shortened address
   std::string pageUrlText() const;    // "Page URL: " + the address
   std::string toScanText() const;     // "To Scan: " + pages left
@@ -98,7 +99,6 @@ class ScanProcess : public Process {
   void showLogin(const std::string& text);
   bool hasLoginForm() const;
   void report(const std::exception& error);
-  std::string scanCaption() const;
 
   clsLinkParser parser_;
   clsPageScanner scanner_;

@@ -46,6 +46,8 @@ void frmScan::initWindow() {
 
 QString frmScan::positionKey() const { return kScanTitle + toQString(process_->SiteName); }
 
+QString frmScan::settledCaption() const { return toQString(process_->title()); }
+
 void frmScan::refresh() {
   ProcessWindow::refresh();
   lblPage_->setLine(process_->pageLabel());

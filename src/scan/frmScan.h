@@ -19,6 +19,7 @@ class frmScan : public ProcessWindow {
 
   void initWindow();
   QString positionKey() const override;
+  QString settledCaption() const override;
 
  protected:
   void refresh() override;

@@ -88,11 +88,6 @@ QWidget* leftAligned(QPushButton* button) {
   return line;
 }
 
-void markDone(QPushButton& button, const char* caption) {
-  button.setText(caption);
-  button.setEnabled(false);
-}
-
 std::string quotedYesNo(const QCheckBox& box) { return mv::quoted(yesNo(box.isChecked())); }
 
 }  // namespace
@@ -338,6 +333,13 @@ void frmPreferences::saveAndClose() {
 }
 
 // --- maintenance
+
+void frmPreferences::markDone(QPushButton& button, const char* caption) {
+  // Disabled, it hands the focus to the next button: a second Enter after compacting would clear the cache.
+  if (focusWidget() == &button) btnClose_->setFocus();
+  button.setText(caption);
+  button.setEnabled(false);
+}
 
 void frmPreferences::clearWindowPositions() {
   gDatabase.execute("delete from win_pos");

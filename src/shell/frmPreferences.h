@@ -54,6 +54,8 @@ class frmPreferences : public ChildWindow {
   void savePreferences();
   void saveAndClose();
 
+  // For the rest of the window's life.
+  void markDone(QPushButton& button, const char* caption);
   void clearWindowPositions();
   void clearCache();
   // The compaction: refused with a message, or begun under the please-wait window.

@@ -10,7 +10,7 @@ namespace {
 constexpr int kWidth = 3050;   // twips
 constexpr int kHeight = 3600;  // twips
 
-// The captions are for the user; a site's name in the key may hold a password, and does not change while a list fills.
+// The captions are for the user; a site's name in the key may hold a password.
 enum Column { kCaption, kKey };
 
 }  // namespace
@@ -27,7 +27,7 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
 
 void frmProcessManager::fillList() {
   list().sortAscending(kCaption);
-  for (const ChildWindow* window : processWindows()) list().addRow({window->caption(), window->positionKey()});
+  for (const ChildWindow* window : processWindows()) list().addRow({window->settledCaption(), window->positionKey()});
 }
 
 QString frmProcessManager::chosenKey() const {
@@ -42,8 +42,7 @@ void frmProcessManager::editChosen() {
 }
 
 void frmProcessManager::deleteChosen() {
-  closeProcess(chosenKey());
-  buildWorkingLists("init");
+  if (!closeProcess(chosenKey())) buildWorkingLists("init");
 }
 
 void frmProcessManager::activated() {

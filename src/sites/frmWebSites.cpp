@@ -45,12 +45,12 @@ QStringList textsOf(const SiteListRow& site) {
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
   const std::int32_t loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
-  scan->setCaption(kScanTitle + toQString(site.name));
   scan->process().SiteID = site.id;
   scan->process().SiteName = site.name;
   scan->process().Domain = site.domain;
   scan->process().LoginFormID = loginForm;
   scan->process().DomainHops = site.hops;
+  scan->setCaption(scan->settledCaption());
   scan->showChild();
   if (scan) scan->initWindow();
   return scan.data();
@@ -58,12 +58,12 @@ QPointer<ChildWindow> openScan(const SiteListRow& site) {
 
 QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   const QPointer<frmDownload> download = new frmDownload;
-  download->setCaption(kDownloadTitle + toQString(site.name));
   download->process().SiteId = site.id;
   download->process().SiteName = site.name;
   download->process().UniqueNames = site.uniqueNames;
   download->process().BaseName = site.baseName;
   download->process().OverwriteExisting = gOverwriteExisting;
+  download->setCaption(download->settledCaption());
   download->showChild();
   if (download) download->initWindow();
   return download.data();

@@ -1,5 +1,6 @@
 #include "store/Maintenance.h"
 
+#include <optional>
 #include <utility>
 
 #include "app/Settings.h"
@@ -11,6 +12,7 @@ namespace {
 
 // A copy that was overtaken by a change is made anew; a program that changes its database all the time is busy.
 constexpr int kMostCopies = 5;
+constexpr unsigned long kCancelInterval = 10;  // milliseconds
 
 }  // namespace
 
@@ -20,8 +22,9 @@ Compaction::Compaction(std::string databasePath, std::string tempPath)
 Compaction::~Compaction() {
   if (!thread_) return;
   disconnect(thread_.get(), nullptr, this, nullptr);
-  copy_->cancel();
-  thread_->wait();
+  do {
+    copy_->cancel();
+  } while (!thread_->wait(kCancelInterval));
 }
 
 int Compaction::percentWritten() const { return copy_->percentWritten(); }
@@ -65,14 +68,20 @@ void Compaction::replace() {
   if (!copy_->isCurrent())
     throw DatabaseError(DatabaseError::kLocked, "The database is being changed. Please try again in a moment.");
   gDatabase.close();
-  std::exception_ptr failure;
+  std::optional<DatabaseError> failure;
   try {
     copy_->replaceSource();
-  } catch (...) {
-    failure = std::current_exception();
+  } catch (const DatabaseError& error) {
+    failure = error;
   }
-  openProgramDatabase(databasePath_);
-  if (failure) std::rethrow_exception(failure);
+  try {
+    openProgramDatabase(databasePath_);
+  } catch (const DatabaseError& error) {
+    if (!failure) throw;
+    // The first one is what went wrong, the second what it has led to.
+    throw DatabaseError(failure->number(), failure->description() + "\r\n" + error.description(), failure->source());
+  }
+  if (failure) throw *failure;
 }
 
 std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, const std::string& tempPath) {

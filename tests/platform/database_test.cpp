@@ -262,6 +262,12 @@ TEST_F(DatabaseTest, TellsWhenAValueMayBeGone) {
   other.open(path);
   other.execute("delete from link");
   EXPECT_NE(mark(), own);
+
+  const auto last = mark();
+  db.execute("delete from link");
+  db.close();
+  db.open(path);
+  EXPECT_NE(mark(), last);
 }
 
 // It is copied meanwhile, and begins anew even when the changes never rest.

@@ -93,7 +93,7 @@ TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
 
   auto* secret = new frmDownload;
   secret->process().SiteName = "anna:secret@host";
-  secret->setCaption("Download: ***@host");
+  secret->setCaption("Opening. Please wait...12");
   manager_->buildWorkingLists("init");
   EXPECT_EQ(list().findRow(0, "Download: anna:secret@host"), -1);
   clickRow(list(), list().findRow(0, "Download: ***@host"));

@@ -128,6 +128,17 @@ TEST_F(MaintenanceTest, AFailureLeavesTheDatabaseOpenAndAsItWas) {
   expectAllRows(20'000);
 }
 
+TEST_F(MaintenanceTest, ADatabaseTakenAwayMeanwhileLeavesItsCopyAndBothReasons) {
+  CompactCopy::setStepHook([](Step step) {
+    if (step == Step::Checked) fs::remove(gDatabasePath);
+  });
+  const std::string trouble = compact();
+  EXPECT_NE(trouble.find("in use by another program"), std::string::npos) << trouble;
+  EXPECT_NE(trouble.find("does not exist"), std::string::npos) << trouble;
+  openProgramDatabase(gDatabasePath, temp());
+  expectAllRows(20'000);
+}
+
 TEST_F(MaintenanceTest, AKillAtAnyStepLeavesOneGoodDatabaseForTheNextStart) {
   for (const Step step : {Step::Writing, Step::Written, Step::Checked, Step::Closed, Step::Synced, Step::Replaced}) {
     SCOPED_TRACE(static_cast<int>(step));
