@@ -1,20 +1,14 @@
 // The bases of the windows, in a real frame with a real database.
-#include <gtest/gtest.h>
 
-#include <QLabel>
-#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QPushButton>
-#include <QTest>
 #include <QVBoxLayout>
 
 #include "app/ChildWindow.h"
 #include "app/EditorWindow.h"
 #include "app/ListWindow.h"
 #include "app/ToolIcons.h"
-#include "app/WindowRegistry.h"
 #include "platform/Text.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"

@@ -1,8 +1,6 @@
 // A download process on a loopback site, and what became of each of its files.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <map>

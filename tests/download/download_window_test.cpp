@@ -2,9 +2,7 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QLabel>
 #include <QPointer>
-#include <QTabWidget>
 
 #include "download/DownloadTest.h"
 #include "download/frmDownload.h"

@@ -2,7 +2,6 @@
 
 #include <curl/curl.h>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <netdb.h>
 #include <sys/resource.h>
 

@@ -1,8 +1,6 @@
 // A scan of a loopback site, unpaced, and what it left in the database.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <string>

@@ -1,7 +1,6 @@
 // Logging in to a site: the request made of a page's form, and what a scan makes of it.
 
 #include <QByteArray>
-#include <QLabel>
 
 #include "ScanTest.h"
 #include "app/ErrorLog.h"

@@ -1,4 +1,3 @@
-#include <QLineEdit>
 #include <QPointer>
 
 #include "ScanTest.h"

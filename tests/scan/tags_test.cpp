@@ -1,11 +1,5 @@
 // The tag list and its editor, worked by clicks and keys.
 
-#include <gtest/gtest.h>
-
-#include <QLineEdit>
-#include <QTest>
-
-#include "app/WindowRegistry.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmTagManager.h"
 #include "support/Controls.h"
@@ -20,13 +14,12 @@ class Tags : public mvtest::WindowTest {
  protected:
   Tags() {
     mv::gDatabase.execute("delete from valid_tag");
-    mv::gDatabase.execute("insert into valid_tag (id, tag) values (3, \"<a href=\")");
-    mv::gDatabase.execute("insert into valid_tag (id, tag) values (20, \"<IMG SRC=\")");
+    mvtest::insert("valid_tag", {{"3", "<a href="}, {"20", "<IMG SRC="}});
     manager = mv::showSingle<mv::frmTagManager>();
   }
 
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwTags"); }
-  static mv::frmNewTag* editor() { return mv::WindowRegistry::instance().find<mv::frmNewTag>(); }
+  static mv::frmNewTag* editor() { return mvtest::find<mv::frmNewTag>(); }
   static QLineEdit& box() { return control<QLineEdit>(editor(), "txtTagName"); }
   void expectMessage(const char* title) const {
     ASSERT_EQ(dialogs.messages.size(), 1u);

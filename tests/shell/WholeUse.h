@@ -2,14 +2,10 @@
 #pragma once
 
 #include <QAction>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
-#include <QTabWidget>
-#include <QtTest/QTest>
 
-#include "app/WindowRegistry.h"
 #include "shell/frmDownloadManager.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"

@@ -8,7 +8,6 @@
 #include <random>
 #include <set>
 
-#include "app/WindowRegistry.h"
 #include "download/frmDownload.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"

@@ -1,9 +1,7 @@
 // A user defines how to log in to a site, enters it, and finds the files that only members get.
 
 #include <QByteArray>
-#include <QComboBox>
 #include <QFile>
-#include <QLabel>
 
 #include "WholeUse.h"
 #include "forms/frmFormManager.h"

@@ -1,15 +1,10 @@
 // The update server's feeds from the start of the program, or the Start button, to rows and windows.
 
-#include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QtTest/QTest>
 
 #include "app/ErrorLog.h"
-#include "app/WindowRegistry.h"
 #include "help/frmMessage.h"
 #include "platform/InternetTransfer.h"
-#include "platform/ListView.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
 #include "support/LongestTurn.h"

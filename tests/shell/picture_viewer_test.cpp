@@ -2,15 +2,10 @@
 
 #include <unistd.h>
 
-#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 
-#include "app/WindowRegistry.h"
 #include "platform/PictureDisplay.h"
 #include "platform/Text.h"
 #include "support/LongestTurn.h"

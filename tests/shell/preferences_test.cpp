@@ -1,16 +1,10 @@
 // The preferences window: the row of `pref` in and out, and the maintenance of the database.
 
-#include <QCheckBox>
 #include <QFileInfo>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPaintEvent>
-#include <QPushButton>
 #include <QSlider>
-#include <QTabWidget>
 
-#include "app/WindowRegistry.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
 #include "support/LongestTurn.h"

@@ -1,6 +1,5 @@
 // The process manager, driven by mouse and keyboard over real process windows.
 
-#include "app/WindowRegistry.h"
 #include "download/frmDownload.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"

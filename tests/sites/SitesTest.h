@@ -1,10 +1,8 @@
 // What the tests of the site windows share beyond working controls.
 #pragma once
 
-#include <QTabWidget>
 #include <string>
 
-#include "app/WindowRegistry.h"
 #include "platform/Text.h"
 #include "sites/frmNew.h"
 #include "support/Controls.h"

@@ -1,10 +1,6 @@
 // What a site is tied to in its editor: file types, filters, the login form and its values.
 
-#include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <span>
 
 #include "SitesTest.h"

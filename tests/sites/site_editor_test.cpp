@@ -1,13 +1,8 @@
 // The site editor's general settings: loading, typing rules, checks, saving.
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QScrollArea>
-#include <QTabWidget>
 
 #include "SitesTest.h"
 #include "sites/SiteStore.h"

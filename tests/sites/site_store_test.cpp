@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "app/Settings.h"
 #include "sites/LinkCleaner.h"

@@ -1,8 +1,6 @@
 // The built program itself, in a fresh program folder, with automatic scanning on: harvests, is killed in the middle,
 // is started again and goes on.
 
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
