@@ -22,7 +22,7 @@ class DownloadWindowTest : public mvtest::DownloadTest<mvtest::WindowTest> {
     window->showChild();
   }
 
-  QString text(const char* label) const { return window->findChild<QLabel*>(label)->text(); }
+  QString text(const char* label) const { return mvtest::textOf(window, label); }
   void closeForGood() {
     mv::gClosingProcesses = true;
     window->unload();
