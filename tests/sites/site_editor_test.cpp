@@ -159,7 +159,11 @@ TEST_F(SiteEditor, CancelTakesBackASiteThatApplyMade) {
   openEdit(addSite("kept.example.test", "/x"));
   box("txtURL").setText("changed.example.test");
   click(editor, "cmdCancel");
-  EXPECT_EQ(all("name", "site"), "kept.example.test");
+  openNew();
+  QTest::keyClicks(&box("txtURL"), "new.example.test");
+  click(editor, "cmdApply");
+  editor->closeRequested();
+  EXPECT_EQ(all("name", "site"), "kept.example.test,new.example.test") << "the close box is no Cancel";
 }
 
 TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
