@@ -35,6 +35,7 @@ std::vector<std::string> linksOf(const std::string& page, const std::string& sea
 
 TEST(PageScanner, FindsTheLinksOfAPage) {
   const std::string tag = "<a href=";
+  const std::string longest(clsPageScanner::kLongestLink, 'x');
   const struct {
     const char* why;
     std::string page, searchString;
@@ -65,6 +66,9 @@ TEST(PageScanner, FindsTheLinksOfAPage) {
        {"host1/g/\xC3\xA9\xC3\xA9s=\"b", "host1/g/b"}},
       {"a blank at once is an error", "src=\" x src=\"b\" ", "src=", {}},
       {"cut off behind the attribute", "src=", "src=", {}},
+      {"the longest link", tag + '"' + longest + "\">", tag, {kBase + longest}},
+      {"the dropped character comes on top", tag + longest + "\xE2\x82\xAC>", tag, {kBase + longest}},
+      {"a longer link is passed over", tag + longest + "x\"><a href=\"b\">", tag, {"", "host1/g/b"}},
   };
   for (const auto& c : cases)
     for (const std::size_t stretch : {1u, 2u, 5u, 1000u})
@@ -92,13 +96,13 @@ TEST(PageScanner, FindsWhatAPlainSearchFinds) {
                                 "./",       "mailto:",   "p.jpg", "\xC3\xA9", "\xE2\x82\xAC", "\n",          "text"};
   std::mt19937 random(7);
   const auto below = [&random](std::size_t end) { return random() % end; };
+  clsPageScanner scanner;
+  scanner.expect(tags);
   std::size_t found = 0;
   for (int round = 0; round < 400; ++round) {
     std::string page;
     for (std::size_t left = below(200); left > 0; --left)
       page += below(200) > 0 ? pieces[below(std::size(pieces))] : std::string(8190, 'x');
-    clsPageScanner scanner;
-    scanner.expect(tags);
     scanner.setHtml(page);
     for (const std::string& tag : tags) {
       const std::vector<std::string> expected = linksOf(page, tag, 1 + below(300));
