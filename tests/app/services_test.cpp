@@ -1,5 +1,4 @@
 // Settings, error log, error report, window places in the table, small helpers.
-#include <gtest/gtest.h>
 
 #include <QDir>
 

@@ -1,14 +1,8 @@
 // The file-type list and its editor, worked by clicks and keys.
 
-#include <gtest/gtest.h>
-
-#include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QLineEdit>
-#include <QTest>
 
-#include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
 #include "support/Controls.h"
@@ -23,23 +17,17 @@ class FileTypes : public mvtest::WindowTest {
  protected:
   FileTypes() {
     mv::gDatabase.execute("delete from valid_filetypes");
-    add("gif", "Pictures", "no", "yes");
-    add("jpg", "Photographs", "yes", "no");
-    add("zip", "Archives", "yes", "yes");
+    add({{"gif", "Pictures", "no", "yes"}, {"jpg", "Photographs", "yes", "no"}, {"zip", "Archives", "yes", "yes"}});
     manager = mv::showSingle<mv::frmFileTypeManager>();
   }
 
-  static void add(const std::string& name, const std::string& description, const std::string& canDelete,
-                  const std::string& byDefault) {
-    mv::gDatabase.execute("insert into valid_filetypes (name, description, can_delete, download_by_default) values (" +
-                          mv::quoted(name) + "," + mv::quoted(description) + "," + mv::quoted(canDelete) + "," +
-                          mv::quoted(byDefault) + ")");
+  static void add(const std::vector<mvtest::RowValues>& types) {
+    mvtest::insert("valid_filetypes (name, description, can_delete, download_by_default)", types);
   }
-
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwFiletypes"); }
   void choose(const char* name) const { mvtest::clickRow(list(), list().findRow(0, QString::fromLatin1(name))); }
 
-  static mv::frmFileTypeChild* editor() { return mv::WindowRegistry::instance().find<mv::frmFileTypeChild>(); }
+  static mv::frmFileTypeChild* editor() { return mvtest::find<mv::frmFileTypeChild>(); }
   static QLineEdit& extension() { return control<QLineEdit>(editor(), "txtFileTypeExtention"); }
   static QLineEdit& description() { return control<QLineEdit>(editor(), "txtFiletypeDescription"); }
 
@@ -49,10 +37,10 @@ class FileTypes : public mvtest::WindowTest {
     return editor();
   }
   std::string row(const std::string& name) const {
-    const mv::Recordset rows = mv::gDatabase.query("select * from valid_filetypes where name = " + mv::quoted(name));
-    return rows.endOfRows() ? ""
-                            : rows.text("name") + "|" + rows.text("description") + "|" + rows.text("can_delete") + "|" +
-                                  rows.text("download_by_default");
+    return value(
+        "select name || '|' || description || '|' || can_delete || '|' || download_by_default from valid_filetypes "
+        "where name = " +
+        mv::quoted(name));
   }
 
   mv::frmFileTypeManager* manager = nullptr;
@@ -97,9 +85,7 @@ TEST_F(FileTypes, AnExtensionOfAnotherRecordIsRefusedInBothModes) {
     ASSERT_TRUE(editor());
     extension().setText("ZIP");
     click(editor(), "btnOK");
-    ASSERT_FALSE(dialogs.messages.empty());
-    EXPECT_EQ(dialogs.messages.back().text, "This Extension is already in the database.");
-    dialogs.messages.clear();
+    EXPECT_EQ(lastMessage(), "Morvane2000: This Extension is already in the database.");
     ASSERT_TRUE(editor());
     EXPECT_EQ(value("select group_concat(name) from valid_filetypes"), "gif,jpg,zip");
     editor()->unload();
@@ -139,8 +125,7 @@ TEST_F(FileTypes, ARecordDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
 TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
   const std::string site = std::to_string(mvtest::addSite("site.example", "/x", {"jpg", "zip"}));
   const std::string jpg = value("select id from valid_filetypes where name = " + mv::quoted("jpg"));
-  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + site + "," + jpg + ",\"/p\")");
-  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + site + ",999,\"/q\")");
+  mvtest::insert("site_paths", {{site, jpg, "/p"}, {site, "999", "/q"}});
 
   choose("jpg");
   QTest::keyClick(&list(), Qt::Key_Delete);
@@ -163,7 +148,7 @@ TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
 TEST_F(FileTypes, ARebuildKeepsTheOrderChosenByAHeaderAndSelectsNothing) {
   mvtest::clickHeader(list(), 1);
   choose("zip");
-  add("htm", "Documents", "yes", "no");
+  add({{"htm", "Documents", "yes", "no"}});
   manager->buildWorkingLists("init");
   EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"zip", "htm", "jpg", "gif"}));
   click(manager, "Edit");

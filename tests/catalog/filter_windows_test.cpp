@@ -1,19 +1,11 @@
 // The lists of rules and filters and their editors, worked by clicks and keys.
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QPointer>
-#include <QTest>
 #include <memory>
 
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
 #include "catalog/frmFilterManager.h"
 #include "catalog/frmNewFilter.h"
 #include "catalog/frmNewRule.h"
@@ -27,6 +19,10 @@ namespace {
 using mvtest::click;
 using mvtest::columnTexts;
 using mvtest::control;
+using mvtest::enabled;
+using mvtest::find;
+using mvtest::textOf;
+using mvtest::type;
 using Texts = std::vector<QString>;
 
 // What a user sees of the web-site list here: that it is told to rebuild.
@@ -40,23 +36,16 @@ class SiteList : public mv::ChildWindow {
 class RulesAndFilters : public mvtest::WindowTest {
  protected:
   RulesAndFilters() {
-    mv::gDatabase.execute(
-        "insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, operator) values "
-        "(1, 2, 3, \"gif\", \"/stored\", \"Gifs\", \"Ends With\"), (2, 1, 1, \"ban\", \"\", \"Banners\", \"Equals\"), "
-        "(3, 1, 2, \"x\", \"\", \"Hosts\", \"Contains\")");
-    mv::gDatabase.execute(
-        "insert into filter (id, name, global, description) values (1, \"First\", \"no\", \"One\"), "
-        "(2, \"Second\", \"yes\", \"Two\")");
-    mv::gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (1, 1), (1, 2), (2, 1)");
-    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (7, 1), (7, 2)");
+    mvtest::insert("rule", {{"1", "2", "3", "gif", "/stored", "Gifs", "Ends With"},
+                            {"2", "1", "1", "ban", "", "Banners", "Equals"},
+                            {"3", "1", "2", "x", "", "Hosts", "Contains"}});
+    mvtest::insert("filter", {{"1", "First", "no", "One"}, {"2", "Second", "yes", "Two"}});
+    mvtest::insert("filter_rule_xref", {{"1", "1"}, {"1", "2"}, {"2", "1"}});
+    mvtest::insert("site_filter_xref", {{"7", "1"}, {"7", "2"}});
     mv::gDatabase.execute("update valid_sid set next_value = 40 where sid_name in ('rule_id', 'filter_id')");
     mv::gDownloadFolder = "/default";
   }
 
-  template <class Window>
-  static Window* find() {
-    return mv::WindowRegistry::instance().find<Window>();
-  }
   // Opens the manager and chooses a record, unless it is "", then clicks the button.
   template <class Editor, class Manager>
   Editor* open(const char* record, const char* button) {
@@ -72,18 +61,11 @@ class RulesAndFilters : public mvtest::WindowTest {
   mv::frmNewFilter* openFilter(const char* name = "") {
     return open<mv::frmNewFilter, mv::frmFilterManager>(name, *name ? "Edit" : "New");
   }
-  static void type(const QWidget* owner, const char* box, const QString& text) {
-    auto& edit = control<QLineEdit>(owner, box);
-    edit.selectAll();
-    QTest::keyClicks(&edit, text);
-  }
-  static QString text(const QWidget* owner, const char* box) { return control<QLineEdit>(owner, box).text(); }
   static mv::ListView& available(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAvailable"); }
   static mv::ListView& assigned(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAssigned"); }
-  static bool enabled(const QWidget* editor, const char* button) {
-    return control<QAbstractButton>(editor, button).isEnabled();
+  static void choose(const QWidget* editor, const char* box, const char* entry) {
+    mvtest::chooseEntry(control<QComboBox>(editor, box), entry);
   }
-
   std::string rule(int id) const {
     return value(
         "select valid_field_id || '|' || operator || '|' || search_value || '|' || valid_rule_type_id || '|' || path "
@@ -97,19 +79,13 @@ class RulesAndFilters : public mvtest::WindowTest {
         "where id = " +
         std::to_string(id));
   }
-  std::string lastMessage() {
-    if (dialogs.messages.empty()) return "";
-    const auto shown = dialogs.messages.back();
-    dialogs.messages.clear();
-    return mv::toUtf8(shown.title + ": " + shown.text);
-  }
 };
 
 TEST_F(RulesAndFilters, ARuleIsCheckedInOrderAndStoredAsTyped) {
   mv::frmNewRule* editor = openRule();
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->caption(), "New Rule");
-  EXPECT_EQ(control<QLabel>(editor, "lblId").text(), "40");
+  EXPECT_EQ(textOf(editor, "lblId"), "40");
   EXPECT_TRUE(control<QWidget>(editor, "txtPath").isHidden());
   const auto chooses = [&](const char* box, const char* entry) {
     return [=] { mvtest::chooseEntry(control<QComboBox>(editor, box), entry); };
@@ -125,8 +101,8 @@ TEST_F(RulesAndFilters, ARuleIsCheckedInOrderAndStoredAsTyped) {
       {"No field defined: Please select an item from the 'If' list", chooses("cmboFields", "Domain")},
       {"No path defined: Please define a save to directory", [=] {
          mv::gDownloadFolder = "/default";
-         mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Ignore");
-         mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Save To");
+         choose(editor, "cmboRuleTypes", "Ignore");
+         choose(editor, "cmboRuleTypes", "Save To");
        }}};
   mv::gDownloadFolder.clear();
   for (const auto& step : steps) {
@@ -149,7 +125,7 @@ TEST_F(RulesAndFilters, ListsAndFolderTakeNoTyping) {
     EXPECT_EQ(box.currentIndex(), before) << name;
   }
   QTest::keyClicks(&control<QLineEdit>(editor, "txtPath"), "x");
-  EXPECT_EQ(text(editor, "txtPath"), "/stored");
+  EXPECT_EQ(textOf(editor, "txtPath"), "/stored");
   auto& value = control<QLineEdit>(editor, "txtValue");
   value.setFocus();
   EXPECT_EQ(value.selectedText(), "gif");
@@ -161,24 +137,24 @@ TEST_F(RulesAndFilters, AnEditedRuleKeepsItsFolderUntilAnotherTypeIsPicked) {
   mv::frmNewRule* editor = openRule("Gifs");
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->caption(), "Edit Rule: Gifs");
-  EXPECT_EQ(text(editor, "txtPath"), "/stored");
+  EXPECT_EQ(textOf(editor, "txtPath"), "/stored");
   EXPECT_FALSE(control<QWidget>(editor, "cmdBrowse").isHidden());
   dialogs.nextFolders = {std::nullopt, "/chosen"};
   click(editor, "cmdBrowse");
-  EXPECT_EQ(text(editor, "txtPath"), "/stored") << "cancelled";
+  EXPECT_EQ(textOf(editor, "txtPath"), "/stored") << "cancelled";
   EXPECT_EQ(dialogs.folderRequests.back().initialFolder, "/stored");
   click(editor, "cmdBrowse");
-  EXPECT_EQ(text(editor, "txtPath"), "/chosen");
-  mvtest::chooseEntry(control<QComboBox>(editor, "cmboFields"), "Link");
-  mvtest::chooseEntry(control<QComboBox>(editor, "cmboOperator"), "Contains");
+  EXPECT_EQ(textOf(editor, "txtPath"), "/chosen");
+  choose(editor, "cmboFields", "Link");
+  choose(editor, "cmboOperator", "Contains");
   click(editor, "cmdOK");
   EXPECT_EQ(rule(1), "1|Contains|gif|2|/chosen|Gifs");
 
   editor = openRule("Gifs");
-  mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Ignore");
+  choose(editor, "cmboRuleTypes", "Ignore");
   EXPECT_TRUE(control<QWidget>(editor, "txtPath").isHidden());
-  mvtest::chooseEntry(control<QComboBox>(editor, "cmboRuleTypes"), "Save To");
-  EXPECT_EQ(text(editor, "txtPath"), "/default");
+  choose(editor, "cmboRuleTypes", "Save To");
+  EXPECT_EQ(textOf(editor, "txtPath"), "/default");
   QTest::keyClick(editor, Qt::Key_Escape);
   EXPECT_EQ(rule(1), "1|Contains|gif|2|/chosen|Gifs");
 
@@ -195,7 +171,7 @@ TEST_F(RulesAndFilters, WhatWasDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   click(ruleEditor, "cmdOK");
   EXPECT_EQ(lastMessage(), "Morvane2000: This rule has been deleted meanwhile. It was not saved.");
   ASSERT_TRUE(find<mv::frmNewRule>());
-  EXPECT_EQ(text(ruleEditor, "txtRuleName"), "Gifs");
+  EXPECT_EQ(textOf(ruleEditor, "txtRuleName"), "Gifs");
   EXPECT_EQ(count("rule"), 2);
 
   mv::frmNewFilter* filterEditor = openFilter("First");
@@ -205,7 +181,7 @@ TEST_F(RulesAndFilters, WhatWasDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
     click(filterEditor, button);
     EXPECT_EQ(lastMessage(), "Morvane2000: This filter has been deleted meanwhile. It was not saved.");
   }
-  EXPECT_EQ(text(filterEditor, "txtFilterName"), "First");
+  EXPECT_EQ(textOf(filterEditor, "txtFilterName"), "First");
   EXPECT_EQ(count("filter"), 1);
   EXPECT_EQ(count("filter_rule_xref", "filter_id = 1"), 0);
 }
@@ -284,7 +260,7 @@ TEST_F(RulesAndFilters, ANewFilterIsInsertedOnceThenUpdatedAndTakenBackByCancel)
   mv::frmNewFilter* editor = openFilter();
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->caption(), "New Filter");
-  EXPECT_EQ(control<QLabel>(editor, "lblId").text(), "40");
+  EXPECT_EQ(textOf(editor, "lblId"), "40");
   click(editor, "cmdApply");
   EXPECT_EQ(lastMessage(), "Error: Please enter a name for this filter");
   click(editor, "cmdOK");
@@ -321,7 +297,7 @@ TEST_F(RulesAndFilters, AnEditedFilterMovesRulesAndKeepsWhatWasApplied) {
   mv::frmNewFilter* editor = openFilter("First");
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->caption(), "Edit: First");
-  EXPECT_EQ(text(editor, "txtDescription"), "One");
+  EXPECT_EQ(textOf(editor, "txtDescription"), "One");
   EXPECT_EQ(columnTexts(available(editor)), Texts({"Hosts"}));
   EXPECT_EQ(columnTexts(assigned(editor)), Texts({"Banners", "Gifs"}));
   EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned") || enabled(editor, "cmdMoveToAvailable"));

@@ -1,7 +1,5 @@
 // The folders of sites and file types, on disk and in the database.
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <filesystem>
 #include <fstream>

@@ -1,12 +1,7 @@
 // The path manager of a site, worked by clicks and keys.
 
-#include <gtest/gtest.h>
-
-#include <QLineEdit>
-#include <QTest>
 #include <filesystem>
 
-#include "app/WindowRegistry.h"
 #include "catalog/frmSitePaths.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
@@ -18,20 +13,17 @@ using mvtest::control;
 
 class SitePaths : public mvtest::WindowTest {
  protected:
-  mv::frmSitePaths* open(int site) {
-    siteId = site;
+  void open(const std::vector<std::string>& extensions, const std::string& jpgFolder = "") {
+    siteId = mvtest::addSite("site.example", "/nowhere", extensions);
+    if (!jpgFolder.empty()) mvtest::insert("site_paths", {{std::to_string(siteId), typeId("jpg"), jpgFolder}});
     window = new mv::frmSitePaths;
-    window->SiteID = site;
+    window->SiteID = siteId;
     window->SiteName = "site.example";
     window->open();
-    return window;
-  }
-  mv::frmSitePaths* openWith(const std::vector<std::string>& extensions) {
-    return open(mvtest::addSite("site.example", "/nowhere", extensions));
   }
 
   mv::ListView& list() const { return control<mv::ListView>(window, "lvwFiletypesAssigned"); }
-  QString shown() const { return control<QLineEdit>(window, "txtPath").text(); }
+  QString shown() const { return mvtest::textOf(window, "txtPath"); }
   std::string typeId(const std::string& name) const {
     return value("select id from valid_filetypes where name = " + mv::quoted(name));
   }
@@ -45,10 +37,7 @@ class SitePaths : public mvtest::WindowTest {
 };
 
 TEST_F(SitePaths, EachTypeShowsItsOwnFolderOrTheProgramsDefault) {
-  const int site = mvtest::addSite("site.example", "/nowhere", {"jpg", "gif"});
-  mv::gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values (" + std::to_string(site) + ", " +
-                        typeId("jpg") + ", \"/own\")");
-  open(site);
+  open({"jpg", "gif"}, "/own");
   EXPECT_EQ(window->caption(), "Path Manager for: site.example");
   EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"gif", "jpg"}));
   EXPECT_EQ(list().currentSelectedRow(), 0);
@@ -60,7 +49,7 @@ TEST_F(SitePaths, EachTypeShowsItsOwnFolderOrTheProgramsDefault) {
 }
 
 TEST_F(SitePaths, BrowseMakesTheFolderShownAndStoresTheChoiceOnce) {
-  openWith({"gif"});
+  open({"gif"});
   dialogs.nextFolders = {"/first \"quoted\"", "/second", std::nullopt};
   click(window, "cmdBrowse");
   ASSERT_EQ(dialogs.folderRequests.size(), 1u);
@@ -83,7 +72,7 @@ TEST_F(SitePaths, BrowseMakesTheFolderShownAndStoresTheChoiceOnce) {
 }
 
 TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
-  openWith({"gif"});
+  open({"gif"});
   control<QLineEdit>(window, "txtPath").setText("/proc/none/of/this");
   click(window, "cmdBrowse");
   EXPECT_EQ(dialogs.messages.size(), 1u);

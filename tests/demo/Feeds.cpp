@@ -57,11 +57,7 @@ std::string definitionText(const Definition& definition, const TestSite& site) {
 }
 
 void serve(TestSite& site, const std::string& path, const std::string& text, int delayMs = 0) {
-  Resource resource;
-  resource.type = "text/plain";
-  resource.body = text;
-  resource.delayMs = delayMs;
-  site.add(path, resource);
+  site.add(path, {.type = "text/plain", .body = text, .delayMs = delayMs});
 }
 
 }  // namespace

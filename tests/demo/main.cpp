@@ -3,21 +3,16 @@
 // the program's windows and presses Start for the news message. Works with and without a display. The exit code says
 // whether files, link rows, imports and message are the expected ones.
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
-#include <QTest>
 #include <QThread>
 #include <cstdio>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
 #include "catalog/clsPath.h"
 #include "demo/Feeds.h"
 #include "demo/Gallery.h"
@@ -26,12 +21,14 @@
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "sites/frmWebSites.h"
+#include "support/Controls.h"
 #include "support/ProgramRun.h"
 #include "support/TestSite.h"
 
 namespace {
 
-using mvtest::Picture;
+using mv::gDatabase;
+using Files = std::map<std::string, std::string>;  // path below the download folder -> content
 
 constexpr int kDeadlineMs = 180'000;
 constexpr int kMessageDeadlineMs = 20'000;
@@ -41,78 +38,62 @@ constexpr const char* kPngFolder = "/Pictures in PNG";
 // The rows that the link table is to hold in the end: type and status, and how many.
 const std::map<std::string, int> kExpectedRows = {{"Directory, Done", 1}, {"Document, Done", 6}, {"File, Done", 11}};
 
-std::string readAll(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
-}
-
 std::map<std::string, int> linkRows() {
   std::map<std::string, int> rows;
-  auto links = mv::gDatabase.query("select link_type, status from link");
+  auto links = gDatabase.query("select link_type, status from link");
   for (; !links.endOfRows(); links.moveNext()) ++rows[links.text("link_type") + ", " + links.text("status")];
   return rows;
 }
 
-QString savedPath(const Picture& picture) {
-  const QString path = QString::fromLatin1(picture.path);
-  const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-  const bool png = name.endsWith(".png");
-  return mv::toQString(mv::gDownloadFolder) + (png ? QString::fromLatin1(kPngFolder) : QString()) + QLatin1Char('/') +
-         name;
+Files wantedFiles() {
+  Files wanted;
+  for (const mvtest::Picture& picture : mvtest::galleryPictures()) {
+    const std::string name = std::string(picture.path).substr(std::string(picture.path).rfind('/'));
+    if (picture.wanted) wanted[(name.ends_with(".png") ? kPngFolder : "") + name] = mvtest::pictureBytes(picture);
+  }
+  return wanted;
 }
 
-bool allSaved() {
-  for (const Picture& picture : mvtest::galleryPictures())
-    if (picture.wanted && !QFile::exists(savedPath(picture))) return false;
-  return true;
+Files savedFiles() {
+  Files saved;
+  const QString root = mv::toQString(mv::gDownloadFolder);
+  QDirIterator files(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    QFile file(files.next());
+    if (file.open(QIODevice::ReadOnly))
+      saved[mv::toUtf8(file.fileName().mid(root.size()))] = file.readAll().toStdString();
+  }
+  return saved;
 }
 
-long importedForms() { return mv::gDatabase.count("select count(*) as outCount from form where id >= 100"); }
-long importedTopics() { return mv::gDatabase.count("select count(*) as outCount from help_info where id < 1000"); }
+long importedForms() { return gDatabase.count("select count(*) as outCount from form where id >= 100"); }
+long importedTopics() { return gDatabase.count("select count(*) as outCount from help_info where id < 1000"); }
 
 bool allImported() {
   return importedForms() == mvtest::kFeedDefinitions && importedTopics() == mvtest::kFeedTopics &&
-         mv::gDatabase.count("select count(*) as outCount from form_def_update where retrieved = \"yes\"") ==
+         gDatabase.count("select count(*) as outCount from form_def_update where retrieved = \"yes\"") ==
              mvtest::kFeedDefinitions;
 }
 
-bool waitForHarvest(mvtest::ProgramRun& program) {
+bool waitForHarvest(mvtest::ProgramRun& program, const Files& wanted) {
   QElapsedTimer clock;
-  clock.start();
-  while (clock.elapsed() < kDeadlineMs && program.isRunning()) {
-    if (allSaved() && linkRows() == kExpectedRows && allImported()) return true;
-    QThread::msleep(kLookEveryMs);
-  }
+  for (clock.start(); clock.elapsed() < kDeadlineMs && program.isRunning(); QThread::msleep(kLookEveryMs))
+    if (linkRows() == kExpectedRows && allImported() && savedFiles() == wanted) return true;
   return false;
 }
 
 // Prints the files and answers whether they are the wanted ones, byte for byte.
-bool listFiles() {
-  bool good = true;
-  std::map<QString, std::string> wanted;
-  for (const Picture& picture : mvtest::galleryPictures())
-    if (picture.wanted) wanted[savedPath(picture)] = mvtest::pictureBytes(picture);
+bool listFiles(const Files& wanted) {
   std::printf("Files saved:\n");
-  const QString root = mv::toQString(mv::gDownloadFolder);
-  QDirIterator files(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  std::map<QString, bool> found;
-  while (files.hasNext()) {
-    const QString path = files.next();
+  const Files saved = savedFiles();
+  for (const auto& [path, bytes] : saved) {
     const auto match = wanted.find(path);
-    const bool right = match != wanted.end() && match->second == readAll(path);
-    found[path] = right;
-  }
-  for (const auto& [path, right] : found) {
-    std::printf("  %9lld  %s%s\n", static_cast<long long>(QFileInfo(path).size()),
-                qPrintable(path.mid(root.size() + 1)), right ? "" : "   <- not expected");
-    good = good && right;
+    const bool right = match != wanted.end() && match->second == bytes;
+    std::printf("  %9zu  %s%s\n", bytes.size(), path.substr(1).c_str(), right ? "" : "   <- not expected");
   }
   for (const auto& [path, bytes] : wanted)
-    if (!found.count(path)) {
-      std::printf("  missing: %s\n", qPrintable(path));
-      good = false;
-    }
-  return good;
+    if (!saved.count(path)) std::printf("  missing: %s\n", path.c_str());
+  return saved == wanted;
 }
 
 bool listRows() {
@@ -129,12 +110,12 @@ bool listImports() {
 
 // In this process: presses Start in the list of web sites, no site selected, and answers whether the message came.
 bool showMessage() {
-  mv::gDatabase.execute("update pref set auto_scan = \"no\"");
-  mv::gDatabase.close();
+  gDatabase.execute("update pref set auto_scan = \"no\"");
+  gDatabase.close();
   mv::StartUp startUp;
   if (!startUp.run(mv::gProgramFolder)) return false;
-  const auto message = [] { return mv::WindowRegistry::instance().find<mv::frmMessage>(); };
-  mv::WindowRegistry::instance().find<mv::frmWebSites>()->findChild<QAbstractButton*>("Start")->click();
+  mvtest::click(mvtest::find<mv::frmWebSites>(), "Start");
+  const auto message = [] { return mvtest::find<mv::frmMessage>(); };
   const bool shown = QTest::qWaitFor([&] { return message() != nullptr; }, kMessageDeadlineMs);
   if (shown) std::printf("Message shown:\n  %s\n", qPrintable(message()->Message().section('\r', 0, 0)));
   startUp.mainWindow()->close();
@@ -158,11 +139,11 @@ int main(int argc, char** argv) {
   mvtest::fillFeeds(site);
   mvtest::ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
   mvtest::useAsUpdateServer(site);
-  mv::gDatabase.execute("update pref set auto_update = \"yes\", help_server = \"yes\"");
+  gDatabase.execute("update pref set auto_update = \"yes\", help_server = \"yes\"");
   mv::clsPath paths;
   paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"});
   paths.AddSitePath(mv::gDownloadFolder + kPngFolder,
-                    mv::gDatabase.query("select id from valid_filetypes where name = \"png\"").number("id"));
+                    gDatabase.query("select id from valid_filetypes where name = \"png\"").number("id"));
 
   std::printf("Serving a gallery on http://%s/ and harvesting it%s ...\n", site.host().c_str(),
               display ? "" : " (no display)");
@@ -171,10 +152,11 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "The program did not start.\n");
     return 1;
   }
-  const bool finished = waitForHarvest(program);
+  const Files wanted = wantedFiles();
+  const bool finished = waitForHarvest(program, wanted);
   const bool ended = program.terminate();
 
-  const bool files = listFiles();
+  const bool files = listFiles(wanted);
   const bool rows = listRows();
   const bool imports = listImports();
   const bool message = ended && showMessage();

@@ -1,10 +1,9 @@
 // A download process on a loopback site, and what became of each of its files.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <string>
@@ -40,10 +39,8 @@ class DownloadTest : public Base {
 
   // A link of the site waiting to be downloaded; returns its id.
   int addLink(const std::string& address, const std::string& type) {
-    mv::gDatabase.execute(
-        "insert into link (id, site_id, url, link_type, username, password, status, file_type) values (" +
-        std::to_string(++lastLink) + ", " + std::to_string(siteId) + ", " + mv::quoted(address) + ", \"File\", \"\", " +
-        "\"\", \"False\", " + mv::quoted(type) + ")");
+    insert("link (id, site_id, url, link_type, username, password, status, file_type)",
+           {{std::to_string(++lastLink), std::to_string(siteId), address, "File", "", "", "False", type}});
     return lastLink;
   }
   // The same, and the file itself.
@@ -67,6 +64,10 @@ class DownloadTest : public Base {
   bool allDone() { return this->count("link", "status <> \"Done\"") == 0; }
 
   std::string path(const std::string& name) const { return saveFolder + "/" + name; }
+  void write(const std::string& name, const std::string& content) const {
+    std::filesystem::create_directories(saveFolder);
+    std::ofstream(path(name)) << content;
+  }
   // Names of all files below the program folder's "saved", hidden ones too.
   std::vector<std::string> savedFiles() const {
     std::vector<std::string> names;

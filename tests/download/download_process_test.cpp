@@ -3,7 +3,6 @@
 #include <QAbstractItemModel>
 #include <QSignalSpy>
 #include <algorithm>
-#include <fstream>
 
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
@@ -15,7 +14,6 @@ using mv::AtomicFile;
 using mv::DownloadProcess;
 using mvtest::Fault;
 using mvtest::readFile;
-using mvtest::Resource;
 using mvtest::waitFor;
 using Names = std::vector<std::string>;
 
@@ -28,11 +26,15 @@ class DownloadProcessTest : public mvtest::DownloadTest<mvtest::ProgramTest> {
     process = std::make_unique<DownloadProcess>();
     prepare(*process);
   }
+  void waitForAll() {
+    ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  }
   // Starts, and waits until every link is done.
   void downloadAll() {
     process->initWindow();
-    ASSERT_TRUE(waitFor([this] { return allDone(); }));
+    waitForAll();
   }
+  std::string state(const std::string& name) { return outcomes[name].state; }
   std::vector<std::string> logLines() const {
     std::ifstream log(folder() + "/MV2Errors.txt");
     std::vector<std::string> lines;
@@ -66,10 +68,7 @@ TEST_F(DownloadProcessTest, FetchesFilesWithinTheLimitsBothEndsIncluded) {
     addFile(std::string("/") + c.name, body);
     if (c.saved) expected.push_back(c.name);
   }
-  Resource endless;
-  endless.body = std::string(2000, 'x');
-  endless.fault = Fault::NoContentLength;
-  site.add("/endless.jpg", endless);
+  site.add("/endless.jpg", {.body = std::string(2000, 'x'), .fault = Fault::NoContentLength});
   addLink(site.host() + "/endless.jpg", "jpg");
   downloadAll();
 
@@ -103,10 +102,10 @@ TEST_F(DownloadProcessTest, EveryTypeGoesToItsOwnFolderOrTheDefaultOne) {
 
 TEST_F(DownloadProcessTest, SkipsAnExistingFileUnlessOverwritingIsOn) {
   std::filesystem::create_directories(saveFolder + "/folder.jpg");
-  std::ofstream(path("a.jpg")) << "a longer old content";
+  write("a.jpg", "a longer old content");
   addFile("/a.jpg", "new");
   downloadAll();
-  EXPECT_EQ(outcomes["a.jpg"].state, "Exists");
+  EXPECT_EQ(state("a.jpg"), "Exists");
   EXPECT_EQ(outcomes["a.jpg"].label, "File: a.jpg Exists");
   EXPECT_EQ(site.requestCount("/a.jpg"), 0);
   EXPECT_EQ(readFile(path("a.jpg")), "a longer old content");
@@ -115,9 +114,9 @@ TEST_F(DownloadProcessTest, SkipsAnExistingFileUnlessOverwritingIsOn) {
   mv::gOverwriteExisting = "yes";
   addLink(site.host() + "/a.jpg", "jpg");
   addFile("/folder.jpg", "x");
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  waitForAll();
   EXPECT_EQ(readFile(path("a.jpg")), "new");
-  EXPECT_EQ(outcomes["folder.jpg"].state, "Error");
+  EXPECT_EQ(state("folder.jpg"), "Error");
 }
 
 TEST_F(DownloadProcessTest, NumberedNamesComeFromTheSequence) {
@@ -126,16 +125,15 @@ TEST_F(DownloadProcessTest, NumberedNamesComeFromTheSequence) {
   addFile("/one.jpg", "1");
   addLink(site.host() + "/one.jpg", "jpg");
   addFile("/there.jpg", "2");
-  std::filesystem::create_directories(saveFolder);
-  std::ofstream(path("there.jpg")) << "old";  // the address's own name decides
+  write("there.jpg", "old");  // the address's own name decides
   downloadAll();
   EXPECT_EQ(savedFiles(), (Names{"NewFile17.jpg", "NewFile18.jpg", "there.jpg"}));
   EXPECT_EQ(site.requestCount("/there.jpg"), 0);
 
   mv::gDatabase.execute("delete from valid_sid where sid_name = 'filename_id'");
   addFile("/two.jpg", "2");
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
-  EXPECT_EQ(outcomes["two.jpg"].state, "Error") << "no number, no file";
+  waitForAll();
+  EXPECT_EQ(state("two.jpg"), "Error") << "no number, no file";
 }
 
 TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
@@ -150,18 +148,14 @@ TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
   downloadAll();
   EXPECT_EQ(savedFiles(), (Names{"it's.jpg", longName.substr(0, 251) + ".jpg", "show.php?id=3"}));
   EXPECT_EQ(readFile(path("it's.jpg")), "2");
-  EXPECT_EQ(outcomes[""].state, "Error");
+  EXPECT_EQ(state(""), "Error");
   EXPECT_EQ(process->ErrorCount(), 2);
   EXPECT_EQ(logLines().at(0), std::to_string(nameless));
 }
 
 TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
   const auto fault = [this](const std::string& path, Fault kind, int status = 200) {
-    Resource resource;
-    resource.body = std::string(40'000, 'x');
-    resource.status = status;
-    resource.fault = kind;
-    site.add(path, resource);
+    site.add(path, {.body = std::string(40'000, 'x'), .status = status, .fault = kind});
     addLink(site.host() + path, "jpg");
   };
   const int first = lastLink + 1;
@@ -175,7 +169,7 @@ TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
   downloadAll();
   ASSERT_TRUE(waitFor([this] { return process->ErrorCount() == 6; }));
   for (const char* name : {"gone", "reset", "short", "refused", "garbage", "closed"})
-    EXPECT_EQ(outcomes[name + std::string(".jpg")].state, "Error") << name;
+    EXPECT_EQ(state(name + std::string(".jpg")), "Error") << name;
   EXPECT_EQ(savedFiles(), Names{"good.jpg"});
   EXPECT_EQ(process->errorPanel().subject, "File: closed.jpg");
 
@@ -188,14 +182,13 @@ TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
 
 TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) {
   mv::gOverwriteExisting = "yes";
-  std::filesystem::create_directories(saveFolder);
-  std::ofstream(path("old.jpg")) << "old";
+  write("old.jpg", "old");
   addFile("/new.jpg", std::string(5000, 'n'));
   addFile("/old.jpg", std::string(5000, 'o'));
   AtomicFile::failAfterBytes(2000);
   downloadAll();
   AtomicFile::failAfterBytes(0);
-  EXPECT_EQ(outcomes["new.jpg"].state, "Error");
+  EXPECT_EQ(state("new.jpg"), "Error");
   EXPECT_EQ(savedFiles(), Names{"old.jpg"});
   EXPECT_EQ(readFile(path("old.jpg")), "old");
 
@@ -203,22 +196,21 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
   for (const std::string& unusable : {folder() + "/plain/below", std::string()}) {
     setSite("download_path = " + mv::quoted(unusable));
     addFile("/a.jpg", "a");
-    ASSERT_TRUE(waitFor([this] { return allDone(); }));
-    EXPECT_EQ(outcomes["a.jpg"].state, "Error") << unusable;
+    waitForAll();
+    EXPECT_EQ(state("a.jpg"), "Error") << unusable;
   }
   EXPECT_EQ(process->ErrorCount(), 4);
   EXPECT_TRUE(dialogs.messages.empty());
 
   setSite("download_path = " + mv::quoted(saveFolder));
   addFile("/later.jpg", "later");
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  waitForAll();
   EXPECT_EQ(readFile(path("later.jpg")), "later");
 }
 
 TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
   setSite("pages_to_scan = 5000");
-  std::filesystem::create_directories(saveFolder);
-  std::ofstream(path("a.jpg")) << "x";
+  write("a.jpg", "x");
   for (int i = 0; i < 1500; ++i) addLink(site.host() + "/" + std::to_string(i) + "/a.jpg", "jpg");
   const mvtest::LongestTurn turn;
   process->initWindow();
@@ -244,8 +236,8 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
 
   AtomicFile::failAfterBytes(std::size_t{2} << 20);
   addFile("/full.bin", body);
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
-  EXPECT_EQ(outcomes["full.bin"].state, "Error");
+  waitForAll();
+  EXPECT_EQ(state("full.bin"), "Error");
   EXPECT_EQ(process->errorPanel().reason, "Code: 23  -  Reason: No space left on device");
   EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
 }
@@ -308,7 +300,7 @@ TEST_F(DownloadProcessTest, AnIdleProcessPollsQuietly) {
   ASSERT_TRUE(waitFor([&] { return ticks.count() > 20; }));
   EXPECT_EQ(cleared.count() + changed.count(), 0);
   addFile("/late.jpg", "late");
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  waitForAll();
   EXPECT_EQ(readFile(path("late.jpg")), "late");
 }
 
@@ -325,8 +317,8 @@ TEST_F(DownloadProcessTest, ARefusingDatabasePausesTheProcessAndNoMore) {
 
   mv::gDatabase.execute("alter table away rename to site_paths");
   process->tmrWaitForAWhile.start(1);
-  ASSERT_TRUE(waitFor([this] { return allDone(); }));
-  EXPECT_EQ(outcomes["first.jpg"].state, "Error");
+  waitForAll();
+  EXPECT_EQ(state("first.jpg"), "Error");
   EXPECT_EQ(savedFiles(), Names{"second.jpg"});
 }
 

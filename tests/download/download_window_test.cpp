@@ -2,9 +2,7 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QLabel>
 #include <QPointer>
-#include <QTabWidget>
 
 #include "download/DownloadTest.h"
 #include "download/frmDownload.h"
@@ -24,7 +22,7 @@ class DownloadWindowTest : public mvtest::DownloadTest<mvtest::WindowTest> {
     window->showChild();
   }
 
-  QString text(const char* label) const { return window->findChild<QLabel*>(label)->text(); }
+  QString text(const char* label) const { return mvtest::textOf(window, label); }
   void closeForGood() {
     mv::gClosingProcesses = true;
     window->unload();

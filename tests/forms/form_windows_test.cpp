@@ -1,12 +1,5 @@
 // The form list, the form editor and the field editor, worked by clicks and keys.
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTabWidget>
-
-#include "app/WindowRegistry.h"
 #include "forms/frmFormManager.h"
 #include "forms/frmNewField.h"
 #include "forms/frmNewForm.h"
@@ -18,6 +11,9 @@ namespace {
 using mvtest::click;
 using mvtest::clickRow;
 using mvtest::control;
+using mvtest::enabled;
+using mvtest::textOf;
+using mvtest::type;
 
 class Forms : public mvtest::WindowTest {
  protected:
@@ -25,26 +21,16 @@ class Forms : public mvtest::WindowTest {
 
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwForms"); }
   void choose(const char* name) const { clickRow(list(), list().findRow(0, QString::fromUtf8(name))); }
-  bool enabled(const QWidget* window, const char* button) const {
-    return control<QAbstractButton>(window, button).isEnabled();
-  }
-  static mv::frmNewForm* form() { return mv::WindowRegistry::instance().find<mv::frmNewForm>(); }
-  static mv::frmNewField* field() { return mv::WindowRegistry::instance().find<mv::frmNewField>(); }
+  static mv::frmNewForm* form() { return mvtest::find<mv::frmNewForm>(); }
+  static mv::frmNewField* field() { return mvtest::find<mv::frmNewField>(); }
   static QLineEdit& box(const QWidget* window, const char* name) { return control<QLineEdit>(window, name); }
   static mv::ListView& fields() { return control<mv::ListView>(form(), "lvwFields"); }
-  static void type(const QWidget* window, const char* name, const QString& text) {
-    box(window, name).selectAll();
-    QTest::keyClicks(&box(window, name), text);
-  }
   std::string lastMessage() {
-    if (dialogs.messages.empty()) return "";
-    const auto shown = dialogs.messages.back();
-    dialogs.messages.clear();
-    return (shown.title + ": " + shown.text + (shown.icon == mv::MessageIcon::Exclamation ? " !" : "")).toStdString();
+    const bool warns = !dialogs.messages.empty() && dialogs.messages.back().icon == mv::MessageIcon::Exclamation;
+    return ProgramTest::lastMessage() + (warns ? " !" : "");
   }
   void addForm(int id, const std::string& name) {
-    mv::gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(id) + ", " +
-                          mv::quoted(name) + ", 'text', 'query')");
+    mvtest::insert("form", {{std::to_string(id), name, "text", "query"}});
     manager->buildWorkingLists("init");
   }
   // A new form, stored with Apply, its fields in view.
@@ -90,9 +76,9 @@ TEST_F(Forms, EditAndDeleteNeedARow) {
   EXPECT_FALSE(form());
   click(manager, "Delete");
   EXPECT_EQ(lastMessage(), "No Form Selected: Please select a form to delete. ");
-  for (const char* table : {"field_info (id, form_id)", "site_form_xref (site_id, form_id)"})
-    mv::gDatabase.execute("insert into " + std::string(table) + " values (70, 30)");
-  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id) values (1, 70)");
+  mvtest::insert("field_info (id, form_id)", {{"70", "30"}});
+  mvtest::insert("site_form_xref", {{"1", "30"}});
+  mvtest::insert("site_field_xref (site_id, field_id)", {{"1", "70"}});
   choose("Mine");
   click(manager, "Delete");
   EXPECT_EQ(lastMessage(), "");
@@ -115,7 +101,7 @@ TEST_F(Forms, ANewFormIsDefinedWithItsFields) {
   EXPECT_EQ(lastMessage(), "Error: Please enter a name !");
   type(form(), "txtName", "My \"Club\"'s");
   type(form(), "txtDescription", "Ask 'Ann'");
-  EXPECT_EQ(box(form(), "txtName").text() + "|" + box(form(), "txtDescription").text(), "My Clubs|Ask Ann");
+  EXPECT_EQ(textOf(form(), "txtName") + "|" + textOf(form(), "txtDescription"), "My Clubs|Ask Ann");
   click(form(), "cmdOK");
   EXPECT_EQ(lastMessage(), "Form Type Not Defined: Please click the General  Information tab and select a Form Type !");
   auto& formType = control<QComboBox>(form(), "cmboFormType");
@@ -140,16 +126,14 @@ TEST_F(Forms, ANewFormIsDefinedWithItsFields) {
   addField({"user", "two", "name=\"user\"", "Who \"are\" you?", "u", "ann"}, true);
 
   EXPECT_EQ(mvtest::columnTexts(fields()), (std::vector<QString>{"where", "user"})) << "the list is up to date again";
-  QStringList shown;
-  for (int column = 0; column < fields().columnCount(); ++column) shown << fields().cell(1, column);
-  EXPECT_EQ(shown.join('|'), "user|102|100|two|name=\"user\"|yes|Who \"are\" you?|u|ann");
+  EXPECT_EQ(mvtest::rowText(fields(), 1), "user|102|100|two|name=\"user\"|yes|Who \"are\" you?|u|ann");
   EXPECT_FALSE(enabled(form(), "cmdEditField"));
 
   clickRow(fields(), 1);
   click(form(), "cmdEditField");
   EXPECT_EQ(field()->caption(), "Edit Field: user");
-  EXPECT_EQ(box(field(), "txtPrompt").text(), "Who \"are\" you?");
-  EXPECT_EQ(box(field(), "txtFieldNumber").text(), "two") << "what is no number is not lost";
+  EXPECT_EQ(textOf(field(), "txtPrompt"), "Who \"are\" you?");
+  EXPECT_EQ(textOf(field(), "txtFieldNumber"), "two") << "what is no number is not lost";
   click(field(), "chkSuppliedByUser");
   type(field(), "txtFieldNumber", "2");
   QTest::keyClick(&box(field(), "txtName"), Qt::Key_Return);
@@ -174,7 +158,7 @@ TEST_F(Forms, CancelTakesBackWhatApplyStoredOfANewFormOnly) {
   choose("Bob's");
   click(manager, "Edit");
   EXPECT_EQ(form()->caption(), "Edit Form: Bob's");
-  EXPECT_EQ(box(form(), "txtName").text(), "Bob's") << "a quote that is there stays";
+  EXPECT_EQ(textOf(form(), "txtName"), "Bob's") << "a quote that is there stays";
   EXPECT_EQ(control<QComboBox>(form(), "cmboFormType").currentText(), "Query");
   box(form(), "txtDescription").setText("changed");
   click(form(), "cmdApply");
@@ -216,7 +200,7 @@ TEST_F(Forms, WhatHasBeenDeletedMeanwhileIsSaidAndTheTextStays) {
   mv::gDatabase.execute("delete from field_info where form_id = 100");
   click(field(), "cmdOK");
   EXPECT_EQ(lastMessage(), "Morvane2000: This field has been deleted meanwhile. It was not saved. !");
-  EXPECT_EQ(box(field(), "txtName").text(), "one");
+  EXPECT_EQ(textOf(field(), "txtName"), "one");
   click(field(), "cmdCancel");
 
   click(form(), "cmdNewField");
@@ -230,7 +214,7 @@ TEST_F(Forms, WhatHasBeenDeletedMeanwhileIsSaidAndTheTextStays) {
   control<QComboBox>(form(), "cmboFormType").setCurrentIndex(0);
   click(form(), "cmdOK");
   EXPECT_EQ(lastMessage(), "Morvane2000: This form has been deleted meanwhile. It was not saved. !");
-  EXPECT_EQ(box(form(), "txtName").text(), "Mine");
+  EXPECT_EQ(textOf(form(), "txtName"), "Mine");
   EXPECT_EQ(count("field_info", "form_id = 100"), 0);
 }
 

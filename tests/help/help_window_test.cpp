@@ -1,16 +1,11 @@
 // The help window, and the help that ships with the program.
 
 #include <QAbstractItemView>
-#include <QComboBox>
-#include <QLabel>
 #include <QPlainTextEdit>
-#include <QtTest/QTest>
 #include <fstream>
 #include <set>
 
-#include "app/WindowRegistry.h"
 #include "help/frmHelp.h"
-#include "platform/ListView.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
 

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "net/TextBody.h"
 #include "support/Fixture.h"

@@ -1,6 +1,5 @@
 #include "platform/Database.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QSignalSpy>
-#include <QTest>
 
-#include "platform/ListView.h"
 #include "support/Controls.h"
 
 namespace {

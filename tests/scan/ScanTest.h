@@ -1,8 +1,6 @@
 // A scan of a loopback site, unpaced, and what it left in the database.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -32,16 +30,13 @@ class ScanTest : public Base {
   }
   // What the user entered for a field of the site's login form.
   void addSiteField(int field, const std::string& text) {
-    mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" +
-                          std::to_string(siteId) + ", " + std::to_string(field) + ", " + mv::quoted(text) + ")");
+    insert("site_field_xref (site_id, field_id, field_value)", {{std::to_string(siteId), std::to_string(field), text}});
   }
   // A link that waits in the database, as an earlier page left it.
   void addLink(int id, const std::string& url, const std::string& type = "Document",
                const std::string& status = "False") {
-    mv::gDatabase.execute(
-        "insert into link (id, site_id, url, link_type, username, password, status, file_type) values (" +
-        std::to_string(id) + ", " + std::to_string(siteId) + ", " + mv::quoted(url) + ", " + mv::quoted(type) +
-        ", \"\", \"\", " + mv::quoted(status) + ", \"\")");
+    insert("link (id, site_id, url, link_type, username, password, status, file_type)",
+           {{std::to_string(id), std::to_string(siteId), url, type, "", "", status, ""}});
   }
 
   // Stored links as "address type status", the site's own host left out, sorted.

@@ -62,12 +62,9 @@ class Filters : public mvtest::ProgramTest {
  protected:
   static void addFilter(int id, const char* global, const std::string& value) {
     const std::string key = std::to_string(id);
-    mv::gDatabase.execute("insert into filter (id, name, global, description) values (" + key + ", \"f\", " +
-                          mv::quoted(global) + ", \"\")");
-    mv::gDatabase.execute(
-        "insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, operator) values (" + key +
-        ", 2, 1, " + mv::quoted(value) + ", \"\", \"rule " + key + "\", \"Contains\")");
-    mv::gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (" + key + ", " + key + ")");
+    mvtest::insert("filter", {{key, "f", global, ""}});
+    mvtest::insert("rule", {{key, "2", "1", value, "", "rule " + key, "Contains"}});
+    mvtest::insert("filter_rule_xref", {{key, key}});
   }
 };
 
@@ -79,8 +76,7 @@ TEST_F(Filters, GlobalOnesServeAllSitesAndOthersTheirOwn) {
   parser.SiteID = mvtest::addSite("host1", folder());
   parser.Domain = "host1";
   for (const int filter : {2, 3})
-    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" +
-                          std::to_string(parser.SiteID + filter - 2) + ", " + std::to_string(filter) + ")");
+    mvtest::insert("site_filter_xref", {{std::to_string(parser.SiteID + filter - 2), std::to_string(filter)}});
   const auto add = [&parser](const std::string& url) {
     parser.Link = parser.URL = url;
     parser.AddLinkToDatabase();

@@ -1,7 +1,6 @@
 // Logging in to a site: the request made of a page's form, and what a scan makes of it.
 
 #include <QByteArray>
-#include <QLabel>
 
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
@@ -14,7 +13,6 @@ namespace {
 using mv::LoginField;
 using mv::LoginRequest;
 using mvtest::Request;
-using mvtest::Resource;
 using mvtest::waitFor;
 using Outcome = LoginRequest::Outcome;
 
@@ -57,12 +55,15 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
  protected:
   LoginTest() {
     mv::InternetTransfer::forgetSharedState();
-    mv::gDatabase.execute("insert into form (id, name, form_type) values (50, 'Members', 'Authentication')");
+    mvtest::insert("form (id, name, form_type)", {{"50", "Members", "Authentication"}});
     // Stored in another order than that of their numbers.
-    addField(61, 10, "last", "name=\"token\" value=", "no", "token", "");
-    addField(62, 2, "user", "name=\"user\"", "yes", "user", "nobody");
-    addField(63, 3, "password", "name=\"password\"", "yes", "password", "");
-    addField(60, 1, "address", "action=\"/in\"", "no", "", site.host() + "/cgi/in");
+    mvtest::insert(
+        "field_info (id, form_id, logical_number, name, search_string, supplied_by_user, field_name, "
+        "field_value)",
+        {{"61", "50", "10", "last", "name=\"token\" value=", "no", "token", ""},
+         {"62", "50", "2", "user", "name=\"user\"", "yes", "user", "nobody"},
+         {"63", "50", "3", "password", "name=\"password\"", "yes", "password", ""},
+         {"60", "50", "1", "address", "action=\"/in\"", "no", "", site.host() + "/cgi/in"}});
     addSiteField(62, "ann");
     addSiteField(63, "sec/ret ?#&%41");
     page("/", form("T0kEn"));
@@ -71,16 +72,6 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
     process().LoginFormID = 50;
   }
 
-  static void addField(int id, int number, const std::string& name, const std::string& search,
-                       const std::string& byUser, const std::string& parameter, const std::string& text) {
-    std::string values = std::to_string(id) + ", 50";
-    for (const std::string& value : {std::to_string(number), name, search, byUser, parameter, text})
-      values += ", " + mv::quoted(value);
-    mv::gDatabase.execute(
-        "insert into field_info (id, form_id, logical_number, name, search_string, supplied_by_user, field_name, "
-        "field_value) values (" +
-        values + ")");
-  }
   static std::string form(const std::string& token) {
     return "<FORM ACTION=\"/in\"><input Name=\"user\"><input name=\"password\"><input NAME=\"token\" VALUE=\"" + token +
            "\"></FORM>";
@@ -88,7 +79,7 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
   void page(const std::string& path, const std::string& html) { site.page(path, html); }
   mv::ScanProcess& process() { return window->process(); }
   std::string status() { return text("lblInfoLogin"); }
-  std::string text(const char* label) { return mvtest::control<QLabel>(window.data(), label).text().toStdString(); }
+  std::string text(const char* label) { return mvtest::textOf(window, label).toStdString(); }
   // Scans until so many pages, answers to a login included, are done.
   void scan(int pages) {
     int done = 0;
@@ -126,9 +117,7 @@ TEST_F(LoginTest, AWrongPasswordIsTriedOncePerPageAndThreeTimesInAll) {
   EXPECT_EQ(status(), "Login: refused, the login form came again; not tried any more");
   EXPECT_EQ(logins(), 1 + 3) << "a scan that is started anew tries again";
 
-  Resource refusal;
-  refusal.status = 401;
-  site.add(kLogin, refusal);
+  site.add(kLogin, {.status = 401});
   scan(12);
   EXPECT_EQ(status(), "Login: failed (401 Unauthorized); not tried any more");
   EXPECT_EQ(logins(), 1 + 3 + 3);
@@ -151,9 +140,7 @@ TEST_F(LoginTest, EveryOtherEndIsSaid) {
   }
   EXPECT_EQ(logins(), 0);
   page("/", form("T0kEn"));
-  Resource refusal;
-  refusal.status = 401;
-  site.add(kLogin, refusal);
+  site.add(kLogin, {.status = 401});
   scan(2);
   EXPECT_EQ(status(), "Login: failed (401 Unauthorized)");
   EXPECT_EQ(text("lblInfoErrorPage"), site.host() + "/cgi/in");
@@ -196,9 +183,7 @@ TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
   ASSERT_EQ(otherPort.requests().size(), 1U);
   EXPECT_EQ(otherPort.requests()[0].headers.count("authorization"), 0U);
 
-  Resource refusal;
-  refusal.status = 401;
-  site.add("/", refusal);
+  site.add("/", {.status = 401});
   scan(1);
   EXPECT_EQ(status(), "Login: user name and password refused (401)");
 }

@@ -3,8 +3,8 @@
 
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
-#include "support/LongestTurn.h"
 #include "scan/ScanProcess.h"
+#include "support/LongestTurn.h"
 
 namespace {
 
@@ -88,9 +88,7 @@ TEST_F(ScanProcessTest, TheQueueHoldsWaitingPagesOnlyAndTheStartPageFirst) {
 
 TEST_F(ScanProcessTest, AFailedPageIsShownLoggedAndPassedOver) {
   site.page("/", R"(<a href="gone.htm"><a href="cut.htm"><a href="good.htm">)");
-  mvtest::Resource cut;
-  cut.fault = mvtest::Fault::Refuse;
-  site.add("/cut.htm", cut);
+  site.add("/cut.htm", {.fault = mvtest::Fault::Refuse});
   site.page("/good.htm", "x");
   begin();
   ASSERT_TRUE(waitFor([this] { return process.ErrorCount() == 1; }));

@@ -1,4 +1,3 @@
-#include <QLineEdit>
 #include <QPointer>
 
 #include "ScanTest.h"
@@ -23,7 +22,7 @@ class ScanWindowTest : public mvtest::ScanTest<mvtest::WindowTest> {
     return scan;
   }
   void clickDetails() { mvtest::click(window, "btnDetails"); }
-  QString text(const char* label) const { return control<QLabel>(window, label).text(); }
+  QString text(const char* label) const { return mvtest::textOf(window, label); }
   void closeForGood() {
     mv::gClosingProcesses = true;
     window->unload();
@@ -46,12 +45,12 @@ TEST_F(ScanWindowTest, ShowsTheScanInBothSizes) {
   EXPECT_EQ(control<QProgressBar>(window, "pbarSave").value(), 2);
   EXPECT_EQ(control<QProgressBar>(window, "pbarSave").maximum(), 50);
   const QString page = mv::toQString(site.host()) + "/gone.htm";
-  EXPECT_EQ(control<QLineEdit>(window, "txtInfoPageURL").text(), "Page URL: " + page);
+  EXPECT_EQ(text("txtInfoPageURL"), "Page URL: " + page);
   EXPECT_EQ(text("lblInfoErrorPage"), page);
   EXPECT_EQ(text("lblInfoErrorReason"), "Code: 404  -  Reason: Not Found");
 
   clickDetails();
-  EXPECT_EQ(control<QPushButton>(window, "btnDetails").text(), "Hide Details");
+  EXPECT_EQ(text("btnDetails"), "Hide Details");
   EXPECT_EQ(window->place().height, mv::kExpandedHeight);
   QTest::keyClick(&control<QPushButton>(window, "btnDetails"), Qt::Key_Space);
   EXPECT_NEAR(window->place().height, mv::kCollapsedHeight, mv::kTwipsPerPixel);

@@ -1,11 +1,5 @@
 // The tag list and its editor, worked by clicks and keys.
 
-#include <gtest/gtest.h>
-
-#include <QLineEdit>
-#include <QTest>
-
-#include "app/WindowRegistry.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmTagManager.h"
 #include "support/Controls.h"
@@ -20,13 +14,12 @@ class Tags : public mvtest::WindowTest {
  protected:
   Tags() {
     mv::gDatabase.execute("delete from valid_tag");
-    mv::gDatabase.execute("insert into valid_tag (id, tag) values (3, \"<a href=\")");
-    mv::gDatabase.execute("insert into valid_tag (id, tag) values (20, \"<IMG SRC=\")");
+    mvtest::insert("valid_tag", {{"3", "<a href="}, {"20", "<IMG SRC="}});
     manager = mv::showSingle<mv::frmTagManager>();
   }
 
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwTags"); }
-  static mv::frmNewTag* editor() { return mv::WindowRegistry::instance().find<mv::frmNewTag>(); }
+  static mv::frmNewTag* editor() { return mvtest::find<mv::frmNewTag>(); }
   static QLineEdit& box() { return control<QLineEdit>(editor(), "txtTagName"); }
   void expectMessage(const char* title) const {
     ASSERT_EQ(dialogs.messages.size(), 1u);
@@ -50,6 +43,19 @@ TEST_F(Tags, ANewTagNeedsATextAndIsListedInTheOrderOfTheIds) {
   EXPECT_EQ(tag(list().cell(2, 1).toInt()), " data-\"src\"= ");
 }
 
+TEST_F(Tags, EnterGoesToTheButtonWithTheFocusAndElseToOK) {
+  frame.activateWindow();
+  for (const char* focused : {"cmdCancel", "txtTagName"}) {
+    click(manager, "New");
+    QTest::keyClicks(&box(), "data-src=");
+    auto& control = mvtest::control<QWidget>(editor(), focused);
+    control.setFocus();
+    QTest::keyClick(&control, Qt::Key_Enter);
+    EXPECT_FALSE(editor());
+    EXPECT_EQ(count("valid_tag"), focused == std::string("cmdCancel") ? 2 : 3);
+  }
+}
+
 TEST_F(Tags, ADoubleClickEditsTheTag) {
   mvtest::doubleClickRow(list(), 1);
   ASSERT_TRUE(editor());
@@ -71,6 +77,47 @@ TEST_F(Tags, ATagDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   ASSERT_TRUE(editor());
   EXPECT_EQ(box().text(), "kept");
   EXPECT_EQ(count("valid_tag"), 1);
+}
+
+TEST_F(Tags, WhatIsGoneOrUnmarkedIsNotChosen) {
+  mvtest::clickRow(list(), 0);
+  QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, {10, list().viewport()->height() - 5});
+  click(manager, "Edit");
+  ASSERT_TRUE(editor()) << "a click beside the rows unchooses nothing";
+  editor()->unload();
+  mv::gDatabase.execute("delete from valid_tag");
+  manager->buildWorkingLists("init");
+  mvtest::insert("valid_tag", {{"3", "<a href="}});
+  manager->buildWorkingLists("init");
+  click(manager, "Edit");
+  EXPECT_FALSE(editor()) << "it was gone in between";
+  mvtest::clickRow(list(), 0);
+  const QPoint row = list().visualItemRect(list().topLevelItem(0)).center();
+  QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier, row);
+  click(manager, "Edit");
+  EXPECT_FALSE(editor()) << "unmarked";
+}
+
+TEST_F(Tags, TheListIsRebuiltOnceAtTheNextActivationAndAFailureIsShown) {
+  EXPECT_EQ(frame.clipboardEnabled, true);
+  const auto comeBack = [this] {
+    click(manager, "New");
+    manager->showChild();
+    return list().rowCount();
+  };
+  mv::gDatabase.execute("delete from valid_tag");
+  EXPECT_EQ(comeBack(), 2);
+  mv::WindowRegistry::instance().markRefreshPending(manager->caption());
+  EXPECT_EQ(comeBack(), 0);
+  EXPECT_EQ(frame.clipboardEnabled, false) << "an empty list";
+  mvtest::insert("valid_tag", {{"3", "<a href="}});
+  EXPECT_EQ(comeBack(), 0) << "until it is told again";
+  manager->buildWorkingLists("init");
+  mvtest::clickRow(list(), 0);
+  mv::gDatabase.execute("alter table valid_tag rename to away");
+  QTest::keyClick(&list(), Qt::Key_Delete);
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  mv::gDatabase.execute("alter table away rename to valid_tag");
 }
 
 TEST_F(Tags, DeleteActsAtOnceAndOnASelectionOnly) {

@@ -2,21 +2,14 @@
 // the README and the user guide.
 
 #include <QApplication>
-#include <QComboBox>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QIcon>
-#include <QLineEdit>
 #include <QMdiSubWindow>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTest>
 #include <algorithm>
 #include <cstdio>
 #include <functional>
 
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "catalog/frmFileTypeManager.h"
 #include "catalog/frmFilterManager.h"
@@ -33,7 +26,6 @@
 #include "help/UpdatePanel.h"
 #include "help/frmHelp.h"
 #include "help/frmMessage.h"
-#include "platform/ListView.h"
 #include "platform/Shell.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
@@ -48,11 +40,17 @@
 #include "shell/frmSplash.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
+#include "support/Controls.h"
 #include "support/ProgramRun.h"
+#include "support/SiteRow.h"
 
 namespace {
 
 using namespace mv;
+using mvtest::click;
+using mvtest::control;
+using mvtest::find;
+using mvtest::insert;
 
 constexpr const char* kFolderShown = "/home/anna/Pictures/gallery";
 constexpr int kPatienceMs = 60'000;
@@ -68,12 +66,18 @@ void save(QWidget* widget, const QString& name) {
   if (!widget->grab().save(path)) std::fprintf(stderr, "%s cannot be written\n", qPrintable(path));
 }
 
-QWidget* frameOf(ChildWindow* window) { return window->parentWidget(); }
+void save(ChildWindow* window, const QString& name) { save(window->parentWidget(), name); }
 
-template <class Window>
-Window* find() {
-  return WindowRegistry::instance().find<Window>();
+// One picture a tab, named after it.
+void saveTabs(ChildWindow* window, const char* name, const QString& prefix) {
+  auto& tabs = control<QTabWidget>(window, name);
+  for (int i = 0; i < tabs.count(); ++i) {
+    tabs.setCurrentIndex(i);
+    save(window, prefix + tabs.tabText(i).toLower().replace(' ', '-'));
+  }
 }
+
+bool waitFor(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, kPatienceMs); }
 
 // In twips, within the main window of the picture.
 void arrange() {
@@ -89,14 +93,12 @@ void harvest(frmDownloadManager& window) {
        {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})
     if (process->DetailsCollapsed()) process->toggleDetails();
   arrange();
-  find<frmDownload>()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
+  control<QTabWidget>(find<frmDownload>(), "SSTab1").setCurrentIndex(1);
   // In the middle of the work: some pages done, some waiting.
-  QElapsedTimer clock;
-  clock.start();
-  while (gDatabase.count("select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") <
-             4 &&
-         clock.elapsed() < kPatienceMs)
-    QTest::qWait(100);
+  waitFor([] {
+    return gDatabase.count(
+               "select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") >= 4;
+  });
   window.splash().hide();
   save(&window, "harvest");
 }
@@ -108,80 +110,59 @@ void siteEditor(std::int32_t site) {
   editor->Mode = "edit";
   editor->setCaption("Edit: gallery.example");
   editor->open();
-  save(frameOf(editor), "editor-required-info");
-  editor->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
-  auto* tabs = editor->findChild<QTabWidget*>("SSTab2");
-  for (int i = 0; i < tabs->count(); ++i) {
-    tabs->setCurrentIndex(i);
-    save(frameOf(editor), "editor-" + tabs->tabText(i).toLower().replace(' ', '-'));
-  }
+  save(editor, "editor-required-info");
+  control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
+  saveTabs(editor, "SSTab2", "editor-");
   editor->unload();
 }
 
+// The manager, and the editor of a new record as the site editor opens it.
+template <class Manager, class Editor>
+void managerAndEditor(const QString& name, const QString& caption) {
+  auto* manager = showSingle<Manager>();
+  save(manager, name + "-manager");
+  click(manager, "New");
+  find<Editor>()->setCaption(caption);
+  save(find<Editor>(), name + "-editor");
+}
+
 void managers(std::int32_t site) {
-  save(frameOf(showSingle<frmFileTypeManager>()), "filetype-manager");
-  auto* fileType = new frmFileTypeChild;
-  fileType->setCaption("New Filetype");
-  fileType->open();
-  save(frameOf(fileType), "filetype-editor");
-  save(frameOf(showSingle<frmTagManager>()), "tag-manager");
-  auto* tag = new frmNewTag;
-  tag->setCaption("New Tag");
-  tag->open();
-  save(frameOf(tag), "tag-editor");
+  managerAndEditor<frmFileTypeManager, frmFileTypeChild>("filetype", "New Filetype");
+  managerAndEditor<frmTagManager, frmNewTag>("tag", "New Tag");
   auto* paths = new frmSitePaths;
   paths->SiteID = site;
   paths->SiteName = "gallery.example";
-  paths->setCaption("Path Manager for: gallery.example");
   paths->open();
-  save(frameOf(paths), "path-manager");
+  save(paths, "path-manager");
 }
 
 void storeLoginForm() {
-  gDatabase.execute(
-      "insert into form (id, name, description, form_type) values (90, \"Club page\", \"For members of the club: the "
-      "name and the password of the membership card.\", \"Authentication\")");
-  const std::vector<std::string> fields[] = {
-      {"Address", "1", "action='/login'", "no", "", "", "club.example/login"},
-      {"Token", "2", "name='token' value=", "no", "", "token", ""},
-      {"Name", "3", "name='who'", "yes", "Your name", "who", ""},
-      {"Password", "4", "name='key'", "yes", "Your password", "key", ""},
-  };
-  int id = 90;
-  for (const auto& field : fields) {
-    std::string values = std::to_string(id++) + ", 90";
-    for (std::string value : field) {
-      std::replace(value.begin(), value.end(), '\'', '"');
-      values += ", " + mv::quoted(value);
-    }
-    gDatabase.execute(
-        "insert into field_info (id, form_id, name, logical_number, search_string, supplied_by_user, prompt, "
-        "field_name, field_value) values (" +
-        values + ")");
-  }
+  insert("form", {{"90", "Club page", "For members of the club: the name and the password of the membership card.",
+                   "Authentication"}});
+  insert(
+      "field_info (id, form_id, name, logical_number, search_string, supplied_by_user, prompt, field_name, "
+      "field_value)",
+      {{"90", "90", "Address", "1", "action=\"/login\"", "no", "", "", "club.example/login"},
+       {"91", "90", "Token", "2", "name=\"token\" value=", "no", "", "token", ""},
+       {"92", "90", "Name", "3", "name=\"who\"", "yes", "Your name", "who", ""},
+       {"93", "90", "Password", "4", "name=\"key\"", "yes", "Your password", "key", ""}});
 }
 
 void loginForms() {
   auto* manager = showSingle<frmFormManager>();
-  auto& forms = *manager->findChild<ListView*>("lvwForms");
-  const int row = forms.findRow(0, "Club page");
-  forms.setRowSelected(row, true);
-  Q_EMIT forms.rowChosen(row);
-  save(frameOf(manager), "form-manager");
+  auto& forms = control<ListView>(manager, "lvwForms");
+  mvtest::clickRow(forms, forms.findRow(0, "Club page"));
+  save(manager, "form-manager");
 
-  Q_EMIT forms.rowActivated(row);
+  click(manager, "Edit");
   auto* form = find<frmNewForm>();
-  save(frameOf(form), "form-editor-general");
-  form->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
-  auto& fields = *form->findChild<ListView*>("lvwFields");
-  fields.setRowSelected(1, true);
-  Q_EMIT fields.rowChosen(1);
-  save(frameOf(form), "form-editor-fields");
-  Q_EMIT fields.rowActivated(1);
-  save(frameOf(find<frmNewField>()), "field-editor");
+  save(form, "form-editor-general");
+  control<QTabWidget>(form, "SSTab1").setCurrentIndex(1);
+  mvtest::clickRow(control<ListView>(form, "lvwFields"), 1);
+  save(form, "form-editor-fields");
+  click(form, "cmdEditField");
+  save(find<frmNewField>(), "field-editor");
 }
-
-void waitFor(const std::function<bool()>& condition) { (void)QTest::qWaitFor(condition, kPatienceMs); }
 
 // A topic of the slow server is on its way, the message has come.
 void onlineUpdates(frmDownloadManager& window, const mvtest::TestSite& server) {
@@ -197,46 +178,39 @@ void onlineUpdates(frmDownloadManager& window, const mvtest::TestSite& server) {
   find<frmMessage>()->setPlace({2000, 3200, 2805, 5430});
   save(&window, "online-updates");
   find<frmMessage>()->unload();
-  const auto* panel = window.findChild<UpdatePanel*>("pictHelpUpdates");
-  waitFor([&] { return !panel->isVisible(); });
+  waitFor([&] { return !control<UpdatePanel>(&window, "pictHelpUpdates").isVisible(); });
 }
 
 void help() {
   auto* window = new frmHelp;
   window->showChild();
   window->initWindow();
-  auto* subjects = window->findChild<ListView*>("lvwSubjects");
-  const int row = subjects->findRow(0, "Web sites");
-  subjects->setRowSelected(row, true);
-  Q_EMIT subjects->rowChosen(row);
-  Q_EMIT window->findChild<QComboBox*>("cmboTopics")->activated(0);
-  save(frameOf(window), "help");
+  auto& subjects = control<ListView>(window, "lvwSubjects");
+  mvtest::clickRow(subjects, subjects.findRow(0, "Web sites"));
+  Q_EMIT control<QComboBox>(window, "cmboTopics").activated(0);
+  save(window, "help");
   window->unload();
 }
 
 void preferences() {
   setFreeDiskSpace(std::uint64_t{120} << 30);
   auto* window = showSingle<frmPreferences>();
-  window->findChild<QLineEdit*>("txtDBName")->setText("/home/anna/Morvane2000/morvane2000.mdb");
-  auto* tabs = window->findChild<QTabWidget*>("SSTabPrefs");
-  for (int i = 0; i < tabs->count(); ++i) {
-    tabs->setCurrentIndex(i);
-    save(frameOf(window), "preferences-" + tabs->tabText(i).toLower());
-  }
+  control<QLineEdit>(window, "txtDBName").setText("/home/anna/Morvane2000/morvane2000.mdb");
+  saveTabs(window, "SSTabPrefs", "preferences-");
   window->unload();
 }
 
-void control(QWidget& mainWindow) {
+void maintenance(QWidget& mainWindow) {
   auto* viewer = showSingle<frmPictureViewer>();
   viewer->setPlace({0, 0, 5400, 6600});
-  viewer->findChild<QPushButton*>("cmdPrevious")->click();
+  click(viewer, "cmdPrevious");
   QTest::qWait(300);
-  auto* path = viewer->findChild<QLineEdit*>("txtPicture");
-  path->setText(QString(kFolderShown) + '/' + QFileInfo(path->text()).fileName());
-  save(frameOf(viewer), "picture-viewer");
+  auto& path = control<QLineEdit>(viewer, "txtPicture");
+  path.setText(QString(kFolderShown) + '/' + QFileInfo(path.text()).fileName());
+  save(viewer, "picture-viewer");
   viewer->unload();
   auto* processes = showSingle<frmProcessManager>();
-  save(frameOf(processes), "process-manager");
+  save(processes, "process-manager");
   processes->unload();
   preferences();
   frmPleaseWait wait(&mainWindow);
@@ -247,38 +221,31 @@ void control(QWidget& mainWindow) {
 }
 
 void insertFilters(std::int32_t site) {
-  for (const char* rule : {"1, 1, 1, \"/banner\", \"\", \"Banners\", \"Contains\"",
-                           "2, 2, 3, \"gif\", \"/home/anna/Pictures/gallery\", \"Small pictures\", \"Equals\"",
-                           "3, 1, 1, \"http://\", \"\", \"Other hosts\", \"Begins With\""})
-    gDatabase.execute(std::string("insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, "
-                                  "operator) values (") +
-                      rule + ")");
-  for (const char* filter : {"1, \"No advertising\", \"yes\", \"Banners of every site\"",
-                             "2, \"Large pictures only\", \"no\", \"No small pictures\"",
-                             "3, \"Stay at home\", \"no\", \"No links to other hosts\""})
-    gDatabase.execute(std::string("insert into filter (id, name, global, description) values (") + filter + ")");
-  for (const char* link : {"1, 1", "2, 2", "3, 3", "2, 1"})
-    gDatabase.execute(std::string("insert into filter_rule_xref (filter_id, rule_id) values (") + link + ")");
-  gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(site) + ", 2)");
+  insert("rule", {{"1", "1", "1", "/banner", "", "Banners", "Contains"},
+                  {"2", "2", "3", "gif", kFolderShown, "Small pictures", "Equals"},
+                  {"3", "1", "1", "http://", "", "Other hosts", "Begins With"}});
+  insert("filter", {{"1", "No advertising", "yes", "Banners of every site"},
+                    {"2", "Large pictures only", "no", "No small pictures"},
+                    {"3", "Stay at home", "no", "No links to other hosts"}});
+  insert("filter_rule_xref", {{"1", "1"}, {"2", "2"}, {"3", "3"}, {"2", "1"}});
+  insert("site_filter_xref", {{std::to_string(site), "2"}});
 }
 
-// Opens the editor of the record in the manager's first or last row: Home or End.
 template <class Editor, class Manager>
-Editor* edit(Manager* manager, Qt::Key row) {
+Editor* edit(Manager* manager, const QString& record) {
   auto* list = manager->template findChild<ListView*>();
-  list->setFocus();
-  // The first key chooses the row that has the focus.
-  for (const Qt::Key key : {row, row, Qt::Key_F2}) QTest::keyClick(list, key);
+  mvtest::clickRow(*list, list->findRow(0, record));
+  click(manager, "Edit");
   return find<Editor>();
 }
 
 void filterWindows() {
   auto* rules = showSingle<frmRuleManager>();
-  save(frameOf(rules), "rule-manager");
-  save(frameOf(edit<frmNewRule>(rules, Qt::Key_End)), "rule-editor");
+  save(rules, "rule-manager");
+  save(edit<frmNewRule>(rules, "Small pictures"), "rule-editor");
   auto* filters = showSingle<frmFilterManager>();
-  save(frameOf(filters), "filter-manager");
-  save(frameOf(edit<frmNewFilter>(filters, Qt::Key_Home)), "filter-editor");
+  save(filters, "filter-manager");
+  save(edit<frmNewFilter>(filters, "Large pictures only"), "filter-editor");
 }
 
 // The two windows between which filters are dragged, alone in the main window, rows selected in both.
@@ -318,10 +285,8 @@ int main(int argc, char** argv) {
   gDatabase.execute("update site set auto_scan = \"no\", download_path = " + mv::quoted(kFolderShown) +
                     " where id = " + std::to_string(site));
   const std::string owner = std::to_string(site);
-  gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + owner + ", 20)");
-  for (const char* field : {"17, \"anna\"", "18, \"secret\""})
-    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (" + owner + ", " + field +
-                      ")");
+  insert("site_form_xref", {{owner, "20"}});
+  insert("site_field_xref (site_id, field_id, field_value)", {{owner, "17", "anna"}, {owner, "18", "secret"}});
   storeLoginForm();
   insertFilters(site);
   gDatabase.close();
@@ -333,7 +298,7 @@ int main(int argc, char** argv) {
   siteEditor(site);
   managers(site);
   loginForms();
-  control(*startUp.mainWindow());
+  maintenance(*startUp.mainWindow());
   help();
   onlineUpdates(*startUp.mainWindow(), gallery);
   filterWindows();

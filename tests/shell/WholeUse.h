@@ -2,14 +2,10 @@
 #pragma once
 
 #include <QAction>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
-#include <QTabWidget>
-#include <QtTest/QTest>
 
-#include "app/WindowRegistry.h"
 #include "shell/frmDownloadManager.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
@@ -40,9 +36,8 @@ class WholeUse : public ProgramTest {
 
   template <class Window>
   Window* window() {
-    auto* found = mv::WindowRegistry::instance().find<Window>();
-    EXPECT_NE(found, nullptr);
-    return found;
+    EXPECT_NE(find<Window>(), nullptr);
+    return find<Window>();
   }
 
   // Brings the control into view (tabs, scroll areas) as a user would, and answers it.

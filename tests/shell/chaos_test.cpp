@@ -8,7 +8,6 @@
 #include <random>
 #include <set>
 
-#include "app/WindowRegistry.h"
 #include "download/frmDownload.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"
@@ -123,7 +122,7 @@ class ChaosTest : public mvtest::ProgramTest {
   }
   void usePreferences() {
     menu("mnuFilePrefs");
-    auto* preferences = WindowRegistry::instance().find<frmPreferences>();
+    auto* preferences = mvtest::find<frmPreferences>();
     static constexpr const char* kButtons[] = {"cmdClearCache", "cmdClearWinPos", "chkAutoHideProcesses", "btnClose"};
     control<QAbstractButton>(preferences, kButtons[pick(std::size(kButtons))]).click();
   }

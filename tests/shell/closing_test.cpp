@@ -2,13 +2,9 @@
 
 #include <QFile>
 #include <QGuiApplication>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
-#include <QPushButton>
 
 #include "app/ErrorLog.h"
-#include "app/WindowRegistry.h"
 #include "catalog/frmFileTypeChild.h"
 #include "platform/Text.h"
 #include "scan/frmNewTag.h"
@@ -16,6 +12,7 @@
 #include "shell/frmPreferences.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
+#include "support/Controls.h"
 #include "support/Fixture.h"
 #include "support/TestSite.h"
 
@@ -25,32 +22,27 @@ using namespace mv;
 
 class ClosingTest : public mvtest::ProgramTest {
  protected:
+  static void openWith(EditorWindow* editor, const char* box, const char* text) {
+    editor->open();
+    mvtest::control<QLineEdit>(editor, box).setText(text);
+  }
   // Two editors of the same site, one of a new site, one of a file type and one of a tag, all with unsaved text.
   void openEditors(std::int32_t site) {
     for (const char* mode : {"edit", "edit", "new"}) {
       auto* editor = new frmNew;
       editor->Mode = mode;
-      if (editor->Mode == "edit") editor->SiteID = site;
-      editor->open();
-      editor->findChild<QLineEdit*>("txtURL")->setText("changed.example");
+      editor->SiteID = site;
+      openWith(editor, "txtURL", "changed.example");
     }
-    auto* fileType = new frmFileTypeChild;
-    fileType->open();
-    fileType->findChild<QLineEdit*>("txtFileTypeExtention")->setText("unsaved");
-    auto* tag = new frmNewTag;
-    tag->open();
-    tag->findChild<QLineEdit*>("txtTagName")->setText("unsaved");
+    openWith(new frmFileTypeChild, "txtFileTypeExtention", "unsaved");
+    openWith(new frmNewTag, "txtTagName", "unsaved");
   }
 };
 
 TEST_F(ClosingTest, EditorsAndRunningSitesGoWithTheMainWindow) {
   mvtest::TestSite web;
   web.page("/", R"(<a href="a.html"> <img src="p.jpg">)");
-  mvtest::Resource slow;
-  slow.type = "image/jpeg";
-  slow.body = std::string(200'000, 'p');
-  slow.fault = mvtest::Fault::HeaderOnly;
-  web.add("/p.jpg", slow);
+  web.add("/p.jpg", {.type = "image/jpeg", .body = std::string(200'000, 'p'), .fault = mvtest::Fault::HeaderOnly});
   const int site = mvtest::addSite(web.host(), folder() + "/saved", {"jpg"});
   gDatabase.execute("update site set auto_scan = \"yes\"");
 
@@ -81,13 +73,9 @@ TEST_F(ClosingTest, TheEndOfTheSessionClosesInGoodOrderEvenWhileTheDatabaseIsCom
   frmDownloadManager main;
   main.show();
   showSingle<frmWebSites>();
-  auto* preferences = showSingle<frmPreferences>();
-  preferences->findChild<QPushButton*>("cmdCompactDatabase")->click();
+  mvtest::control<QPushButton>(showSingle<frmPreferences>(), "cmdCompactDatabase").click();
   QPointer<QWidget> waiting = main.findChild<QWidget*>("frmPleaseWait");
-  ASSERT_TRUE(mvtest::waitFor([&] {
-    const auto* label = waiting ? waiting->findChild<QLabel*>("lblPleaseWait") : nullptr;
-    return !label || label->text() != "Waiting...";
-  }));
+  ASSERT_TRUE(mvtest::waitFor([&] { return !waiting || mvtest::textOf(waiting, "lblPleaseWait") != "Waiting..."; }));
   // Nobody looks at the manager.
   QObject manager;
   Q_EMIT qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(manager));

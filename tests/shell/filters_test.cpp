@@ -1,6 +1,5 @@
 // Rules and filters made with mouse and keyboard, a filter dragged to two sites, and what a scan then leaves out.
 
-#include <QCheckBox>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTimer>

@@ -1,9 +1,7 @@
 // A user defines how to log in to a site, enters it, and finds the files that only members get.
 
 #include <QByteArray>
-#include <QComboBox>
 #include <QFile>
-#include <QLabel>
 
 #include "WholeUse.h"
 #include "forms/frmFormManager.h"
@@ -66,11 +64,7 @@ class LoginUse : public mvtest::WholeUse {
 };
 
 Resource answer(int status, const std::string& body, std::map<std::string, std::string> headers = {}) {
-  Resource result;
-  result.status = status;
-  result.body = body;
-  result.headers = std::move(headers);
-  return result;
+  return {.body = body, .status = status, .headers = std::move(headers)};
 }
 
 TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {

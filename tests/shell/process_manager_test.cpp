@@ -1,6 +1,5 @@
 // The process manager, driven by mouse and keyboard over real process windows.
 
-#include "app/WindowRegistry.h"
 #include "download/frmDownload.h"
 #include "platform/Text.h"
 #include "scan/frmScan.h"
@@ -47,7 +46,7 @@ TEST_F(ProcessManagerTest, ListsExpandsAndEndsProcesses) {
   EXPECT_EQ(manager_->place(), (TwipRect{0, 0, 3600, 3050 - 3050 % 15}));
   EXPECT_EQ(list().headerItem()->text(0), "Process and Site Name");
   EXPECT_EQ(columnTexts(list()), all);
-  EXPECT_EQ(control<QAbstractButton>(manager_, "Expand").text(), "    Expand    ");
+  EXPECT_EQ(mvtest::textOf(manager_, "Expand"), "    Expand    ");
 
   click(manager_, "Delete");
   click(manager_, "Expand");

@@ -1,10 +1,8 @@
 // What the tests of the site windows share beyond working controls.
 #pragma once
 
-#include <QTabWidget>
 #include <string>
 
-#include "app/WindowRegistry.h"
 #include "platform/Text.h"
 #include "sites/frmNew.h"
 #include "support/Controls.h"
@@ -17,14 +15,10 @@ class SitesTest : public WindowTest {
   // The pages of the site editor.
   enum Page { kRequired = -1, kAuthentication, kFiletypes, kFilters, kPaths, kOther = 6 };
 
-  void openNew(Page page = kRequired) {
+  void openNew(Page page = kRequired) { openEdit(0, page, "new"); }
+  void openEdit(int id, Page page = kRequired, const char* mode = "edit") {
     editor = new mv::frmNew;
-    editor->open();
-    showPage(page);
-  }
-  void openEdit(int id, Page page = kRequired) {
-    editor = new mv::frmNew;
-    editor->Mode = "edit";
+    editor->Mode = mode;
     editor->SiteID = id;
     editor->open();
     showPage(page);
@@ -47,27 +41,21 @@ class SitesTest : public WindowTest {
 
   // The first column, in list order.
   static std::string names(const mv::ListView& list) {
-    std::string names;
-    for (const QString& name : columnTexts(list)) names += (names.empty() ? "" : ",") + name.toStdString();
-    return names;
+    const auto texts = columnTexts(list);
+    return QStringList(texts.begin(), texts.end()).join(',').toStdString();
   }
 
   static mv::ChildWindow* windowTitled(const QString& caption) {
     return mv::WindowRegistry::instance().findByCaption(caption);
   }
 
-  std::string lastMessage() const {
-    if (dialogs.messages.empty()) return "";
-    return (dialogs.messages.back().title + ": " + dialogs.messages.back().text).toStdString();
-  }
-
   // A column of all rows, as one text with commas.
   static std::string all(const std::string& column, const std::string& tableAndWhere) {
-    std::string texts;
+    QStringList texts;
     for (mv::Recordset rows = mv::gDatabase.query("select " + column + " as v from " + tableAndWhere);
          !rows.endOfRows(); rows.moveNext())
-      texts += (texts.empty() ? "" : ",") + rows.text("v");
-    return texts;
+      texts << mv::toQString(rows.text("v"));
+    return mv::toUtf8(texts.join(','));
   }
 
   mv::frmNew* editor = nullptr;

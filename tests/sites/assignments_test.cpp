@@ -1,10 +1,6 @@
 // What a site is tied to in its editor: file types, filters, the login form and its values.
 
-#include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <span>
 
 #include "SitesTest.h"
@@ -17,15 +13,15 @@ namespace {
 class Assignments : public SitesTest {
  protected:
   Assignments() {
-    mv::gDatabase.execute(
-        "insert into filter (id, name, global, description) values (5, \"Own\", \"no\", \"\"), (6, \"More\", \"no\", "
-        "\"\"), (7, \"Everywhere\", \"yes\", \"\"), (8, \"Absent\", \"no\", \"\")");
+    insert(
+        "filter",
+        {{"5", "Own", "no", ""}, {"6", "More", "no", ""}, {"7", "Everywhere", "yes", ""}, {"8", "Absent", "no", ""}});
     id = addSite("www.example.test", "/x", {"jpg", "gif"});
-    mv::gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + std::to_string(id) + ", 5)");
+    insert("site_filter_xref", {{std::to_string(id), "5"}});
   }
 
   mv::ListView& list(const char* name) { return control<mv::ListView>(editor, name); }
-  bool enabled(const char* name) { return control<QPushButton>(editor, name).isEnabled(); }
+  bool enabled(const char* name) { return mvtest::enabled(editor, name); }
   void select(const char* name, const QString& text) { clickRow(list(name), list(name).findRow(0, text)); }
   void switchAwayAndBack() {
     auto* other = mv::showSingle<mv::frmWebSites>();
@@ -53,7 +49,7 @@ TEST_F(Assignments, FileTypesMoveAndAreStoredByApplyOnly) {
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAssigned"));
   select("lvwFiletypesAvailable", "bmp");
   EXPECT_FALSE(enabled("cmdMoveFileTypeToAvailable"));
-  EXPECT_EQ(control<QLineEdit>(editor, "txtFiletypeDescription").text(), "Bitmap picture");
+  EXPECT_EQ(textOf(editor, "txtFiletypeDescription"), "Bitmap picture");
   click(editor, "cmdMoveFileTypeToAssigned");
   select("lvwFiletypesAssigned", "gif");
   click(editor, "cmdMoveFileTypeToAvailable");
@@ -133,7 +129,7 @@ TEST_F(Assignments, UnsavedAssignmentsKeepTheOtherEditorsShut) {
     showPage(each.page);
     click(editor, each.button);
   }
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(lastMessage(), "");
   EXPECT_TRUE(windowTitled("New Filter"));
   EXPECT_TRUE(windowTitled("New Filetype"));
   auto* paths = dynamic_cast<mv::frmSitePaths*>(windowTitled("Path Manager for: www.example.test"));
@@ -150,10 +146,9 @@ class Login : public Assignments {
  protected:
   // Form 200 with three fields that the user supplies and one that the page supplies, form 201 with seven.
   Login() {
-    mv::gDatabase.execute(
-        "insert into form (id, name, description, form_type) values (200, \"Three\", \"About three\", "
-        "\"Authentication\"), (201, \"Seven\", \"About seven\", \"Authentication\"), (202, \"Query\", \"\", "
-        "\"Query\")");
+    insert("form", {{"200", "Three", "About three", "Authentication"},
+                    {"201", "Seven", "About seven", "Authentication"},
+                    {"202", "Query", "", "Query"}});
     field(300, 200, 2, "name");
     field(301, 200, 3, "Password");
     field(302, 200, 1, "R&D");
@@ -161,13 +156,12 @@ class Login : public Assignments {
     for (int i = 1; i <= 7; ++i) field(310 + i, 201, i, "F" + std::to_string(i));
   }
   static void field(int fieldId, int formId, int number, const std::string& prompt, const std::string& asked = "yes") {
-    mv::gDatabase.execute(
-        "insert into field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value) values (" +
-        std::to_string(fieldId) + ", " + std::to_string(formId) + ", \"n\", \"" + std::to_string(number) + "\", " +
-        mv::quoted(asked) + ", " + mv::quoted(prompt) + ", " + mv::quoted("my " + prompt) + ")");
+    insert("field_info (id, form_id, name, logical_number, supplied_by_user, prompt, field_value)",
+           {{std::to_string(fieldId), std::to_string(formId), "n", std::to_string(number), asked, prompt,
+             "my " + prompt}});
   }
   QComboBox& forms() { return control<QComboBox>(editor, "cmboAuthenticationService"); }
-  void choose(const QString& name) { chooseEntry(forms(), name); }
+  void choose(const char* name) { chooseEntry(forms(), name); }
   QLineEdit& value(int row) { return control<QLineEdit>(editor, ("txtFieldName" + std::to_string(row)).c_str()); }
   // Prompt and value of the visible rows.
   std::string rows() {
@@ -197,7 +191,7 @@ TEST_F(Login, ChoosingAFormShowsItsPromptsAndSavesTheValues) {
   EXPECT_EQ(forms().findText("Query"), -1);
   choose("Three");
   EXPECT_EQ(rows(), "R&D=my R&D;name=my name;Password=my Password;");
-  EXPECT_EQ(control<QLabel>(editor, "txtFieldHelp").text(), "About three");
+  EXPECT_EQ(textOf(editor, "txtFieldHelp"), "About three");
   EXPECT_EQ(value(2).echoMode(), QLineEdit::Normal);
   EXPECT_EQ(value(3).echoMode(), QLineEdit::Password);
   value(2).setText("Jo \"quote\" O'Neil");
@@ -223,7 +217,7 @@ TEST_F(Login, ChoosingAFormShowsItsPromptsAndSavesTheValues) {
 }
 
 TEST_F(Login, AFormWithoutDefinitionIsNotShown) {
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + std::to_string(id) + ", 999)");
+  insert("site_form_xref", {{std::to_string(id), "999"}});
   openEdit(id, kAuthentication);
   EXPECT_EQ(forms().currentIndex(), -1);
   EXPECT_EQ(rows(), "");

@@ -1,13 +1,8 @@
 // The site editor's general settings: loading, typing rules, checks, saving.
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QScrollArea>
-#include <QTabWidget>
 
 #include "SitesTest.h"
 #include "sites/SiteStore.h"
@@ -19,14 +14,13 @@ namespace {
 class SiteEditor : public SitesTest {
  protected:
   QLineEdit& box(const char* name) { return control<QLineEdit>(editor, name); }
-  bool okEnabled() { return control<QPushButton>(editor, "cmdOK").isEnabled(); }
   bool isOpen() const { return mv::WindowRegistry::instance().isLoaded(editor); }
   // The settings as the controls show them, and as the rows hold them.
   std::string shown() {
     std::string texts;
     for (const char* name : {"txtURL", "txtUpperLimit", "txtLowerLimit", "txtPagesToScan", "txtFilesToDownload",
                              "txtDefaultPath", "txtHops", "txtPathsBaseName"})
-      texts += box(name).text().toStdString() + "|";
+      texts += textOf(editor, name).toStdString() + "|";
     for (const char* name : {"chkAutoScan", "chkAlternateMatchPath", "optPathUniqueNames"})
       texts += control<QCheckBox>(editor, name).isChecked() ? "yes " : "no ";
     return texts;
@@ -112,11 +106,11 @@ TEST_F(SiteEditor, IncompleteInputIsRefused) {
   box("txtURL").setText("www.example.test");
   box("txtLowerLimit").clear();
   box("txtFilesToDownload").clear();
-  EXPECT_FALSE(okEnabled());
+  EXPECT_FALSE(enabled(editor, "cmdOK"));
   QTest::keyClick(&box("txtURL"), Qt::Key_Return);
   EXPECT_TRUE(isOpen()) << "Enter is no way around the button";
   QTest::keyClicks(&box("txtFilesToDownload"), "5");
-  EXPECT_TRUE(okEnabled());
+  EXPECT_TRUE(enabled(editor, "cmdOK"));
   click(editor, "cmdOK");
   EXPECT_EQ(lastMessage(), "Error: Please enter a value for Lower Limit");
   EXPECT_EQ(count("site"), 0);
@@ -165,7 +159,11 @@ TEST_F(SiteEditor, CancelTakesBackASiteThatApplyMade) {
   openEdit(addSite("kept.example.test", "/x"));
   box("txtURL").setText("changed.example.test");
   click(editor, "cmdCancel");
-  EXPECT_EQ(all("name", "site"), "kept.example.test");
+  openNew();
+  QTest::keyClicks(&box("txtURL"), "new.example.test");
+  click(editor, "cmdApply");
+  editor->closeRequested();
+  EXPECT_EQ(all("name", "site"), "kept.example.test,new.example.test") << "the close box is no Cancel";
 }
 
 TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
@@ -212,11 +210,11 @@ TEST_F(SiteEditor, BrowseStoresTheFolderAtOnce) {
 
 TEST_F(SiteEditor, ClearCacheForgetsTheSitesLinksOnce) {
   openEdit(addSite("www.example.test", "/x"), kOther);
-  mv::gDatabase.execute("insert into link (id, site_id, url) values (10, 1, \"a\"), (11, 1, \"b\"), (12, 2, \"c\")");
+  insert("link (id, site_id, url)", {{"10", "1", "a"}, {"11", "1", "b"}, {"12", "2", "c"}});
   click(editor, "cmdClearCache");
   EXPECT_EQ(all("id", "link"), "12");
-  EXPECT_EQ(control<QPushButton>(editor, "cmdClearCache").text(), "Cleared");
-  EXPECT_FALSE(control<QPushButton>(editor, "cmdClearCache").isEnabled());
+  EXPECT_EQ(textOf(editor, "cmdClearCache"), "Cleared");
+  EXPECT_FALSE(enabled(editor, "cmdClearCache"));
 }
 
 TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
@@ -242,8 +240,8 @@ TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
 }
 
 TEST_F(SiteEditor, NothingIsCutOffAtTheFirstSize) {
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (1, 20)");
-  mv::gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values (1, 17, \"me\")");
+  insert("site_form_xref", {{"1", "20"}});
+  insert("site_field_xref (site_id, field_id, field_value)", {{"1", "17", "me"}});
   openEdit(addSite("www.example.test", "/x"));
   EXPECT_EQ(editor->place().width, 7050);
   EXPECT_EQ(editor->place().height, 4800);

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "app/Settings.h"
 #include "sites/LinkCleaner.h"
@@ -21,8 +20,7 @@ class SiteStoreTest : public mvtest::ProgramTest {
   // One row of `siteId` in every table.
   static void fill(int siteId) {
     mv::insertSite(siteId, values("host"));
-    for (const char* table : kTables)
-      gDatabase.execute(std::string("insert into ") + table + " (site_id) values (" + std::to_string(siteId) + ")");
+    for (const std::string table : kTables) mvtest::insert(table + " (site_id)", {{std::to_string(siteId)}});
   }
   long rowsOf(int siteId) const {
     long rows = count("site", "id = " + std::to_string(siteId));

@@ -27,7 +27,7 @@ class WebSites : public SitesTest {
     list = &control<mv::ListView>(window, "lvwSites");
   }
   void press(const char* button) { click(window, button); }
-  bool enabled(const char* button) { return control<QToolButton>(window, button).isEnabled(); }
+  bool enabled(const char* button) { return mvtest::enabled(window, button); }
   void choose(const char* entry) {
     for (QAction* action : control<QToolButton>(window, "Connections").menu()->actions())
       if (action->text() == QLatin1String(entry)) return action->trigger();
@@ -43,14 +43,10 @@ class WebSites : public SitesTest {
     return states;
   }
   int processWindows() const {
-    int count = 0;
-    for (mv::ChildWindow* each : mv::WindowRegistry::instance().windows())
-      if (each->positionKey().startsWith("Scan: ") || each->positionKey().startsWith("Download: ")) ++count;
-    return count;
-  }
-  template <class Window>
-  static Window* find() {
-    return mv::WindowRegistry::instance().find<Window>();
+    const auto windows = mv::WindowRegistry::instance().windows();
+    return static_cast<int>(std::count_if(windows.begin(), windows.end(), [](const mv::ChildWindow* each) {
+      return each->positionKey().startsWith("Scan: ") || each->positionKey().startsWith("Download: ");
+    }));
   }
   void setMaximum(int connections) {
     mv::gDatabase.execute("update pref set max_connections = " + std::to_string(connections));
@@ -67,9 +63,7 @@ TEST_F(WebSites, ShowsEverySiteWithItsColumns) {
   mv::gDatabase.execute("update site set auto_scan = \"yes\", hops = 3, unique_names = \"yes\", base_name = \"B\"");
   openWith({});
   EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 2");
-  QStringList row;
-  for (int column = 0; column < list->columnCount(); ++column) row << list->cell(0, column);
-  EXPECT_EQ(row.join('|'), "127.0.0.1:1/a|7|yes|off|127.0.0.1:1|3|yes|B");
+  EXPECT_EQ(rowText(*list, 0), "127.0.0.1:1/a|7|yes|off|127.0.0.1:1|3|yes|B");
   EXPECT_EQ(frame.clipboardEnabled, true);
 }
 
@@ -108,7 +102,7 @@ TEST_F(WebSites, StartsInListOrderUpToTheLimitAndStops) {
 TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
   const int id = site("a");
   mv::gDatabase.execute("update site set hops = 4, unique_names = \"yes\", base_name = \"Stem\"");
-  mv::gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + std::to_string(id) + ", 20)");
+  insert("site_form_xref", {{std::to_string(id), "20"}});
   mv::gOverwriteExisting = "yes";
   mv::gHideProcesses = "yes";
   openWith({});

@@ -1,8 +1,6 @@
 // The built program itself, in a fresh program folder, with automatic scanning on: harvests, is killed in the middle,
 // is started again and goes on.
 
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -48,10 +46,8 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
   site.file("/a.jpg", "image/jpeg", fileOf('a', 20000));
   site.file("/b.jpg", "image/jpeg", fileOf('b', 30000));
   site.file("/more/c.jpg", "image/jpeg", fileOf('c', 40000));
-  mvtest::Resource slow;
-  slow.type = "image/jpeg";
-  slow.body = fileOf('s', 50000);
-  slow.fault = mvtest::Fault::HeaderOnly;  // stands still in the middle of the file
+  // Stands still in the middle of the file.
+  mvtest::Resource slow{.type = "image/jpeg", .body = fileOf('s', 50000), .fault = mvtest::Fault::HeaderOnly};
   site.add("/slow.jpg", slow);
 
   mvtest::ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "store/NoneOf.h"
 #include "store/ProgramDatabase.h"

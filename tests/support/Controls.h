@@ -1,14 +1,19 @@
 // Working the controls of a window as a user does, found by object name.
 #pragma once
 
-#include <QAbstractButton>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
 #include <QTest>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "app/WindowRegistry.h"
 #include "platform/ListView.h"
 
 namespace mvtest {
@@ -20,9 +25,27 @@ Control& control(const QWidget* window, const char* name) {
   return *found;
 }
 
+template <class Window>
+Window* find() {
+  return mv::WindowRegistry::instance().find<Window>();
+}
+
+inline bool enabled(const QWidget* window, const char* name) { return control<QWidget>(window, name).isEnabled(); }
+
+// Of a label, a line or a button.
+inline QString textOf(const QWidget* window, const char* name) {
+  return control<QWidget>(window, name).property("text").toString();
+}
+
 // Buttons of a toolbar bear their caption, trimmed.
 inline void click(const QWidget* window, const char* button) {
   QTest::mouseClick(&control<QAbstractButton>(window, button), Qt::LeftButton);
+}
+
+// In place of what the box holds.
+inline void type(const QWidget* window, const char* box, const QString& text) {
+  control<QLineEdit>(window, box).selectAll();
+  QTest::keyClicks(&control<QLineEdit>(window, box), text);
 }
 
 // A check box answers to its box and its text only, which need not reach its middle.
@@ -60,6 +83,13 @@ inline std::vector<QString> columnTexts(const mv::ListView& list, int column = 0
   std::vector<QString> texts;
   for (int row = 0; row < list.rowCount(); ++row) texts.push_back(list.cell(row, column));
   return texts;
+}
+
+// All cells of a row, as one text with bars.
+inline std::string rowText(const mv::ListView& list, int row) {
+  QStringList cells;
+  for (int column = 0; column < list.columnCount(); ++column) cells << list.cell(row, column);
+  return cells.join('|').toStdString();
 }
 
 }  // namespace mvtest

@@ -118,6 +118,13 @@ long ProgramTest::count(const std::string& table, const std::string& where) cons
   return static_cast<long>(mv::gDatabase.count("select count(*) as outCount from " + table + " where " + where));
 }
 
+std::string ProgramTest::lastMessage() {
+  if (dialogs.messages.empty()) return "";
+  const ScriptedDialogs::Shown shown = dialogs.messages.back();
+  dialogs.messages.clear();
+  return mv::toUtf8(shown.title + ": " + shown.text);
+}
+
 WindowTest::WindowTest() {
   frame.show();
   QCoreApplication::processEvents();

@@ -82,6 +82,8 @@ class ProgramTest : public ::testing::Test {
   // Runs a statement; the first field of the first row as text ("" when there is no row).
   std::string value(const std::string& sql) const;
   long count(const std::string& table, const std::string& where = "1=1") const;
+  // Title and text of the latest message box, "" when there was none since the last call.
+  std::string lastMessage();
 
   ScriptedDialogs dialogs;
 

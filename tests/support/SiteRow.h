@@ -1,4 +1,4 @@
-// A site's rows in gDatabase.
+// Rows in gDatabase.
 #pragma once
 
 #include <cstdint>
@@ -6,6 +6,10 @@
 #include <vector>
 
 namespace mvtest {
+
+// Inserts rows into "table (column, ...)", every value stored as the text or number that it is.
+using RowValues = std::vector<std::string>;
+void insert(const std::string& into, const std::vector<RowValues>& rows);
 
 // Inserts a site with usable limits (0 KB to 24 MB, 50 pages) that fetches files of these types, and returns its id.
 std::int32_t addSite(const std::string& location, const std::string& downloadPath,

@@ -3,20 +3,18 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cctype>
-#include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <cstdlib>
-#include <list>
 #include <mutex>
-#include <optional>
+#include <set>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
@@ -25,7 +23,6 @@ namespace mvtest {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using SharedResource = std::shared_ptr<const Resource>;
 
 constexpr std::size_t kSendAtOnce = 64 * 1024;
@@ -78,46 +75,32 @@ std::size_t bodyLengthSent(const Resource& resource) {
   }
 }
 
-std::optional<Request> parseRequest(std::string& in) {
-  const auto end = in.find("\r\n\r\n");
-  if (end == std::string::npos) return std::nullopt;
+Request parsed(const std::string& head) {
   Request request;
-  std::string_view text(in.data(), end);
-  bool first = true;
-  while (!text.empty()) {
-    const auto line = text.substr(0, text.find("\r\n"));
-    text.remove_prefix(std::min(text.size(), line.size() + 2));
-    if (first) {
-      const auto blank = line.find(' ');
-      const auto second = line.rfind(' ');
-      request.method = line.substr(0, blank);
-      if (second != std::string_view::npos && second > blank) request.path = line.substr(blank + 1, second - blank - 1);
-      first = false;
-      continue;
-    }
-    const auto colon = line.find(':');
-    if (colon == std::string_view::npos) continue;
-    auto value = line.substr(colon + 1);
-    while (value.starts_with(' ')) value.remove_prefix(1);
-    request.headers[lower(std::string(line.substr(0, colon)))] = value;
+  std::istringstream lines(head);
+  lines >> request.method >> request.path;
+  for (std::string line; std::getline(lines, line);) {
+    const auto colon = line.find(": ");
+    if (colon == std::string::npos) continue;
+    if (line.ends_with('\r')) line.pop_back();
+    request.headers[lower(line.substr(0, colon))] = line.substr(colon + 2);
   }
-  in.erase(0, end + 4);
   return request;
 }
 
-struct Connection {
-  enum class Phase { Idle, Waiting, Sending, Silent };
-  int socket = -1;
-  Phase phase = Phase::Idle;
-  std::string in;
-  Clock::time_point due;
-  SharedResource resource;
-  bool keepAlive = true;
-  std::string head;
-  std::size_t headSent = 0;
-  std::size_t bodySent = 0;
-  std::size_t bodyLength = 0;
-};
+// The next request of a connection; nothing when the client has gone.
+std::optional<Request> receive(int socket, std::string& in) {
+  const std::string behind = "\r\n\r\n";
+  auto end = in.find(behind);
+  for (char buffer[16 * 1024]; end == std::string::npos; end = in.find(behind)) {
+    const auto count = ::recv(socket, buffer, sizeof buffer, 0);
+    if (count <= 0) return std::nullopt;
+    in.append(buffer, static_cast<std::size_t>(count));
+  }
+  Request request = parsed(in.substr(0, end));
+  in.erase(0, end + behind.size());
+  return request;
+}
 
 }  // namespace
 
@@ -125,177 +108,118 @@ struct TestSite::Private {
   Private();
   ~Private();
 
-  void run();
   void accept();
-  bool serve(Connection& connection, short events);
-  bool receive(Connection& connection);
-  bool takeRequest(Connection& connection);
-  void beginAnswer(Connection& connection);
-  bool send(Connection& connection);
-  bool finishAnswer(Connection& connection);
-  SharedResource find(const Request& request);
+  void serve(int socket);
+  bool answer(int socket, Request request);
+  bool send(int socket, std::string_view bytes, bool counted);
+  SharedResource find(const Request& request) const;
 
   mutable std::mutex mutex;
+  std::condition_variable stopped;
+  bool stop = false;
   std::map<std::string, SharedResource> resources;
   Rule rule;
   std::vector<Request> requests;
   std::atomic<std::uint64_t> bytesSent{0};
-  std::atomic<bool> stop{false};
   int listener = -1;
-  int wakeUp = -1;
   int port = 0;
-  std::list<Connection> connections;
-  std::thread thread;
+  std::set<int> sockets;
+  std::vector<std::thread> threads;  // the first listens, the others serve a connection each
 };
 
 TestSite::Private::Private() {
   // A proxy of the environment must not see the traffic of a test.
   ::setenv("no_proxy", "127.0.0.1,localhost", 1);
-  wakeUp = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-  listener = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
   auto* plain = reinterpret_cast<sockaddr*>(&address);
-  if (wakeUp < 0 || listener < 0 || ::bind(listener, plain, size) != 0 || ::listen(listener, 64) != 0 ||
-      ::getsockname(listener, plain, &size) != 0) {
+  if (listener < 0 || ::bind(listener, plain, size) != 0 || ::listen(listener, 64) != 0 ||
+      ::getsockname(listener, plain, &size) != 0)
     throw std::runtime_error("The test site cannot listen");
-  }
   port = ntohs(address.sin_port);
-  thread = std::thread([this] { run(); });
+  const std::lock_guard lock(mutex);
+  threads.emplace_back([this] { accept(); });
 }
 
 TestSite::Private::~Private() {
-  stop = true;
-  const std::uint64_t one = 1;
-  [[maybe_unused]] const auto written = ::write(wakeUp, &one, sizeof one);
-  thread.join();
-  for (const auto& connection : connections) ::close(connection.socket);
-  ::close(listener);
-  ::close(wakeUp);
-}
-
-void TestSite::Private::run() {
-  while (!stop) {
-    std::vector<pollfd> polled{{wakeUp, POLLIN, 0}, {listener, POLLIN, 0}};
-    int timeout = -1;
-    for (const auto& connection : connections) {
-      short events = POLLIN;
-      if (connection.phase == Connection::Phase::Sending) events |= POLLOUT;
-      polled.push_back({connection.socket, events, 0});
-      if (connection.phase != Connection::Phase::Waiting) continue;
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(connection.due - Clock::now()).count();
-      const int wait = static_cast<int>(std::max<long>(left, 0));
-      timeout = timeout < 0 ? wait : std::min(timeout, wait);
-    }
-    if (::poll(polled.data(), polled.size(), timeout) < 0) continue;
-    std::size_t at = 2;
-    for (auto connection = connections.begin(); connection != connections.end(); ++at) {
-      if (serve(*connection, polled[at].revents)) {
-        ++connection;
-      } else {
-        ::close(connection->socket);
-        connection = connections.erase(connection);
-      }
-    }
-    if ((polled[1].revents & POLLIN) != 0) accept();
+  {
+    const std::lock_guard lock(mutex);
+    stop = true;
+    ::shutdown(listener, SHUT_RDWR);
+    for (const int socket : sockets) ::shutdown(socket, SHUT_RDWR);
   }
+  stopped.notify_all();
+  threads.front().join();  // no more are added
+  for (std::size_t i = 1; i < threads.size(); ++i) threads[i].join();
+  ::close(listener);
 }
 
 void TestSite::Private::accept() {
-  const int socket = ::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-  if (socket < 0) return;
-  const int on = 1;
-  ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  connections.emplace_back().socket = socket;
-}
-
-// One turn of a connection; false when it is to be closed.
-bool TestSite::Private::serve(Connection& connection, short events) {
-  if ((events & (POLLIN | POLLHUP | POLLERR)) != 0 && !receive(connection)) return false;
-  if (connection.phase == Connection::Phase::Idle && !takeRequest(connection)) return false;
-  if (connection.phase == Connection::Phase::Waiting && Clock::now() >= connection.due) {
-    if (connection.resource->fault == Fault::Refuse) return false;
-    beginAnswer(connection);
+  for (;;) {
+    const int socket = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+    const std::lock_guard lock(mutex);
+    if (stop && socket >= 0) ::close(socket);
+    if (stop) return;
+    if (socket < 0) continue;
+    const int on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    sockets.insert(socket);
+    threads.emplace_back([this, socket] { serve(socket); });
   }
-  return connection.phase != Connection::Phase::Sending || send(connection);
 }
 
-bool TestSite::Private::receive(Connection& connection) {
-  char buffer[16 * 1024];
-  const auto count = ::recv(connection.socket, buffer, sizeof buffer, 0);
-  if (count < 0) return errno == EAGAIN || errno == EINTR;
-  connection.in.append(buffer, static_cast<std::size_t>(count));
-  return count > 0;
-}
-
-bool TestSite::Private::takeRequest(Connection& connection) {
-  auto request = parseRequest(connection.in);
-  if (!request) return connection.in.size() < 1024 * 1024;
-  connection.keepAlive = lower(request->headers["connection"]) != "close";
-  connection.resource = find(*request);
-  connection.due = Clock::now() + std::chrono::milliseconds(connection.resource->delayMs);
-  connection.phase = Connection::Phase::Waiting;
+void TestSite::Private::serve(int socket) {
+  std::string in;
+  for (auto request = receive(socket, in); request && answer(socket, std::move(*request));)
+    request = receive(socket, in);
   const std::lock_guard lock(mutex);
-  requests.push_back(std::move(*request));
-  return true;
+  sockets.erase(socket);
+  ::close(socket);
 }
 
-SharedResource TestSite::Private::find(const Request& request) {
-  static const auto missing = [] {
-    auto resource = std::make_shared<Resource>();
-    resource->status = 404;
-    resource->body = "<html><body>There is no such page.</body></html>";
-    return resource;
-  }();
-  const std::lock_guard lock(mutex);
+SharedResource TestSite::Private::find(const Request& request) const {
+  static const auto missing = std::make_shared<const Resource>(
+      Resource{.body = "<html><body>There is no such page.</body></html>", .status = 404});
   if (auto answer = rule ? rule(request) : std::nullopt) return std::make_shared<const Resource>(std::move(*answer));
   const auto found = resources.find(request.path);
   return found == resources.end() ? missing : found->second;
 }
 
-void TestSite::Private::beginAnswer(Connection& connection) {
-  const auto& resource = *connection.resource;
-  const bool closes = resource.fault != Fault::None && resource.fault != Fault::HeaderOnly;
-  connection.keepAlive = connection.keepAlive && !closes;
-  connection.head = resource.fault == Fault::Garbage ? std::string("\x01\x02 this is no answer\r\n\r\n")
-                                                     : headOf(resource, connection.keepAlive);
-  connection.headSent = 0;
-  connection.bodySent = 0;
-  connection.bodyLength = bodyLengthSent(resource);
-  connection.phase = Connection::Phase::Sending;
-}
-
-bool TestSite::Private::send(Connection& connection) {
-  const auto& body = connection.resource->body;
-  for (;;) {
-    const bool inHead = connection.headSent < connection.head.size();
-    const auto left =
-        inHead ? connection.head.size() - connection.headSent : connection.bodyLength - connection.bodySent;
-    if (left == 0) return finishAnswer(connection);
-    const char* from = inHead ? connection.head.data() + connection.headSent : body.data() + connection.bodySent;
-    const auto count = ::send(connection.socket, from, std::min(left, kSendAtOnce), MSG_NOSIGNAL);
-    if (count < 0) return errno == EAGAIN || errno == EINTR;
-    (inHead ? connection.headSent : connection.bodySent) += static_cast<std::size_t>(count);
-    if (!inHead) bytesSent += static_cast<std::uint64_t>(count);
-  }
-}
-
-bool TestSite::Private::finishAnswer(Connection& connection) {
-  const auto fault = connection.resource->fault;
-  if (fault == Fault::HeaderOnly) {
-    connection.phase = Connection::Phase::Silent;
-    return true;
-  }
+// False when the connection is to be closed.
+bool TestSite::Private::answer(int socket, Request request) {
+  bool keepAlive = lower(request.headers["connection"]) != "close";
+  std::unique_lock lock(mutex);
+  const SharedResource resource = find(request);
+  requests.push_back(std::move(request));
+  if (stopped.wait_for(lock, std::chrono::milliseconds(resource->delayMs), [this] { return stop; })) return false;
+  lock.unlock();
+  const Fault fault = resource->fault;
+  if (fault == Fault::Refuse) return false;
+  keepAlive = keepAlive && (fault == Fault::None || fault == Fault::HeaderOnly);
+  const std::string head =
+      fault == Fault::Garbage ? "\x01\x02 this is no answer\r\n\r\n" : headOf(*resource, keepAlive);
+  const auto body = std::string_view(resource->body).substr(0, bodyLengthSent(*resource));
+  if (!send(socket, head, false) || !send(socket, body, true)) return false;
   if (fault == Fault::Reset) {
     const linger atOnce{1, 0};
-    ::setsockopt(connection.socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    return false;
+    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
   }
-  if (!connection.keepAlive) return false;
-  connection.phase = Connection::Phase::Idle;
-  return takeRequest(connection);
+  std::string ignored;
+  if (fault == Fault::HeaderOnly) receive(socket, ignored);
+  return keepAlive && fault != Fault::HeaderOnly;
+}
+
+bool TestSite::Private::send(int socket, std::string_view bytes, bool counted) {
+  while (!bytes.empty()) {
+    const auto count = ::send(socket, bytes.data(), std::min(bytes.size(), kSendAtOnce), MSG_NOSIGNAL);
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+    if (counted) bytesSent += static_cast<std::uint64_t>(count);
+  }
+  return true;
 }
 
 TestSite::TestSite() : d(std::make_unique<Private>()) {}
@@ -314,10 +238,7 @@ void TestSite::setRule(Rule rule) {
 void TestSite::page(const std::string& path, const std::string& html) { file(path, "text/html", html); }
 
 void TestSite::file(const std::string& path, const std::string& type, const std::string& body) {
-  Resource resource;
-  resource.type = type;
-  resource.body = body;
-  add(path, std::move(resource));
+  add(path, {.type = type, .body = body});
 }
 
 int TestSite::port() const { return d->port; }

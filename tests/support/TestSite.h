@@ -1,4 +1,4 @@
-// A web site on 127.0.0.1 for tests: a table of pages and files, served over real sockets by a thread of its own, with
+// A web site on 127.0.0.1 for tests: a table of pages and files, served over real sockets by threads of its own, with
 // the faults that real servers have.
 #pragma once
 
@@ -25,11 +25,11 @@ enum class Fault {
 
 struct Resource {
   std::string type = "text/html";
-  std::string body;
+  std::string body = {};
   int status = 200;
-  std::string reason;                          // default: the status's usual phrase
-  std::map<std::string, std::string> headers;  // beside Content-Type, Content-Length, Connection
-  int delayMs = 0;                             // before the answer
+  std::string reason = {};                          // default: the status's usual phrase
+  std::map<std::string, std::string> headers = {};  // beside Content-Type, Content-Length, Connection
+  int delayMs = 0;                                  // before the answer
   Fault fault = Fault::None;
 };
 
@@ -53,7 +53,7 @@ class TestSite {
   void file(const std::string& path, const std::string& type, const std::string& body);
 
   // For answers that depend on the request: asked before the table, which answers when it gives nothing. Set before the
-  // first request; runs on the site's own thread.
+  // first request; runs on a thread of the site.
   using Rule = std::function<std::optional<Resource>(const Request&)>;
   void setRule(Rule rule);
 
