@@ -252,13 +252,19 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   if (row >= 0) Q_EMIT rowActivated(row);
 }
 
+// The row that the first key chooses: an arrow the one that has the focus frame, instead of passing it by.
+QTreeWidgetItem* ListView::firstStop(int key) const {
+  if (key == Qt::Key_Home) return topLevelItem(0);
+  if (key == Qt::Key_End) return topLevelItem(rowCount() - 1);
+  return currentItem();
+}
+
 void ListView::moveByKey(QKeyEvent* event) {
   const QTreeWidgetItem* before = currentItem();
   const bool wasSelected = before && before->isSelected();
   if (before && !wasSelected && event->modifiers() == Qt::NoModifier && isMovement(event->key()) &&
       selectedItems().isEmpty())
-    // The first key chooses the row that has the focus frame instead of passing it by.
-    setCurrentItem(currentItem(), 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    setCurrentItem(firstStop(event->key()), 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   else
     QTreeWidget::keyPressEvent(event);
 

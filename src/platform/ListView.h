@@ -92,6 +92,7 @@ class ListView : public QTreeWidget {
   void sortNow();
   int sortedPlace(const QString& text) const;
   void moveByKey(QKeyEvent* event);
+  QTreeWidgetItem* firstStop(int key) const;
   // Answers a drag over the list or a drop on it.
   bool takesDrop(QDropEvent& event) const;
 

@@ -140,7 +140,9 @@ void frmDownloadManager::unloadChildWindows() {
 
 void frmDownloadManager::saveOwnPosition() {
   if (isMinimized() || !gDatabase.isOpen()) return;
-  const QRect place = isMaximized() ? normalGeometry() : QRect(pos(), size());
+  // The normal geometry is the one inside the title bar and borders; a place is where the window's own frame stands.
+  const QPoint frame = geometry().topLeft() - pos();
+  const QRect place = (isMaximized() ? normalGeometry() : geometry()).translated(-frame);
   saveWindowPosition(toUtf8(windowTitle()), pixelsToTwips(place.top()), pixelsToTwips(place.left()),
                      pixelsToTwips(place.height()), pixelsToTwips(place.width()));
 }

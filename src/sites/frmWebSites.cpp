@@ -128,6 +128,7 @@ void frmWebSites::buildConnectionsMenu() {
   menu->addAction("Other...", this, [this] { run([this] { askConnections(); }); });
   connections_->setMenu(menu);
   connections_->setPopupMode(QToolButton::MenuButtonPopup);
+  connections_->installEventFilter(this);
 }
 
 QString frmWebSites::positionKey() const { return kTitle; }
@@ -147,9 +148,13 @@ void frmWebSites::activated() {
 bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
   // Left without a tool tip, a button shows its caption instead.
   if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
-  const bool f2 = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2;
-  if (watched != &list() || !f2) return ListWindow::eventFilter(watched, event);
-  run([this] { openEdit(); });
+  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+  if (watched == &list() && key == Qt::Key_F2)
+    run([this] { openEdit(); });
+  else if (watched == connections_ && key == Qt::Key_Down)
+    run([this] { connections_->showMenu(); });
+  else
+    return ListWindow::eventFilter(watched, event);
   return true;
 }
 

@@ -72,6 +72,11 @@ TEST_F(ListViewTest, TheUserChoosesRowsTheProgramDoesNot) {
   list.clearSelection();
   QTest::keyClick(&list, Qt::Key_Down);
   expectChosen(1);  // the first key chooses the row with the focus frame
+  for (const auto& [key, row] : {std::pair(Qt::Key_End, 2), std::pair(Qt::Key_Home, 0)}) {
+    list.clearSelection();
+    QTest::keyClick(&list, key);
+    expectChosen(row);
+  }
 
   QTest::mousePress(list.viewport(), Qt::LeftButton, Qt::NoModifier, at(0));
   QMouseEvent move(QEvent::MouseMove, at(2), list.viewport()->mapToGlobal(at(2)), Qt::NoButton, Qt::LeftButton, {});

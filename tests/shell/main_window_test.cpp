@@ -120,6 +120,14 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   main = std::make_unique<frmDownloadManager>();
   main->initWindow();
   EXPECT_EQ(main->size(), QSize(750, 600));
+  main->show();
+  const QPoint place = main->pos();
+  ASSERT_NE(place, main->geometry().topLeft()) << "there is a frame";
+  main->showMaximized();
+  main->close();
+  main = std::make_unique<frmDownloadManager>();
+  main->initWindow();
+  EXPECT_EQ(main->pos(), place) << "not further down with every maximised session";
 
   gDatabase.execute("update win_pos set wtop = 900000, wleft = -900000 where wname = \"Morvane2000\"");
   main = std::make_unique<frmDownloadManager>();

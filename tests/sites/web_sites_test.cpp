@@ -183,6 +183,16 @@ TEST_F(WebSites, ConnectionsEntriesAreStored) {
   EXPECT_EQ(value("select max_connections from pref"), "3") << "the button sets it until the next rebuild";
 }
 
+TEST_F(WebSites, TheChoiceOfConnectionsOpensByKey) {
+  openWith({});
+  auto& button = control<QToolButton>(window, "Connections");
+  int opened = 0;
+  QObject::connect(button.menu(), &QMenu::aboutToShow, button.menu(), [&] { ++opened; });
+  QObject::connect(button.menu(), &QMenu::aboutToShow, button.menu(), &QWidget::close, Qt::QueuedConnection);
+  QTest::keyClick(&button, Qt::Key_Down);
+  EXPECT_EQ(opened, 1);
+}
+
 TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   openWith({"a", "b", "c", "d"});
   clickRow(*list, 1);
