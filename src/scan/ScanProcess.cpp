@@ -219,8 +219,6 @@ void ScanProcess::markPageDone() {
   const bool error = std::exchange(pageError_, false);
   const int row = lvwLinks.findLink(id);
   if (row >= 0) lvwLinks.setState(row, error ? RowState::Error : RowState::Done);
-  // A link that could not be stored is found again only by a further visit of its page.
-  if (std::exchange(linkLost_, false)) return;
   gDatabase.execute("update link set status = \"Done\" where id = " + std::to_string(id));
 }
 
@@ -311,18 +309,11 @@ void ScanProcess::handleLink(const std::string& link) {
     storeLink(link);
   } catch (const NoLinkId&) {
     // The user has been told, and would be told again for every further link of the page.
-    linkWasLost();
     tag_ = tags_.size();
     scanner_.setHtml(std::string());
   } catch (const std::exception& error) {
-    linkWasLost();
     report(error);
   }
-}
-
-void ScanProcess::linkWasLost() {
-  linkLost_ = true;
-  pageError_ = true;
 }
 
 void ScanProcess::storeLink(const std::string& link) {

@@ -86,7 +86,6 @@ class ScanProcess : public Process {
   bool beginNextWalk();
   void linkFound(const std::string& link);
   void handleLink(const std::string& link);
-  void linkWasLost();
   void storeLink(const std::string& link);
   void finishPage();
   // True when a login request is on its way: the page that answers it comes next.
@@ -116,7 +115,6 @@ class ScanProcess : public Process {
   std::string currentUrl_;
   std::int64_t currentLinkId_ = 0;
   bool pageError_ = false;
-  bool linkLost_ = false;         // one of its links could not be stored
   bool isLoginAnswer_ = false;    // it answers, or is to answer, a login request
   bool credentialsSent_ = false;  // it was asked for with the site's user name and password
   std::string requestKind_;

@@ -229,18 +229,6 @@ TEST_F(ScanProcessTest, ADatabaseErrorIsShownOnceAPageAndTheScanGoesOn) {
   EXPECT_TRUE(waitFor([this] { return count("link") == 50; }));
 }
 
-TEST_F(ScanProcessTest, APageIsVisitedAgainWhenItsLinksCouldNotBeStored) {
-  site.page("/", "x");
-  site.page("/page.htm", R"(<a href="/found.htm">)");
-  addLink(10, site.host() + "/page.htm");
-  mv::gDatabase.execute("alter table link rename column file_type to gone");
-  begin();
-  ASSERT_TRUE(waitFor([this] { return dialogs.messages.size() == 1; }));
-  mv::gDatabase.execute("alter table link rename column gone to file_type");
-  EXPECT_TRUE(waitForStatus("/found.htm", "False"));
-  EXPECT_TRUE(waitForStatus("/page.htm", "Done"));
-}
-
 TEST_F(ScanProcessTest, AStartThatFailedIsTriedAgain) {
   site.page("/", "<a href=\"a.htm\">");
   mv::gDatabase.execute("alter table valid_tag rename to away");
