@@ -20,7 +20,7 @@ class Checkpoints {
   Checkpoints& operator=(const Checkpoints&) = delete;
 
  private:
-  static constexpr int kPages = 4096;       // 16 MiB of journal between two checkpoints
+  static constexpr int kPages = 2048;  // 8 MiB of journal between two checkpoints: a longer one takes longer to search
   static constexpr int kLongPages = 12288;  // from here on it is seen to that it begins anew
   static constexpr int kPasses = 4;
 
