@@ -105,7 +105,7 @@ TEST_F(FileTypes, EditShowsTheRecordAndWritesItsOwnRow) {
   click(editor(), "chkDownloadByDefault");
   click(editor(), "btnOK");
   EXPECT_FALSE(editor());
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_EQ(row("gif"), "GIF|A \"pasted\" quote|no|no");
   EXPECT_EQ(count("valid_filetypes"), 3);
 }
@@ -117,6 +117,7 @@ TEST_F(FileTypes, ARecordDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   click(manager, "Delete");
   description().setText("kept");
   click(editor(), "btnOK");
+  EXPECT_EQ(lastMessage(), "Morvane2000: This filetype has been deleted meanwhile. It was not saved.");
   ASSERT_TRUE(editor());
   EXPECT_EQ(description().text(), "kept");
   EXPECT_EQ(count("valid_filetypes"), 2);
@@ -139,9 +140,9 @@ TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
   click(manager, "Delete");
   choose("gif");
   click(manager, "Delete");
-  ASSERT_EQ(dialogs.messages.size(), 2u);
-  EXPECT_EQ(dialogs.messages[0].text, "Please select a filetype to delete. ");
-  EXPECT_EQ(dialogs.messages[1].text, "You cannot delete this filetype");
+  ASSERT_EQ(dialogs.messages().size(), 2u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Please select a filetype to delete. ");
+  EXPECT_EQ(dialogs.messages()[1].text, "You cannot delete this filetype");
   EXPECT_EQ(count("valid_filetypes"), 2);
 }
 

@@ -206,7 +206,7 @@ TEST_F(RulesAndFilters, AFilterWhoseRulesCannotBeStoredIsAsItWas) {
   mvtest::doubleClickRow(available(editor), 0);
   click(editor, "cmdOK");
   EXPECT_EQ(find<mv::frmNewFilter>(), editor);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_EQ(filter(1), "First|no|One|1,2");
   mv::gDatabase.execute("drop index one_filter");
   click(editor, "cmdOK");

@@ -75,7 +75,7 @@ TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
   open({"gif"});
   control<QLineEdit>(window, "txtPath").setText("/proc/none/of/this");
   click(window, "cmdBrowse");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_TRUE(dialogs.folderRequests.empty());
   EXPECT_EQ(count("site_paths"), 0);
 

@@ -134,6 +134,7 @@ TEST_F(DownloadProcessTest, NumberedNamesComeFromTheSequence) {
   addFile("/two.jpg", "2");
   waitForAll();
   EXPECT_EQ(state("two.jpg"), "Error") << "no number, no file";
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
@@ -200,7 +201,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
     EXPECT_EQ(state("a.jpg"), "Error") << unusable;
   }
   EXPECT_EQ(process->ErrorCount(), 4);
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
 
   setSite("download_path = " + mv::quoted(saveFolder));
   addFile("/later.jpg", "later");

@@ -93,12 +93,12 @@ TEST_F(HelpWindowTest, SubjectsWithoutTopicsLeaveTheDropDownAsItIs) {
   choose(window, "Gone");
   EXPECT_EQ(topics(window), Texts({"A"}));
   EXPECT_EQ(text(window), "");
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
 
   choose(window, "The \"Other\" One");
   EXPECT_EQ(topics(window), Texts({"A"}));
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("The \"Other\" One"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("The \"Other\" One"));
   EXPECT_EQ(subjects(window).rowCount(), 3) << "the list is as it was when the window opened";
 }
 

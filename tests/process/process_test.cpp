@@ -66,6 +66,7 @@ TEST_F(ProcessTest, StoppedInsideAMessageBoxItSaysSoWhenTheOutermostProcedureHas
     EXPECT_TRUE(process.isBusy());
     order.push_back("returned");
   });
+  EXPECT_EQ(lastMessage(), "t: box");
   EXPECT_EQ(order, (std::vector<std::string>{"inner", "asked", "returned", "stopped"}));
   EXPECT_FALSE(process.isBusy());
 }
@@ -80,6 +81,7 @@ TEST_F(ProcessTest, NoSecondStepBeginsWhileABoxOfTheFirstStands) {
   process.onTick = [this] { showBox(); };
   process.enableWorkTimer();
   ASSERT_TRUE(waitFor([this] { return stopped.count() == 1; }));
+  EXPECT_EQ(lastMessage(), "t: box");
   EXPECT_EQ(ticksDuringBox, 1);
 }
 

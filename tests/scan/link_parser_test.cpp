@@ -103,7 +103,7 @@ TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
 
   mv::gDatabase.execute("delete from valid_sid where sid_name = 'link_id'");
   EXPECT_THROW(add("host1/b.htm"), mv::NoLinkId);
-  EXPECT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(dialogs.messages().size(), 1U);
   EXPECT_EQ(count("link", "url = \"host1/b.htm\""), 0);
   mv::Transaction another(mv::gDatabase);  // none was left open
 }

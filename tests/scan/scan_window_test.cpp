@@ -106,6 +106,7 @@ TEST_F(ScanWindowTest, StoppedWhileItsMessageBoxStandsItGoesBehindIt) {
     thereAfterUnload = !window.isNull();
   };
   ASSERT_TRUE(waitFor([this] { return !window; }));
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_TRUE(thereAfterUnload) << "its code was still running";
 }
 

@@ -22,8 +22,8 @@ class Tags : public mvtest::WindowTest {
   static mv::frmNewTag* editor() { return mvtest::find<mv::frmNewTag>(); }
   static QLineEdit& box() { return control<QLineEdit>(editor(), "txtTagName"); }
   void expectMessage(const char* title) const {
-    ASSERT_EQ(dialogs.messages.size(), 1u);
-    EXPECT_EQ(dialogs.messages[0].title, title);
+    ASSERT_EQ(dialogs.messages().size(), 1u);
+    EXPECT_EQ(dialogs.messages()[0].title, title);
   }
   std::string tag(int id) const { return value("select tag from valid_tag where id = " + std::to_string(id)); }
 
@@ -73,7 +73,7 @@ TEST_F(Tags, ATagDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   mv::gDatabase.execute("delete from valid_tag where id = 3");
   box().setText("kept");
   click(editor(), "cmdOK");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   ASSERT_TRUE(editor());
   EXPECT_EQ(box().text(), "kept");
   EXPECT_EQ(count("valid_tag"), 1);
@@ -116,7 +116,7 @@ TEST_F(Tags, TheListIsRebuiltOnceAtTheNextActivationAndAFailureIsShown) {
   mvtest::clickRow(list(), 0);
   mv::gDatabase.execute("alter table valid_tag rename to away");
   QTest::keyClick(&list(), Qt::Key_Delete);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   mv::gDatabase.execute("alter table away rename to valid_tag");
 }
 
@@ -135,7 +135,7 @@ TEST_F(Tags, DeleteActsAtOnceAndOnASelectionOnly) {
   click(manager, "Delete");
   EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href="}));
   EXPECT_EQ(tag(20), "");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 }  // namespace

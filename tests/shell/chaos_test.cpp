@@ -198,7 +198,7 @@ TEST_F(ChaosTest, NoWindowIsLostAndNoProcessGetsStuck) {
   main_->close();
   EXPECT_TRUE(mvtest::waitFor([&] { return main_->mdiArea().subWindowList().isEmpty(); })) << "a window was left over";
   EXPECT_TRUE(WindowRegistry::instance().windows().empty());
-  for (const auto& message : dialogs.messages) ADD_FAILURE() << message.text.toStdString();
+  for (const auto& message : dialogs.messages()) ADD_FAILURE() << message.text.toStdString();
 }
 
 }  // namespace

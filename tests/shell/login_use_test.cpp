@@ -59,7 +59,7 @@ class LoginUse : public mvtest::WholeUse {
   void expectFile(const QString& path) {
     ASSERT_TRUE(mvtest::waitFor([&] { return QFile::exists(path); }, 60'000)) << path.toStdString();
     EXPECT_EQ(mvtest::readFile(toUtf8(path)), kPicture);
-    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_TRUE(dialogs.messages().empty());
   }
 };
 

@@ -161,8 +161,8 @@ TEST_F(MainWindowTest, HelpPagesOpenInTheBrowserAndAFailureIsSaid) {
   redirected.findChild<QAction*>("mnuHelpOnlineManual")->trigger();
   redirected.findChild<QAction*>("mnuHelpQuillonSupportSite")->trigger();
   EXPECT_EQ(opened, QStringList({"http://127.0.0.1:9/morvane2000/manual.html", "http://127.0.0.1:9/"}));
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text, "Sorry, couldn't find your browser.");
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Sorry, couldn't find your browser.");
 }
 
 TEST_F(MainWindowTest, AboutStaysUntilItIsClosed) {

@@ -103,8 +103,8 @@ TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
   EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "1") << "not at once after the start";
   gDatabase.execute("alter table pref rename column help_server to another");
   click(window, "btnClose");
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("help_server"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("help_server"));
   gDatabase.execute("alter table pref rename column another to help_server");
   EXPECT_EQ(value(kRow), "no,0,0,no,no,no,no");
   EXPECT_NE(mvtest::find<frmPreferences>(), nullptr) << "what was chosen is still there";
@@ -113,7 +113,7 @@ TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
 
   gDatabase.execute("alter table pref rename column help_server to another");
   open();
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(dialogs.messages().size(), 2u);
   gDatabase.execute("alter table pref rename column another to help_server");
   click(window, "btnClose");
   EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no") << "what could not be read is not written over";
@@ -151,8 +151,8 @@ TEST_F(PreferencesTest, ShowsAndTestsTheSpace) {
   EXPECT_EQ(text("txtDBStatus"), "Not enough disk space available to perform maintenance.");
   clickCompact();
   EXPECT_EQ(waiting(), nullptr);
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text, "Not enough disk space available to perform maintenance.");
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Not enough disk space available to perform maintenance.");
 }
 
 TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
@@ -160,8 +160,8 @@ TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
   scan->process().SiteName = "a";
   open();
   clickCompact();
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("while sites are running"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("while sites are running"));
   closeProcess("Scan: a");
 
   gDatabase.execute("insert into link (site_id, url) values (1, 'kept')");
@@ -180,7 +180,7 @@ TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
   EXPECT_FALSE(mvtest::enabled(window, "cmdCompactDatabase"));
   EXPECT_EQ(window->focusWidget()->objectName(), "btnClose") << "the next Enter does no harm";
   EXPECT_EQ(count("link", "url = 'kept'"), 1);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 TEST_F(PreferencesTest, TheEndOfTheProgramGivesACompactionUp) {

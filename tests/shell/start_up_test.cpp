@@ -54,7 +54,7 @@ TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   ASSERT_EQ(logLines().size(), 4);
   EXPECT_EQ(logLines().first(), "Log opened " + kRule);
   EXPECT_EQ(logLines().at(2), "Log closed " + kRule);
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + "-wal"));
 }
 
@@ -76,8 +76,8 @@ TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
 TEST_F(StartUpTest, EmptyPreferencesAreReportedAndEverythingCountsAsNo) {
   gDatabase.execute("delete from pref");
   ASSERT_TRUE(start());
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.startsWith("An error has occured"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.startsWith("An error has occured"));
   EXPECT_EQ(gQuitTime, 0);
   end();
 }
@@ -96,10 +96,10 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
     SCOPED_TRACE(what);
     QFile::remove(path);
     if (exists) std::ofstream(gDatabasePath, std::ios::binary) << content;
-    dialogs.messages.clear();
+    lastMessage();
     EXPECT_FALSE(start());
-    ASSERT_EQ(dialogs.messages.size(), 1u);
-    EXPECT_TRUE(dialogs.messages[0].text.contains(path)) << dialogs.messages[0].text.toStdString();
+    ASSERT_EQ(dialogs.messages().size(), 1u);
+    EXPECT_TRUE(dialogs.messages()[0].text.contains(path)) << dialogs.messages()[0].text.toStdString();
     EXPECT_EQ(QFile::exists(path), exists);
     EXPECT_TRUE(mvtest::readFile(gDatabasePath) == content);
     EXPECT_EQ(QDir(toQString(folder())).entryList({"*-wal", "*-shm"}), QStringList());

@@ -69,11 +69,11 @@ TEST_F(SiteStoreTest, DeletesWhatBelongsToASite) {
   EXPECT_EQ(rowsOf(2), 6);
   mv::discardNewSite(3);
   EXPECT_EQ(rowsOf(3), 3) << "login, values and links stay";
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
 
   mv::deleteSite(0);
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_EQ(dialogs.messages[0].text, "Please select a web site to delete. ");
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_EQ(dialogs.messages()[0].text, "Please select a web site to delete. ");
   EXPECT_EQ(rowsOf(0), 7);
 }
 

@@ -16,10 +16,10 @@ TEST_F(ProgramDatabaseTest, SequencesCountOnAndAnUnknownOneIsReported) {
   gDatabase.execute("update valid_sid set next_value = 41 where sid_name = \"link_id\"");
   EXPECT_EQ(mv::nextSequenceValue("link_id"), 41);
   EXPECT_EQ(mv::nextSequenceValue("link_id"), 42);
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_EQ(mv::nextSequenceValue("no_id"), 0);
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("3021"));
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("3021"));
 }
 
 TEST_F(ProgramDatabaseTest, ShipsTheRowsThatTheProgramCountsOn) {

@@ -33,7 +33,13 @@ class ScriptedDialogs : public mv::Dialogs {
     QString text;
     mv::MessageIcon icon = mv::MessageIcon::None;
   };
-  std::vector<Shown> messages;
+  // The message boxes shown so far. A test that ends without having looked at all of them has failed.
+  const std::vector<Shown>& messages() const {
+    seen_ = messages_.size();
+    return messages_;
+  }
+  void forgetMessages() { messages_.clear(), seen_ = 0; }
+  bool allSeen() const { return seen_ == messages_.size(); }
   std::vector<mv::FolderRequest> folderRequests;
   std::vector<mv::FileRequest> fileRequests;
   std::vector<Shown> questions;
@@ -51,6 +57,10 @@ class ScriptedDialogs : public mv::Dialogs {
   std::optional<QString> folder(const mv::FolderRequest& request) override;
   bool confirm(QWidget* owner, const QString& title, const QString& question) override;
   std::optional<QString> openFile(const mv::FileRequest& request) override;
+
+ private:
+  std::vector<Shown> messages_;
+  mutable std::size_t seen_ = 0;
 };
 
 class TestFrame : public QMainWindow, public mv::MainFrame {
