@@ -10,11 +10,13 @@
 
 namespace {
 
+using namespace mvtest;
+
 namespace fs = std::filesystem;
 
-class PathTest : public mvtest::ProgramTest {
+class PathTest : public ProgramTest {
  protected:
-  PathTest() { path.SiteID = mvtest::addSite("host/a", folder()); }
+  PathTest() { path.SiteID = addSite("host/a", folder()); }
   mv::clsPath path;
 };
 

@@ -12,10 +12,10 @@
 namespace {
 
 using namespace mv;
-using mvtest::control;
+using namespace mvtest;
 using Texts = std::vector<QString>;
 
-class HelpWindowTest : public mvtest::WindowTest {
+class HelpWindowTest : public WindowTest {
  protected:
   static frmHelp* open() {
     auto* window = new frmHelp;
@@ -29,7 +29,7 @@ class HelpWindowTest : public mvtest::WindowTest {
   }
   static ListView& subjects(frmHelp* window) { return control<ListView>(window, "lvwSubjects"); }
   static void choose(frmHelp* window, const QString& subject) {
-    mvtest::clickRow(subjects(window), subjects(window).findRow(0, subject));
+    clickRow(subjects(window), subjects(window).findRow(0, subject));
   }
   static Texts topics(frmHelp* window) {
     auto& box = control<QComboBox>(window, "cmboTopics");
@@ -43,7 +43,7 @@ class HelpWindowTest : public mvtest::WindowTest {
     auto& box = control<QComboBox>(window, "cmboTopics");
     box.showPopup();
     QTest::keyClick(box.view(), Qt::Key_Return);
-    EXPECT_TRUE(mvtest::waitFor([&] { return !box.view()->isVisible(); }));
+    EXPECT_TRUE(waitFor([&] { return !box.view()->isVisible(); }));
   }
 };
 
@@ -53,7 +53,7 @@ TEST_F(HelpWindowTest, ASubjectThenATopicThenItsText) {
   addTopic(11, "Sites", "A", "text of \"A\"\r\nline two");
   addTopic(13, "Filters", "C", "text of C");
   frmHelp* window = open();
-  EXPECT_EQ(mvtest::columnTexts(subjects(window)), Texts({"Filters", "Sites"}));
+  EXPECT_EQ(columnTexts(subjects(window)), Texts({"Filters", "Sites"}));
   EXPECT_EQ(subjects(window).headerItem()->text(0), "Subject");
   EXPECT_EQ(control<QLabel>(window, "lblSubjects").text(), "Select a Subject");
   EXPECT_EQ(control<QLabel>(window, "lblTopics").text(), "Then Select a Topic");

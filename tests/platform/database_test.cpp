@@ -14,6 +14,7 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::Database;
 using mv::DatabaseError;
 using mv::Recordset;
@@ -35,7 +36,7 @@ long errorOf(Work work) {
 class DatabaseTest : public ::testing::Test {
  protected:
   DatabaseTest() : path(folder.filePath("data base %41?.mdb").toStdString()) {
-    mvtest::copyShippedDatabase(path);
+    copyShippedDatabase(path);
     db.open(path);
   }
 
@@ -289,7 +290,7 @@ class DatabaseFileTest : public DatabaseTest {
 
   // Opening is refused with `number` and leaves no trace.
   void expectRefused(long number, const Database::TableNames& tables = {}) {
-    const std::string before = fs::is_regular_file(path) ? mvtest::readFile(path) : "";
+    const std::string before = fs::is_regular_file(path) ? readFile(path) : "";
     std::error_code none;
     const auto time = fs::last_write_time(path, none);
     try {
@@ -301,14 +302,14 @@ class DatabaseFileTest : public DatabaseTest {
     }
     EXPECT_FALSE(db.isOpen());
     EXPECT_FALSE(sidecars());
-    EXPECT_TRUE(before.empty() || mvtest::readFile(path) == before);
+    EXPECT_TRUE(before.empty() || readFile(path) == before);
     EXPECT_EQ(fs::last_write_time(path, none), time);
   }
 };
 
 TEST_F(DatabaseFileTest, RefusesWhatIsMissingForeignOrDamaged) {
   expectRefused(DatabaseError::kUnrecognizedFormat, {"site", "Link", "bookmarks"});
-  const std::string whole = mvtest::readFile(path);
+  const std::string whole = readFile(path);
   std::vector<std::string> contents = {"", std::string(4096, 'x')};
   for (const std::size_t length : {std::size_t{50}, std::size_t{4096}, whole.size() - 4096})
     contents.push_back(whole.substr(0, length));
@@ -404,7 +405,7 @@ TEST_F(DatabaseFileTest, AFailedCompactionLeavesNoTarget) {
   const auto compact = [&](const std::string& to) { return errorOf([&] { mv::CompactCopy(path, to).write(); }); };
   std::ofstream(target) << "kept";
   EXPECT_EQ(compact(target), DatabaseError::kAlreadyExists);
-  EXPECT_EQ(mvtest::readFile(target), "kept");
+  EXPECT_EQ(readFile(target), "kept");
   EXPECT_NE(compact(folder.filePath("no/such/folder.mdb").toStdString()), 0);
   fs::remove(target);
   {

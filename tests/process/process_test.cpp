@@ -13,7 +13,7 @@
 
 namespace {
 
-using mvtest::waitFor;
+using namespace mvtest;
 
 class Probe : public mv::Process {
  public:
@@ -34,7 +34,7 @@ class Probe : public mv::Process {
   void failed(const std::exception& error) override { ADD_FAILURE() << error.what(); }
 };
 
-class ProcessTest : public mvtest::ProgramTest {
+class ProcessTest : public ProgramTest {
  protected:
   void showBox() { mv::showMessage(nullptr, "t", "box", mv::MessageIcon::None); }
   Probe process;

@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace mvtest;
+
 TEST(LinkParser, ResolvesALinkAgainstItsPage) {
   const struct {
     const char *link, *basePath, *url;
@@ -30,10 +32,10 @@ TEST(LinkParser, ResolvesALinkAgainstItsPage) {
   }
 }
 
-class LinkStoring : public mvtest::ProgramTest {
+class LinkStoring : public ProgramTest {
  protected:
   LinkStoring() {
-    parser.SiteID = mvtest::addSite("host1/start", folder(), {"jpg", "mp3"});
+    parser.SiteID = addSite("host1/start", folder(), {"jpg", "mp3"});
     parser.Domain = "host1";
     parser.InitializeDomainHopper();
   }

@@ -7,10 +7,9 @@
 
 namespace {
 
-using mvtest::control;
-using mvtest::waitFor;
+using namespace mvtest;
 
-class ScanWindowTest : public mvtest::ScanTest<mvtest::WindowTest> {
+class ScanWindowTest : public ScanTest<WindowTest> {
  protected:
   ScanWindowTest() : window(open()) {}
 
@@ -21,8 +20,8 @@ class ScanWindowTest : public mvtest::ScanTest<mvtest::WindowTest> {
     scan->showChild();
     return scan;
   }
-  void clickDetails() { mvtest::click(window, "btnDetails"); }
-  QString text(const char* label) const { return mvtest::textOf(window, label); }
+  void clickDetails() { click(window, "btnDetails"); }
+  QString text(const char* label) const { return textOf(window, label); }
   void closeForGood() {
     mv::gClosingProcesses = true;
     window->unload();

@@ -17,7 +17,6 @@
 #include "catalog/frmNewRule.h"
 #include "catalog/frmRuleManager.h"
 #include "catalog/frmSitePaths.h"
-#include "demo/Feeds.h"
 #include "demo/Gallery.h"
 #include "download/frmDownload.h"
 #include "forms/frmFormManager.h"
@@ -47,10 +46,7 @@
 namespace {
 
 using namespace mv;
-using mvtest::click;
-using mvtest::control;
-using mvtest::find;
-using mvtest::insert;
+using namespace mvtest;
 
 constexpr const char* kFolderShown = "/home/anna/Pictures/gallery";
 constexpr int kPatienceMs = 60'000;
@@ -151,21 +147,21 @@ void storeLoginForm() {
 void loginForms() {
   auto* manager = showSingle<frmFormManager>();
   auto& forms = control<ListView>(manager, "lvwForms");
-  mvtest::clickRow(forms, forms.findRow(0, "Club page"));
+  clickRow(forms, forms.findRow(0, "Club page"));
   save(manager, "form-manager");
 
   click(manager, "Edit");
   auto* form = find<frmNewForm>();
   save(form, "form-editor-general");
   control<QTabWidget>(form, "SSTab1").setCurrentIndex(1);
-  mvtest::clickRow(control<ListView>(form, "lvwFields"), 1);
+  clickRow(control<ListView>(form, "lvwFields"), 1);
   save(form, "form-editor-fields");
   click(form, "cmdEditField");
   save(find<frmNewField>(), "field-editor");
 }
 
 // A topic of the slow server is on its way, the message has come.
-void onlineUpdates(frmDownloadManager& window, const mvtest::TestSite& server) {
+void onlineUpdates(frmDownloadManager& window, const TestSite& server) {
   for (ChildWindow* child : WindowRegistry::instance().windows()) child->hideChild();
   window.resize(720, 480);
   find<frmWebSites>()->showChild();
@@ -186,7 +182,7 @@ void help() {
   window->showChild();
   window->initWindow();
   auto& subjects = control<ListView>(window, "lvwSubjects");
-  mvtest::clickRow(subjects, subjects.findRow(0, "Web sites"));
+  clickRow(subjects, subjects.findRow(0, "Web sites"));
   Q_EMIT control<QComboBox>(window, "cmboTopics").activated(0);
   save(window, "help");
   window->unload();
@@ -234,7 +230,7 @@ void insertFilters(std::int32_t site) {
 template <class Editor, class Manager>
 Editor* edit(Manager* manager, const QString& record) {
   auto* list = manager->template findChild<ListView*>();
-  mvtest::clickRow(*list, list->findRow(0, record));
+  clickRow(*list, list->findRow(0, record));
   click(manager, "Edit");
   return find<Editor>();
 }
@@ -275,12 +271,12 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(QIcon(MORVANE_ICON));
   target = QString::fromLocal8Bit(argv[1]);
 
-  mvtest::TestSite gallery;
-  mvtest::fillGallery(gallery);
-  mvtest::fillFeeds(gallery, kSlowTopic, kSlowTopicMs);
-  mvtest::ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
+  TestSite gallery;
+  fillGallery(gallery);
+  gallery.add(kSlowTopic, {.type = "text/plain", .body = "13\nQuestions\nTopic\nText.\n", .delayMs = kSlowTopicMs});
+  ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
-  mvtest::useAsUpdateServer(gallery);
+  useAsUpdateServer(gallery);
   const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
   gDatabase.execute("update site set auto_scan = \"no\", download_path = " + mv::quoted(kFolderShown) +
                     " where id = " + std::to_string(site));

@@ -25,8 +25,9 @@
 namespace {
 
 using namespace mv;
+using namespace mvtest;
 
-class MainWindowTest : public mvtest::ProgramTest {
+class MainWindowTest : public ProgramTest {
  protected:
   MainWindowTest() : main(std::make_unique<frmDownloadManager>()) {
     main->initWindow();
@@ -67,7 +68,7 @@ TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
   edit->show();
   main->activateWindow();
   edit->setFocus();
-  ASSERT_TRUE(mvtest::waitFor([&] { return QApplication::focusWidget() == edit; }));
+  ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == edit; }));
   QClipboard* clipboard = QApplication::clipboard();
 
   edit->setSelection(1, 3);
@@ -115,7 +116,7 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   EXPECT_TRUE(WindowRegistry::instance().windows().empty());
   EXPECT_EQ(value("select wwidth from win_pos where wname = \"Morvane2000\""), std::to_string(750 * 15));
   EXPECT_EQ(count("win_pos", "wname = \"Web Sites\""), 1);
-  EXPECT_NE(mvtest::readFile(errorLogPath()).find("Log closed ="), std::string::npos);
+  EXPECT_NE(readFile(errorLogPath()).find("Log closed ="), std::string::npos);
 
   main = std::make_unique<frmDownloadManager>();
   main->initWindow();

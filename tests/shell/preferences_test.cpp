@@ -17,14 +17,13 @@
 namespace {
 
 using namespace mv;
-using mvtest::click;
-using mvtest::control;
+using namespace mvtest;
 
 constexpr const char* kRow =
     "select auto_scan || ',' || quit_time || ',' || max_connections || ',' || hide_processes || ',' || auto_update || "
     "',' || help_server || ',' || overwrite_existing from pref";
 
-class PreferencesTest : public mvtest::WindowTest {
+class PreferencesTest : public WindowTest {
  protected:
   void open() { window = showSingle<frmPreferences>(); }
   // Turns to the tab that holds the control.
@@ -34,7 +33,7 @@ class PreferencesTest : public mvtest::WindowTest {
     return control<Control>(window, name);
   }
   void tick(int tab, const char* name) { mvtest::tick(on<QCheckBox>(tab, name)); }
-  QString text(const char* name) { return mvtest::textOf(window, name); }
+  QString text(const char* name) { return textOf(window, name); }
   QWidget* waiting() { return frame.findChild<QWidget*>("frmPleaseWait"); }
   void clickCompact() {
     on<QPushButton>(kDatabase, "cmdCompactDatabase");
@@ -62,7 +61,7 @@ TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
   tick(kAutoScan, "chkAutoScan");
   EXPECT_FALSE(slider.isEnabled());
   for (const char* name : {"frmGenTurnAutoScanningOff", "lblGenLogOffAfterThisLong", "txtGenQuitAfterThisManyHours"})
-    EXPECT_FALSE(mvtest::enabled(window, name)) << name;
+    EXPECT_FALSE(enabled(window, name)) << name;
   tick(kAutoScan, "chkAutoScan");
   EXPECT_TRUE(slider.isEnabled());
 
@@ -75,7 +74,7 @@ TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
   EXPECT_EQ(count("pref"), 1);
   EXPECT_EQ(gHideProcesses + gOverwriteExisting, "yesyes") << "at once";
   EXPECT_EQ(gAutoScan + gAutoUpdate, "nono") << "from the next start";
-  EXPECT_EQ(mvtest::find<frmPreferences>(), nullptr);
+  EXPECT_EQ(find<frmPreferences>(), nullptr);
 }
 
 TEST_F(PreferencesTest, TheCloseBoxAndEscapeDoNotSave) {
@@ -86,7 +85,7 @@ TEST_F(PreferencesTest, TheCloseBoxAndEscapeDoNotSave) {
       QTest::keyClick(window, Qt::Key_Escape);
     else
       window->closeRequested();
-    EXPECT_EQ(mvtest::find<frmPreferences>(), nullptr);
+    EXPECT_EQ(find<frmPreferences>(), nullptr);
     EXPECT_EQ(value(kRow), "no,8,3,no,no,no,no");
   }
 }
@@ -107,7 +106,7 @@ TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
   EXPECT_TRUE(dialogs.messages()[0].text.contains("help_server"));
   gDatabase.execute("alter table pref rename column another to help_server");
   EXPECT_EQ(value(kRow), "no,0,0,no,no,no,no");
-  EXPECT_NE(mvtest::find<frmPreferences>(), nullptr) << "what was chosen is still there";
+  EXPECT_NE(find<frmPreferences>(), nullptr) << "what was chosen is still there";
   click(window, "btnClose");
   EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no");
 
@@ -129,11 +128,11 @@ TEST_F(PreferencesTest, ClearsThePositionsAndTheCache) {
   EXPECT_EQ(text("txtDBStatus"), "Link Cache has been cleared.");
   for (const char* name : {"cmdClearWinPos", "cmdClearCache"}) {
     EXPECT_EQ(text(name), "Cleared");
-    EXPECT_FALSE(mvtest::enabled(window, name));
+    EXPECT_FALSE(enabled(window, name));
   }
   window->closeRequested();
   open();
-  EXPECT_TRUE(mvtest::enabled(window, "cmdClearWinPos"));
+  EXPECT_TRUE(enabled(window, "cmdClearWinPos"));
 }
 
 TEST_F(PreferencesTest, ShowsAndTestsTheSpace) {
@@ -167,17 +166,16 @@ TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
   gDatabase.execute("insert into link (site_id, url) values (1, 'kept')");
   clickCompact();
   ASSERT_NE(waiting(), nullptr);
-  EXPECT_EQ(mvtest::textOf(waiting(), "lblPleaseWait"), "Waiting...");
+  EXPECT_EQ(textOf(waiting(), "lblPleaseWait"), "Waiting...");
   EXPECT_EQ(QApplication::activeModalWidget(), waiting());
   QTest::keyClick(waiting(), Qt::Key_Escape);
-  EXPECT_TRUE(mvtest::waitFor([&] {
-    return !waiting() ||
-           mvtest::textOf(waiting(), "lblPleaseWait") == "Compacting Morvane2000 database. Please wait...";
+  EXPECT_TRUE(waitFor([&] {
+    return !waiting() || textOf(waiting(), "lblPleaseWait") == "Compacting Morvane2000 database. Please wait...";
   }));
-  EXPECT_TRUE(mvtest::waitFor([&] { return !waiting(); }));
+  EXPECT_TRUE(waitFor([&] { return !waiting(); }));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   EXPECT_EQ(text("cmdCompactDatabase"), "Compacted");
-  EXPECT_FALSE(mvtest::enabled(window, "cmdCompactDatabase"));
+  EXPECT_FALSE(enabled(window, "cmdCompactDatabase"));
   EXPECT_EQ(window->focusWidget()->objectName(), "btnClose") << "the next Enter does no harm";
   EXPECT_EQ(count("link", "url = 'kept'"), 1);
   EXPECT_EQ(dialogs.messages().size(), 1u);
@@ -190,7 +188,7 @@ TEST_F(PreferencesTest, TheEndOfTheProgramGivesACompactionUp) {
   EXPECT_EQ(waiting(), nullptr);
   open();
   clickCompact();
-  ASSERT_TRUE(mvtest::waitFor([&] { return mvtest::textOf(waiting(), "lblPleaseWait") != "Waiting..."; }));
+  ASSERT_TRUE(waitFor([&] { return textOf(waiting(), "lblPleaseWait") != "Waiting..."; }));
   window->unload();
   EXPECT_EQ(waiting(), nullptr);
   EXPECT_FALSE(QFile::exists(toQString(folder() + gTempDatabaseFileName)));
@@ -220,8 +218,8 @@ TEST_F(PreferencesTest, ALargeDatabaseHoldsNothingUp) {
   clickCompact();
   PaintWatch watch;
   waiting()->findChild<QWidget*>("pbarPleaseWait")->installEventFilter(&watch);
-  mvtest::LongestTurn turn;
-  ASSERT_TRUE(mvtest::waitFor([&] { return !waiting(); }, 300'000));
+  LongestTurn turn;
+  ASSERT_TRUE(waitFor([&] { return !waiting(); }, 300'000));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);
   EXPECT_GT(watch.paints, 1);

@@ -17,10 +17,11 @@
 namespace {
 
 using namespace mv;
+using namespace mvtest;
 namespace fs = std::filesystem;
 using Step = CompactCopy::Step;
 
-class MaintenanceTest : public mvtest::ProgramTest {
+class MaintenanceTest : public ProgramTest {
  protected:
   MaintenanceTest() { addLinks(20'000); }
   ~MaintenanceTest() override { CompactCopy::setStepHook({}); }
@@ -43,7 +44,7 @@ class MaintenanceTest : public mvtest::ProgramTest {
         result = error.what();
       }
     });
-    EXPECT_TRUE(mvtest::waitFor([&] { return result.has_value(); }));
+    EXPECT_TRUE(waitFor([&] { return result.has_value(); }));
     return result.value_or("never ended");
   }
   std::string compact() { return compact(compactDatabase(gDatabasePath, temp())); }

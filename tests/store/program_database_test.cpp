@@ -6,9 +6,10 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::gDatabase;
 
-class ProgramDatabaseTest : public mvtest::ProgramTest {
+class ProgramDatabaseTest : public ProgramTest {
  protected:
 };
 
