@@ -23,11 +23,6 @@ class DownloadWindowTest : public DownloadTest<WindowTest> {
   }
 
   QString text(const char* label) const { return textOf(window, label); }
-  void closeForGood() {
-    mv::gClosingProcesses = true;
-    window->unload();
-    mv::gClosingProcesses = false;
-  }
 
   QPointer<frmDownload> window;
 };
@@ -76,7 +71,7 @@ TEST_F(DownloadWindowTest, ClosingTheSiteWhileAFileIsSavedLeavesNoPartOfIt) {
     const std::string& received = window->process().receivedText();
     if (received == "Received:" || received == "Received: 0") return;
     look.stop();
-    closeForGood();
+    endForGood(window);
   });
   look.start(0);
   window->initWindow();

@@ -137,8 +137,8 @@ TEST_F(LinkStoring, AnAddressThatWasClearedIsStoredAgain) {
 // File types are read anew as soon as the user could have changed them.
 TEST_F(LinkStoring, FileTypesHoldForAStretchOnly) {
   const auto assign = [&] {
-    mv::gDatabase.execute("insert into site_filetype_xref select " + std::to_string(parser.SiteID) +
-                          ", id from valid_filetypes where name = \"gif\"");
+    insert("site_filetype_xref",
+           {{std::to_string(parser.SiteID), value("select id from valid_filetypes where name = \"gif\"")}});
   };
   {
     const mv::clsLinkParser::Stretch stretch(parser);

@@ -178,10 +178,8 @@ TEST_F(ScanProcessTest, AnUnterminatedPageOfAMillionTagsLeavesTheWindowsAlive) {
 
 TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   setSite("pages_to_scan = 20000");
-  mv::gDatabase.execute(
-      "insert into link (id, site_id, url, link_type, status) with recursive n(i) as (select 100 union all "
-      "select i + 1 from n where i < 12000) select i, " +
-      std::to_string(siteId) + ", \"h/p\" || i, \"Document\", \"False\" from n");
+  insertNumbered("link (id, site_id, url, link_type, status)", 100, 12'000,
+                 "i, " + std::to_string(siteId) + ", 'h/p' || i, 'Document', 'False'");
   const LongestTurn turn;
   begin();
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));

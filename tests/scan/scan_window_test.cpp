@@ -22,11 +22,6 @@ class ScanWindowTest : public ScanTest<WindowTest> {
   }
   void clickDetails() { click(window, "btnDetails"); }
   QString text(const char* label) const { return textOf(window, label); }
-  void closeForGood() {
-    mv::gClosingProcesses = true;
-    window->unload();
-    mv::gClosingProcesses = false;
-  }
 
   QPointer<mv::frmScan> window;
 };
@@ -86,7 +81,7 @@ TEST_F(ScanWindowTest, KeepsItsPlaceUnderItsSite) {
   window->initWindow();
   window->setPlace({1500, 3000, 1600, 6000});
   clickDetails();
-  closeForGood();
+  endForGood(window);
   ASSERT_TRUE(waitFor([this] { return !window; }));
   window = open();
   window->initWindow();
@@ -100,7 +95,7 @@ TEST_F(ScanWindowTest, StoppedWhileItsMessageBoxStandsItGoesBehindIt) {
   mv::gDatabase.execute("alter table link rename column file_type to gone");
   bool thereAfterUnload = false;
   dialogs.duringMessage = [&] {
-    closeForGood();
+    endForGood(window);
     waitFor([] { return false; }, 20);
     thereAfterUnload = !window.isNull();
   };

@@ -33,7 +33,6 @@ class MainWindowTest : public ProgramTest {
     main->initWindow();
     main->show();
   }
-  ~MainWindowTest() override { setBrowserOpener({}); }
   QAction* item(const char* name) {
     auto* action = main->findChild<QAction*>(QString::fromLatin1(name));
     EXPECT_NE(action, nullptr) << name;
@@ -137,9 +136,7 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
 }
 
 TEST_F(MainWindowTest, ExitEndsAtOnceWithoutTheClosingSteps) {
-  gDatabase.execute(
-      "insert into link (id, site_id) with recursive n(i) as (select 1 union all select i + 1 from n where i < 5000) "
-      "select i, 1 from n");
+  insertNumbered("link (id, site_id)", 1, 5000, "i, 1");
   LinkCleaner::instance().clear(1);
   ASSERT_GT(count("link"), 0);
   int ended = 0;

@@ -82,9 +82,8 @@ class OnlineUpdatesTest : public ProgramTest {
 };
 
 TEST_F(OnlineUpdatesTest, NewDefinitionsAndTopicsComeInAtTheStart) {
-  gDatabase.execute(
-      "insert into form_def_update (name,release_date,retrieved,url) values (\"Known\", \"1\", \"yes\", \"\")");
-  gDatabase.execute("insert into help_info (id, subject) values (12, \"Mine\")");
+  insert("form_def_update (name, release_date, retrieved, url)", {{"Known", "1", "yes", ""}});
+  insert("help_info (id, subject)", {{"12", "Mine"}});
   serve(kFormOverview, definitionLine("Forum", "/forum.txt") + definitionLine("known", "/known.txt") + "\r\n" +
                            definitionLine("Shop", "/shop.txt") + "---END---\r\n" + definitionLine("Not", "/not.txt"));
   serve("/forum.txt", form("Forum") + field("User") + field("Address") + form("Second"));
@@ -207,9 +206,7 @@ TEST_F(OnlineUpdatesTest, ADatabaseClosedForMaintenanceIsWaitedFor) {
 
 TEST_F(OnlineUpdatesTest, MaintenanceInTheMiddleOfTheListIsNotNoticed) {
   start();
-  gDatabase.execute(
-      "insert into form_def_update (name, retrieved, url) with recursive n(i) as (select 1 union all select i + 1 from "
-      "n where i < 50000) select i, \"no\", \"no address\" from n");
+  insertNumbered("form_def_update (name, retrieved, url)", 1, 50'000, "i, 'no', 'no address'");
   const auto& list = control<ListView>(main(), "lvwOverview");
   main()->fetchNextFormUpdate();
   ASSERT_TRUE(waitFor([&] { return list.rowCount() > 0; }));

@@ -39,11 +39,8 @@ class ProcessManagerTest : public WindowTest {
 TEST_F(ProcessManagerTest, ListsExpandsAndEndsProcesses) {
   const std::vector<QString> all = {title(kDownloadTitle, "A"), title(kDownloadTitle, "B"), title(kScanTitle, "A"),
                                     title(kScanTitle, "B")};
-  EXPECT_EQ(manager_->caption(), "Process Manager");
   EXPECT_EQ(manager_->place(), (TwipRect{0, 0, 3600, 3050 - 3050 % 15}));
-  EXPECT_EQ(list().headerItem()->text(0), "Process and Site Name");
   EXPECT_EQ(columnTexts(list()), all);
-  EXPECT_EQ(textOf(manager_, "Expand"), "    Expand    ");
 
   click(manager_, "Delete");
   click(manager_, "Expand");
@@ -76,9 +73,7 @@ TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
   clickHeader(list(), 0);
   EXPECT_EQ(list().cell(0, 0), title(kScanTitle, "B")) << "descending";
   clickRow(list(), 0);
-  gClosingProcesses = true;
-  process(title(kScanTitle, "B"))->unload();
-  gClosingProcesses = false;
+  endForGood(process(title(kScanTitle, "B")));
   EXPECT_EQ(list().rowCount(), 4);
   click(manager_, "Expand");
   sites_->showChild();

@@ -23,8 +23,6 @@ using namespace mvtest;
 
 class StartUpTest : public ProgramTest {
  protected:
-  ~StartUpTest() override { setNow({}); }
-
   bool start() {
     gDatabase.close();
     startUp_ = std::make_unique<StartUp>();

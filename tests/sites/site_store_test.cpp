@@ -79,9 +79,7 @@ TEST_F(SiteStoreTest, DeletesWhatBelongsToASite) {
 }
 
 TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
-  gDatabase.execute(
-      "insert into link (id, site_id) with recursive n(i) as (select 2 union all select i + 1 from n where i < 5001) "
-      "select i, 1 + i % 2 from n");
+  mvtest::insertNumbered("link (id, site_id)", 2, 5001, "i, 1 + i % 2");
   mv::clearLinkCache(1);
   EXPECT_GT(count("link", "site_id = 1"), 0) << "all at once";
   gDatabase.execute("insert into link (id, site_id) values (6000, 1)");

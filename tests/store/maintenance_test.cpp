@@ -27,10 +27,7 @@ class MaintenanceTest : public ProgramTest {
   ~MaintenanceTest() override { CompactCopy::setStepHook({}); }
 
   static void addLinks(int rows) {
-    gDatabase.execute(
-        "insert into link (site_id, url) with recursive n(i) as (select 1 union all select i + 1 from n "
-        "where i < " +
-        std::to_string(rows) + ") select 1, 'http://example/' || i from n");
+    mvtest::insertNumbered("link (site_id, url)", 1, rows, "1, 'http://example/' || i");
   }
   std::string temp() const { return folder() + gTempDatabaseFileName; }
   // The whole compaction; the failure's text, "" when it succeeded.

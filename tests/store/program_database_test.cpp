@@ -9,9 +9,7 @@ namespace {
 using namespace mvtest;
 using mv::gDatabase;
 
-class ProgramDatabaseTest : public ProgramTest {
- protected:
-};
+class ProgramDatabaseTest : public ProgramTest {};
 
 TEST_F(ProgramDatabaseTest, SequencesCountOnAndAnUnknownOneIsReported) {
   gDatabase.execute("update valid_sid set next_value = 41 where sid_name = \"link_id\"");
@@ -74,8 +72,7 @@ TEST_F(ProgramDatabaseTest, UnwantedValuesAreNotReadAndNoWantedOneIsMissed) {
 }
 
 TEST_F(ProgramDatabaseTest, ACurrentDatabaseIsNotUpgraded) {
-  gDatabase.execute(
-      "insert into site (id, unique_names, base_name, alternate_matchpath) values (1, \"yes\", \"x\", \"\")");
+  mvtest::insert("site (id, unique_names, base_name, alternate_matchpath)", {{"1", "yes", "x", ""}});
   gDatabase.execute("update valid_sid set next_value = 9 where sid_name = \"filename_id\"");
   mv::openProgramDatabase(mv::gDatabasePath);
   mv::upgradeDatabase();

@@ -8,7 +8,6 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "app/ChildWindow.h"
 #include "app/EndProgram.h"
 #include "app/WindowRegistry.h"
 #include "platform/Shell.h"
@@ -136,6 +135,12 @@ WindowTest::~WindowTest() {
   for (mv::ChildWindow* window : mv::WindowRegistry::instance().windows())
     if (mv::WindowRegistry::instance().isLoaded(window)) window->unload();
   waitFor([this] { return frame.mdiArea().subWindowList().isEmpty(); }, kUnloadDeadlineMs);
+}
+
+void WindowTest::endForGood(mv::ChildWindow* window) {
+  mv::gClosingProcesses = true;
+  window->unload();
+  mv::gClosingProcesses = false;
 }
 
 void copyShippedDatabase(const std::string& path) {

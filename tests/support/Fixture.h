@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "app/ChildWindow.h"
 #include "app/MainFrame.h"
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
@@ -106,6 +107,8 @@ class WindowTest : public ProgramTest {
  protected:
   WindowTest();
   ~WindowTest() override;
+  // As the end of a site does: a process's window goes, it does not hide.
+  static void endForGood(mv::ChildWindow* window);
   TestFrame frame;
 };
 
