@@ -10,7 +10,6 @@
 #include "catalog/frmNewFilter.h"
 #include "catalog/frmNewRule.h"
 #include "catalog/frmRuleManager.h"
-#include "platform/Text.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
 

@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
-#include <QMdiSubWindow>
-#include <algorithm>
 #include <cstdio>
 #include <functional>
 
@@ -26,7 +24,6 @@
 #include "help/frmHelp.h"
 #include "help/frmMessage.h"
 #include "platform/Shell.h"
-#include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmScan.h"
 #include "scan/frmTagManager.h"

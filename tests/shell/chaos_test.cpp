@@ -4,12 +4,10 @@
 
 #include <QAction>
 #include <QElapsedTimer>
-#include <QMdiSubWindow>
 #include <random>
 #include <set>
 
 #include "download/frmDownload.h"
-#include "platform/Text.h"
 #include "scan/frmScan.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"

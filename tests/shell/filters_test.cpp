@@ -12,7 +12,6 @@
 #include "catalog/frmNewFilter.h"
 #include "catalog/frmNewRule.h"
 #include "catalog/frmRuleManager.h"
-#include "platform/Text.h"
 #include "sites/frmNew.h"
 #include "sites/frmWebSites.h"
 #include "support/TestSite.h"

@@ -14,7 +14,6 @@
 #include "app/EndProgram.h"
 #include "app/ErrorLog.h"
 #include "app/WindowRegistry.h"
-#include "catalog/frmFileTypeManager.h"
 #include "platform/Shell.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"

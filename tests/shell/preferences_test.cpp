@@ -1,8 +1,6 @@
 // The preferences window: the row of `pref` in and out, and the maintenance of the database.
 
 #include <QFileInfo>
-#include <QGroupBox>
-#include <QPaintEvent>
 #include <QSlider>
 
 #include "platform/Shell.h"

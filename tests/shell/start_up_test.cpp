@@ -37,10 +37,6 @@ class StartUpTest : public ProgramTest {
   std::unique_ptr<StartUp> startUp_;
 };
 
-QStringList logLines() { return toQString(readFile(errorLogPath())).split("\r\n", Qt::SkipEmptyParts); }
-
-const QString kRule = QString(56, QLatin1Char('='));
-
 TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   ASSERT_TRUE(start());
   EXPECT_TRUE(startUp_->mainWindow()->isVisible());
@@ -49,9 +45,10 @@ TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   EXPECT_TRUE(startUp_->mainWindow()->splash().isVisible());
   EXPECT_FALSE(webSites()->tmrQuit.isActive());
   end();
-  ASSERT_EQ(logLines().size(), 4);
-  EXPECT_EQ(logLines().first(), "Log opened " + kRule);
-  EXPECT_EQ(logLines().at(2), "Log closed " + kRule);
+  const QStringList log = toQString(readFile(errorLogPath())).split("\r\n", Qt::SkipEmptyParts);
+  ASSERT_EQ(log.size(), 4);
+  EXPECT_EQ(log[0], "Log opened " + QString(56, '='));
+  EXPECT_EQ(log[2], "Log closed " + QString(56, '='));
   EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + "-wal"));
 }

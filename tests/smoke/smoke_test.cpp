@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 
 #include "app/ErrorLog.h"
 #include "app/Settings.h"
