@@ -258,7 +258,7 @@ void filterDrag(frmDownloadManager& window) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   if (argc != 2) {
     std::fprintf(stderr, "usage: screenshots <folder>\n");
     return 2;
@@ -297,4 +297,7 @@ int main(int argc, char** argv) {
   filterDrag(*startUp.mainWindow());
   startUp.mainWindow()->close();
   return 0;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "%s\n", error.what());
+  return 1;
 }
