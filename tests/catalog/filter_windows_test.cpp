@@ -10,19 +10,12 @@
 #include "catalog/frmNewFilter.h"
 #include "catalog/frmNewRule.h"
 #include "catalog/frmRuleManager.h"
-#include "platform/Text.h"
 #include "support/Controls.h"
 #include "support/Fixture.h"
 
 namespace {
 
-using mvtest::click;
-using mvtest::columnTexts;
-using mvtest::control;
-using mvtest::enabled;
-using mvtest::find;
-using mvtest::textOf;
-using mvtest::type;
+using namespace mvtest;
 using Texts = std::vector<QString>;
 
 // What a user sees of the web-site list here: that it is told to rebuild.
@@ -33,15 +26,15 @@ class SiteList : public mv::ChildWindow {
   std::string words;
 };
 
-class RulesAndFilters : public mvtest::WindowTest {
+class RulesAndFilters : public WindowTest {
  protected:
   RulesAndFilters() {
-    mvtest::insert("rule", {{"1", "2", "3", "gif", "/stored", "Gifs", "Ends With"},
-                            {"2", "1", "1", "ban", "", "Banners", "Equals"},
-                            {"3", "1", "2", "x", "", "Hosts", "Contains"}});
-    mvtest::insert("filter", {{"1", "First", "no", "One"}, {"2", "Second", "yes", "Two"}});
-    mvtest::insert("filter_rule_xref", {{"1", "1"}, {"1", "2"}, {"2", "1"}});
-    mvtest::insert("site_filter_xref", {{"7", "1"}, {"7", "2"}});
+    insert("rule", {{"1", "2", "3", "gif", "/stored", "Gifs", "Ends With"},
+                    {"2", "1", "1", "ban", "", "Banners", "Equals"},
+                    {"3", "1", "2", "x", "", "Hosts", "Contains"}});
+    insert("filter", {{"1", "First", "no", "One"}, {"2", "Second", "yes", "Two"}});
+    insert("filter_rule_xref", {{"1", "1"}, {"1", "2"}, {"2", "1"}});
+    insert("site_filter_xref", {{"7", "1"}, {"7", "2"}});
     mv::gDatabase.execute("update valid_sid set next_value = 40 where sid_name in ('rule_id', 'filter_id')");
     mv::gDownloadFolder = "/default";
   }
@@ -51,7 +44,7 @@ class RulesAndFilters : public mvtest::WindowTest {
   Editor* open(const char* record, const char* button) {
     auto* manager = mv::showSingle<Manager>();
     auto& list = control<mv::ListView>(manager, manager->objectName() == "frmRuleManager" ? "lvwRules" : "lvwFilters");
-    if (*record) mvtest::clickRow(list, list.findRow(0, record));
+    if (*record) clickRow(list, list.findRow(0, record));
     click(manager, button);
     return find<Editor>();
   }
@@ -64,7 +57,7 @@ class RulesAndFilters : public mvtest::WindowTest {
   static mv::ListView& available(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAvailable"); }
   static mv::ListView& assigned(const QWidget* editor) { return control<mv::ListView>(editor, "lvwRulesAssigned"); }
   static void choose(const QWidget* editor, const char* box, const char* entry) {
-    mvtest::chooseEntry(control<QComboBox>(editor, box), entry);
+    chooseEntry(control<QComboBox>(editor, box), entry);
   }
   std::string rule(int id) const {
     return value(
@@ -88,7 +81,7 @@ TEST_F(RulesAndFilters, ARuleIsCheckedInOrderAndStoredAsTyped) {
   EXPECT_EQ(textOf(editor, "lblId"), "40");
   EXPECT_TRUE(control<QWidget>(editor, "txtPath").isHidden());
   const auto chooses = [&](const char* box, const char* entry) {
-    return [=] { mvtest::chooseEntry(control<QComboBox>(editor, box), entry); };
+    return [=] { chooseEntry(control<QComboBox>(editor, box), entry); };
   };
   const struct {
     const char* message;
@@ -203,10 +196,10 @@ TEST_F(RulesAndFilters, AFilterWhoseRulesCannotBeStoredIsAsItWas) {
   mv::gDatabase.execute("create unique index one_filter on filter_rule_xref (rule_id)");
   mv::frmNewFilter* editor = openFilter("First");
   type(editor, "txtFilterName", "Renamed");
-  mvtest::doubleClickRow(available(editor), 0);
+  doubleClickRow(available(editor), 0);
   click(editor, "cmdOK");
   EXPECT_EQ(find<mv::frmNewFilter>(), editor);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_EQ(filter(1), "First|no|One|1,2");
   mv::gDatabase.execute("drop index one_filter");
   click(editor, "cmdOK");
@@ -230,7 +223,7 @@ TEST_F(RulesAndFilters, AManagerClosedDuringADragGoesWhenTheDragIsOver) {
   for (const int way : {1, 2}) QTest::mouseMove(rows, start + QPoint(way * QApplication::startDragDistance(), 0));
   EXPECT_TRUE(dragged);
   EXPECT_EQ(mv::gDragKind, "");
-  EXPECT_TRUE(mvtest::waitFor([&] { return !manager; }));
+  EXPECT_TRUE(waitFor([&] { return !manager; }));
 }
 
 TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
@@ -247,7 +240,7 @@ TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
   filters.selectAll();
   const std::unique_ptr<QMimeData> dragged(filters.model()->mimeData(filters.selectionModel()->selectedRows()));
   EXPECT_EQ(dragged->text(), "1\r\n2\r\n");
-  mvtest::clickRow(filters, 0);
+  clickRow(filters, 0);
   QTest::keyClick(&filters, Qt::Key_Delete);
   EXPECT_EQ(columnTexts(filters), Texts({"Second"}));
   EXPECT_EQ(value("select group_concat(filter_id) from site_filter_xref"), "2");
@@ -272,7 +265,7 @@ TEST_F(RulesAndFilters, ANewFilterIsInsertedOnceThenUpdatedAndTakenBackByCancel)
   click(editor, "cmdApply");
   EXPECT_EQ(filter(40), "") << "no rules";
   EXPECT_EQ(value("select name || global || description from filter where id = 40"), "Its \"mine\"noit's \"so\"");
-  mvtest::doubleClickRow(available(editor), 0);
+  doubleClickRow(available(editor), 0);
   click(editor, "chkGlobal");
   click(editor, "cmdApply");
   EXPECT_EQ(filter(40), "Its \"mine\"|yes|it's \"so\"|2");
@@ -302,12 +295,12 @@ TEST_F(RulesAndFilters, AnEditedFilterMovesRulesAndKeepsWhatWasApplied) {
   EXPECT_EQ(columnTexts(assigned(editor)), Texts({"Banners", "Gifs"}));
   EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned") || enabled(editor, "cmdMoveToAvailable"));
 
-  mvtest::clickRow(assigned(editor), 0);
+  clickRow(assigned(editor), 0);
   EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned"));
   click(editor, "cmdMoveToAvailable");
-  mvtest::clickRow(available(editor), 1);
+  clickRow(available(editor), 1);
   QTest::keyClick(&available(editor), Qt::Key_Right, Qt::AltModifier);
-  EXPECT_TRUE(mvtest::waitFor([&] { return columnTexts(assigned(editor)) == Texts({"Gifs", "Hosts"}); }));
+  EXPECT_TRUE(waitFor([&] { return columnTexts(assigned(editor)) == Texts({"Gifs", "Hosts"}); }));
   EXPECT_EQ(filter(1), "First|no|One|1,2") << "not yet stored";
   click(editor, "cmdApply");
   type(editor, "txtFilterName", "not stored");
@@ -321,7 +314,7 @@ TEST_F(RulesAndFilters, AnOpenFilterEditorFollowsTheRules) {
   mv::frmNewFilter* editor = openFilter();
   type(editor, "txtFilterName", "New one");
   available(editor).selectAll();
-  mvtest::control<QWidget>(editor, "lvwRulesAvailable").setFocus();
+  control<QWidget>(editor, "lvwRulesAvailable").setFocus();
   click(editor, "cmdMoveToAssigned");
   EXPECT_FALSE(enabled(editor, "cmdMoveToAssigned")) << "nothing left to move";
   click(editor, "cmdNew");

@@ -8,14 +8,13 @@
 
 namespace {
 
-using mvtest::click;
-using mvtest::control;
+using namespace mvtest;
 
-class SitePaths : public mvtest::WindowTest {
+class SitePaths : public WindowTest {
  protected:
   void open(const std::vector<std::string>& extensions, const std::string& jpgFolder = "") {
-    siteId = mvtest::addSite("site.example", "/nowhere", extensions);
-    if (!jpgFolder.empty()) mvtest::insert("site_paths", {{std::to_string(siteId), typeId("jpg"), jpgFolder}});
+    siteId = addSite("site.example", "/nowhere", extensions);
+    if (!jpgFolder.empty()) insert("site_paths", {{std::to_string(siteId), typeId("jpg"), jpgFolder}});
     window = new mv::frmSitePaths;
     window->SiteID = siteId;
     window->SiteName = "site.example";
@@ -23,7 +22,7 @@ class SitePaths : public mvtest::WindowTest {
   }
 
   mv::ListView& list() const { return control<mv::ListView>(window, "lvwFiletypesAssigned"); }
-  QString shown() const { return mvtest::textOf(window, "txtPath"); }
+  QString shown() const { return textOf(window, "txtPath"); }
   std::string typeId(const std::string& name) const {
     return value("select id from valid_filetypes where name = " + mv::quoted(name));
   }
@@ -39,12 +38,12 @@ class SitePaths : public mvtest::WindowTest {
 TEST_F(SitePaths, EachTypeShowsItsOwnFolderOrTheProgramsDefault) {
   open({"jpg", "gif"}, "/own");
   EXPECT_EQ(window->caption(), "Path Manager for: site.example");
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"gif", "jpg"}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"gif", "jpg"}));
   EXPECT_EQ(list().currentSelectedRow(), 0);
   EXPECT_EQ(shown().toStdString(), mv::gDownloadFolder);
   QTest::keyClick(&list(), Qt::Key_Down);
   EXPECT_EQ(shown(), "/own");
-  mvtest::clickRow(list(), 0);
+  clickRow(list(), 0);
   EXPECT_EQ(shown().toStdString(), mv::gDownloadFolder);
 }
 
@@ -75,7 +74,7 @@ TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
   open({"gif"});
   control<QLineEdit>(window, "txtPath").setText("/proc/none/of/this");
   click(window, "cmdBrowse");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_TRUE(dialogs.folderRequests.empty());
   EXPECT_EQ(count("site_paths"), 0);
 

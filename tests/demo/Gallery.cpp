@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/Shell.h"
+
 namespace mvtest {
 
 namespace {
@@ -65,16 +67,21 @@ std::string pictureBytes(const Picture& picture) {
 
 void fillGallery(TestSite& site) {
   const QString root = MORVANE_GALLERY;
-  QDirIterator pages(root, {"*.html"}, QDir::Files, QDirIterator::Subdirectories);
+  QDirIterator pages(root, {"*.html", "*.txt"}, QDir::Files, QDirIterator::Subdirectories);
   while (pages.hasNext()) {
     const QString file = pages.next();
     const std::string path = file.mid(root.size()).toStdString();
-    const std::string html = readPage(file, site.host());
-    site.page(path, html);
-    if (path == "/index.html") site.page("/", html);
+    const std::string text = readPage(file, site.host());
+    site.file(path, path.ends_with(".txt") ? "text/plain" : "text/html", text);
+    if (path == "/index.html") site.page("/", text);
   }
   for (const Picture& picture : galleryPictures())
     site.file(picture.path, std::string("image/") + picture.format, pictureBytes(picture));
+}
+
+void useAsUpdateServer(const TestSite& site) {
+  mv::saveUserSetting("Morvane2000", "Servers", "UpdateHost", QString::fromStdString(site.host()));
+  mv::saveUserSetting("Morvane2000", "TheSection", "LastMessageID", "1");
 }
 
 }  // namespace mvtest

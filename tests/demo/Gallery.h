@@ -1,4 +1,5 @@
-// The bundled gallery: a small site of pages in nested folders, with links and pictures of many kinds.
+// The bundled gallery: a small site of pages in nested folders, with links and pictures of many kinds, and an update
+// server's three feeds: login form definitions, help topics and a news message.
 #pragma once
 
 #include <string>
@@ -20,7 +21,13 @@ const std::vector<Picture>& galleryPictures();
 // The same bytes at every call.
 std::string pictureBytes(const Picture& picture);
 
-// Serves pages and pictures.
+inline constexpr int kFeedDefinitions = 3;
+inline constexpr int kFeedTopics = 4;
+
+// Serves pages, pictures and feeds.
 void fillGallery(TestSite& site);
+
+// Makes the site the update server of this user, and the message that was seen last an older one.
+void useAsUpdateServer(const TestSite& site);
 
 }  // namespace mvtest

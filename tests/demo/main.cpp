@@ -14,7 +14,6 @@
 
 #include "app/Settings.h"
 #include "catalog/clsPath.h"
-#include "demo/Feeds.h"
 #include "demo/Gallery.h"
 #include "help/frmMessage.h"
 #include "platform/Text.h"
@@ -27,6 +26,7 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::gDatabase;
 using Files = std::map<std::string, std::string>;  // path below the download folder -> content
 
@@ -47,9 +47,9 @@ std::map<std::string, int> linkRows() {
 
 Files wantedFiles() {
   Files wanted;
-  for (const mvtest::Picture& picture : mvtest::galleryPictures()) {
+  for (const Picture& picture : galleryPictures()) {
     const std::string name = std::string(picture.path).substr(std::string(picture.path).rfind('/'));
-    if (picture.wanted) wanted[(name.ends_with(".png") ? kPngFolder : "") + name] = mvtest::pictureBytes(picture);
+    if (picture.wanted) wanted[(name.ends_with(".png") ? kPngFolder : "") + name] = pictureBytes(picture);
   }
   return wanted;
 }
@@ -70,12 +70,12 @@ long importedForms() { return gDatabase.count("select count(*) as outCount from 
 long importedTopics() { return gDatabase.count("select count(*) as outCount from help_info where id < 1000"); }
 
 bool allImported() {
-  return importedForms() == mvtest::kFeedDefinitions && importedTopics() == mvtest::kFeedTopics &&
+  return importedForms() == kFeedDefinitions && importedTopics() == kFeedTopics &&
          gDatabase.count("select count(*) as outCount from form_def_update where retrieved = \"yes\"") ==
-             mvtest::kFeedDefinitions;
+             kFeedDefinitions;
 }
 
-bool waitForHarvest(mvtest::ProgramRun& program, const Files& wanted) {
+bool waitForHarvest(ProgramRun& program, const Files& wanted) {
   QElapsedTimer clock;
   for (clock.start(); clock.elapsed() < kDeadlineMs && program.isRunning(); QThread::msleep(kLookEveryMs))
     if (linkRows() == kExpectedRows && allImported() && savedFiles() == wanted) return true;
@@ -114,8 +114,8 @@ bool showMessage() {
   gDatabase.close();
   mv::StartUp startUp;
   if (!startUp.run(mv::gProgramFolder)) return false;
-  mvtest::click(mvtest::find<mv::frmWebSites>(), "Start");
-  const auto message = [] { return mvtest::find<mv::frmMessage>(); };
+  click(find<mv::frmWebSites>(), "Start");
+  const auto message = [] { return find<mv::frmMessage>(); };
   const bool shown = QTest::qWaitFor([&] { return message() != nullptr; }, kMessageDeadlineMs);
   if (shown) std::printf("Message shown:\n  %s\n", qPrintable(message()->Message().section('\r', 0, 0)));
   startUp.mainWindow()->close();
@@ -134,11 +134,10 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName("Morvane2000");
 
-  mvtest::TestSite site;
-  mvtest::fillGallery(site);
-  mvtest::fillFeeds(site);
-  mvtest::ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
-  mvtest::useAsUpdateServer(site);
+  TestSite site;
+  fillGallery(site);
+  ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
+  useAsUpdateServer(site);
   gDatabase.execute("update pref set auto_update = \"yes\", help_server = \"yes\"");
   mv::clsPath paths;
   paths.SiteID = program.addAutoScanSite(site.host(), "10", "1", {"png", "jpg", "bmp"});

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -77,9 +76,7 @@ class DownloadTest : public Base {
     std::sort(names.begin(), names.end());
     return names;
   }
-  void setSite(const std::string& assignments) {
-    mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
-  }
+  void setSite(const std::string& assignments) { mvtest::setSite(siteId, assignments); }
 
   TestSite site;
   std::string saveFolder;

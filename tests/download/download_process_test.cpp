@@ -10,14 +10,12 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::AtomicFile;
 using mv::DownloadProcess;
-using mvtest::Fault;
-using mvtest::readFile;
-using mvtest::waitFor;
 using Names = std::vector<std::string>;
 
-class DownloadProcessTest : public mvtest::DownloadTest<mvtest::ProgramTest> {
+class DownloadProcessTest : public DownloadTest<ProgramTest> {
  protected:
   DownloadProcessTest() { renew(); }
   ~DownloadProcessTest() override { AtomicFile::failAfterBytes(0); }
@@ -75,7 +73,7 @@ TEST_F(DownloadProcessTest, FetchesFilesWithinTheLimitsBothEndsIncluded) {
   std::sort(expected.begin(), expected.end());
   EXPECT_EQ(savedFiles(), expected);
   for (const auto& c : cases) {
-    const mvtest::Outcome& outcome = outcomes[c.name];
+    const Outcome& outcome = outcomes[c.name];
     EXPECT_EQ(outcome.state, "Done") << c.name;
     EXPECT_EQ(outcome.label, std::string("File: ") + c.name + c.label);
     EXPECT_EQ(outcome.size, c.size);
@@ -134,6 +132,7 @@ TEST_F(DownloadProcessTest, NumberedNamesComeFromTheSequence) {
   addFile("/two.jpg", "2");
   waitForAll();
   EXPECT_EQ(state("two.jpg"), "Error") << "no number, no file";
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
@@ -200,7 +199,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
     EXPECT_EQ(state("a.jpg"), "Error") << unusable;
   }
   EXPECT_EQ(process->ErrorCount(), 4);
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
 
   setSite("download_path = " + mv::quoted(saveFolder));
   addFile("/later.jpg", "later");
@@ -212,7 +211,7 @@ TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
   setSite("pages_to_scan = 5000");
   write("a.jpg", "x");
   for (int i = 0; i < 1500; ++i) addLink(site.host() + "/" + std::to_string(i) + "/a.jpg", "jpg");
-  const mvtest::LongestTurn turn;
+  const LongestTurn turn;
   process->initWindow();
   EXPECT_EQ(process->lvwLinks.count(), 1000) << "the rest comes with the next list";
   ASSERT_TRUE(waitFor([this] { return process->lvwLinks.count() == 0 && allDone(); }));
@@ -243,7 +242,7 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
 }
 
 TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
-  const mvtest::BodiesInMemory bodies;
+  const BodiesInMemory bodies;
   setSite("upper_limit = 100");
   std::string body(std::size_t{16} << 20, '\0');
   for (std::size_t at = 0; at < body.size(); ++at) body[at] = static_cast<char>(at * 2654435761u >> 24);
@@ -251,7 +250,7 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
   process->initWindow();
   bool saved = false;
   QObject::connect(process.get(), &DownloadProcess::fileSaved, [&](const std::string&) { saved = true; });
-  const mvtest::LongestTurn turn;
+  const LongestTurn turn;
   ASSERT_TRUE(waitFor([&] { return saved; }));
   EXPECT_LT(turn.longest, 50);
   EXPECT_TRUE(readFile(path("large.bin")) == body);
@@ -261,7 +260,7 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
 }
 
 TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
-  const mvtest::BodiesInMemory bodies;
+  const BodiesInMemory bodies;
   setSite("upper_limit = 100");
   addFile("/large.bin", std::string(std::size_t{16} << 20, 'x'));
   for (int stopAt = 1;; ++stopAt) {

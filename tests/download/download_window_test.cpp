@@ -11,10 +11,10 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::frmDownload;
-using mvtest::waitFor;
 
-class DownloadWindowTest : public mvtest::DownloadTest<mvtest::WindowTest> {
+class DownloadWindowTest : public DownloadTest<WindowTest> {
  protected:
   DownloadWindowTest() : window(new frmDownload) {
     prepare(window->process());
@@ -22,12 +22,7 @@ class DownloadWindowTest : public mvtest::DownloadTest<mvtest::WindowTest> {
     window->showChild();
   }
 
-  QString text(const char* label) const { return mvtest::textOf(window, label); }
-  void closeForGood() {
-    mv::gClosingProcesses = true;
-    window->unload();
-    mv::gClosingProcesses = false;
-  }
+  QString text(const char* label) const { return textOf(window, label); }
 
   QPointer<frmDownload> window;
 };
@@ -55,10 +50,10 @@ TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {
   auto* preview = window->findChild<mv::PictureDisplay*>("Gear1");
   EXPECT_EQ(preview->picturePath(), "");
 
-  mvtest::click(window, "btnDetails");
+  click(window, "btnDetails");
   EXPECT_FALSE(window->DetailsCollapsed());
   EXPECT_EQ(preview->picturePath(), "");  // the tab "Links" is in front
-  mvtest::control<QTabWidget>(window, "SSTab1").setCurrentIndex(1);
+  control<QTabWidget>(window, "SSTab1").setCurrentIndex(1);
   EXPECT_EQ(preview->picturePath(), path("two.png"));
   ASSERT_TRUE(waitFor([&] { return preview->hasPicture(); }));
 
@@ -70,13 +65,13 @@ TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {
 TEST_F(DownloadWindowTest, ClosingTheSiteWhileAFileIsSavedLeavesNoPartOfIt) {
   setSite("upper_limit = 100");
   addFile("/large.bin", std::string(std::size_t{16} << 20, 'x'));
-  const mvtest::BodiesInMemory bodies;
+  const BodiesInMemory bodies;
   QTimer look;
   QObject::connect(&look, &QTimer::timeout, [this, &look] {
     const std::string& received = window->process().receivedText();
     if (received == "Received:" || received == "Received: 0") return;
     look.stop();
-    closeForGood();
+    endForGood(window);
   });
   look.start(0);
   window->initWindow();

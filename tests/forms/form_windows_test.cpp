@@ -8,29 +8,24 @@
 
 namespace {
 
-using mvtest::click;
-using mvtest::clickRow;
-using mvtest::control;
-using mvtest::enabled;
-using mvtest::textOf;
-using mvtest::type;
+using namespace mvtest;
 
-class Forms : public mvtest::WindowTest {
+class Forms : public WindowTest {
  protected:
   Forms() { manager = mv::showSingle<mv::frmFormManager>(); }
 
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwForms"); }
   void choose(const char* name) const { clickRow(list(), list().findRow(0, QString::fromUtf8(name))); }
-  static mv::frmNewForm* form() { return mvtest::find<mv::frmNewForm>(); }
-  static mv::frmNewField* field() { return mvtest::find<mv::frmNewField>(); }
+  static mv::frmNewForm* form() { return find<mv::frmNewForm>(); }
+  static mv::frmNewField* field() { return find<mv::frmNewField>(); }
   static QLineEdit& box(const QWidget* window, const char* name) { return control<QLineEdit>(window, name); }
   static mv::ListView& fields() { return control<mv::ListView>(form(), "lvwFields"); }
   std::string lastMessage() {
-    const bool warns = !dialogs.messages.empty() && dialogs.messages.back().icon == mv::MessageIcon::Exclamation;
+    const bool warns = !dialogs.messages().empty() && dialogs.messages().back().icon == mv::MessageIcon::Exclamation;
     return ProgramTest::lastMessage() + (warns ? " !" : "");
   }
   void addForm(int id, const std::string& name) {
-    mvtest::insert("form", {{std::to_string(id), name, "text", "query"}});
+    insert("form", {{std::to_string(id), name, "text", "query"}});
     manager->buildWorkingLists("init");
   }
   // A new form, stored with Apply, its fields in view.
@@ -55,19 +50,17 @@ class Forms : public mvtest::WindowTest {
 
 TEST_F(Forms, TheListProtectsTheBuiltInFormsAndHidesTheOneForNoLogin) {
   addForm(30, "Mine");
-  EXPECT_EQ(mvtest::columnTexts(list()),
-            (std::vector<QString>{"Mine", "Password and User Name", "User Name and Password"}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"Mine", "Password and User Name", "User Name and Password"}));
   for (const char* builtIn : {"Password and User Name", "User Name and Password"}) {
     choose("Mine");
     EXPECT_TRUE(enabled(manager, "Edit") && enabled(manager, "Delete"));
     choose(builtIn);
     EXPECT_FALSE(enabled(manager, "Edit") || enabled(manager, "Delete"));
-    mvtest::doubleClickRow(list(), list().findRow(0, builtIn));
+    doubleClickRow(list(), list().findRow(0, builtIn));
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F2, Qt::Key_Delete}) QTest::keyClick(&list(), key);
   }
   EXPECT_FALSE(form());
   EXPECT_EQ(count("form"), 4);
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(Forms, EditAndDeleteNeedARow) {
@@ -76,9 +69,9 @@ TEST_F(Forms, EditAndDeleteNeedARow) {
   EXPECT_FALSE(form());
   click(manager, "Delete");
   EXPECT_EQ(lastMessage(), "No Form Selected: Please select a form to delete. ");
-  mvtest::insert("field_info (id, form_id)", {{"70", "30"}});
-  mvtest::insert("site_form_xref", {{"1", "30"}});
-  mvtest::insert("site_field_xref (site_id, field_id)", {{"1", "70"}});
+  insert("field_info (id, form_id)", {{"70", "30"}});
+  insert("site_form_xref", {{"1", "30"}});
+  insert("site_field_xref (site_id, field_id)", {{"1", "70"}});
   choose("Mine");
   click(manager, "Delete");
   EXPECT_EQ(lastMessage(), "");
@@ -125,8 +118,8 @@ TEST_F(Forms, ANewFormIsDefinedWithItsFields) {
   addField({"where", "1", "action=\"/it's\"", "", "", "host/in"}, false);
   addField({"user", "two", "name=\"user\"", "Who \"are\" you?", "u", "ann"}, true);
 
-  EXPECT_EQ(mvtest::columnTexts(fields()), (std::vector<QString>{"where", "user"})) << "the list is up to date again";
-  EXPECT_EQ(mvtest::rowText(fields(), 1), "user|102|100|two|name=\"user\"|yes|Who \"are\" you?|u|ann");
+  EXPECT_EQ(columnTexts(fields()), (std::vector<QString>{"where", "user"})) << "the list is up to date again";
+  EXPECT_EQ(rowText(fields(), 1), "user|102|100|two|name=\"user\"|yes|Who \"are\" you?|u|ann");
   EXPECT_FALSE(enabled(form(), "cmdEditField"));
 
   clickRow(fields(), 1);
@@ -179,7 +172,7 @@ TEST_F(Forms, DeletingAFieldTakesEffectAtOnce) {
   addField({"two"}, false);
   clickRow(fields(), 0);
   click(form(), "cmdDeleteField");
-  EXPECT_EQ(mvtest::columnTexts(fields()), std::vector<QString>{"two"});
+  EXPECT_EQ(columnTexts(fields()), std::vector<QString>{"two"});
   EXPECT_FALSE(enabled(form(), "cmdDeleteField")) << "until a field is chosen";
   clickRow(fields(), 0);
   const QPoint onRow = fields().visualItemRect(fields().topLevelItem(0)).topLeft() + QPoint(5, 5);
@@ -189,7 +182,6 @@ TEST_F(Forms, DeletingAFieldTakesEffectAtOnce) {
   clickRow(fields(), 0);
   QTest::keyClick(&fields(), Qt::Key_Delete);
   EXPECT_EQ(count("field_info", "form_id = 100"), 0);
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(Forms, WhatHasBeenDeletedMeanwhileIsSaidAndTheTextStays) {

@@ -10,6 +10,7 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::AtomicFile;
 using mv::FileError;
 namespace fs = std::filesystem;
@@ -34,16 +35,16 @@ TEST_F(AtomicFileTest, ShowsTheWholeContentOrWhatWasThereBefore) {
   for (const std::string before : {"", "an older file"}) {
     if (!before.empty()) std::ofstream(path, std::ios::trunc) << before;
     AtomicFile(path).write("dropped");
-    EXPECT_EQ(fs::exists(path) ? mvtest::readFile(path) : "", before);
+    EXPECT_EQ(fs::exists(path) ? readFile(path) : "", before);
     AtomicFile file(path);
     for (int i = 0; i < 20; ++i) file.write(chunk);
     file.write("");
     file.write(std::string_view("\0end", 4));
     EXPECT_EQ(file.size(), 20 * chunk.size() + 4);
-    EXPECT_EQ(fs::exists(path) ? mvtest::readFile(path) : "", before);
+    EXPECT_EQ(fs::exists(path) ? readFile(path) : "", before);
     file.commit();
     EXPECT_EQ(fs::file_size(path), 20 * chunk.size() + 4);
-    EXPECT_EQ(mvtest::readFile(path).substr(20 * chunk.size()), std::string("\0end", 4));
+    EXPECT_EQ(readFile(path).substr(20 * chunk.size()), std::string("\0end", 4));
   }
   EXPECT_EQ(names(), 1U);
 }
@@ -57,7 +58,7 @@ TEST_F(AtomicFileTest, IsANewFileLikeAnyOtherUnderTheLongestNameToo) {
   AtomicFile again(path);
   again.write("x");
   again.commit();
-  EXPECT_EQ(mvtest::readFile(path), "x");
+  EXPECT_EQ(readFile(path), "x");
 }
 
 TEST_F(AtomicFileTest, AFullDiskLeavesNothing) {

@@ -14,8 +14,8 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::FolderDialog;
-using mvtest::control;
 
 // Runs `work` on the modal dialog that the calling test opens next.
 template <class Dialog>

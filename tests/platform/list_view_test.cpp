@@ -6,6 +6,7 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::ListView;
 using Texts = std::vector<QString>;
 
@@ -21,7 +22,7 @@ class ListViewTest : public ::testing::Test {
     for (const QString& name : names) list.addRow({name, QString::number(name.size()), "id-" + name});
   }
   QPoint at(int row) const { return list.visualItemRect(list.topLevelItem(row)).center(); }
-  Texts texts() const { return mvtest::columnTexts(list); }
+  Texts texts() const { return columnTexts(list); }
 
   ListView list;
 };
@@ -29,7 +30,7 @@ class ListViewTest : public ::testing::Test {
 TEST_F(ListViewTest, HeaderClicksSortTextsInTurnWhateverTheColumn) {
   fill({"b", "A", "a", "10", "9", "B"});
   for (const int column : {0, 1}) {
-    mvtest::clickHeader(list, column);  // the second click sorts descending, equal rows keep their order
+    clickHeader(list, column);  // the second click sorts descending, equal rows keep their order
     EXPECT_EQ(texts(), Texts({"10", "9", "A", "a", "B", "b"}));
   }
 }
@@ -65,7 +66,7 @@ TEST_F(ListViewTest, TheUserChoosesRowsTheProgramDoesNot) {
     EXPECT_EQ(list.selectedRows(), std::vector<int>({row}));
     chosen.clear();
   };
-  mvtest::clickRow(list, 2);
+  clickRow(list, 2);
   expectChosen(2);
   QTest::keyClick(&list, Qt::Key_Up);
   expectChosen(1);

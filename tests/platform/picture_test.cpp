@@ -11,8 +11,8 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::PictureDisplay;
-using mvtest::waitFor;
 
 class PictureTest : public ::testing::Test {
  protected:
@@ -59,7 +59,7 @@ TEST_F(PictureTest, ShowsSmallPicturesAsTheyAreAndShrinksLargeOnes) {
 
 TEST_F(PictureTest, WhatIsNoPictureIsAShortText) {
   // A well-formed header of a picture that would need 1.6 GB.
-  QByteArray huge = QByteArray::fromStdString(mvtest::readFile(picture("tiny.bmp", {1, 1}, Qt::red)));
+  QByteArray huge = QByteArray::fromStdString(readFile(picture("tiny.bmp", {1, 1}, Qt::red)));
   qToLittleEndian<qint32>(20'000, huge.data() + 18);
   qToLittleEndian<qint32>(20'000, huge.data() + 22);
 

@@ -22,14 +22,10 @@ std::string shown(const std::vector<SqlValue>& values) {
   return text;
 }
 
-struct Case {
-  std::string sql;
-  std::string shape;
-  std::string values;
-};
-
 TEST(SqlDialect, TakesLiteralsOut) {
-  const Case cases[] = {
+  const struct {
+    std::string sql, shape, values;
+  } cases[] = {
       // Texts, in both kinds of quotes.
       {R"(insert into t (a) values ("x", 'y'))", "insert into t (a) values (?1, ?2)", "<x> <y> "},
       {R"(insert into t values ("He said ""hi""", 'it''s'))", "insert into t values (?1, ?2)",
@@ -62,7 +58,7 @@ TEST(SqlDialect, TakesLiteralsOut) {
       {R"(create table x (a text(3) default "it's"))", "create table x (a text(3) default 'it''s')", ""},
 
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const SqlStatement statement = translateSql(c.sql);
     EXPECT_EQ(statement.shape, c.shape) << c.sql;
     EXPECT_EQ(shown(statement.values), c.values) << c.sql;
@@ -128,12 +124,11 @@ TEST(SqlOutline, ServesStatementsThatDifferInTheirLiterals) {
 }
 
 TEST(SqlDialect, NamesFieldsAsTheSelectListDoes) {
-  struct FieldCase {
+  const struct {
     std::string sql;
     std::vector<std::string> fields;
     std::string name;
-  };
-  const FieldCase cases[] = {
+  } cases[] = {
       {"SELECT r.name, search_value, vf . name FROM rule AS r",
        {"r.name", "search_value", "vf.name"},
        "select from rule"},
@@ -145,7 +140,7 @@ TEST(SqlDialect, NamesFieldsAsTheSelectListDoes) {
       {"UPDATE site set a = 1", {}, "update site"},
       {"alter table [site] add column x text(3)", {}, "alter table site"},
   };
-  for (const FieldCase& c : cases) {
+  for (const auto& c : cases) {
     const SqlStatement statement = translateSql(c.sql);
     EXPECT_EQ(statement.fields, c.fields) << c.sql;
     EXPECT_EQ(statement.name, c.name) << c.sql;

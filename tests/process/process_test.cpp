@@ -13,7 +13,7 @@
 
 namespace {
 
-using mvtest::waitFor;
+using namespace mvtest;
 
 class Probe : public mv::Process {
  public:
@@ -34,7 +34,7 @@ class Probe : public mv::Process {
   void failed(const std::exception& error) override { ADD_FAILURE() << error.what(); }
 };
 
-class ProcessTest : public mvtest::ProgramTest {
+class ProcessTest : public ProgramTest {
  protected:
   void showBox() { mv::showMessage(nullptr, "t", "box", mv::MessageIcon::None); }
   Probe process;
@@ -66,6 +66,7 @@ TEST_F(ProcessTest, StoppedInsideAMessageBoxItSaysSoWhenTheOutermostProcedureHas
     EXPECT_TRUE(process.isBusy());
     order.push_back("returned");
   });
+  EXPECT_EQ(lastMessage(), "t: box");
   EXPECT_EQ(order, (std::vector<std::string>{"inner", "asked", "returned", "stopped"}));
   EXPECT_FALSE(process.isBusy());
 }
@@ -80,6 +81,7 @@ TEST_F(ProcessTest, NoSecondStepBeginsWhileABoxOfTheFirstStands) {
   process.onTick = [this] { showBox(); };
   process.enableWorkTimer();
   ASSERT_TRUE(waitFor([this] { return stopped.count() == 1; }));
+  EXPECT_EQ(lastMessage(), "t: box");
   EXPECT_EQ(ticksDuringBox, 1);
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,9 +24,7 @@ class ScanTest : public Base {
     process.Domain = site.host();
     process.tmrOKToDownload.setInterval(1);
   }
-  void setSite(const std::string& assignments) {
-    mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(siteId));
-  }
+  void setSite(const std::string& assignments) { mvtest::setSite(siteId, assignments); }
   // What the user entered for a field of the site's login form.
   void addSiteField(int field, const std::string& text) {
     insert("site_field_xref (site_id, field_id, field_value)", {{std::to_string(siteId), std::to_string(field), text}});

@@ -7,6 +7,8 @@
 
 namespace {
 
+using namespace mvtest;
+
 bool matches(const char* field, const char* op, const std::string& value, const mv::FilterSubject& subject) {
   return mv::RuleSet({{field, op, "Save To", "", value}}).anyMatches(subject);
 }
@@ -58,13 +60,13 @@ TEST(FilterRules, AnyOfThemIsEnoughAndUnknownOnesAreSkipped) {
                   .anyMatches(page));
 }
 
-class Filters : public mvtest::ProgramTest {
+class Filters : public ProgramTest {
  protected:
   static void addFilter(int id, const char* global, const std::string& value) {
     const std::string key = std::to_string(id);
-    mvtest::insert("filter", {{key, "f", global, ""}});
-    mvtest::insert("rule", {{key, "2", "1", value, "", "rule " + key, "Contains"}});
-    mvtest::insert("filter_rule_xref", {{key, key}});
+    insert("filter", {{key, "f", global, ""}});
+    insert("rule", {{key, "2", "1", value, "", "rule " + key, "Contains"}});
+    insert("filter_rule_xref", {{key, key}});
   }
 };
 
@@ -73,10 +75,10 @@ TEST_F(Filters, GlobalOnesServeAllSitesAndOthersTheirOwn) {
   addFilter(2, "no", "say \"no\"");
   addFilter(3, "no", "elsewhere");
   mv::clsLinkParser parser;
-  parser.SiteID = mvtest::addSite("host1", folder());
+  parser.SiteID = addSite("host1", folder());
   parser.Domain = "host1";
   for (const int filter : {2, 3})
-    mvtest::insert("site_filter_xref", {{std::to_string(parser.SiteID + filter - 2), std::to_string(filter)}});
+    insert("site_filter_xref", {{std::to_string(parser.SiteID + filter - 2), std::to_string(filter)}});
   const auto add = [&parser](const std::string& url) {
     parser.Link = parser.URL = url;
     parser.AddLinkToDatabase();

@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace mvtest;
+
 TEST(LinkParser, ResolvesALinkAgainstItsPage) {
   const struct {
     const char *link, *basePath, *url;
@@ -30,10 +32,10 @@ TEST(LinkParser, ResolvesALinkAgainstItsPage) {
   }
 }
 
-class LinkStoring : public mvtest::ProgramTest {
+class LinkStoring : public ProgramTest {
  protected:
   LinkStoring() {
-    parser.SiteID = mvtest::addSite("host1/start", folder(), {"jpg", "mp3"});
+    parser.SiteID = addSite("host1/start", folder(), {"jpg", "mp3"});
     parser.Domain = "host1";
     parser.InitializeDomainHopper();
   }
@@ -103,7 +105,7 @@ TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
 
   mv::gDatabase.execute("delete from valid_sid where sid_name = 'link_id'");
   EXPECT_THROW(add("host1/b.htm"), mv::NoLinkId);
-  EXPECT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(dialogs.messages().size(), 1U);
   EXPECT_EQ(count("link", "url = \"host1/b.htm\""), 0);
   mv::Transaction another(mv::gDatabase);  // none was left open
 }
@@ -135,8 +137,8 @@ TEST_F(LinkStoring, AnAddressThatWasClearedIsStoredAgain) {
 // File types are read anew as soon as the user could have changed them.
 TEST_F(LinkStoring, FileTypesHoldForAStretchOnly) {
   const auto assign = [&] {
-    mv::gDatabase.execute("insert into site_filetype_xref select " + std::to_string(parser.SiteID) +
-                          ", id from valid_filetypes where name = \"gif\"");
+    insert("site_filetype_xref",
+           {{std::to_string(parser.SiteID), value("select id from valid_filetypes where name = \"gif\"")}});
   };
   {
     const mv::clsLinkParser::Stretch stretch(parser);

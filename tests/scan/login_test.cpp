@@ -10,10 +10,9 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::LoginField;
 using mv::LoginRequest;
-using mvtest::Request;
-using mvtest::waitFor;
 using Outcome = LoginRequest::Outcome;
 
 std::string lowered(std::string text) {
@@ -51,13 +50,13 @@ TEST(LoginRequest, TakesTheUsersValuesAndThePages) {
   EXPECT_EQ(ofLength(2'000'000), Outcome::FieldMissing);
 }
 
-class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
+class LoginTest : public ScanTest<WindowTest> {
  protected:
   LoginTest() {
     mv::InternetTransfer::forgetSharedState();
-    mvtest::insert("form (id, name, form_type)", {{"50", "Members", "Authentication"}});
+    insert("form (id, name, form_type)", {{"50", "Members", "Authentication"}});
     // Stored in another order than that of their numbers.
-    mvtest::insert(
+    insert(
         "field_info (id, form_id, logical_number, name, search_string, supplied_by_user, field_name, "
         "field_value)",
         {{"61", "50", "10", "last", "name=\"token\" value=", "no", "token", ""},
@@ -79,7 +78,7 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
   void page(const std::string& path, const std::string& html) { site.page(path, html); }
   mv::ScanProcess& process() { return window->process(); }
   std::string status() { return text("lblInfoLogin"); }
-  std::string text(const char* label) { return mvtest::textOf(window, label).toStdString(); }
+  std::string text(const char* label) { return textOf(window, label).toStdString(); }
   // Scans until so many pages, answers to a login included, are done.
   void scan(int pages) {
     int done = 0;
@@ -97,7 +96,7 @@ class LoginTest : public mvtest::ScanTest<mvtest::WindowTest> {
                                           [](const Request& request) { return request.path.starts_with("/cgi/in?"); }));
   }
   void expectSecretNotShown() {
-    std::string shown = mvtest::readFile(mv::errorLogPath());
+    std::string shown = readFile(mv::errorLogPath());
     for (const QLabel* label : window->findChildren<QLabel*>()) shown += label->text().toStdString() + "\n";
     shown += process().pageUrlText() + process().errorPanel().subject + process().errorPanel().reason;
     EXPECT_EQ(shown.find("sec"), std::string::npos) << shown;
@@ -163,7 +162,7 @@ TEST_F(LoginTest, AFieldWithoutTheSitesValueSendsItsDefaultAndAHugeOneGoesOut) {
 
 // A foreign host is one of another name or of another port.
 TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
-  mvtest::TestSite otherPort;
+  TestSite otherPort;
   const std::string otherName = "localhost:" + std::to_string(site.port());
   process().LoginFormID = 20;
   process().DomainHops = 2;

@@ -7,10 +7,9 @@
 
 namespace {
 
-using mvtest::control;
-using mvtest::waitFor;
+using namespace mvtest;
 
-class ScanWindowTest : public mvtest::ScanTest<mvtest::WindowTest> {
+class ScanWindowTest : public ScanTest<WindowTest> {
  protected:
   ScanWindowTest() : window(open()) {}
 
@@ -21,13 +20,8 @@ class ScanWindowTest : public mvtest::ScanTest<mvtest::WindowTest> {
     scan->showChild();
     return scan;
   }
-  void clickDetails() { mvtest::click(window, "btnDetails"); }
-  QString text(const char* label) const { return mvtest::textOf(window, label); }
-  void closeForGood() {
-    mv::gClosingProcesses = true;
-    window->unload();
-    mv::gClosingProcesses = false;
-  }
+  void clickDetails() { click(window, "btnDetails"); }
+  QString text(const char* label) const { return textOf(window, label); }
 
   QPointer<mv::frmScan> window;
 };
@@ -87,7 +81,7 @@ TEST_F(ScanWindowTest, KeepsItsPlaceUnderItsSite) {
   window->initWindow();
   window->setPlace({1500, 3000, 1600, 6000});
   clickDetails();
-  closeForGood();
+  endForGood(window);
   ASSERT_TRUE(waitFor([this] { return !window; }));
   window = open();
   window->initWindow();
@@ -101,11 +95,12 @@ TEST_F(ScanWindowTest, StoppedWhileItsMessageBoxStandsItGoesBehindIt) {
   mv::gDatabase.execute("alter table link rename column file_type to gone");
   bool thereAfterUnload = false;
   dialogs.duringMessage = [&] {
-    closeForGood();
+    endForGood(window);
     waitFor([] { return false; }, 20);
     thereAfterUnload = !window.isNull();
   };
   ASSERT_TRUE(waitFor([this] { return !window; }));
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_TRUE(thereAfterUnload) << "its code was still running";
 }
 

@@ -7,23 +7,22 @@
 
 namespace {
 
-using mvtest::click;
-using mvtest::control;
+using namespace mvtest;
 
-class Tags : public mvtest::WindowTest {
+class Tags : public WindowTest {
  protected:
   Tags() {
     mv::gDatabase.execute("delete from valid_tag");
-    mvtest::insert("valid_tag", {{"3", "<a href="}, {"20", "<IMG SRC="}});
+    insert("valid_tag", {{"3", "<a href="}, {"20", "<IMG SRC="}});
     manager = mv::showSingle<mv::frmTagManager>();
   }
 
   mv::ListView& list() const { return control<mv::ListView>(manager, "lvwTags"); }
-  static mv::frmNewTag* editor() { return mvtest::find<mv::frmNewTag>(); }
+  static mv::frmNewTag* editor() { return find<mv::frmNewTag>(); }
   static QLineEdit& box() { return control<QLineEdit>(editor(), "txtTagName"); }
   void expectMessage(const char* title) const {
-    ASSERT_EQ(dialogs.messages.size(), 1u);
-    EXPECT_EQ(dialogs.messages[0].title, title);
+    ASSERT_EQ(dialogs.messages().size(), 1u);
+    EXPECT_EQ(dialogs.messages()[0].title, title);
   }
   std::string tag(int id) const { return value("select tag from valid_tag where id = " + std::to_string(id)); }
 
@@ -39,7 +38,7 @@ TEST_F(Tags, ANewTagNeedsATextAndIsListedInTheOrderOfTheIds) {
   QTest::keyClicks(&box(), " data-\"src\"= ");
   QTest::keyClick(&box(), Qt::Key_Return);
   EXPECT_FALSE(editor());
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href=", "<IMG SRC=", " data-\"src\"= "}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"<a href=", "<IMG SRC=", " data-\"src\"= "}));
   EXPECT_EQ(tag(list().cell(2, 1).toInt()), " data-\"src\"= ");
 }
 
@@ -48,50 +47,50 @@ TEST_F(Tags, EnterGoesToTheButtonWithTheFocusAndElseToOK) {
   for (const char* focused : {"cmdCancel", "txtTagName"}) {
     click(manager, "New");
     QTest::keyClicks(&box(), "data-src=");
-    auto& control = mvtest::control<QWidget>(editor(), focused);
-    control.setFocus();
-    QTest::keyClick(&control, Qt::Key_Enter);
+    auto& target = control<QWidget>(editor(), focused);
+    target.setFocus();
+    QTest::keyClick(&target, Qt::Key_Enter);
     EXPECT_FALSE(editor());
     EXPECT_EQ(count("valid_tag"), focused == std::string("cmdCancel") ? 2 : 3);
   }
 }
 
 TEST_F(Tags, ADoubleClickEditsTheTag) {
-  mvtest::doubleClickRow(list(), 1);
+  doubleClickRow(list(), 1);
   ASSERT_TRUE(editor());
   EXPECT_EQ(editor()->caption(), "Edit Tag: <IMG SRC=");
-  ASSERT_TRUE(mvtest::waitFor([] { return box().selectedText() == "<IMG SRC="; }));
+  ASSERT_TRUE(waitFor([] { return box().selectedText() == "<IMG SRC="; }));
   QTest::keyClicks(&box(), "<img src=");
   click(editor(), "cmdOK");
   EXPECT_EQ(tag(20), "<img src=");
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href=", "<img src="}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"<a href=", "<img src="}));
 }
 
 TEST_F(Tags, ATagDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
-  mvtest::doubleClickRow(list(), 0);
+  doubleClickRow(list(), 0);
   ASSERT_TRUE(editor());
   mv::gDatabase.execute("delete from valid_tag where id = 3");
   box().setText("kept");
   click(editor(), "cmdOK");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   ASSERT_TRUE(editor());
   EXPECT_EQ(box().text(), "kept");
   EXPECT_EQ(count("valid_tag"), 1);
 }
 
 TEST_F(Tags, WhatIsGoneOrUnmarkedIsNotChosen) {
-  mvtest::clickRow(list(), 0);
+  clickRow(list(), 0);
   QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, {10, list().viewport()->height() - 5});
   click(manager, "Edit");
   ASSERT_TRUE(editor()) << "a click beside the rows unchooses nothing";
   editor()->unload();
   mv::gDatabase.execute("delete from valid_tag");
   manager->buildWorkingLists("init");
-  mvtest::insert("valid_tag", {{"3", "<a href="}});
+  insert("valid_tag", {{"3", "<a href="}});
   manager->buildWorkingLists("init");
   click(manager, "Edit");
   EXPECT_FALSE(editor()) << "it was gone in between";
-  mvtest::clickRow(list(), 0);
+  clickRow(list(), 0);
   const QPoint row = list().visualItemRect(list().topLevelItem(0)).center();
   QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier, row);
   click(manager, "Edit");
@@ -110,20 +109,20 @@ TEST_F(Tags, TheListIsRebuiltOnceAtTheNextActivationAndAFailureIsShown) {
   mv::WindowRegistry::instance().markRefreshPending(manager->caption());
   EXPECT_EQ(comeBack(), 0);
   EXPECT_EQ(frame.clipboardEnabled, false) << "an empty list";
-  mvtest::insert("valid_tag", {{"3", "<a href="}});
+  insert("valid_tag", {{"3", "<a href="}});
   EXPECT_EQ(comeBack(), 0) << "until it is told again";
   manager->buildWorkingLists("init");
-  mvtest::clickRow(list(), 0);
+  clickRow(list(), 0);
   mv::gDatabase.execute("alter table valid_tag rename to away");
   QTest::keyClick(&list(), Qt::Key_Delete);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   mv::gDatabase.execute("alter table away rename to valid_tag");
 }
 
 TEST_F(Tags, DeleteActsAtOnceAndOnASelectionOnly) {
   click(manager, "Edit");
   EXPECT_FALSE(editor());
-  mvtest::clickRow(list(), 0);
+  clickRow(list(), 0);
   manager->buildWorkingLists("reset");
   EXPECT_EQ(list().rowCount(), 0);
   click(manager, "Delete");
@@ -131,11 +130,11 @@ TEST_F(Tags, DeleteActsAtOnceAndOnASelectionOnly) {
   manager->buildWorkingLists("init");
   EXPECT_EQ(list().rowCount(), 2);
 
-  mvtest::clickRow(list(), 1);
+  clickRow(list(), 1);
   click(manager, "Delete");
-  EXPECT_EQ(mvtest::columnTexts(list()), (std::vector<QString>{"<a href="}));
+  EXPECT_EQ(columnTexts(list()), (std::vector<QString>{"<a href="}));
   EXPECT_EQ(tag(20), "");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 }  // namespace

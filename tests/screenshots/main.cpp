@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
-#include <QMdiSubWindow>
-#include <algorithm>
 #include <cstdio>
 #include <functional>
 
@@ -17,7 +15,6 @@
 #include "catalog/frmNewRule.h"
 #include "catalog/frmRuleManager.h"
 #include "catalog/frmSitePaths.h"
-#include "demo/Feeds.h"
 #include "demo/Gallery.h"
 #include "download/frmDownload.h"
 #include "forms/frmFormManager.h"
@@ -27,7 +24,6 @@
 #include "help/frmHelp.h"
 #include "help/frmMessage.h"
 #include "platform/Shell.h"
-#include "platform/Text.h"
 #include "scan/frmNewTag.h"
 #include "scan/frmScan.h"
 #include "scan/frmTagManager.h"
@@ -47,10 +43,7 @@
 namespace {
 
 using namespace mv;
-using mvtest::click;
-using mvtest::control;
-using mvtest::find;
-using mvtest::insert;
+using namespace mvtest;
 
 constexpr const char* kFolderShown = "/home/anna/Pictures/gallery";
 constexpr int kPatienceMs = 60'000;
@@ -151,21 +144,21 @@ void storeLoginForm() {
 void loginForms() {
   auto* manager = showSingle<frmFormManager>();
   auto& forms = control<ListView>(manager, "lvwForms");
-  mvtest::clickRow(forms, forms.findRow(0, "Club page"));
+  clickRow(forms, forms.findRow(0, "Club page"));
   save(manager, "form-manager");
 
   click(manager, "Edit");
   auto* form = find<frmNewForm>();
   save(form, "form-editor-general");
   control<QTabWidget>(form, "SSTab1").setCurrentIndex(1);
-  mvtest::clickRow(control<ListView>(form, "lvwFields"), 1);
+  clickRow(control<ListView>(form, "lvwFields"), 1);
   save(form, "form-editor-fields");
   click(form, "cmdEditField");
   save(find<frmNewField>(), "field-editor");
 }
 
 // A topic of the slow server is on its way, the message has come.
-void onlineUpdates(frmDownloadManager& window, const mvtest::TestSite& server) {
+void onlineUpdates(frmDownloadManager& window, const TestSite& server) {
   for (ChildWindow* child : WindowRegistry::instance().windows()) child->hideChild();
   window.resize(720, 480);
   find<frmWebSites>()->showChild();
@@ -186,7 +179,7 @@ void help() {
   window->showChild();
   window->initWindow();
   auto& subjects = control<ListView>(window, "lvwSubjects");
-  mvtest::clickRow(subjects, subjects.findRow(0, "Web sites"));
+  clickRow(subjects, subjects.findRow(0, "Web sites"));
   Q_EMIT control<QComboBox>(window, "cmboTopics").activated(0);
   save(window, "help");
   window->unload();
@@ -234,7 +227,7 @@ void insertFilters(std::int32_t site) {
 template <class Editor, class Manager>
 Editor* edit(Manager* manager, const QString& record) {
   auto* list = manager->template findChild<ListView*>();
-  mvtest::clickRow(*list, list->findRow(0, record));
+  clickRow(*list, list->findRow(0, record));
   click(manager, "Edit");
   return find<Editor>();
 }
@@ -265,7 +258,7 @@ void filterDrag(frmDownloadManager& window) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   if (argc != 2) {
     std::fprintf(stderr, "usage: screenshots <folder>\n");
     return 2;
@@ -275,15 +268,14 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(QIcon(MORVANE_ICON));
   target = QString::fromLocal8Bit(argv[1]);
 
-  mvtest::TestSite gallery;
-  mvtest::fillGallery(gallery);
-  mvtest::fillFeeds(gallery, kSlowTopic, kSlowTopicMs);
-  mvtest::ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
+  TestSite gallery;
+  fillGallery(gallery);
+  gallery.add(kSlowTopic, {.type = "text/plain", .body = "13\nQuestions\nTopic\nText.\n", .delayMs = kSlowTopicMs});
+  ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
-  mvtest::useAsUpdateServer(gallery);
+  useAsUpdateServer(gallery);
   const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
-  gDatabase.execute("update site set auto_scan = \"no\", download_path = " + mv::quoted(kFolderShown) +
-                    " where id = " + std::to_string(site));
+  setSite(site, "auto_scan = \"no\", download_path = " + quoted(kFolderShown));
   const std::string owner = std::to_string(site);
   insert("site_form_xref", {{owner, "20"}});
   insert("site_field_xref (site_id, field_id, field_value)", {{owner, "17", "anna"}, {owner, "18", "secret"}});
@@ -305,4 +297,7 @@ int main(int argc, char** argv) {
   filterDrag(*startUp.mainWindow());
   startUp.mainWindow()->close();
   return 0;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "%s\n", error.what());
+  return 1;
 }

@@ -4,12 +4,10 @@
 
 #include <QAction>
 #include <QElapsedTimer>
-#include <QMdiSubWindow>
 #include <random>
 #include <set>
 
 #include "download/frmDownload.h"
-#include "platform/Text.h"
 #include "scan/frmScan.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
@@ -22,20 +20,18 @@
 namespace {
 
 using namespace mv;
-using mvtest::click;
-using mvtest::clickRow;
-using mvtest::control;
+using namespace mvtest;
 
 constexpr int kSites = 10;
 constexpr int kPages = 40;
 constexpr int kTickMs = 10;
 
-class ChaosTest : public mvtest::ProgramTest {
+class ChaosTest : public ProgramTest {
  protected:
   ChaosTest() : random_(seed()) {
     for (int i = 0; i < kSites; ++i) {
       fillSite(startOf(i));
-      mvtest::addSite(web_.host() + startOf(i), folder() + "/saved", {"jpg"});
+      addSite(web_.host() + startOf(i), folder() + "/saved", {"jpg"});
     }
     gDatabase.execute("update pref set max_connections = 10");
     gOverwriteExisting = "yes";
@@ -122,7 +118,7 @@ class ChaosTest : public mvtest::ProgramTest {
   }
   void usePreferences() {
     menu("mnuFilePrefs");
-    auto* preferences = mvtest::find<frmPreferences>();
+    auto* preferences = find<frmPreferences>();
     static constexpr const char* kButtons[] = {"cmdClearCache", "cmdClearWinPos", "chkAutoHideProcesses", "btnClose"};
     control<QAbstractButton>(preferences, kButtons[pick(std::size(kButtons))]).click();
   }
@@ -152,11 +148,11 @@ class ChaosTest : public mvtest::ProgramTest {
       idle.insert(&process);
       QObject::connect(&process.tmrOKToDownload, &QTimer::timeout, sites_, [&] { idle.erase(&process); });
     }
-    EXPECT_TRUE(mvtest::waitFor([&] { return idle.empty(); })) << idle.size() << " processes are stuck";
+    EXPECT_TRUE(waitFor([&] { return idle.empty(); })) << idle.size() << " processes are stuck";
     for (ChildWindow* window : processWindows()) closeProcess(window->positionKey());
   }
 
-  mvtest::TestSite web_;
+  TestSite web_;
   std::mt19937 random_;
   std::unique_ptr<frmDownloadManager> main_;
   frmWebSites* sites_ = nullptr;
@@ -171,13 +167,13 @@ TEST_F(ChaosTest, NoWindowIsLostAndNoProcessGetsStuck) {
   for (clock.start(); clock.elapsed() < length; ++deeds) {
     hurry();
     doSomething();
-    mvtest::waitFor([] { return true; });
+    waitFor([] { return true; });
     QTest::qWait(pick(10));
   }
   std::printf("%d deeds, %zu requests served, %zu child windows at the end\n", deeds, web_.requests().size(),
               WindowRegistry::instance().windows().size());
 
-  EXPECT_TRUE(mvtest::waitFor([&] {
+  EXPECT_TRUE(waitFor([&] {
     return main_->mdiArea().subWindowList().size() == std::ssize(WindowRegistry::instance().windows());
   })) << "an ended window is still there";
   expectAllAtWork();
@@ -191,14 +187,14 @@ TEST_F(ChaosTest, NoWindowIsLostAndNoProcessGetsStuck) {
   for (int site = 0; site < kSites; ++site) {
     const std::string start = startOf(site);
     const int before = web_.requestCount(start);
-    EXPECT_TRUE(mvtest::waitFor([&] { return web_.requestCount(start) > before; })) << start;
+    EXPECT_TRUE(waitFor([&] { return web_.requestCount(start) > before; })) << start;
   }
-  EXPECT_TRUE(mvtest::waitFor([&] { return count("link", "link_type = 'File' and status = 'Done'") > 0; }));
+  EXPECT_TRUE(waitFor([&] { return count("link", "link_type = 'File' and status = 'Done'") > 0; }));
 
   main_->close();
-  EXPECT_TRUE(mvtest::waitFor([&] { return main_->mdiArea().subWindowList().isEmpty(); })) << "a window was left over";
+  EXPECT_TRUE(waitFor([&] { return main_->mdiArea().subWindowList().isEmpty(); })) << "a window was left over";
   EXPECT_TRUE(WindowRegistry::instance().windows().empty());
-  for (const auto& message : dialogs.messages) ADD_FAILURE() << message.text.toStdString();
+  for (const auto& message : dialogs.messages()) ADD_FAILURE() << message.text.toStdString();
 }
 
 }  // namespace

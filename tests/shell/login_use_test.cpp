@@ -16,12 +16,11 @@
 namespace {
 
 using namespace mv;
-using mvtest::Request;
-using mvtest::Resource;
+using namespace mvtest;
 
 const std::string kPicture(3000, 'p');
 
-class LoginUse : public mvtest::WholeUse {
+class LoginUse : public WholeUse {
  protected:
   void addField(const std::vector<QString>& values, bool byUser) {
     click(window<frmNewForm>(), "cmdNewField");
@@ -44,7 +43,7 @@ class LoginUse : public mvtest::WholeUse {
     type(editor, "txtLowerLimit", "1");
     dialogs.nextFolders.push_back(folder);
     click(editor, "cmdBrowse");
-    mvtest::chooseEntry(*control<QComboBox>(editor, "cmboAuthenticationService"), method);
+    chooseEntry(*control<QComboBox>(editor, "cmboAuthenticationService"), method);
     int row = 0;
     for (const auto& [prompt, answer] : answers) {
       const std::string number = std::to_string(++row);
@@ -57,9 +56,9 @@ class LoginUse : public mvtest::WholeUse {
   }
 
   void expectFile(const QString& path) {
-    ASSERT_TRUE(mvtest::waitFor([&] { return QFile::exists(path); }, 60'000)) << path.toStdString();
-    EXPECT_EQ(mvtest::readFile(toUtf8(path)), kPicture);
-    EXPECT_TRUE(dialogs.messages.empty());
+    ASSERT_TRUE(waitFor([&] { return QFile::exists(path); }, 60'000)) << path.toStdString();
+    EXPECT_EQ(readFile(toUtf8(path)), kPicture);
+    EXPECT_TRUE(dialogs.messages().empty());
   }
 };
 
@@ -68,7 +67,7 @@ Resource answer(int status, const std::string& body, std::map<std::string, std::
 }
 
 TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
-  mvtest::TestSite site;
+  TestSite site;
   site.setRule([](const Request& request) -> std::optional<Resource> {
     const auto cookie = request.headers.find("cookie");
     const bool isMember = cookie != request.headers.end() && cookie->second == "session=open";
@@ -87,7 +86,7 @@ TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
   auto* form = window<frmNewForm>();
   type(form, "txtName", "Club");
   type(form, "txtDescription", "Ask the club for a key.");
-  mvtest::chooseEntry(*control<QComboBox>(form, "cmboFormType"), "Authentication");
+  chooseEntry(*control<QComboBox>(form, "cmboFormType"), "Authentication");
   click(form, "cmdApply");
   addField({"Address", "1", "action=\"/login\"", "", "", toQString(site.host()) + "/login.cgi"}, false);
   addField({"Token", "4", "name=\"token\" value=", "", "t"}, false);
@@ -111,7 +110,7 @@ TEST_F(LoginUse, TheBuiltInFormsWorkOutOfTheBox) {
   const std::pair<QString, QString> user{"User name", "ann@home"};
   const std::pair<QString, QString> key{"Password", password};
   for (const bool userFirst : {true, false}) {
-    mvtest::TestSite site;
+    TestSite site;
     site.setRule([&](const Request& request) {
       const auto given = request.headers.find("authorization");
       if (given == request.headers.end() || given->second != basic)

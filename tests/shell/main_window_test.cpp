@@ -14,7 +14,6 @@
 #include "app/EndProgram.h"
 #include "app/ErrorLog.h"
 #include "app/WindowRegistry.h"
-#include "catalog/frmFileTypeManager.h"
 #include "platform/Shell.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
@@ -25,14 +24,14 @@
 namespace {
 
 using namespace mv;
+using namespace mvtest;
 
-class MainWindowTest : public mvtest::ProgramTest {
+class MainWindowTest : public ProgramTest {
  protected:
   MainWindowTest() : main(std::make_unique<frmDownloadManager>()) {
     main->initWindow();
     main->show();
   }
-  ~MainWindowTest() override { setBrowserOpener({}); }
   QAction* item(const char* name) {
     auto* action = main->findChild<QAction*>(QString::fromLatin1(name));
     EXPECT_NE(action, nullptr) << name;
@@ -67,7 +66,7 @@ TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
   edit->show();
   main->activateWindow();
   edit->setFocus();
-  ASSERT_TRUE(mvtest::waitFor([&] { return QApplication::focusWidget() == edit; }));
+  ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == edit; }));
   QClipboard* clipboard = QApplication::clipboard();
 
   edit->setSelection(1, 3);
@@ -115,7 +114,7 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   EXPECT_TRUE(WindowRegistry::instance().windows().empty());
   EXPECT_EQ(value("select wwidth from win_pos where wname = \"Morvane2000\""), std::to_string(750 * 15));
   EXPECT_EQ(count("win_pos", "wname = \"Web Sites\""), 1);
-  EXPECT_NE(mvtest::readFile(errorLogPath()).find("Log closed ="), std::string::npos);
+  EXPECT_NE(readFile(errorLogPath()).find("Log closed ="), std::string::npos);
 
   main = std::make_unique<frmDownloadManager>();
   main->initWindow();
@@ -136,9 +135,7 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
 }
 
 TEST_F(MainWindowTest, ExitEndsAtOnceWithoutTheClosingSteps) {
-  gDatabase.execute(
-      "insert into link (id, site_id) with recursive n(i) as (select 1 union all select i + 1 from n where i < 5000) "
-      "select i, 1 from n");
+  insertNumbered("link (id, site_id)", 1, 5000, "i, 1");
   LinkCleaner::instance().clear(1);
   ASSERT_GT(count("link"), 0);
   int ended = 0;
@@ -161,8 +158,8 @@ TEST_F(MainWindowTest, HelpPagesOpenInTheBrowserAndAFailureIsSaid) {
   redirected.findChild<QAction*>("mnuHelpOnlineManual")->trigger();
   redirected.findChild<QAction*>("mnuHelpQuillonSupportSite")->trigger();
   EXPECT_EQ(opened, QStringList({"http://127.0.0.1:9/morvane2000/manual.html", "http://127.0.0.1:9/"}));
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text, "Sorry, couldn't find your browser.");
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Sorry, couldn't find your browser.");
 }
 
 TEST_F(MainWindowTest, AboutStaysUntilItIsClosed) {

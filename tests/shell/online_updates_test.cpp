@@ -18,8 +18,7 @@
 namespace {
 
 using namespace mv;
-using mvtest::control;
-using mvtest::Fault;
+using namespace mvtest;
 
 constexpr const char* kFormOverview = "/morvane2000/formupdates/overview.txt";
 constexpr const char* kHelpOverview = "/morvane2000/help/helpoverview.txt";
@@ -36,7 +35,7 @@ std::string field(const std::string& name) {
   return "---START FIELD---\r\n" + name + "\r\n1\r\nname='u'\r\nyes\r\nNO PROMPT\r\nuser\r\n---END FIELD---\r\n";
 }
 
-class OnlineUpdatesTest : public mvtest::ProgramTest {
+class OnlineUpdatesTest : public ProgramTest {
  protected:
   OnlineUpdatesTest() {
     setUpdateHost(site.host());
@@ -70,22 +69,21 @@ class OnlineUpdatesTest : public mvtest::ProgramTest {
   }
   frmDownloadManager* main() { return startUp_->mainWindow(); }
   bool isShown(const char* panel) { return control<QWidget>(main(), panel).isVisible(); }
-  QString label(const char* name) { return mvtest::textOf(main(), name); }
+  QString label(const char* name) { return textOf(main(), name); }
   bool waitForEnd() {
-    return mvtest::waitFor([this] { return !isShown("pictUpdates") && !isShown("pictHelpUpdates"); }, 120'000);
+    return waitFor([this] { return !isShown("pictUpdates") && !isShown("pictHelpUpdates"); }, 120'000);
   }
-  std::string log() { return mvtest::readFile(errorLogPath()); }
+  std::string log() { return readFile(errorLogPath()); }
   // What the log says behind the stamp of the start.
   QStringList refusals() { return toQString(log()).split("\r\n", Qt::SkipEmptyParts).mid(2); }
 
-  mvtest::TestSite site;
+  TestSite site;
   std::unique_ptr<StartUp> startUp_;
 };
 
 TEST_F(OnlineUpdatesTest, NewDefinitionsAndTopicsComeInAtTheStart) {
-  gDatabase.execute(
-      "insert into form_def_update (name,release_date,retrieved,url) values (\"Known\", \"1\", \"yes\", \"\")");
-  gDatabase.execute("insert into help_info (id, subject) values (12, \"Mine\")");
+  insert("form_def_update (name, release_date, retrieved, url)", {{"Known", "1", "yes", ""}});
+  insert("help_info (id, subject)", {{"12", "Mine"}});
   serve(kFormOverview, definitionLine("Forum", "/forum.txt") + definitionLine("known", "/known.txt") + "\r\n" +
                            definitionLine("Shop", "/shop.txt") + "---END---\r\n" + definitionLine("Not", "/not.txt"));
   serve("/forum.txt", form("Forum") + field("User") + field("Address") + form("Second"));
@@ -99,7 +97,7 @@ TEST_F(OnlineUpdatesTest, NewDefinitionsAndTopicsComeInAtTheStart) {
   EXPECT_EQ(label("lblUpdates"), "Checking for new Form Definitions");
   EXPECT_TRUE(isShown("pictHelpUpdates"));
   EXPECT_EQ(label("lblHelpUpdates"), "Checking the Help Server");
-  ASSERT_TRUE(mvtest::waitFor([this] { return site.requestCount("/t13.txt") == 1; }));
+  ASSERT_TRUE(waitFor([this] { return site.requestCount("/t13.txt") == 1; }));
   EXPECT_EQ(label("lblHelpUpdates"), "Adding help for Sites: Starting");
   ASSERT_TRUE(waitForEnd());
 
@@ -116,9 +114,8 @@ TEST_F(OnlineUpdatesTest, NewDefinitionsAndTopicsComeInAtTheStart) {
   EXPECT_EQ(site.requestCount("/t12.txt"), 0) << "a topic of that number is there";
   EXPECT_EQ(site.requestCount("/known.txt") + site.requestCount("/not.txt"), 0);
   EXPECT_EQ(control<ListView>(main(), "lvwOverview").rowCount(), 0);
-  EXPECT_EQ(mvtest::columnTexts(control<ListView>(main(), "lvwHelpOverview"), 2),
-            std::vector<QString>({"no", "no", "no"}));
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_EQ(columnTexts(control<ListView>(main(), "lvwHelpOverview"), 2), std::vector<QString>({"no", "no", "no"}));
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_EQ(refusals(), QStringList());
 
   main()->getFormUpdates();
@@ -129,12 +126,12 @@ TEST_F(OnlineUpdatesTest, NewDefinitionsAndTopicsComeInAtTheStart) {
 
 TEST_F(OnlineUpdatesTest, AServerThatFailsIsPassedOverInSilence) {
   const std::string overview = definitionLine("Forum", "/forum.txt");
-  const mvtest::Resource answers[] = {{.body = overview},
-                                      {.status = 500},
-                                      {.fault = Fault::Refuse},
-                                      {.fault = Fault::Garbage},
-                                      {.body = overview + "---END---\r\n", .fault = Fault::ShortBody},
-                                      {.body = overview + "---END---\r\n" + std::string(4 << 20, ' ')}};
+  const Resource answers[] = {{.body = overview},
+                              {.status = 500},
+                              {.fault = Fault::Refuse},
+                              {.fault = Fault::Garbage},
+                              {.body = overview + "---END---\r\n", .fault = Fault::ShortBody},
+                              {.body = overview + "---END---\r\n" + std::string(4 << 20, ' ')}};
   startWithChecks("no", "no");
   EXPECT_FALSE(isShown("pictUpdates") || isShown("pictHelpUpdates")) << "the preferences ask for nothing";
   const auto check = [this] {
@@ -143,11 +140,11 @@ TEST_F(OnlineUpdatesTest, AServerThatFailsIsPassedOverInSilence) {
     main()->getMessage();
     EXPECT_TRUE(isShown("pictUpdates") && isShown("pictHelpUpdates"));
     ASSERT_TRUE(waitForEnd());
-    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_TRUE(dialogs.messages().empty());
     EXPECT_EQ(count("form_def_update") + count("help_info"), 0);
     EXPECT_EQ(refusals(), QStringList());
   };
-  for (const mvtest::Resource& answer : answers) {
+  for (const Resource& answer : answers) {
     for (const char* path : {kFormOverview, kHelpOverview, kMessage}) site.add(path, answer);
     check();
   }
@@ -169,11 +166,11 @@ TEST_F(OnlineUpdatesTest, AFailureInTheMiddleKeepsWhatWasImported) {
       << "the third is not there: nothing is tried again before the next check";
   EXPECT_EQ(count("field_info", "name = \"Whole\""), 1);
   EXPECT_EQ(refusals(), QStringList("Online update: the rest of Broken not taken: it cannot be read"));
-  EXPECT_EQ(mvtest::columnTexts(control<ListView>(main(), "lvwOverview")), std::vector<QString>({"Third", "Fourth"}));
+  EXPECT_EQ(columnTexts(control<ListView>(main(), "lvwOverview")), std::vector<QString>({"Third", "Fourth"}));
 
   serve("/third.txt", form("Third"));
   main()->fetchNextFormUpdate();
-  ASSERT_TRUE(mvtest::waitFor([this] { return count("form", "name = \"Fourth\"") == 1; }));
+  ASSERT_TRUE(waitFor([this] { return count("form", "name = \"Fourth\"") == 1; }));
   ASSERT_TRUE(waitForEnd());
   EXPECT_EQ(count("form_def_update", "retrieved = \"no\""), 0);
   EXPECT_EQ(site.requestCount("/first.txt"), 1);
@@ -185,12 +182,12 @@ TEST_F(OnlineUpdatesTest, AnImportThatTheDatabaseRefusesIsReportedAndTheNextOneC
   serve("/one.txt", form("First") + form("Second") + form("Third"));
   serve("/two.txt", form("Fourth"));
   startWithChecks("yes", "no");
-  ASSERT_TRUE(mvtest::waitFor([this] { return count("form", "name = \"Fourth\"") == 1; }));
+  ASSERT_TRUE(waitFor([this] { return count("form", "name = \"Fourth\"") == 1; }));
   ASSERT_TRUE(waitForEnd());
   EXPECT_EQ(count("form", "name = \"First\""), 1);
   EXPECT_EQ(count("form", "name = \"Third\""), 0);
   EXPECT_EQ(count("form_def_update", "retrieved = \"yes\""), 2);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 TEST_F(OnlineUpdatesTest, ADatabaseClosedForMaintenanceIsWaitedFor) {
@@ -199,28 +196,24 @@ TEST_F(OnlineUpdatesTest, ADatabaseClosedForMaintenanceIsWaitedFor) {
   start();
   gDatabase.close();
   main()->getFormUpdates();
-  ASSERT_TRUE(mvtest::waitFor([this] { return label("lblUpdates") == "Processing overview information"; }));
+  ASSERT_TRUE(waitFor([this] { return label("lblUpdates") == "Processing overview information"; }));
   int turns = 0;  // of the event loop, in any of which the import could go on
-  mvtest::waitFor([&] { return ++turns > 5; });
+  waitFor([&] { return ++turns > 5; });
   gDatabase.open(gDatabasePath);
   ASSERT_TRUE(waitForEnd());
   EXPECT_EQ(count("form", "name = \"First\""), 1);
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(OnlineUpdatesTest, MaintenanceInTheMiddleOfTheListIsNotNoticed) {
   start();
-  gDatabase.execute(
-      "insert into form_def_update (name, retrieved, url) with recursive n(i) as (select 1 union all select i + 1 from "
-      "n where i < 50000) select i, \"no\", \"no address\" from n");
+  insertNumbered("form_def_update (name, retrieved, url)", 1, 50'000, "i, 'no', 'no address'");
   const auto& list = control<ListView>(main(), "lvwOverview");
   main()->fetchNextFormUpdate();
-  ASSERT_TRUE(mvtest::waitFor([&] { return list.rowCount() > 0; }));
+  ASSERT_TRUE(waitFor([&] { return list.rowCount() > 0; }));
   ASSERT_LT(list.rowCount(), 50'000);
   gDatabase.close();
   gDatabase.open(gDatabasePath);
-  EXPECT_TRUE(mvtest::waitFor([&] { return list.rowCount() == 50'000; }));
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(waitFor([&] { return list.rowCount() == 50'000; }));
 }
 
 TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
@@ -264,7 +257,6 @@ TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
                                 "help topic 15 not taken: there is one of that number",
                                 "help topic 16 not taken: it holds too long a line"};
   EXPECT_EQ(lines.join("\n").toStdString(), ("Online update: " + expected.join("\nOnline update: ")).toStdString());
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 class MessageTest : public OnlineUpdatesTest {
@@ -272,7 +264,7 @@ class MessageTest : public OnlineUpdatesTest {
   void SetUp() override { start(); }
   static QString lastId() { return readUserSetting("Morvane2000", "TheSection", "LastMessageID"); }
   static void setLastId(const QString& id) { saveUserSetting("Morvane2000", "TheSection", "LastMessageID", id); }
-  static frmMessage* shown() { return mvtest::find<frmMessage>(); }
+  static frmMessage* shown() { return find<frmMessage>(); }
   // Presses Start with no site selected, and waits until the message has been looked at.
   void pressStart() {
     const int before = site.requestCount(kMessage);
@@ -280,8 +272,8 @@ class MessageTest : public OnlineUpdatesTest {
     QObject context;
     QObject::connect(main()->findChild<InternetTransfer*>("Inet4"), &InternetTransfer::StateChanged, &context,
                      [&](int, int state) { answered = answered || state >= kError; });
-    mvtest::click(mvtest::find<frmWebSites>(), "Start");
-    ASSERT_TRUE(mvtest::waitFor([&] { return answered; }));
+    click(find<frmWebSites>(), "Start");
+    ASSERT_TRUE(waitFor([&] { return answered; }));
     EXPECT_EQ(site.requestCount(kMessage), before + 1);
   }
 };
@@ -301,10 +293,10 @@ TEST_F(MessageTest, ANewerMessageIsShownOnce) {
     opened << url;
     return true;
   });
-  mvtest::click(shown(), "cbGo");
+  click(shown(), "cbGo");
   EXPECT_EQ(opened, QStringList(toQString(site.url("/news.html"))));
-  EXPECT_EQ(mvtest::textOf(shown(), "cmdClose"), "Close");
-  mvtest::click(shown(), "cmdClose");
+  EXPECT_EQ(textOf(shown(), "cmdClose"), "Close");
+  click(shown(), "cmdClose");
   EXPECT_EQ(shown(), nullptr);
 
   pressStart();
@@ -312,7 +304,7 @@ TEST_F(MessageTest, ANewerMessageIsShownOnce) {
   serve(kMessage, "8\nfile:///etc/passwd\nNo page\n");
   pressStart();
   ASSERT_NE(shown(), nullptr);
-  EXPECT_FALSE(mvtest::enabled(shown(), "cbGo")) << "not a web page";
+  EXPECT_FALSE(enabled(shown(), "cbGo")) << "not a web page";
   EXPECT_EQ(lastId(), "8");
 }
 
@@ -321,11 +313,11 @@ TEST_F(MessageTest, AVeryLongMessageDoesNotHoldTheProgram) {
   int id = 6;
   for (const std::string& text : {std::string(2'000'000, 'm') + "\n", std::string(999'999, '\n')}) {
     serve(kMessage, std::to_string(id++) + "\nu\n" + text);
-    mvtest::LongestTurn turn;
+    LongestTurn turn;
     pressStart();
     ASSERT_NE(shown(), nullptr);
     const auto* box = control<QPlainTextEdit>(shown(), "tbMsg").document();
-    EXPECT_TRUE(mvtest::waitFor([&] { return box->characterCount() >= 1'000'000; }, 120'000));
+    EXPECT_TRUE(waitFor([&] { return box->characterCount() >= 1'000'000; }, 120'000));
     EXPECT_LT(turn.longest, kLongestLayout) << "at one go, a minute as one word, a second as lines";
     const QTextCursor reader = control<QPlainTextEdit>(shown(), "tbMsg").textCursor();
     EXPECT_TRUE(reader.atStart() && !reader.hasSelection());
@@ -346,7 +338,6 @@ TEST_F(MessageTest, WhatIsNotNewerOrNoMessageIsNotShown) {
     EXPECT_EQ(lastId(), one.expected);
     EXPECT_EQ(shown(), nullptr);
   }
-  EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(OnlineUpdatesTest, TenThousandDefinitionsAndTopicsAreNotFelt) {
@@ -360,11 +351,11 @@ TEST_F(OnlineUpdatesTest, TenThousandDefinitionsAndTopicsAreNotFelt) {
   serve("/form.txt", form("Form") + field("One") + field("Two"));
   serve(kHelpOverview, topics + "---END---\n");
   start();
-  mvtest::LongestTurn turn;
+  LongestTurn turn;
   main()->getFormUpdates();
-  ASSERT_TRUE(mvtest::waitFor([this] { return count("form_def_update", "retrieved = \"yes\"") >= 200; }, 120'000));
+  ASSERT_TRUE(waitFor([this] { return count("form_def_update", "retrieved = \"yes\"") >= 200; }, 120'000));
   main()->getHelp();
-  ASSERT_TRUE(mvtest::waitFor([this] { return !isShown("pictHelpUpdates"); }, 120'000));
+  ASSERT_TRUE(waitFor([this] { return !isShown("pictHelpUpdates"); }, 120'000));
   EXPECT_EQ(count("form_def_update"), kMany);
   EXPECT_EQ(control<ListView>(main(), "lvwHelpOverview").rowCount(), kMany);
   EXPECT_LT(turn.longest, kLongestStall);

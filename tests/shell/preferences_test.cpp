@@ -1,8 +1,6 @@
 // The preferences window: the row of `pref` in and out, and the maintenance of the database.
 
 #include <QFileInfo>
-#include <QGroupBox>
-#include <QPaintEvent>
 #include <QSlider>
 
 #include "platform/Shell.h"
@@ -17,14 +15,13 @@
 namespace {
 
 using namespace mv;
-using mvtest::click;
-using mvtest::control;
+using namespace mvtest;
 
 constexpr const char* kRow =
     "select auto_scan || ',' || quit_time || ',' || max_connections || ',' || hide_processes || ',' || auto_update || "
     "',' || help_server || ',' || overwrite_existing from pref";
 
-class PreferencesTest : public mvtest::WindowTest {
+class PreferencesTest : public WindowTest {
  protected:
   void open() { window = showSingle<frmPreferences>(); }
   // Turns to the tab that holds the control.
@@ -34,7 +31,7 @@ class PreferencesTest : public mvtest::WindowTest {
     return control<Control>(window, name);
   }
   void tick(int tab, const char* name) { mvtest::tick(on<QCheckBox>(tab, name)); }
-  QString text(const char* name) { return mvtest::textOf(window, name); }
+  QString text(const char* name) { return textOf(window, name); }
   QWidget* waiting() { return frame.findChild<QWidget*>("frmPleaseWait"); }
   void clickCompact() {
     on<QPushButton>(kDatabase, "cmdCompactDatabase");
@@ -48,10 +45,6 @@ class PreferencesTest : public mvtest::WindowTest {
 TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
   gDatabase.execute("update pref set auto_scan = 'yes', quit_time = 5, max_connections = 7, auto_update = 'yes'");
   open();
-  auto& tabs = control<QTabWidget>(window, "SSTabPrefs");
-  QStringList captions;
-  for (int i = 0; i < tabs.count(); ++i) captions << tabs.tabText(i);
-  EXPECT_EQ(captions.join(","), "AutoScan,Database,AutoHide,AutoUpdate,General");
   EXPECT_TRUE(on<QCheckBox>(kAutoScan, "chkAutoScan").isChecked());
   EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "5");
 
@@ -62,7 +55,7 @@ TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
   tick(kAutoScan, "chkAutoScan");
   EXPECT_FALSE(slider.isEnabled());
   for (const char* name : {"frmGenTurnAutoScanningOff", "lblGenLogOffAfterThisLong", "txtGenQuitAfterThisManyHours"})
-    EXPECT_FALSE(mvtest::enabled(window, name)) << name;
+    EXPECT_FALSE(enabled(window, name)) << name;
   tick(kAutoScan, "chkAutoScan");
   EXPECT_TRUE(slider.isEnabled());
 
@@ -75,7 +68,7 @@ TEST_F(PreferencesTest, ShowsTheRowAndWritesItBackOnClose) {
   EXPECT_EQ(count("pref"), 1);
   EXPECT_EQ(gHideProcesses + gOverwriteExisting, "yesyes") << "at once";
   EXPECT_EQ(gAutoScan + gAutoUpdate, "nono") << "from the next start";
-  EXPECT_EQ(mvtest::find<frmPreferences>(), nullptr);
+  EXPECT_EQ(find<frmPreferences>(), nullptr);
 }
 
 TEST_F(PreferencesTest, TheCloseBoxAndEscapeDoNotSave) {
@@ -86,7 +79,7 @@ TEST_F(PreferencesTest, TheCloseBoxAndEscapeDoNotSave) {
       QTest::keyClick(window, Qt::Key_Escape);
     else
       window->closeRequested();
-    EXPECT_EQ(mvtest::find<frmPreferences>(), nullptr);
+    EXPECT_EQ(find<frmPreferences>(), nullptr);
     EXPECT_EQ(value(kRow), "no,8,3,no,no,no,no");
   }
 }
@@ -103,17 +96,17 @@ TEST_F(PreferencesTest, AnEmptyTableGetsARowAndAFailedSaveKeepsTheOldOne) {
   EXPECT_EQ(text("txtGenQuitAfterThisManyHours"), "1") << "not at once after the start";
   gDatabase.execute("alter table pref rename column help_server to another");
   click(window, "btnClose");
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("help_server"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("help_server"));
   gDatabase.execute("alter table pref rename column another to help_server");
   EXPECT_EQ(value(kRow), "no,0,0,no,no,no,no");
-  EXPECT_NE(mvtest::find<frmPreferences>(), nullptr) << "what was chosen is still there";
+  EXPECT_NE(find<frmPreferences>(), nullptr) << "what was chosen is still there";
   click(window, "btnClose");
   EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no");
 
   gDatabase.execute("alter table pref rename column help_server to another");
   open();
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(dialogs.messages().size(), 2u);
   gDatabase.execute("alter table pref rename column another to help_server");
   click(window, "btnClose");
   EXPECT_EQ(value(kRow), "yes,1,0,no,no,no,no") << "what could not be read is not written over";
@@ -129,11 +122,11 @@ TEST_F(PreferencesTest, ClearsThePositionsAndTheCache) {
   EXPECT_EQ(text("txtDBStatus"), "Link Cache has been cleared.");
   for (const char* name : {"cmdClearWinPos", "cmdClearCache"}) {
     EXPECT_EQ(text(name), "Cleared");
-    EXPECT_FALSE(mvtest::enabled(window, name));
+    EXPECT_FALSE(enabled(window, name));
   }
   window->closeRequested();
   open();
-  EXPECT_TRUE(mvtest::enabled(window, "cmdClearWinPos"));
+  EXPECT_TRUE(enabled(window, "cmdClearWinPos"));
 }
 
 TEST_F(PreferencesTest, ShowsAndTestsTheSpace) {
@@ -151,8 +144,8 @@ TEST_F(PreferencesTest, ShowsAndTestsTheSpace) {
   EXPECT_EQ(text("txtDBStatus"), "Not enough disk space available to perform maintenance.");
   clickCompact();
   EXPECT_EQ(waiting(), nullptr);
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(dialogs.messages[0].text, "Not enough disk space available to perform maintenance.");
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_EQ(dialogs.messages()[0].text, "Not enough disk space available to perform maintenance.");
 }
 
 TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
@@ -160,27 +153,26 @@ TEST_F(PreferencesTest, CompactsUnderThePleaseWaitWindowUnlessAProcessRuns) {
   scan->process().SiteName = "a";
   open();
   clickCompact();
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("while sites are running"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("while sites are running"));
   closeProcess("Scan: a");
 
   gDatabase.execute("insert into link (site_id, url) values (1, 'kept')");
   clickCompact();
   ASSERT_NE(waiting(), nullptr);
-  EXPECT_EQ(mvtest::textOf(waiting(), "lblPleaseWait"), "Waiting...");
+  EXPECT_EQ(textOf(waiting(), "lblPleaseWait"), "Waiting...");
   EXPECT_EQ(QApplication::activeModalWidget(), waiting());
   QTest::keyClick(waiting(), Qt::Key_Escape);
-  EXPECT_TRUE(mvtest::waitFor([&] {
-    return !waiting() ||
-           mvtest::textOf(waiting(), "lblPleaseWait") == "Compacting Morvane2000 database. Please wait...";
+  EXPECT_TRUE(waitFor([&] {
+    return !waiting() || textOf(waiting(), "lblPleaseWait") == "Compacting Morvane2000 database. Please wait...";
   }));
-  EXPECT_TRUE(mvtest::waitFor([&] { return !waiting(); }));
+  EXPECT_TRUE(waitFor([&] { return !waiting(); }));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   EXPECT_EQ(text("cmdCompactDatabase"), "Compacted");
-  EXPECT_FALSE(mvtest::enabled(window, "cmdCompactDatabase"));
+  EXPECT_FALSE(enabled(window, "cmdCompactDatabase"));
   EXPECT_EQ(window->focusWidget()->objectName(), "btnClose") << "the next Enter does no harm";
   EXPECT_EQ(count("link", "url = 'kept'"), 1);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
 }
 
 TEST_F(PreferencesTest, TheEndOfTheProgramGivesACompactionUp) {
@@ -190,7 +182,7 @@ TEST_F(PreferencesTest, TheEndOfTheProgramGivesACompactionUp) {
   EXPECT_EQ(waiting(), nullptr);
   open();
   clickCompact();
-  ASSERT_TRUE(mvtest::waitFor([&] { return mvtest::textOf(waiting(), "lblPleaseWait") != "Waiting..."; }));
+  ASSERT_TRUE(waitFor([&] { return textOf(waiting(), "lblPleaseWait") != "Waiting..."; }));
   window->unload();
   EXPECT_EQ(waiting(), nullptr);
   EXPECT_FALSE(QFile::exists(toQString(folder() + gTempDatabaseFileName)));
@@ -209,23 +201,20 @@ class PaintWatch : public QObject {
 
 // MORVANE_LINKS=1000000 for the figure of a large database.
 TEST_F(PreferencesTest, ALargeDatabaseHoldsNothingUp) {
-  const QString links = qEnvironmentVariable("MORVANE_LINKS", "60000");
-  gDatabase.execute(
-      "insert into link (site_id, url, link_type, status) with recursive n(i) as (select 1 union all "
-      "select i + 1 from n where i < " +
-      toUtf8(links) +
-      ") select i % 50, 'http://host' || i % 50 || '.example/some/folder/page-' || i || '.html', "
-      "'Document', case i % 2 when 0 then 'Done' else 'False' end from n");
+  const int links = qEnvironmentVariable("MORVANE_LINKS", "60000").toInt();
+  insertNumbered("link (site_id, url, link_type, status)", 1, links,
+                 "i % 50, 'http://host' || i % 50 || '.example/some/folder/page-' || i || '.html', 'Document', "
+                 "case i % 2 when 0 then 'Done' else 'False' end");
   open();
   clickCompact();
   PaintWatch watch;
   waiting()->findChild<QWidget*>("pbarPleaseWait")->installEventFilter(&watch);
-  mvtest::LongestTurn turn;
-  ASSERT_TRUE(mvtest::waitFor([&] { return !waiting(); }, 300'000));
+  LongestTurn turn;
+  ASSERT_TRUE(waitFor([&] { return !waiting(); }, 300'000));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);
   EXPECT_GT(watch.paints, 1);
-  EXPECT_LT(turn.longest, 200) << links.toStdString() << " links";
+  EXPECT_LT(turn.longest, 200) << links << " links";
   EXPECT_EQ(count("link"), 0);
 }
 

@@ -19,12 +19,10 @@
 namespace {
 
 using namespace mv;
-using mvtest::addSite;
+using namespace mvtest;
 
-class StartUpTest : public mvtest::ProgramTest {
+class StartUpTest : public ProgramTest {
  protected:
-  ~StartUpTest() override { setNow({}); }
-
   bool start() {
     gDatabase.close();
     startUp_ = std::make_unique<StartUp>();
@@ -39,10 +37,6 @@ class StartUpTest : public mvtest::ProgramTest {
   std::unique_ptr<StartUp> startUp_;
 };
 
-QStringList logLines() { return toQString(mvtest::readFile(errorLogPath())).split("\r\n", Qt::SkipEmptyParts); }
-
-const QString kRule = QString(56, QLatin1Char('='));
-
 TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   ASSERT_TRUE(start());
   EXPECT_TRUE(startUp_->mainWindow()->isVisible());
@@ -51,15 +45,16 @@ TEST_F(StartUpTest, ShowsTheWindowsAndStampsTheLogAtBothEnds) {
   EXPECT_TRUE(startUp_->mainWindow()->splash().isVisible());
   EXPECT_FALSE(webSites()->tmrQuit.isActive());
   end();
-  ASSERT_EQ(logLines().size(), 4);
-  EXPECT_EQ(logLines().first(), "Log opened " + kRule);
-  EXPECT_EQ(logLines().at(2), "Log closed " + kRule);
-  EXPECT_TRUE(dialogs.messages.empty());
+  const QStringList log = toQString(readFile(errorLogPath())).split("\r\n", Qt::SkipEmptyParts);
+  ASSERT_EQ(log.size(), 4);
+  EXPECT_EQ(log[0], "Log opened " + QString(56, '='));
+  EXPECT_EQ(log[2], "Log closed " + QString(56, '='));
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_FALSE(QFile::exists(toQString(gDatabasePath) + "-wal"));
 }
 
 TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
-  mvtest::TestSite site;
+  TestSite site;
   site.page("/", "<html></html>");
   addSite(site.host(), folder());
   gDatabase.execute("update site set auto_scan = \"yes\"");
@@ -76,8 +71,8 @@ TEST_F(StartUpTest, AutomaticScanningStartsMarkedSitesAndSetsTheQuitMoment) {
 TEST_F(StartUpTest, EmptyPreferencesAreReportedAndEverythingCountsAsNo) {
   gDatabase.execute("delete from pref");
   ASSERT_TRUE(start());
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_TRUE(dialogs.messages[0].text.startsWith("An error has occured"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.startsWith("An error has occured"));
   EXPECT_EQ(gQuitTime, 0);
   end();
 }
@@ -86,7 +81,7 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
   const QString path = toQString(gDatabasePath);
   gDatabase.execute("drop table field_info");
   gDatabase.close();
-  const std::string other = mvtest::readFile(gDatabasePath);
+  const std::string other = readFile(gDatabasePath);
   const std::tuple<const char*, std::string, bool> cases[] = {{"another program's", other, true},
                                                               {"cut off", other.substr(0, other.size() / 2), true},
                                                               {"text", std::string(5000, 'x'), true},
@@ -96,12 +91,12 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
     SCOPED_TRACE(what);
     QFile::remove(path);
     if (exists) std::ofstream(gDatabasePath, std::ios::binary) << content;
-    dialogs.messages.clear();
+    lastMessage();
     EXPECT_FALSE(start());
-    ASSERT_EQ(dialogs.messages.size(), 1u);
-    EXPECT_TRUE(dialogs.messages[0].text.contains(path)) << dialogs.messages[0].text.toStdString();
+    ASSERT_EQ(dialogs.messages().size(), 1u);
+    EXPECT_TRUE(dialogs.messages()[0].text.contains(path)) << dialogs.messages()[0].text.toStdString();
     EXPECT_EQ(QFile::exists(path), exists);
-    EXPECT_TRUE(mvtest::readFile(gDatabasePath) == content);
+    EXPECT_TRUE(readFile(gDatabasePath) == content);
     EXPECT_EQ(QDir(toQString(folder())).entryList({"*-wal", "*-shm"}), QStringList());
     startUp_.reset();
   }
@@ -125,7 +120,7 @@ TEST_F(StartUpTest, FindsTheDatabaseThatAnInterruptedMaintenanceLeft) {
   const QDir base(toQString(folder()));
   base.mkpath("share/morvane2000");
   base.mkpath("bin");
-  mvtest::copyShippedDatabase(folder() + "/share/morvane2000/morvane2000.mdb");
+  copyShippedDatabase(folder() + "/share/morvane2000/morvane2000.mdb");
   ASSERT_TRUE(QFile::rename(path, copy));
   EXPECT_EQ(findProgramFolder(folder() + "/bin", folder()), folder());
   EXPECT_FALSE(QFile::exists(path)) << "the shipped database must not stand in for the user's";
@@ -139,7 +134,7 @@ TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
   const std::string user = folder() + "/user/data";
   EXPECT_EQ(findProgramFolder(bin, user), bin) << "no database anywhere: beside the program, where it is missed";
 
-  mvtest::copyShippedDatabase(folder() + "/prefix/share/morvane2000/morvane2000.mdb");
+  copyShippedDatabase(folder() + "/prefix/share/morvane2000/morvane2000.mdb");
   EXPECT_EQ(findProgramFolder(bin, user), user);
   const QString copy = toQString(user) + "/morvane2000.mdb";
   EXPECT_TRUE(QFileInfo(copy).isWritable());
@@ -149,9 +144,9 @@ TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
   own.write("mine");
   own.close();
   EXPECT_EQ(findProgramFolder(bin, user), user);
-  EXPECT_TRUE(mvtest::readFile(user + "/morvane2000.mdb").ends_with("mine")) << "a later start must not replace it";
+  EXPECT_TRUE(readFile(user + "/morvane2000.mdb").ends_with("mine")) << "a later start must not replace it";
 
-  mvtest::copyShippedDatabase(bin + "/morvane2000.mdb");
+  copyShippedDatabase(bin + "/morvane2000.mdb");
   EXPECT_EQ(findProgramFolder(bin, user), bin);
 }
 

@@ -70,7 +70,7 @@ TEST_F(Assignments, ARebuildThatFailsLeavesTheListsAsTheyWere) {
   for (const char* table : {"filter", "valid_filetypes"}) {
     mv::gDatabase.execute(std::string("alter table ") + table + " rename to elsewhere");
     switchAwayAndBack();
-    EXPECT_FALSE(dialogs.messages.empty());
+    EXPECT_FALSE(dialogs.messages().empty());
     mv::gDatabase.execute(std::string("alter table elsewhere rename to ") + table);
     EXPECT_EQ(names(list("lvwFiletypesAssigned")), "gif,jpg") << table;
     EXPECT_EQ(names(list("lvwFiltersAssigned")), "Own,Everywhere") << table;

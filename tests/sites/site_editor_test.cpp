@@ -172,10 +172,10 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
   QTest::keyClicks(&box("txtURL"), "www.example.test");
   for (const char* table : {"site", "site_form_xref"}) {
     mv::gDatabase.execute(std::string("alter table ") + table + " rename to elsewhere");
-    dialogs.messages.clear();
+    lastMessage();
     click(editor, "cmdOK");
     ASSERT_TRUE(isOpen()) << table;
-    EXPECT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_EQ(dialogs.messages().size(), 1u);
     EXPECT_EQ(box("txtURL").text(), "www.example.test");
     mv::gDatabase.execute(std::string("alter table elsewhere rename to ") + table);
   }
@@ -189,7 +189,7 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
   mv::gDatabase.execute("delete from site_filetype_xref");
   click(editor, "cmdOK");
   EXPECT_TRUE(isOpen()) << "the site was deleted meanwhile";
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(dialogs.messages().size(), 2u);
   EXPECT_EQ(count("site_filetype_xref"), 0);
 }
 

@@ -6,6 +6,7 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::gDatabase;
 
 constexpr const char* kTables[] = {"site_paths",     "site_filetype_xref", "site_filter_xref",
@@ -15,12 +16,12 @@ mv::SiteValues values(const std::string& name) {
   return {name, "24", "10", "11", "1000", "/tmp/x", "yes", mv::siteDomain(name), "no", 3, "no", "NewFile"};
 }
 
-class SiteStoreTest : public mvtest::ProgramTest {
+class SiteStoreTest : public ProgramTest {
  protected:
   // One row of `siteId` in every table.
   static void fill(int siteId) {
     mv::insertSite(siteId, values("host"));
-    for (const std::string table : kTables) mvtest::insert(table + " (site_id)", {{std::to_string(siteId)}});
+    for (const std::string table : kTables) insert(table + " (site_id)", {{std::to_string(siteId)}});
   }
   long rowsOf(int siteId) const {
     long rows = count("site", "id = " + std::to_string(siteId));
@@ -69,22 +70,20 @@ TEST_F(SiteStoreTest, DeletesWhatBelongsToASite) {
   EXPECT_EQ(rowsOf(2), 6);
   mv::discardNewSite(3);
   EXPECT_EQ(rowsOf(3), 3) << "login, values and links stay";
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
 
   mv::deleteSite(0);
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_EQ(dialogs.messages[0].text, "Please select a web site to delete. ");
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_EQ(dialogs.messages()[0].text, "Please select a web site to delete. ");
   EXPECT_EQ(rowsOf(0), 7);
 }
 
 TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
-  gDatabase.execute(
-      "insert into link (id, site_id) with recursive n(i) as (select 2 union all select i + 1 from n where i < 5001) "
-      "select i, 1 + i % 2 from n");
+  mvtest::insertNumbered("link (id, site_id)", 2, 5001, "i, 1 + i % 2");
   mv::clearLinkCache(1);
   EXPECT_GT(count("link", "site_id = 1"), 0) << "all at once";
   gDatabase.execute("insert into link (id, site_id) values (6000, 1)");
-  EXPECT_TRUE(mvtest::waitFor([] { return mv::LinkCleaner::instance().isIdle(); }));
+  EXPECT_TRUE(waitFor([] { return mv::LinkCleaner::instance().isIdle(); }));
   EXPECT_EQ(value("select group_concat(id) from link where site_id = 1"), "6000") << "stored after the clearing";
   mv::deleteSite(2);
   mv::LinkCleaner::instance().finish();

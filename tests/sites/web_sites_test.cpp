@@ -132,7 +132,7 @@ TEST_F(WebSites, AProgramThatClosesDuringAStartStartsNothingMore) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   };
   press("Start");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_EQ(processWindows(), 0);
 }
 
@@ -147,7 +147,7 @@ TEST_F(WebSites, ARebuildDuringAStartMarksNoOtherRow) {
     window->buildWorkingLists("init");
   };
   press("Start");
-  EXPECT_FALSE(dialogs.messages.empty());
+  EXPECT_FALSE(dialogs.messages().empty());
   EXPECT_EQ(states(), "10") << "b, now the first";
 }
 
@@ -178,7 +178,7 @@ TEST_F(WebSites, ConnectionsEntriesAreStored) {
   }
   setMaximum(3);
   QTest::mouseClick(&control<QToolButton>(window, "Connections"), Qt::LeftButton, {}, QPoint(5, 5));
-  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_EQ(window->caption(), "Web Sites: Max Connections: 1");
   EXPECT_EQ(value("select max_connections from pref"), "3") << "the button sets it until the next rebuild";
 }
@@ -203,7 +203,7 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   EXPECT_EQ(names(*list), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(all("name", "site order by id"), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(states(), "10");
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   press("Edit");
   EXPECT_FALSE(find<mv::frmNew>()) << "the row clicked last is gone";
 }

@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 
 #include "app/ErrorLog.h"
 #include "app/Settings.h"
@@ -15,6 +14,7 @@
 namespace {
 
 using namespace mv;
+using namespace mvtest;
 
 std::string fileOf(char letter, std::size_t size) { return std::string(size, letter); }
 
@@ -34,41 +34,41 @@ std::map<std::string, std::string> savedFiles() {
   QDirIterator found(toQString(gDownloadFolder), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
   while (found.hasNext()) {
     const QString path = found.next();
-    files[toUtf8(found.fileName())] = summary(mvtest::readFile(toUtf8(path)));
+    files[toUtf8(found.fileName())] = summary(readFile(toUtf8(path)));
   }
   return files;
 }
 
 TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
-  mvtest::TestSite site;
+  TestSite site;
   site.page("/", R"(<a href="a.jpg"> <a href="slow.jpg"> <a href="b.jpg"> <a href="more/index.html">)");
   site.page("/more/index.html", R"(<a href="c.jpg">)");
   site.file("/a.jpg", "image/jpeg", fileOf('a', 20000));
   site.file("/b.jpg", "image/jpeg", fileOf('b', 30000));
   site.file("/more/c.jpg", "image/jpeg", fileOf('c', 40000));
   // Stands still in the middle of the file.
-  mvtest::Resource slow{.type = "image/jpeg", .body = fileOf('s', 50000), .fault = mvtest::Fault::HeaderOnly};
+  Resource slow{.type = "image/jpeg", .body = fileOf('s', 50000), .fault = Fault::HeaderOnly};
   site.add("/slow.jpg", slow);
 
-  mvtest::ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);
+  ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);
   program.addAutoScanSite(site.host(), "10", "1", {"jpg"});
   ASSERT_TRUE(program.start());
-  ASSERT_TRUE(mvtest::waitFor([&] { return site.requestCount("/slow.jpg") > 0; }, 60'000));
+  ASSERT_TRUE(waitFor([&] { return site.requestCount("/slow.jpg") > 0; }, 60'000));
   program.kill();
 
   EXPECT_EQ(links("1=1"), 4) << "no stored row is lost";
   EXPECT_EQ(savedFiles(), (std::map<std::string, std::string>{{"a.jpg", "20000 a"}}));
 
-  slow.fault = mvtest::Fault::None;
+  slow.fault = Fault::None;
   site.add("/slow.jpg", slow);
   ASSERT_TRUE(program.start());
-  EXPECT_TRUE(mvtest::waitFor([&] { return links("status <> \"Done\"") == 0 && links("1=1") == 5; }, 60'000));
+  EXPECT_TRUE(waitFor([&] { return links("status <> \"Done\"") == 0 && links("1=1") == 5; }, 60'000));
   EXPECT_TRUE(program.terminate());
 
   const std::map<std::string, std::string> expected = {
       {"a.jpg", "20000 a"}, {"b.jpg", "30000 b"}, {"c.jpg", "40000 c"}, {"slow.jpg", "50000 s"}};
   EXPECT_EQ(savedFiles(), expected);
-  const QString log = toQString(mvtest::readFile(errorLogPath()));
+  const QString log = toQString(readFile(errorLogPath()));
   EXPECT_EQ(log.count("Log opened "), 2);
   EXPECT_EQ(log.count("Log closed "), 1);
 }

@@ -17,19 +17,17 @@
 namespace {
 
 using namespace mv;
+using namespace mvtest;
 namespace fs = std::filesystem;
 using Step = CompactCopy::Step;
 
-class MaintenanceTest : public mvtest::ProgramTest {
+class MaintenanceTest : public ProgramTest {
  protected:
   MaintenanceTest() { addLinks(20'000); }
   ~MaintenanceTest() override { CompactCopy::setStepHook({}); }
 
   static void addLinks(int rows) {
-    gDatabase.execute(
-        "insert into link (site_id, url) with recursive n(i) as (select 1 union all select i + 1 from n "
-        "where i < " +
-        std::to_string(rows) + ") select 1, 'http://example/' || i from n");
+    mvtest::insertNumbered("link (site_id, url)", 1, rows, "1, 'http://example/' || i");
   }
   std::string temp() const { return folder() + gTempDatabaseFileName; }
   // The whole compaction; the failure's text, "" when it succeeded.
@@ -43,7 +41,7 @@ class MaintenanceTest : public mvtest::ProgramTest {
         result = error.what();
       }
     });
-    EXPECT_TRUE(mvtest::waitFor([&] { return result.has_value(); }));
+    EXPECT_TRUE(waitFor([&] { return result.has_value(); }));
     return result.value_or("never ended");
   }
   std::string compact() { return compact(compactDatabase(gDatabasePath, temp())); }

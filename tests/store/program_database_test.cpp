@@ -6,20 +6,19 @@
 
 namespace {
 
+using namespace mvtest;
 using mv::gDatabase;
 
-class ProgramDatabaseTest : public mvtest::ProgramTest {
- protected:
-};
+class ProgramDatabaseTest : public ProgramTest {};
 
 TEST_F(ProgramDatabaseTest, SequencesCountOnAndAnUnknownOneIsReported) {
   gDatabase.execute("update valid_sid set next_value = 41 where sid_name = \"link_id\"");
   EXPECT_EQ(mv::nextSequenceValue("link_id"), 41);
   EXPECT_EQ(mv::nextSequenceValue("link_id"), 42);
-  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(dialogs.messages().empty());
   EXPECT_EQ(mv::nextSequenceValue("no_id"), 0);
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_TRUE(dialogs.messages[0].text.contains("3021"));
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("3021"));
 }
 
 TEST_F(ProgramDatabaseTest, ShipsTheRowsThatTheProgramCountsOn) {
@@ -73,8 +72,7 @@ TEST_F(ProgramDatabaseTest, UnwantedValuesAreNotReadAndNoWantedOneIsMissed) {
 }
 
 TEST_F(ProgramDatabaseTest, ACurrentDatabaseIsNotUpgraded) {
-  gDatabase.execute(
-      "insert into site (id, unique_names, base_name, alternate_matchpath) values (1, \"yes\", \"x\", \"\")");
+  mvtest::insert("site (id, unique_names, base_name, alternate_matchpath)", {{"1", "yes", "x", ""}});
   gDatabase.execute("update valid_sid set next_value = 9 where sid_name = \"filename_id\"");
   mv::openProgramDatabase(mv::gDatabasePath);
   mv::upgradeDatabase();

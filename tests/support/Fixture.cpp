@@ -8,7 +8,6 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "app/ChildWindow.h"
 #include "app/EndProgram.h"
 #include "app/WindowRegistry.h"
 #include "platform/Shell.h"
@@ -61,7 +60,7 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds) {
 }
 
 void ScriptedDialogs::message(QWidget*, const QString& title, const QString& text, mv::MessageIcon icon) {
-  messages.push_back({title, text, icon});
+  messages_.push_back({title, text, icon});
   // A copy: what runs may set another.
   if (const auto during = duringMessage) during();
 }
@@ -101,6 +100,7 @@ ProgramTest::ProgramTest() {
 }
 
 ProgramTest::~ProgramTest() {
+  EXPECT_TRUE(dialogs.allSeen()) << "an unexpected message: " << mv::toUtf8(dialogs.messages().back().text);
   mv::gDatabase.close();
   resetSettings();
   mv::setUserSettingsFolder({});
@@ -119,9 +119,9 @@ long ProgramTest::count(const std::string& table, const std::string& where) cons
 }
 
 std::string ProgramTest::lastMessage() {
-  if (dialogs.messages.empty()) return "";
-  const ScriptedDialogs::Shown shown = dialogs.messages.back();
-  dialogs.messages.clear();
+  if (dialogs.messages().empty()) return "";
+  const ScriptedDialogs::Shown shown = dialogs.messages().back();
+  dialogs.forgetMessages();
   return mv::toUtf8(shown.title + ": " + shown.text);
 }
 
@@ -135,6 +135,12 @@ WindowTest::~WindowTest() {
   for (mv::ChildWindow* window : mv::WindowRegistry::instance().windows())
     if (mv::WindowRegistry::instance().isLoaded(window)) window->unload();
   waitFor([this] { return frame.mdiArea().subWindowList().isEmpty(); }, kUnloadDeadlineMs);
+}
+
+void WindowTest::endForGood(mv::ChildWindow* window) {
+  mv::gClosingProcesses = true;
+  window->unload();
+  mv::gClosingProcesses = false;
 }
 
 void copyShippedDatabase(const std::string& path) {

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "app/ChildWindow.h"
 #include "app/MainFrame.h"
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
@@ -33,7 +34,13 @@ class ScriptedDialogs : public mv::Dialogs {
     QString text;
     mv::MessageIcon icon = mv::MessageIcon::None;
   };
-  std::vector<Shown> messages;
+  // The message boxes shown so far. A test that ends without having looked at all of them has failed.
+  const std::vector<Shown>& messages() const {
+    seen_ = messages_.size();
+    return messages_;
+  }
+  void forgetMessages() { messages_.clear(), seen_ = 0; }
+  bool allSeen() const { return seen_ == messages_.size(); }
   std::vector<mv::FolderRequest> folderRequests;
   std::vector<mv::FileRequest> fileRequests;
   std::vector<Shown> questions;
@@ -51,6 +58,10 @@ class ScriptedDialogs : public mv::Dialogs {
   std::optional<QString> folder(const mv::FolderRequest& request) override;
   bool confirm(QWidget* owner, const QString& title, const QString& question) override;
   std::optional<QString> openFile(const mv::FileRequest& request) override;
+
+ private:
+  std::vector<Shown> messages_;
+  mutable std::size_t seen_ = 0;
 };
 
 class TestFrame : public QMainWindow, public mv::MainFrame {
@@ -96,6 +107,8 @@ class WindowTest : public ProgramTest {
  protected:
   WindowTest();
   ~WindowTest() override;
+  // As the end of a site does: a process's window goes, it does not hide.
+  static void endForGood(mv::ChildWindow* window);
   TestFrame frame;
 };
 

@@ -37,8 +37,7 @@ ProgramRun::~ProgramRun() {
 std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
                                          const std::string& upperMB, const std::vector<std::string>& extensions) {
   const std::int32_t id = addSite(location, mv::gDownloadFolder, extensions);
-  mv::gDatabase.execute("update site set auto_scan = \"yes\", lower_limit = " + lowerKB + ", upper_limit = " + upperMB +
-                        " where id = " + std::to_string(id));
+  setSite(id, "auto_scan = \"yes\", lower_limit = " + lowerKB + ", upper_limit = " + upperMB);
   mv::gDatabase.execute("update pref set auto_scan = \"yes\"");
   return id;
 }

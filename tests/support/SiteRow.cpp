@@ -12,6 +12,12 @@ void insert(const std::string& into, const std::vector<RowValues>& rows) {
   }
 }
 
+void insertNumbered(const std::string& into, long first, long last, const std::string& values) {
+  mv::gDatabase.execute("insert into " + into + " with recursive n(i) as (select " + std::to_string(first) +
+                        " union all select i + 1 from n where i < " + std::to_string(last) + ") select " + values +
+                        " from n");
+}
+
 std::int32_t addSite(const std::string& location, const std::string& downloadPath,
                      const std::vector<std::string>& extensions) {
   const auto id = static_cast<std::int32_t>(
@@ -27,6 +33,10 @@ std::int32_t addSite(const std::string& location, const std::string& downloadPat
     mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + key +
                           ", id from valid_filetypes where name = " + mv::quoted(extension));
   return id;
+}
+
+void setSite(std::int32_t id, const std::string& assignments) {
+  mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(id));
 }
 
 }  // namespace mvtest

@@ -45,10 +45,11 @@ bool hasHeader(const Resource& resource, const std::string& lowerName) {
                      [&](const auto& header) { return lower(header.first) == lowerName; });
 }
 
+bool isBodyless(const Resource& resource) { return resource.status == 204 || resource.status == 304; }
+
 // Status line and headers of the answer.
 std::string headOf(const Resource& resource, bool keepAlive) {
-  const bool bodyless = resource.status == 204 || resource.status == 304;
-  const bool announces = !bodyless && resource.fault != Fault::NoContentLength;
+  const bool announces = !isBodyless(resource) && resource.fault != Fault::NoContentLength;
   const auto length = resource.body.size() + (resource.fault == Fault::WrongLength ? 100 : 0);
   std::string head = "HTTP/1.1 " + std::to_string(resource.status) + " " +
                      (resource.reason.empty() ? usualPhrase(resource.status) : resource.reason) + "\r\n";
@@ -61,18 +62,9 @@ std::string headOf(const Resource& resource, bool keepAlive) {
 
 // How many bytes of the body go out.
 std::size_t bodyLengthSent(const Resource& resource) {
-  if (resource.status == 204 || resource.status == 304) return 0;
-  switch (resource.fault) {
-    case Fault::Reset:
-    case Fault::ShortBody:
-      return resource.body.size() / 2;
-    case Fault::Refuse:
-    case Fault::HeaderOnly:
-    case Fault::Garbage:
-      return 0;
-    default:
-      return resource.body.size();
-  }
+  const Fault fault = resource.fault;
+  if (isBodyless(resource) || fault == Fault::HeaderOnly || fault == Fault::Garbage) return 0;
+  return resource.body.size() / (fault == Fault::Reset || fault == Fault::ShortBody ? 2 : 1);
 }
 
 Request parsed(const std::string& head) {
