@@ -130,7 +130,11 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-  if (!display) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!display) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // What that platform says it cannot do hides what is to be read here.
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qputenv("QT_LOGGING_RULES", "*.warning=false");
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName("Morvane2000");
 
