@@ -7,10 +7,10 @@
 
 #include "app/EndProgram.h"
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "shell/frmDownloadManager.h"
-#include "support/SiteRow.h"
+#include "testkit/SiteRow.h"
+#include "windows/WindowRegistry.h"
 
 namespace mvbench {
 

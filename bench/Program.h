@@ -7,8 +7,8 @@
 #include <string>
 
 #include "ProgramFolder.h"
-#include "download/frmDownload.h"
-#include "scan/frmScan.h"
+#include "download_windows/frmDownload.h"
+#include "scan_windows/frmScan.h"
 #include "shell/StartUp.h"
 
 namespace mvbench {

@@ -12,7 +12,7 @@
 
 #include "Figures.h"
 #include "Server.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "Program.h"
 #include "Server.h"
 #include "app/Settings.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "store/ProgramDatabase.h"
 
 namespace {

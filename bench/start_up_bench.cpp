@@ -19,7 +19,7 @@
 #include "Memory.h"
 #include "Program.h"
 #include "app/Settings.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "shell/frmDownloadManager.h"
 #include "store/ProgramDatabase.h"
 

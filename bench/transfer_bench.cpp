@@ -12,7 +12,7 @@
 #include "Program.h"
 #include "Server.h"
 #include "app/Settings.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 
 namespace {
 

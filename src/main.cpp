@@ -5,8 +5,8 @@
 #include <QIcon>
 #include <QStandardPaths>
 
-#include "platform/EndSignals.h"
-#include "platform/Text.h"
+#include "base/EndSignals.h"
+#include "base/Text.h"
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 

@@ -9,9 +9,9 @@
 #include <exception>
 
 #include "app/Settings.h"
-#include "platform/AtomicFile.h"
-#include "platform/Shell.h"
-#include "platform/Text.h"
+#include "base/Clock.h"
+#include "base/Text.h"
+#include "files/AtomicFile.h"
 
 namespace mv {
 namespace {

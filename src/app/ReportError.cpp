@@ -3,11 +3,9 @@
 #include <set>
 #include <tuple>
 
-#include "app/MainFrame.h"
-#include "platform/AtomicFile.h"
-#include "platform/Database.h"
-#include "platform/Dialogs.h"
-#include "platform/Text.h"
+#include "app/UserNotice.h"
+#include "database/Database.h"
+#include "files/AtomicFile.h"
 
 namespace mv {
 namespace {
@@ -38,15 +36,12 @@ class OpenText {
 
 void reportError(long number, const std::string& description, const std::string& source, const std::string& extra) {
   if (number == kMissingSubItem && source == "ListSubItems") return;
-  MainFrame* frame = MainFrame::current();
-  if (frame) frame->hideStatusIndicators();
-
   const std::string text =
       "An error has occured\r\n" + std::to_string(number) + "\r\n" + description + "\r\n" + source + "\r\n" + extra;
   // A timer that fails at every tick must not pile up boxes.
   const OpenText onScreen(text);
   if (!onScreen.isNew()) return;
-  showMessage(frame ? frame->window() : nullptr, applicationTitle(), toQString(text), MessageIcon::Critical);
+  notifyUser({{}, text, NoticeIcon::Critical});
 }
 
 void reportException(const std::exception& error, const std::string& source) {

@@ -5,9 +5,8 @@
 #include <system_error>
 
 #include "app/Settings.h"
-#include "platform/AtomicFile.h"
-#include "platform/Dialogs.h"
-#include "platform/Text.h"
+#include "app/UserNotice.h"
+#include "files/AtomicFile.h"
 
 namespace mv {
 
@@ -38,7 +37,7 @@ void clsPath::checkPath() {
     return;
   }
   const std::string text = "createPath\r\n\r\n" + std::to_string(error.value()) + " - " + error.message();
-  showMessage(nullptr, applicationTitle(), toQString(text), MessageIcon::None);
+  notifyUser({{}, text, NoticeIcon::None});
 }
 
 std::string clsPath::GetPathForFileType(std::int64_t fileTypeId) {

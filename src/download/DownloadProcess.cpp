@@ -11,11 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "FileName.h"
 #include "app/Settings.h"
-#include "download/FileName.h"
+#include "base/Text.h"
 #include "net/Address.h"
 #include "net/TextBody.h"
-#include "platform/Text.h"
 #include "store/EscapeText.h"
 #include "store/NoneOf.h"
 #include "store/Sequence.h"
@@ -157,7 +157,7 @@ void DownloadProcess::tick() {
 }
 
 void DownloadProcess::downloadNext() {
-  const Slice slice;
+  const TimeBudget budget;
   while (!StopRequested()) {
     const int next = lvwLinks.nextWaiting();
     if (next < 0) {
@@ -165,7 +165,7 @@ void DownloadProcess::downloadNext() {
       return;
     }
     if (!takeUp(next)) return;
-    if (slice.spent()) {
+    if (budget.spent()) {
       yieldThen([this] { downloadNext(); });
       return;
     }
@@ -361,8 +361,8 @@ void DownloadProcess::chooseFullPath() {
 }
 
 void DownloadProcess::receiveChunks() {
-  const Slice slice;
-  while (!slice.spent()) {
+  const TimeBudget budget;
+  while (!budget.spent()) {
     const std::string chunk = Inet2.GetChunk(kChunkSize, ChunkType::Bytes);
     if (chunk.empty()) {
       fileReceived();

@@ -1,4 +1,4 @@
-#include "download/FileName.h"
+#include "FileName.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "platform/TextDecoding.h"
+#include "transfer/TextDecoding.h"
 
 namespace mv {
 

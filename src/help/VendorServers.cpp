@@ -1,6 +1,6 @@
 #include "help/VendorServers.h"
 
-#include "platform/Shell.h"
+#include "base/UserSettings.h"
 
 namespace mv {
 

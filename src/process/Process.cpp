@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "app/ErrorLog.h"
+#include "base/Clock.h"
 #include "net/Address.h"
-#include "platform/Shell.h"
 
 namespace mv {
 
@@ -77,12 +77,12 @@ void Process::run(const std::function<void()>& work) {
 void Process::workDue() {
   // A message box of the last tick may still stand: one work step at a time.
   if (isBusy() || !tmrOKToDownload.isActive()) return;
-  if (Slice::turnIsSpent()) {
+  if (TimeBudget::turnIsSpent()) {
     // Sites that were started together have their ticks together.
     QTimer::singleShot(0, this, &Process::workDue);
     return;
   }
-  const Slice slice;
+  const TimeBudget budget;
   run([this] { tick(); });
 }
 

@@ -5,8 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include "base/Text.h"
 #include "net/Address.h"
-#include "platform/Text.h"
 
 namespace mv {
 

@@ -4,7 +4,7 @@
 #include <bitset>
 
 #include "app/Settings.h"
-#include "platform/Database.h"
+#include "database/Database.h"
 
 namespace mv {
 

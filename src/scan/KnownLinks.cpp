@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/Settings.h"
-#include "platform/Database.h"
+#include "database/Database.h"
 
 namespace mv {
 

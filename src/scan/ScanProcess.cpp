@@ -5,13 +5,13 @@
 
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "database/Database.h"
 #include "net/Address.h"
 #include "net/TextBody.h"
-#include "platform/Database.h"
-#include "platform/RequestAddress.h"
 #include "store/BuiltInForms.h"
 #include "store/EscapeText.h"
 #include "store/NoneOf.h"
+#include "transfer/RequestAddress.h"
 
 namespace mv {
 
@@ -138,11 +138,11 @@ void ScanProcess::buildQueue() {
 
 void ScanProcess::fillQueue() {
   if (!waitingLinks_) return;  // built meanwhile by a second call
-  const Slice slice;
+  const TimeBudget budget;
   Recordset& links = *waitingLinks_;
   std::vector<WorkRow> rows;
   const auto moreWanted = [&] { return !links.endOfRows() && rowsAdded_ < kQueueLimit && rowsAdded_ < pagesLeft_; };
-  for (; moreWanted() && !slice.spent(); links.moveNext(), ++rowsAdded_) {
+  for (; moreWanted() && !budget.spent(); links.moveNext(), ++rowsAdded_) {
     WorkRow& row = rows.emplace_back();
     row.linkId = links.number("id");
     row.url = restored(links.text("url"));
@@ -265,11 +265,11 @@ void ScanProcess::processPage() {
 }
 
 void ScanProcess::walkPage() {
-  const Slice slice;
+  const TimeBudget budget;
   const clsLinkParser::Stretch stretch(parser_);
   do {
     while (scanner_.LinkFound()) {
-      if (slice.spent()) {
+      if (budget.spent()) {
         yieldThen([this] { walkPage(); });
         return;
       }

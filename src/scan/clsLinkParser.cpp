@@ -5,8 +5,8 @@
 
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "database/Database.h"
 #include "net/Address.h"
-#include "platform/Database.h"
 #include "store/EscapeText.h"
 #include "store/Sequence.h"
 

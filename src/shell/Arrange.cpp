@@ -1,4 +1,4 @@
-#include "shell/Arrange.h"
+#include "Arrange.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>

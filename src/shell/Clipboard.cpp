@@ -1,4 +1,4 @@
-#include "shell/Clipboard.h"
+#include "Clipboard.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -7,14 +7,15 @@
 #include "app/ErrorLog.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
-#include "platform/Shell.h"
-#include "platform/Text.h"
+#include "base/Clock.h"
+#include "base/Text.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
-#include "sites/LinkCleaner.h"
-#include "sites/frmWebSites.h"
+#include "sites_windows/frmWebSites.h"
+#include "store/LinkCleaner.h"
 #include "store/ProgramDatabase.h"
+#include "windows/NoticeBoxes.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -47,7 +48,7 @@ std::string findProgramFolder(const std::string& executableFolder, const std::st
   return userFolder;
 }
 
-StartUp::StartUp() = default;
+StartUp::StartUp() { showNoticesInBoxes(); }
 
 StartUp::~StartUp() {
   main_.reset();

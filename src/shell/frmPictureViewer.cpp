@@ -11,13 +11,13 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/MainFrame.h"
-#include "app/ScrollingPage.h"
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
-#include "platform/Dialogs.h"
-#include "platform/PictureDisplay.h"
-#include "platform/Text.h"
+#include "base/Text.h"
+#include "desktop/Dialogs.h"
+#include "desktop/PictureDisplay.h"
+#include "windows/MainFrame.h"
+#include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 

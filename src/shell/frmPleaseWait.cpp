@@ -4,7 +4,7 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "platform/Dialogs.h"
+#include "desktop/Dialogs.h"
 
 namespace mv {
 

@@ -14,16 +14,16 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/MainFrame.h"
-#include "app/ScrollingPage.h"
 #include "app/Settings.h"
-#include "app/WindowRegistry.h"
-#include "platform/Dialogs.h"
-#include "platform/Shell.h"
-#include "platform/Text.h"
+#include "base/Text.h"
+#include "desktop/Dialogs.h"
+#include "files/DiskSpace.h"
 #include "shell/frmPleaseWait.h"
-#include "sites/LinkCleaner.h"
+#include "store/LinkCleaner.h"
 #include "store/Maintenance.h"
+#include "windows/MainFrame.h"
+#include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -318,10 +318,12 @@ void frmPreferences::savePreferences() {
   for (Recordset rows = gDatabase.query("select max_connections from pref"); !rows.endOfRows(); rows.moveNext())
     preferences_.maxConnections = rows.number("max_connections");
   gDatabase.execute("delete from pref");
-  gDatabase.execute(std::string("insert into pref (") + kColumns + ") values (" + quotedYesNo(*chkAutoScan_) + ", " +
-                    std::to_string(preferences_.quitTime) + ", " + std::to_string(preferences_.maxConnections) + ", " +
-                    quotedYesNo(*chkAutoHideProcesses_) + ", " + quotedYesNo(*chkAutoUpdate_) + ", " +
-                    quotedYesNo(*chkHelpServer_) + ", " + quotedYesNo(*chkOverwrite_) + ")");
+  std::string values = quotedYesNo(*chkAutoScan_);
+  for (const std::string& value :
+       {number(preferences_.quitTime), number(preferences_.maxConnections), quotedYesNo(*chkAutoHideProcesses_),
+        quotedYesNo(*chkAutoUpdate_), quotedYesNo(*chkHelpServer_), quotedYesNo(*chkOverwrite_)})
+    values.append(", ").append(value);
+  gDatabase.execute(std::string("insert into pref (").append(kColumns).append(") values (").append(values).append(")"));
   row.commit();
   gHideProcesses = yesNo(chkAutoHideProcesses_->isChecked());
   gOverwriteExisting = yesNo(chkOverwrite_->isChecked());

@@ -1,7 +1,7 @@
 #include "shell/frmProcessManager.h"
 
-#include "app/ToolIcons.h"
-#include "app/WindowRegistry.h"
+#include "windows/ToolIcons.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 

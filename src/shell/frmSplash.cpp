@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "platform/Dialogs.h"
+#include "desktop/Dialogs.h"
 
 namespace mv {
 

@@ -1,6 +1,6 @@
 #include "store/NoneOf.h"
 
-#include "platform/Database.h"
+#include "database/Database.h"
 
 namespace mv {
 

@@ -5,7 +5,7 @@
 
 #include "app/ReportError.h"
 #include "app/Settings.h"
-#include "platform/CompactCopy.h"
+#include "database/CompactCopy.h"
 
 namespace mv {
 

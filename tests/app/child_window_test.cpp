@@ -4,9 +4,9 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
-#include "app/ChildWindow.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "windows/ChildWindow.h"
 
 namespace {
 

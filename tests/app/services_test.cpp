@@ -3,11 +3,11 @@
 #include <QDir>
 
 #include "app/ErrorLog.h"
-#include "app/ListHelpers.h"
 #include "app/ReportError.h"
-#include "platform/AtomicFile.h"
-#include "platform/Shell.h"
-#include "support/Fixture.h"
+#include "base/Clock.h"
+#include "files/AtomicFile.h"
+#include "testkit/Fixture.h"
+#include "windows/ListHelpers.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-#include "catalog/frmFileTypeChild.h"
-#include "catalog/frmFileTypeManager.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "catalog_windows/frmFileTypeChild.h"
+#include "catalog_windows/frmFileTypeManager.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <memory>
 
 #include "app/Settings.h"
-#include "catalog/frmFilterManager.h"
-#include "catalog/frmNewFilter.h"
-#include "catalog/frmNewRule.h"
-#include "catalog/frmRuleManager.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "catalog_windows/frmFilterManager.h"
+#include "catalog_windows/frmNewFilter.h"
+#include "catalog_windows/frmNewRule.h"
+#include "catalog_windows/frmRuleManager.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

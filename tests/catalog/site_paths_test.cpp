@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
-#include "catalog/frmSitePaths.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "catalog_windows/frmSitePaths.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

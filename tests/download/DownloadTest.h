@@ -10,8 +10,8 @@
 
 #include "app/Settings.h"
 #include "download/DownloadProcess.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace mvtest {
 

@@ -6,7 +6,7 @@
 
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
-#include "support/LongestTurn.h"
+#include "testkit/LongestTurn.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <QImage>
 #include <QPointer>
 
+#include "desktop/PictureDisplay.h"
 #include "download/DownloadTest.h"
-#include "download/frmDownload.h"
-#include "platform/PictureDisplay.h"
-#include "support/Controls.h"
+#include "download_windows/frmDownload.h"
+#include "testkit/Controls.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "download/FileName.h"
+#include "FileName.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The form list, the form editor and the field editor, worked by clicks and keys.
 
-#include "forms/frmFormManager.h"
-#include "forms/frmNewField.h"
-#include "forms/frmNewForm.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "forms_windows/frmFormManager.h"
+#include "forms_windows/frmNewField.h"
+#include "forms_windows/frmNewForm.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <fstream>
 #include <set>
 
-#include "help/frmHelp.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "help_windows/frmHelp.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

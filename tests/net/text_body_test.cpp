@@ -1,7 +1,7 @@
 
 #include "net/TextBody.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

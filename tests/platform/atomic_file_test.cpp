@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/AtomicFile.h"
-#include "support/Fixture.h"
+#include "files/AtomicFile.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

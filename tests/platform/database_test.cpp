@@ -1,4 +1,4 @@
-#include "platform/Database.h"
+#include "database/Database.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,8 +9,8 @@
 #include <fstream>
 #include <future>
 
-#include "platform/CompactCopy.h"
-#include "support/Fixture.h"
+#include "database/CompactCopy.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/Dialogs.h"
+#include "desktop/Dialogs.h"
 
 #include <QApplication>
 #include <QDir>
@@ -8,9 +8,9 @@
 #include <QTimer>
 #include <QTreeView>
 
-#include "platform/FolderDialog.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "FolderDialog.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

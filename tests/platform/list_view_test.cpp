@@ -2,7 +2,7 @@
 
 #include <QSignalSpy>
 
-#include "support/Controls.h"
+#include "testkit/Controls.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <QtEndian>
 #include <memory>
 
-#include "platform/PictureDisplay.h"
-#include "support/Fixture.h"
+#include "desktop/PictureDisplay.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/RequestAddress.h"
+#include "transfer/RequestAddress.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "platform/Shell.h"
-
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+
+#include "files/DiskSpace.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "platform/Database.h"
-#include "platform/SqlDialect.h"
-#include "platform/SqlOutline.h"
+#include "SqlDialect.h"
+#include "SqlOutline.h"
+#include "database/Database.h"
 
 namespace {
 

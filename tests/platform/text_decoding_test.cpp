@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/TextDecoding.h"
+#include "transfer/TextDecoding.h"
 
 namespace {
 

@@ -15,11 +15,11 @@
 #include <random>
 #include <thread>
 
-#include "platform/InternetTransfer.h"
-#include "platform/Slice.h"
-#include "support/Fixture.h"
-#include "support/LongestTurn.h"
-#include "support/TestSite.h"
+#include "base/TimeBudget.h"
+#include "testkit/Fixture.h"
+#include "testkit/LongestTurn.h"
+#include "testkit/TestSite.h"
+#include "transfer/InternetTransfer.h"
 
 namespace {
 
@@ -438,7 +438,7 @@ TEST_F(TransferTest, FullDiskEndsTheTransfer) {
   // With other work in every turn, the transfer is put off again and again.
   QTimer otherWork;
   QObject::connect(&otherWork, &QTimer::timeout, &otherWork, [] {
-    const mv::Slice slice;
+    const mv::TimeBudget budget;
     std::this_thread::sleep_for(std::chrono::milliseconds(6));
   });
   for (const std::size_t room : {64 * 1024, 4'000'000, 8'000'000}) {

@@ -8,8 +8,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/Dialogs.h"
-#include "support/Fixture.h"
+#include "desktop/Dialogs.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

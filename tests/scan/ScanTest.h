@@ -7,8 +7,8 @@
 
 #include "app/Settings.h"
 #include "scan/ScanProcess.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace mvtest {
 

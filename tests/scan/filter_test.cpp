@@ -1,9 +1,9 @@
 #include <string>
 
-#include "platform/Database.h"
+#include "database/Database.h"
 #include "scan/FilterRules.h"
 #include "scan/clsLinkParser.h"
-#include "support/Fixture.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <string>
 
-#include "platform/Database.h"
+#include "database/Database.h"
 #include "scan/clsLinkParser.h"
-#include "support/Fixture.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

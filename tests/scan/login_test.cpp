@@ -5,8 +5,8 @@
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
 #include "scan/LoginRequest.h"
-#include "scan/frmScan.h"
-#include "support/Controls.h"
+#include "scan_windows/frmScan.h"
+#include "testkit/Controls.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
 #include "scan/ScanProcess.h"
-#include "support/LongestTurn.h"
+#include "testkit/LongestTurn.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include <QPointer>
 
 #include "ScanTest.h"
-#include "platform/Text.h"
-#include "scan/frmScan.h"
-#include "support/Controls.h"
+#include "base/Text.h"
+#include "scan_windows/frmScan.h"
+#include "testkit/Controls.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The tag list and its editor, worked by clicks and keys.
 
-#include "scan/frmNewTag.h"
-#include "scan/frmTagManager.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "scan_windows/frmNewTag.h"
+#include "scan_windows/frmTagManager.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <QTabBar>
 
 #include "shell/frmDownloadManager.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace mvtest {
 

@@ -7,15 +7,15 @@
 #include <random>
 #include <set>
 
-#include "download/frmDownload.h"
-#include "scan/frmScan.h"
+#include "download_windows/frmDownload.h"
+#include "scan_windows/frmScan.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
 #include "shell/frmProcessManager.h"
-#include "sites/frmWebSites.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

@@ -5,16 +5,16 @@
 #include <QPointer>
 
 #include "app/ErrorLog.h"
-#include "catalog/frmFileTypeChild.h"
-#include "platform/Text.h"
-#include "scan/frmNewTag.h"
+#include "base/Text.h"
+#include "catalog_windows/frmFileTypeChild.h"
+#include "scan_windows/frmNewTag.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
-#include "sites/frmNew.h"
-#include "sites/frmWebSites.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "sites_windows/frmNew.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

@@ -8,13 +8,13 @@
 
 #include "WholeUse.h"
 #include "app/Settings.h"
-#include "catalog/frmFilterManager.h"
-#include "catalog/frmNewFilter.h"
-#include "catalog/frmNewRule.h"
-#include "catalog/frmRuleManager.h"
-#include "sites/frmNew.h"
-#include "sites/frmWebSites.h"
-#include "support/TestSite.h"
+#include "catalog_windows/frmFilterManager.h"
+#include "catalog_windows/frmNewFilter.h"
+#include "catalog_windows/frmNewRule.h"
+#include "catalog_windows/frmRuleManager.h"
+#include "sites_windows/frmNew.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

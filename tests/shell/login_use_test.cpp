@@ -4,14 +4,14 @@
 #include <QFile>
 
 #include "WholeUse.h"
-#include "forms/frmFormManager.h"
-#include "forms/frmNewField.h"
-#include "forms/frmNewForm.h"
-#include "platform/Text.h"
-#include "scan/frmScan.h"
-#include "sites/frmNew.h"
-#include "sites/frmWebSites.h"
-#include "support/TestSite.h"
+#include "base/Text.h"
+#include "forms_windows/frmFormManager.h"
+#include "forms_windows/frmNewField.h"
+#include "forms_windows/frmNewForm.h"
+#include "scan_windows/frmScan.h"
+#include "sites_windows/frmNew.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

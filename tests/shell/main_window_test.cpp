@@ -10,16 +10,17 @@
 #include <QScreen>
 #include <QtTest/QTest>
 
-#include "app/ChildWindow.h"
 #include "app/EndProgram.h"
 #include "app/ErrorLog.h"
-#include "app/WindowRegistry.h"
-#include "platform/Shell.h"
+#include "base/UserSettings.h"
+#include "desktop/Browser.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
-#include "sites/LinkCleaner.h"
-#include "sites/frmWebSites.h"
-#include "support/Fixture.h"
+#include "sites_windows/frmWebSites.h"
+#include "store/LinkCleaner.h"
+#include "testkit/Fixture.h"
+#include "windows/ChildWindow.h"
+#include "windows/WindowRegistry.h"
 
 namespace {
 

@@ -3,17 +3,18 @@
 #include <QPlainTextEdit>
 
 #include "app/ErrorLog.h"
-#include "help/frmMessage.h"
-#include "platform/InternetTransfer.h"
-#include "platform/Shell.h"
-#include "platform/Text.h"
+#include "base/Text.h"
+#include "base/UserSettings.h"
+#include "desktop/Browser.h"
+#include "help_windows/frmMessage.h"
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
-#include "sites/frmWebSites.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/LongestTurn.h"
-#include "support/TestSite.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/LongestTurn.h"
+#include "testkit/TestSite.h"
+#include "transfer/InternetTransfer.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <QFile>
 #include <QImage>
 
-#include "platform/PictureDisplay.h"
-#include "platform/Text.h"
+#include "base/Text.h"
+#include "desktop/PictureDisplay.h"
 #include "shell/frmPictureViewer.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/LongestTurn.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/LongestTurn.h"
 
 namespace {
 

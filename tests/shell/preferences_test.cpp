@@ -3,14 +3,14 @@
 #include <QFileInfo>
 #include <QSlider>
 
-#include "platform/Shell.h"
-#include "platform/Text.h"
-#include "scan/frmScan.h"
+#include "base/Text.h"
+#include "files/DiskSpace.h"
+#include "scan_windows/frmScan.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/frmPreferences.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/LongestTurn.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/LongestTurn.h"
 
 namespace {
 

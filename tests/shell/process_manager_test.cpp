@@ -1,13 +1,13 @@
 // The process manager, driven by mouse and keyboard over real process windows.
 
-#include "download/frmDownload.h"
-#include "platform/Text.h"
-#include "scan/frmScan.h"
+#include "base/Text.h"
+#include "download_windows/frmDownload.h"
+#include "scan_windows/frmScan.h"
 #include "shell/frmProcessManager.h"
-#include "sites/frmWebSites.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

@@ -6,15 +6,15 @@
 #include <fstream>
 
 #include "app/ErrorLog.h"
-#include "app/WindowRegistry.h"
-#include "platform/Shell.h"
-#include "platform/Text.h"
+#include "base/Clock.h"
+#include "base/Text.h"
 #include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
-#include "sites/frmWebSites.h"
-#include "support/Fixture.h"
-#include "support/TestSite.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/Fixture.h"
+#include "testkit/TestSite.h"
+#include "windows/WindowRegistry.h"
 
 namespace {
 

@@ -4,15 +4,15 @@
 #include <QDir>
 
 #include "WholeUse.h"
-#include "catalog/frmFileTypeChild.h"
-#include "catalog/frmFileTypeManager.h"
-#include "catalog/frmSitePaths.h"
-#include "platform/Text.h"
-#include "scan/frmNewTag.h"
-#include "scan/frmTagManager.h"
-#include "sites/frmNew.h"
-#include "sites/frmWebSites.h"
-#include "support/TestSite.h"
+#include "base/Text.h"
+#include "catalog_windows/frmFileTypeChild.h"
+#include "catalog_windows/frmFileTypeManager.h"
+#include "catalog_windows/frmSitePaths.h"
+#include "scan_windows/frmNewTag.h"
+#include "scan_windows/frmTagManager.h"
+#include "sites_windows/frmNew.h"
+#include "sites_windows/frmWebSites.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

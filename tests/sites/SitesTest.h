@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "platform/Text.h"
-#include "sites/frmNew.h"
-#include "support/Controls.h"
-#include "support/Fixture.h"
+#include "base/Text.h"
+#include "sites_windows/frmNew.h"
+#include "testkit/Controls.h"
+#include "testkit/Fixture.h"
 
 namespace mvtest {
 

@@ -4,8 +4,8 @@
 #include <span>
 
 #include "SitesTest.h"
-#include "catalog/frmSitePaths.h"
-#include "sites/frmWebSites.h"
+#include "catalog_windows/frmSitePaths.h"
+#include "sites_windows/frmWebSites.h"
 
 namespace mvtest {
 namespace {

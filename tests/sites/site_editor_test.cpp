@@ -5,8 +5,8 @@
 #include <QScrollArea>
 
 #include "SitesTest.h"
-#include "sites/SiteStore.h"
-#include "sites/frmWebSites.h"
+#include "sites_windows/frmWebSites.h"
+#include "store/SiteStore.h"
 
 namespace mvtest {
 namespace {

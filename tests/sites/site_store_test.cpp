@@ -1,8 +1,8 @@
 
 #include "app/Settings.h"
-#include "sites/LinkCleaner.h"
-#include "sites/SiteStore.h"
-#include "support/Fixture.h"
+#include "store/LinkCleaner.h"
+#include "store/SiteStore.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

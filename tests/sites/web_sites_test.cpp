@@ -7,10 +7,10 @@
 
 #include "SitesTest.h"
 #include "app/EndProgram.h"
-#include "download/frmDownload.h"
-#include "platform/Shell.h"
-#include "scan/frmScan.h"
-#include "sites/frmWebSites.h"
+#include "base/Clock.h"
+#include "download_windows/frmDownload.h"
+#include "scan_windows/frmScan.h"
+#include "sites_windows/frmWebSites.h"
 
 namespace mvtest {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "app/ErrorLog.h"
 #include "app/Settings.h"
-#include "platform/Text.h"
-#include "support/Fixture.h"
-#include "support/ProgramRun.h"
-#include "support/TestSite.h"
+#include "base/Text.h"
+#include "testkit/Fixture.h"
+#include "testkit/ProgramRun.h"
+#include "testkit/TestSite.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <optional>
 
 #include "store/ProgramDatabase.h"
-#include "support/Fixture.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "store/NoneOf.h"
 #include "store/ProgramDatabase.h"
 #include "store/Sequence.h"
-#include "support/Fixture.h"
+#include "testkit/Fixture.h"
 
 namespace {
 

@@ -1,0 +1,52 @@
+// The path manager of one site: a folder for each of its file types.
+#pragma once
+
+#include <cstdint>
+
+#include "catalog/clsPath.h"
+#include "desktop/ListView.h"
+#include "windows/ChildWindow.h"
+
+class QLineEdit;
+class QPushButton;
+
+namespace mv {
+
+class frmSitePaths : public ChildWindow {
+  Q_OBJECT
+ public:
+  frmSitePaths();
+
+  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName.
+  std::int32_t SiteID = 0;
+  QString SiteName;
+
+  // Restores the place, builds the list and shows the window.
+  void open();
+  // "filetype" rebuilds the list; other words do nothing.
+  void buildWorkingLists(const std::string& command, long id = 0) override;
+
+ protected:
+  void unloading() override;
+  void activated() override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QWidget* buildFileTypesFrame();
+  QWidget* buildPathFrame();
+  QWidget* buildCloseRow();
+  void fillList();
+  void selectionChanged();
+  void showPathOfRow(int row);
+  void browse();
+  QString askFolder(const QString& extension);
+  void saveFolder(const QString& folder);
+
+  clsPath path_;
+  std::int64_t fileTypeId_ = 0;
+  ListView* lvwFiletypesAssigned_;
+  QLineEdit* txtPath_;
+  QPushButton* cmdBrowse_;
+};
+
+}  // namespace mv

@@ -1,0 +1,130 @@
+#include "download_windows/frmDownload.h"
+
+#include <QEvent>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "app/Settings.h"
+#include "base/Text.h"
+#include "desktop/PictureDisplay.h"
+#include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
+
+namespace mv {
+
+frmDownload::frmDownload() : frmDownload(std::make_unique<DownloadProcess>()) {}
+
+frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
+    : ProcessWindow(*process), process_(std::move(process)) {
+  setCaption(frmDownload::positionKey());
+  buildSummary();
+  buildDetails();
+  connect(process_.get(), &DownloadProcess::fileSaved, this, &frmDownload::fileSaved);
+}
+
+QString frmDownload::positionKey() const { return kDownloadTitle + toQString(process_->SiteName); }
+
+QString frmDownload::settledCaption() const { return toQString(process_->title()); }
+
+void frmDownload::initWindow() {
+  run([this] {
+    prepareFor(process_->SiteId);
+    process_->initWindow();
+  });
+}
+
+void frmDownload::buildSummary() {
+  lblFile_ = new ElidedLabel("lblFile", process_->fileLabel());
+  lblFilesInQueue_ = new ElidedLabel("lblFilesInQueue", process_->queueText());
+  lblFilesProcessed_ = new ElidedLabel("lblFilesProcessed", process_->processedText());
+  addSummary(lblFile_, lblFilesInQueue_, lblFilesProcessed_);
+}
+
+void frmDownload::buildDetails() {
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName("SSTab1");
+  tabs->addTab(&linkView(), "Links");
+  tabs->addTab(makePreviewTab(), "Preview");
+  tabs->addTab(makeInfoTab(), "Info");
+  details().layout()->addWidget(tabs);
+}
+
+QWidget* frmDownload::makePreviewTab() {
+  auto* frame = new QFrame;
+  frame->setObjectName("RightFrame");
+  frame->setFrameShape(QFrame::StyledPanel);
+  Gear1_ = new PictureDisplay;
+  Gear1_->setObjectName("Gear1");
+  Gear1_->setAccessibleName("Preview");
+  Gear1_->installEventFilter(this);
+  auto* layout = new QVBoxLayout(frame);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(Gear1_);
+  return frame;
+}
+
+QWidget* frmDownload::makeInfoTab() {
+  auto* tab = new QWidget;
+  auto* layout = new QVBoxLayout(makeScrollingPage(tab));
+  layout->setContentsMargins(kTightMargins);
+  layout->addWidget(makeDownloadPanel());
+  layout->addWidget(makeErrorPanel("frmErrorInfo", "lblInfoErrorFile", "lblInfoErrorReason", "lblInfoErrorTime",
+                                   "lblInfoErrorCount"));
+  layout->addStretch();
+  return tab;
+}
+
+QWidget* frmDownload::makeDownloadPanel() {
+  auto* panel = new QGroupBox("Download Information");
+  panel->setObjectName("frmDownloading");
+  lblInfoSize_ = new QLabel(toQString(process_->sizeText()));
+  lblInfoSize_->setObjectName("lblInfoSize");
+  lblInfoSize_->setTextFormat(Qt::PlainText);
+  lblInfoSize_->setWordWrap(true);
+  lblInfoBytesReceived_ = new ElidedLabel("lblInfoBytesReceived", process_->receivedText());
+  lblInfoBytesLeft_ = new ElidedLabel("lblInfoBytesLeft", process_->leftText());
+  txtInfoSavePath_ = makeReadOnlyLine("txtInfoSavePath", "Saving to", process_->savePathText());
+  auto* layout = new QVBoxLayout(panel);
+  layout->setContentsMargins(kTightMargins);
+  layout->setSpacing(kTightSpacing);
+  layout->addWidget(lblInfoSize_);
+  layout->addWidget(lblInfoBytesReceived_);
+  layout->addWidget(lblInfoBytesLeft_);
+  layout->addWidget(txtInfoSavePath_);
+  return panel;
+}
+
+void frmDownload::refresh() {
+  ProcessWindow::refresh();
+  lblFile_->setLine(process_->fileLabel());
+  lblFilesInQueue_->setLine(process_->queueText());
+  lblFilesProcessed_->setLine(process_->processedText());
+  lblInfoSize_->setText(toQString(process_->sizeText()));
+  lblInfoBytesReceived_->setLine(process_->receivedText());
+  lblInfoBytesLeft_->setLine(process_->leftText());
+  showLine(*txtInfoSavePath_, process_->savePathText());
+}
+
+bool frmDownload::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == Gear1_ && event->type() == QEvent::Show) showPreview();
+  return ProcessWindow::eventFilter(watched, event);
+}
+
+void frmDownload::fileSaved(const std::string& path) {
+  gLastSavedFile = path;
+  WindowRegistry::instance().tell(kPictureViewer, kFileSavedWord);
+  lastSaved_ = path;
+  previewDue_ = true;
+  if (Gear1_->isVisible()) showPreview();
+}
+
+void frmDownload::showPreview() {
+  if (!previewDue_) return;
+  previewDue_ = false;
+  run([this] { Gear1_->setPicture(lastSaved_); });
+}
+
+}  // namespace mv

@@ -1,0 +1,57 @@
+// The download window of one running site.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "download/DownloadProcess.h"
+#include "process_windows/ProcessWindow.h"
+
+class QLineEdit;
+
+namespace mv {
+
+class PictureDisplay;
+
+class frmDownload : public ProcessWindow {
+  Q_OBJECT
+ public:
+  // Set the process's members and the caption ("Download: " + site name), show, then call initWindow.
+  frmDownload();
+  DownloadProcess& process() { return *process_; }
+
+  void initWindow();
+  QString positionKey() const override;
+  QString settledCaption() const override;
+
+ protected:
+  void refresh() override;
+  // The preview comes into view.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  // The process stands before the base that listens to it.
+  explicit frmDownload(std::unique_ptr<DownloadProcess> process);
+  void buildSummary();
+  void buildDetails();
+  QWidget* makePreviewTab();
+  QWidget* makeInfoTab();
+  QWidget* makeDownloadPanel();
+  // Pictures are decoded only while they can be seen; the last one saved is caught up with.
+  void fileSaved(const std::string& path);
+  void showPreview();
+
+  std::unique_ptr<DownloadProcess> process_;
+  std::string lastSaved_;
+  bool previewDue_ = false;
+  PictureDisplay* Gear1_ = nullptr;
+  ElidedLabel* lblFile_ = nullptr;
+  ElidedLabel* lblFilesInQueue_ = nullptr;
+  ElidedLabel* lblFilesProcessed_ = nullptr;
+  QLabel* lblInfoSize_ = nullptr;
+  ElidedLabel* lblInfoBytesReceived_ = nullptr;
+  ElidedLabel* lblInfoBytesLeft_ = nullptr;
+  QLineEdit* txtInfoSavePath_ = nullptr;
+};
+
+}  // namespace mv

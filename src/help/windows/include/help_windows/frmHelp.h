@@ -1,0 +1,50 @@
+// The help window: choose a subject, then a topic of it, and read the text. Any number may be open, each with a choice
+// of its own. The topics are those of the table `help_info`.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <string>
+
+#include "windows/ChildWindow.h"
+
+class QComboBox;
+
+namespace mv {
+
+class ListView;
+class ReadingBox;
+
+class frmHelp : public ChildWindow {
+  Q_OBJECT
+ public:
+  frmHelp();
+
+  // Lists the subjects.
+  void initWindow();
+  // "init" lists the subjects, "topics" the topics of the chosen subject, "text" shows the chosen topic's text. Other
+  // words do nothing.
+  void buildWorkingLists(const std::string& command, long id = 0) override;
+
+ protected:
+  void activated() override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void buildControls();
+  QWidget* makeHelpPage();
+
+  void listSubjects();
+  void listTopics();
+  void showText();
+  void subjectChosen(int row);
+  void topicChosen(int index);
+
+  ListView* lvwSubjects_;
+  QComboBox* cmboTopics_;
+  ReadingBox* txtHelp_;
+  QString subject_;           // the one chosen
+  std::int64_t topicId_ = 0;  // the one chosen
+};
+
+}  // namespace mv

@@ -1,0 +1,15 @@
+// The clock: the current moment, and how moments are written for the user.
+#pragma once
+
+#include <QDateTime>
+#include <string>
+
+namespace mv {
+
+// The current moment in local time. Tests set another; a null QDateTime brings the system's clock back.
+QDateTime now();
+void setNow(const QDateTime& moment);
+// Date, then time, as the system's locale writes them in general. UTF-8.
+std::string dateTimeText(const QDateTime& moment);
+
+}  // namespace mv

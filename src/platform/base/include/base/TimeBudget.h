@@ -1,0 +1,26 @@
+// Long work on the user-interface thread is done in slices: a loop tests spent() and goes on in a later event when the
+// time is up. All slices of one turn of the event loop share the time that a turn may take, so that ten workers keep
+// the user waiting no longer than one; each gets a little of it.
+#pragma once
+
+#include <chrono>
+
+namespace mv {
+
+class TimeBudget {
+ public:
+  TimeBudget();
+  ~TimeBudget();
+  TimeBudget(const TimeBudget&) = delete;
+  TimeBudget& operator=(const TimeBudget&) = delete;
+  bool spent() const;
+  // Work that has not begun is better left to the next turn.
+  static bool turnIsSpent();
+
+ private:
+  std::chrono::steady_clock::duration used() const { return std::chrono::steady_clock::now() - start_; }
+
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace mv

@@ -1,0 +1,53 @@
+#include "Checkpoints.h"
+
+#include <exception>
+#include <utility>
+
+namespace mv::engine {
+
+Checkpoints::Checkpoints(sqlite3* writer, std::string path) : writer_(writer), path_(std::move(path)) {
+  sqlite3_wal_hook(writer, &Checkpoints::written, this);
+}
+
+Checkpoints::~Checkpoints() { sqlite3_wal_hook(writer_, nullptr, nullptr); }
+
+int Checkpoints::written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) {
+  static_cast<Checkpoints*>(self)->journalIs(pages);
+  return SQLITE_OK;
+}
+
+void Checkpoints::journalIs(int pages) {
+  if (pages < pages_) requestAt_ = kPages;  // it has begun anew
+  pages_ = pages;
+  if (copying_) return;
+  if (std::exchange(finishDue_, false)) {
+    // Between two changes no one writes: the little that is left is all.
+    sqlite3_wal_checkpoint_v2(writer_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  } else if (pages >= requestAt_) {
+    requestAt_ = pages + kPages;
+    finishDue_ = pages >= kLongPages;
+    copying_ = true;
+    job_.request();
+  }
+}
+
+void Checkpoints::copy() {
+  try {
+    if (!connection_) {
+      connection_ = openHandle(path_, SQLITE_OPEN_READWRITE);
+      run(connection_.get(), "pragma synchronous=normal");
+    }
+    // What was written during a pass is left for the next one, which is shorter.
+    for (int pass = 0, left = 1; pass < kPasses && left > 0; ++pass) {
+      int all = 0, copied = 0;
+      if (sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, &all, &copied) != SQLITE_OK)
+        break;
+      left = all - copied;
+    }
+  } catch (const std::exception&) {
+    connection_.reset();
+  }
+  copying_ = false;
+}
+
+}  // namespace mv::engine

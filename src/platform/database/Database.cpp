@@ -1,0 +1,359 @@
+#include "database/Database.h"
+
+#include <new>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "Checkpoints.h"
+#include "SqlDialect.h"
+#include "Sqlite.h"
+#include "StatementCache.h"
+
+namespace mv {
+
+using namespace engine;
+
+DatabaseError::DatabaseError(long number, std::string description, std::string source)
+    : std::runtime_error(description),
+      number_(number),
+      description_(std::move(description)),
+      source_(std::move(source)) {}
+
+std::string quoted(std::string_view text) {
+  std::string literal;
+  literal.reserve(text.size() + 2);
+  literal += '"';
+  for (const char c : text) literal.append(c == '"' ? 2 : 1, c);
+  return literal += '"';
+}
+
+namespace {
+
+// Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
+// the engine looks through all that it holds.
+constexpr int kCacheKiB = 16 * 1024;
+constexpr int kReaderCacheKiB = 4 * 1024;
+constexpr std::int64_t kJournalSizeLimit = 64 * 1024 * 1024;  // what a journal is cut back to after a large change
+constexpr const char* kCountField = "outCount";
+constexpr std::size_t kRowsAhead = 64;
+
+void setUp(sqlite3* connection, const std::string& path) {
+  try {
+    if (firstText(connection, "pragma journal_mode=wal") != "wal")
+      raiseFile(DatabaseError::kReadOnly, path, "lies where no journal can be kept.");
+  } catch (const DatabaseError& error) {
+    if (error.number() == DatabaseError::kLocked) raiseFile(error.number(), path, "is in use by another program.");
+    throw;
+  }
+  run(connection, "pragma synchronous=normal");
+  run(connection, "pragma cache_size=-" + std::to_string(kCacheKiB));
+  // Deleted rows are overwritten where their page is written anyway; to write pages for that alone would make emptying
+  // a table of a million rows four times as slow.
+  run(connection, "pragma secure_delete=fast");
+  run(connection, "pragma journal_size_limit=" + std::to_string(kJournalSizeLimit));
+}
+
+// A connection of its own for a long result: it keeps seeing the rows of the moment of the query, whatever the program
+// writes meanwhile.
+struct Reader {
+  ConnectionPtr connection;
+  StatementPtr statement;
+};
+
+ConnectionPtr openReader(const std::string& path) {
+  ConnectionPtr connection = openHandle(path, SQLITE_OPEN_READWRITE);
+  run(connection.get(), "pragma query_only=1");
+  run(connection.get(), "pragma cache_size=-" + std::to_string(kReaderCacheKiB));
+  return connection;
+}
+
+}  // namespace
+
+struct Database::Connection {
+  explicit Connection(const std::string& databasePath)
+      : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
+    setUp(main.get(), path);
+    statements = std::make_unique<StatementCache>(main.get());
+    checkpoints = std::make_unique<Checkpoints>(main.get(), path);
+  }
+
+  // The others go first, so that the last connection to close is the one that ends the journal.
+  ~Connection() {
+    checkpoints.reset();
+    idleReader.reset();
+    for (const std::weak_ptr<Reader>& weak : readers)
+      if (const std::shared_ptr<Reader> reader = weak.lock()) {
+        reader->statement.reset();
+        reader->connection.reset();
+      }
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  std::shared_ptr<Reader> takeReader() {
+    std::erase_if(readers, [](const std::weak_ptr<Reader>& weak) { return weak.expired(); });
+    auto reader = std::make_shared<Reader>();
+    reader->connection = idleReader ? std::move(idleReader) : openReader(path);
+    run(reader->connection.get(), "begin");
+    readers.push_back(reader);
+    return reader;
+  }
+
+  void giveBack(Reader& reader) {
+    reader.statement.reset();
+    if (idleReader || !reader.connection) return;
+    if (sqlite3_exec(reader.connection.get(), "rollback", nullptr, nullptr, nullptr) == SQLITE_OK)
+      idleReader = std::move(reader.connection);
+  }
+
+  std::string path;
+  ConnectionPtr main;
+  std::unique_ptr<Checkpoints> checkpoints;
+  std::unique_ptr<StatementCache> statements;
+  ConnectionPtr idleReader;
+  std::vector<std::weak_ptr<Reader>> readers;
+  std::int64_t rowsAffected = 0;
+
+  void lose(const Losses& losses) {
+    for (const std::string& name : losses) ++lossCounts[name];
+  }
+  void loseAnything() { ++lossCounts[""]; }
+  std::unordered_map<std::string, std::int64_t> lossCounts;
+  std::int64_t dataVersion = 0;  // other programs' changes
+};
+
+// ---- recordset ----
+
+// A short result is read whole at once. A long one is read through a reader, kRowsAhead rows at a time.
+struct Recordset::State {
+  std::weak_ptr<Database::Connection> owner;
+  std::shared_ptr<const SqlPattern> pattern;
+  std::vector<SqlValue> values;
+  std::vector<std::string> engineFields;  // where the statement's own do not tell
+  std::size_t columns = 0;
+  std::vector<ValuePtr> cells;  // of the rows at hand, row by row
+  std::size_t rows = 0;         // at hand
+  std::size_t row = 0;          // the current one
+  bool complete = true;         // nothing comes after the rows at hand
+  std::shared_ptr<Reader> reader;
+
+  State() = default;
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() {
+    const auto connection = owner.lock();
+    if (reader && connection) connection->giveBack(*reader);
+  }
+
+  const SqlStatement& sql() const { return pattern->statement(); }
+  const std::vector<std::string>& fields() const {
+    return sql().fields.size() == columns ? sql().fields : engineFields;
+  }
+
+  void takeNames(sqlite3_stmt* statement) {
+    columns = static_cast<std::size_t>(sqlite3_column_count(statement));
+    engineFields.clear();
+    if (sql().fields.size() == columns) return;
+    for (std::size_t i = 0; i < columns; ++i)
+      engineFields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
+  }
+
+  // Replaces the rows at hand by the next ones, at most `limit`.
+  void readRows(sqlite3_stmt* statement, std::size_t limit) {
+    cells.clear();
+    rows = row = 0;
+    complete = true;
+    bool more = step(statement, sql().name);
+    // Not before the first step: it is the one that notices a column added meanwhile.
+    takeNames(statement);
+    while (more) {
+      takeRow(statement);
+      if (++rows == limit) {
+        complete = false;
+        return;
+      }
+      more = step(statement, sql().name);
+    }
+  }
+
+  void takeRow(sqlite3_stmt* statement) {
+    for (std::size_t i = 0; i < columns; ++i) {
+      cells.emplace_back(sqlite3_value_dup(sqlite3_column_value(statement, static_cast<int>(i))));
+      if (!cells.back()) throw std::bad_alloc();
+    }
+  }
+
+  void readThrough(std::shared_ptr<Reader> longReader) {
+    reader = std::move(longReader);
+    reader->statement = prepare(reader->connection.get(), sql().shape, sql().name);
+    bindValues(reader->statement.get(), values, sql().name);
+    readRows(reader->statement.get(), kRowsAhead);
+  }
+
+  void checkOpen() const {
+    if (owner.expired()) raiseNotOpen();
+  }
+
+  std::size_t column(std::string_view field) const {
+    std::optional<std::size_t> byLastPart;
+    for (std::size_t i = 0; i < columns; ++i) {
+      const std::string_view name = fields()[i];
+      if (sameSqlName(name, field)) return i;
+      const std::size_t dot = name.rfind('.');
+      if (dot == std::string_view::npos || !sameSqlName(name.substr(dot + 1), field)) continue;
+      if (byLastPart) raiseItemNotFound(field);
+      byLastPart = i;
+    }
+    if (!byLastPart) raiseItemNotFound(field);
+    return *byLastPart;
+  }
+
+  [[noreturn]] void raiseItemNotFound(std::string_view field) const {
+    throw DatabaseError(DatabaseError::kItemNotFound,
+                        sql().name + ": the result has no field \"" + std::string(field) + "\".");
+  }
+
+  sqlite3_value* cell(std::string_view field) const {
+    checkOpen();
+    const std::size_t at = column(field);
+    if (row >= rows) raiseNoCurrentRecord(sql().name);
+    return cells[row * columns + at].get();
+  }
+};
+
+Recordset::Recordset(std::unique_ptr<State> state) : state_(std::move(state)) {}
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
+Recordset::~Recordset() = default;
+
+std::int64_t Recordset::recordCount() const {
+  state_->checkOpen();
+  if (!state_->reader) return static_cast<std::int64_t>(state_->rows);
+  const SqlStatement& sql = state_->sql();
+  const StatementPtr counter =
+      prepare(state_->reader->connection.get(), "select count(*) from (" + sql.shape + ')', sql.name);
+  bindValues(counter.get(), state_->values, sql.name);
+  step(counter.get(), sql.name);
+  return sqlite3_column_int64(counter.get(), 0);
+}
+
+void Recordset::moveFirst() {
+  state_->checkOpen();
+  if (!state_->reader) {
+    state_->row = 0;
+    return;
+  }
+  sqlite3_reset(state_->reader->statement.get());
+  state_->readRows(state_->reader->statement.get(), kRowsAhead);
+}
+
+void Recordset::moveNext() {
+  if (endOfRows()) raiseNoCurrentRecord(state_->sql().name);
+  if (++state_->row == state_->rows && !state_->complete) state_->readRows(state_->reader->statement.get(), kRowsAhead);
+}
+
+bool Recordset::endOfRows() const {
+  state_->checkOpen();
+  return state_->row >= state_->rows;
+}
+
+std::string Recordset::text(std::string_view field) const {
+  sqlite3_value* const value = state_->cell(field);
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text ? std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string();
+}
+
+std::int64_t Recordset::number(std::string_view field) const { return sqlite3_value_int64(state_->cell(field)); }
+
+bool Recordset::isNull(std::string_view field) const { return sqlite3_value_type(state_->cell(field)) == SQLITE_NULL; }
+
+// ---- database ----
+
+Database::Database() = default;
+Database::~Database() = default;
+
+void Database::open(const std::string& path, const TableNames& neededTables) {
+  close();
+  checkDatabase(path, neededTables);
+  connection_ = std::make_shared<Connection>(path);
+  ++openings_;
+}
+
+void Database::close() { connection_.reset(); }
+
+bool Database::isOpen() const { return connection_ != nullptr; }
+
+Recordset Database::query(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  auto state = std::make_unique<Recordset::State>();
+  state->owner = connection_;
+  const Prepared statement = connection_->statements->get(sql, state->values);
+  state->pattern = statement.pattern;
+  connection_->lose(*statement.losses);
+  {
+    const Use use(statement.handle, state->values, state->sql().name);
+    // Rows that only an open transaction knows cannot be seen by a reader.
+    const bool readable = state->sql().isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
+    state->readRows(statement.handle, readable ? kRowsAhead : SIZE_MAX);
+  }
+  if (!state->complete) state->readThrough(connection_->takeReader());
+  return Recordset(std::move(state));
+}
+
+void Database::execute(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  std::vector<SqlValue> values;
+  const Prepared statement = connection_->statements->get(sql, values);
+  const std::string& name = statement.pattern->statement().name;
+  connection_->lose(*statement.losses);
+  try {
+    const Use use(statement.handle, values, name);
+    while (step(statement.handle, name)) continue;
+  } catch (...) {
+    connection_->loseAnything();  // it may have ended its transaction
+    throw;
+  }
+  connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
+}
+
+std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
+
+std::int64_t Database::lossMark(const std::string& table, const std::string& column) {
+  const std::int64_t version = query("pragma data_version").number("data_version");
+  if (std::exchange(connection_->dataVersion, version) != version) connection_->loseAnything();
+  auto& counts = connection_->lossCounts;
+  return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
+}
+
+std::int64_t Database::count(std::string_view sql) {
+  if (!connection_) raiseNotOpen();
+  std::vector<SqlValue> values;
+  const Prepared statement = connection_->statements->get(sql, values);
+  const SqlStatement& translated = statement.pattern->statement();
+  if (translated.fields.size() != 1 || !sameSqlName(translated.fields.front(), kCountField))
+    return query(sql).number(kCountField);
+  const Use use(statement.handle, values, translated.name);
+  if (!step(statement.handle, translated.name)) raiseNoCurrentRecord(translated.name);
+  return sqlite3_column_int64(statement.handle, 0);
+}
+
+// The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other
+// connections hold it for a moment now and then, even if they only read.
+Transaction::Transaction(Database& database) : database_(database) { database_.execute("begin immediate"); }
+
+Transaction::~Transaction() {
+  if (!open_) return;
+  try {
+    database_.execute("rollback");
+  } catch (const DatabaseError&) {
+    // After some failures, a full disk above all, the engine has done so already.
+  }
+}
+
+void Transaction::commit() {
+  database_.execute("commit");
+  open_ = false;
+}
+
+}  // namespace mv

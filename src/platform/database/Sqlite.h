@@ -1,0 +1,74 @@
+// What the sources of the database engine share of its C interface. Only they include this.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "SqlLiterals.h"
+#include "database/Database.h"
+
+namespace mv::engine {
+
+struct CloseConnection {
+  void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+};
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+struct FreeValue {
+  void operator()(sqlite3_value* value) const { sqlite3_value_free(value); }
+};
+using ConnectionPtr = std::unique_ptr<sqlite3, CloseConnection>;
+using StatementPtr = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+using ValuePtr = std::unique_ptr<sqlite3_value, FreeValue>;
+
+// Everything here raises DatabaseError.
+[[noreturn]] void raise(sqlite3* connection, int code, const std::string& statementName);
+// "The database <path> <trouble>"
+[[noreturn]] void raiseFile(long number, const std::string& path, const std::string& trouble);
+[[noreturn]] void raiseNotOpen();
+[[noreturn]] void raiseNoCurrentRecord(const std::string& statementName);
+
+StatementPtr prepare(sqlite3* connection, const std::string& shape, const std::string& name, unsigned flags = 0);
+// `values` must stay where they are until the bindings are cleared.
+void bindValues(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name);
+// True when there is a row.
+bool step(sqlite3_stmt* statement, const std::string& name);
+void run(sqlite3* connection, const std::string& sql);
+// The first field of the first row.
+std::string firstText(sqlite3* connection, const std::string& sql);
+std::int64_t firstNumber(sqlite3* connection, const std::string& sql);
+
+// A statement in use: at the end it is ready for the next use and holds no lock.
+class Use {
+ public:
+  Use(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name) : statement_(statement) {
+    bindValues(statement, values, name);
+  }
+  ~Use() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+  }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
+// `flags` as of sqlite3_open_v2.
+ConnectionPtr openHandle(const std::string& path, int flags);
+// For reading a file without leaving a trace.
+std::string immutableUri(const std::string& path);
+// In bytes; -1 when there is no such file.
+std::int64_t fileSize(const std::string& path);
+// As the engine's own language writes a name.
+std::string quotedName(std::string name);
+// Everything is judged before anything is changed: the file, its tables, its content.
+void checkDatabase(const std::string& path, const Database::TableNames& needed);
+
+}  // namespace mv::engine

@@ -1,0 +1,153 @@
+// The relational engine: one database in one file, driven by SQL texts.
+//
+// The SQL dialect is the program's own, a small one:
+//   "text" and 'text'   a text literal, never an identifier; the delimiter doubled inside stands for itself
+//   [name]              an identifier
+//   everything else     as SQLite reads it
+// A statement is translated once per shape (the statement with its literals taken out), prepared once and kept;
+// the literals are bound. So the ten-thousandth insert costs no parsing, and no text can change a statement.
+//
+// Texts are UTF-8, paths are UTF-8 file-system paths, numbers are 64-bit.
+// One thread: a Database and its Recordsets belong to the thread that opened it. Only the engine's journal is copied
+// into the database by a thread of its own, which nobody waits for.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mv {
+
+// A failure of the engine. Numbers follow the published list of the Jet engine's trappable errors.
+class DatabaseError : public std::runtime_error {
+ public:
+  DatabaseError(long number, std::string description, std::string source = "Database");
+
+  long number() const { return number_; }
+  const std::string& description() const { return description_; }
+  const std::string& source() const { return source_; }
+
+  enum Number : long {
+    kInvalidArgument = 3001,
+    kNoCurrentRecord = 3021,
+    kDuplicateKey = 3022,
+    kFileNotFound = 3024,
+    kDiskFull = 3026,
+    kReadOnly = 3027,
+    kDiskError = 3043,
+    kAlreadyExists = 3204,
+    kUnknownColumn = 3061,  // a name in the statement that is no column: the engine takes it for a parameter
+    kSyntaxError = 3075,
+    kUnknownTable = 3078,
+    kLocked = 3260,
+    kItemNotFound = 3265,        // a recordset has no field of that name
+    kUnrecognizedFormat = 3343,  // not a database, or a damaged one
+    kNotOpen = 3420,
+  };
+
+ private:
+  long number_;
+  std::string description_;
+  std::string source_;
+};
+
+// `text` as a text literal of the dialect: between double quotes, embedded double quotes doubled. The only way in
+// which a text gets into a statement. A NUL byte is kept.
+std::string quoted(std::string_view text);
+// Exact matches, so that an unqualified call never finds the stream manipulator std::quoted instead.
+inline std::string quoted(const std::string& text) { return quoted(std::string_view(text)); }
+inline std::string quoted(std::string& text) { return quoted(std::string_view(text)); }
+inline std::string quoted(const char* text) { return quoted(std::string_view(text)); }
+// `value` as a number of the dialect: plain decimal.
+inline std::string number(std::int64_t value) { return std::to_string(value); }
+
+// The rows of a query as they were at the moment of the query, whatever is written meanwhile. A few are read ahead: a
+// million rows cost no more memory than a hundred. A long result keeps the journal from shrinking while it is held.
+// Positioned on the first row after the query. Move-only; must not outlive a close of its Database (its operations then
+// raise kNotOpen).
+class Recordset {
+ public:
+  Recordset(Recordset&&) noexcept;
+  Recordset& operator=(Recordset&&) noexcept;
+  ~Recordset();
+
+  // Number of rows in all; counted by the engine on demand, the position is kept.
+  std::int64_t recordCount() const;
+  void moveFirst();
+  // Raises kNoCurrentRecord past the last row.
+  void moveNext();
+  // True when there is no current row (an empty result, or past the last).
+  bool endOfRows() const;
+
+  // The current row's field, by column name, alias or qualified name as the select list wrote it ("outCount",
+  // "vf.name"), without regard to case. A null value is "" or 0; a text read as a number gives its leading number, else
+  // 0. Raise kItemNotFound and kNoCurrentRecord.
+  std::string text(std::string_view field) const;
+  std::int64_t number(std::string_view field) const;
+  bool isNull(std::string_view field) const;
+
+ private:
+  friend class Database;
+  struct State;
+  explicit Recordset(std::unique_ptr<State> state);
+  std::unique_ptr<State> state_;
+};
+
+class Database {
+ public:
+  Database();
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  using TableNames = std::vector<std::string_view>;
+
+  // Opens an existing file for reading and writing. Never creates one, and leaves a file that it refuses byte for byte
+  // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged, without one of `neededTables`),
+  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first.
+  // Write-ahead journal; a crash of the program loses no finished statement.
+  void open(const std::string& path, const TableNames& neededTables = {});
+  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
+  void close();
+  bool isOpen() const;
+
+  // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
+  Recordset query(std::string_view sql);
+  void execute(std::string_view sql);
+  // Rows that the last execute inserted, changed or deleted.
+  std::int64_t rowsAffected() const;
+
+  // Stays the same as long as every value that `column` of `table` held is certain to be there still: at most rows were
+  // added. Other programs' changes count too, and so does opening. Names as the table was created with. Raises
+  // DatabaseError.
+  std::int64_t lossMark(const std::string& table, const std::string& column);
+
+  // The `outCount` of a count query.
+  std::int64_t count(std::string_view sql);
+
+  struct Connection;
+
+ private:
+  std::shared_ptr<Connection> connection_;
+  std::int64_t openings_ = 0;
+};
+
+// Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
+// two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit();
+
+ private:
+  Database& database_;
+  bool open_ = true;
+};
+
+}  // namespace mv

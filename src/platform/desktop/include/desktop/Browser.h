@@ -1,0 +1,16 @@
+// The user's default web browser.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+namespace mv {
+
+// `url` is the whole address of a page: scheme http or https, and a host.
+bool isWebAddress(const QString& url);
+// Asks the desktop to open `url` with the default browser. False when it reports failure. Does not wait.
+bool openWithDefaultBrowser(const QString& url);
+// For tests: what openWithDefaultBrowser calls instead. An empty function brings the desktop back.
+void setBrowserOpener(std::function<bool(const QString&)> opener);
+
+}  // namespace mv

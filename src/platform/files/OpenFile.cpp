@@ -1,0 +1,106 @@
+#include "files/OpenFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+namespace mv {
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;  // less the umask
+
+std::uint64_t failFrom = 0;
+
+std::string descriptorPath(int file) { return "/proc/self/fd/" + std::to_string(file); }
+
+}  // namespace
+
+OpenFile::~OpenFile() { close(); }
+
+OpenFile::OpenFile(OpenFile&& other) noexcept { *this = std::move(other); }
+
+OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
+  if (this == &other) return *this;
+  close();
+  descriptor_ = std::exchange(other.descriptor_, -1);
+  nameable_ = std::exchange(other.nameable_, false);
+  size_ = std::exchange(other.size_, 0);
+  return *this;
+}
+
+int OpenFile::openNameless(const std::string& folder) {
+  *this = OpenFile();
+  const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFileMode);
+  if (file < 0) return errno;
+  descriptor_ = file;
+  nameable_ = ::access(descriptorPath(file).c_str(), F_OK) == 0;
+  if (nameable_) return 0;
+  close();
+  return EOPNOTSUPP;
+}
+
+int OpenFile::openScratch(const std::string& folder) {
+  if (openNameless(folder) == 0) return 0;
+  std::string path = folder + "/morvane2000-XXXXXX";
+  descriptor_ = ::mkostemp(path.data(), O_CLOEXEC);
+  if (descriptor_ < 0) return errno;
+  ::unlink(path.c_str());
+  return 0;
+}
+
+int OpenFile::openNamed(const std::string& path) {
+  *this = OpenFile();
+  descriptor_ = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
+  return descriptor_ < 0 ? errno : 0;
+}
+
+bool OpenFile::isOn(const std::string& folder) const {
+  struct stat own {};
+  struct stat other {};
+  return ::fstat(descriptor_, &own) == 0 && ::stat(folder.c_str(), &other) == 0 && own.st_dev == other.st_dev;
+}
+
+int OpenFile::write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    std::string_view next = bytes;
+    if (failFrom > 0) {
+      if (size_ >= failFrom) return ENOSPC;
+      next = next.substr(0, static_cast<std::size_t>(failFrom - size_));
+    }
+    const ssize_t written = ::write(descriptor_, next.data(), next.size());
+    if (written < 0 && errno != EINTR) return errno;
+    if (written < 0) continue;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+    size_ += static_cast<std::uint64_t>(written);
+  }
+  return 0;
+}
+
+int OpenFile::read(std::uint64_t offset, std::string& bytes) const {
+  ssize_t count = 0;
+  do {
+    count = ::pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+  } while (count < 0 && errno == EINTR);
+  const int error = count < 0 ? errno : 0;
+  bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+  return error;
+}
+
+int OpenFile::link(const std::string& path) const {
+  const int done = ::linkat(AT_FDCWD, descriptorPath(descriptor_).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW);
+  return done == 0 ? 0 : errno;
+}
+
+int OpenFile::close() {
+  if (descriptor_ < 0) return 0;
+  return ::close(std::exchange(descriptor_, -1)) == 0 ? 0 : errno;
+}
+
+void OpenFile::failAfterBytes(std::uint64_t bytes) { failFrom = bytes; }
+
+}  // namespace mv

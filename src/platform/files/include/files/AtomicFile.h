@@ -1,0 +1,54 @@
+// Writes a file so that its final name only ever shows the whole content: the bytes go to a nameless or temporary file
+// in the same folder, which takes the final name in one step. A crash, a full disk or a forgotten commit leaves what
+// was there before, and nothing half-written.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "files/OpenFile.h"
+
+namespace mv {
+
+// A failed file operation: the operating system's error number and its description.
+class FileError : public std::runtime_error {
+ public:
+  FileError(int number, const std::string& description) : std::runtime_error(description), number_(number) {}
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+class AtomicFile {
+ public:
+  // Opens a temporary file in the folder of `path` (UTF-8). Raises FileError: no such folder, `path` is a folder or
+  // ends with a separator, no permission, disk full.
+  explicit AtomicFile(const std::string& path);
+  // Not committed: removes what was written.
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  // Appends. Raises FileError (a full disk above all), for the last pieces only when it is committed.
+  void write(std::string_view bytes);
+  // Instead of writing: the whole content is in `content` already, and becomes this file without a copy. False, and
+  // nothing has changed, when something has been written or the two are not on one file system.
+  bool adopt(OpenFile& content);
+  std::uint64_t size() const;
+  // Gives the file its final name, replacing a file of that name. Raises FileError. Afterwards only destruction is
+  // left.
+  void commit();
+
+  // For tests: the operating-system calls can be made to fail from the n-th byte on. 0 switches that off.
+  static void failAfterBytes(std::uint64_t bytes);
+
+ private:
+  struct Private;
+  std::unique_ptr<Private> d;
+};
+
+}  // namespace mv

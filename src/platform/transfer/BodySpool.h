@@ -1,0 +1,48 @@
+// A body of any length: in memory up to a threshold, beyond it in a file without a name, which can become the final
+// one.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "files/AtomicFile.h"
+
+namespace mv {
+
+class BodySpool {
+ public:
+  // The file lies on the file system of `folder` when that can be, "" for a folder of temporary files.
+  BodySpool(std::size_t threshold, std::string folder);
+
+  // False when the disk refuses it; error() then has the system's words.
+  bool append(std::string_view bytes);
+  const std::string& error() const { return error_; }
+  // To be called after the last append, false as there.
+  bool finish();
+
+  // After finish(): the whole body becomes the content of `target` without a copy. False, and nothing has
+  // changed, when it is in memory or cannot be moved.
+  bool moveTo(AtomicFile& target);
+  // After finish(): the next bytes, at most `size`; empty at the end, where the memory and the file are given
+  // back. Raises std::runtime_error when the file cannot be read.
+  std::string read(std::size_t size);
+
+ private:
+  int openFile();
+  bool flush();
+  bool check(int error);
+  bool refill();
+
+  std::size_t threshold_;
+  std::string folder_;
+  // While writing: all that is not in the file yet. While reading from the file: the piece that is being handed out.
+  std::string memory_;
+  std::size_t readAt_ = 0;
+  std::uint64_t fileReadAt_ = 0;
+  OpenFile file_;
+  std::string error_;
+};
+
+}  // namespace mv

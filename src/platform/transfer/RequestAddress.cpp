@@ -1,0 +1,164 @@
+#include "transfer/RequestAddress.h"
+
+#include <QUrl>
+#include <algorithm>
+
+#include "base/Text.h"
+
+namespace mv {
+
+namespace {
+
+constexpr std::string_view kEndOfAuthority = "/?#";
+
+bool isBlankOrControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte <= 0x20 || byte == 0x7F;
+}
+
+bool isSchemeCharacter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+}
+
+bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isBlankOrControl(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlankOrControl(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+// Cuts "scheme://" off the front; "http" when there is none.
+std::string_view takeScheme(std::string_view& address) {
+  const auto end = address.find("://");
+  if (end == std::string_view::npos || end == 0) return "http";
+  const auto scheme = address.substr(0, end);
+  if (!std::all_of(scheme.begin(), scheme.end(), isSchemeCharacter)) return "http";
+  address.remove_prefix(end + 3);
+  return scheme;
+}
+
+int hexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// A "%" that no two hexadecimal digits follow stands for itself.
+std::string percentDecoded(std::string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool complete = text[i] == '%' && i + 2 < text.size();
+    const int high = complete ? hexValue(text[i + 1]) : -1;
+    const int low = complete ? hexValue(text[i + 2]) : -1;
+    if (high < 0 || low < 0) {
+      result += text[i];
+    } else {
+      result += static_cast<char>(high * 16 + low);
+      i += 2;
+    }
+  }
+  return result;
+}
+
+std::optional<Credentials> takeUserInfo(std::string_view& authority) {
+  const auto at = authority.rfind('@');
+  if (at == std::string_view::npos) return std::nullopt;
+  const auto info = authority.substr(0, at);
+  authority.remove_prefix(at + 1);
+  const auto colon = info.find(':');
+  Credentials credentials{percentDecoded(info.substr(0, colon)), {}};
+  if (colon != std::string_view::npos) credentials.password = percentDecoded(info.substr(colon + 1));
+  if (credentials.user.empty() && credentials.password.empty()) return std::nullopt;
+  return credentials;
+}
+
+// Host and port in ASCII; empty when it is no host.
+std::string asciiHost(std::string_view host) {
+  if (std::any_of(host.begin(), host.end(), isBlankOrControl)) return {};
+  if (std::all_of(host.begin(), host.end(), isAscii)) return std::string(host);
+  const auto portStart = std::min(host.rfind(':'), host.size());
+  const auto ace = QUrl::toAce(toQString(host.substr(0, portStart)));
+  return ace.isEmpty() ? std::string() : ace.toStdString().append(host.substr(portStart));
+}
+
+std::string lowered(std::string_view text) {
+  std::string result(text);
+  for (char& c : result)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return result;
+}
+
+// `host` in lower case, without the port that the scheme stands for.
+std::string comparableHost(std::string_view scheme, std::string host) {
+  host = lowered(host);
+  const std::string_view usualPort = lowered(scheme) == "https" ? ":443" : ":80";
+  if (host.ends_with(usualPort)) host.erase(host.size() - usualPort.size());
+  if (host.ends_with(':')) host.pop_back();
+  return host;
+}
+
+void appendEncoded(std::string& out, char c) {
+  constexpr std::string_view kForbidden = "<>\"{}|\\^`";
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  if (!isBlankOrControl(c) && isAscii(c) && kForbidden.find(c) == std::string_view::npos) {
+    out += c;
+    return;
+  }
+  const auto byte = static_cast<unsigned char>(c);
+  out += '%';
+  out += kDigits[byte >> 4U];
+  out += kDigits[byte & 0x0FU];
+}
+
+}  // namespace
+
+std::optional<RequestAddress> toRequestAddress(std::string_view address) {
+  address = trimmed(address);
+  const auto scheme = takeScheme(address);
+  auto authority = address.substr(0, address.find_first_of(kEndOfAuthority));
+  auto rest = address.substr(authority.size());
+  rest = rest.substr(0, rest.find('#'));
+
+  RequestAddress result;
+  result.credentials = takeUserInfo(authority);
+  const auto host = asciiHost(authority);
+  if (host.empty()) return std::nullopt;
+  result.host = comparableHost(scheme, host);
+  result.url.append(scheme).append("://").append(host);
+  if (!rest.starts_with('/')) result.url += '/';
+  for (const char c : rest) appendEncoded(result.url, c);
+  return result;
+}
+
+std::string hostOf(std::string_view address) {
+  const auto target = toRequestAddress(address);
+  return target ? target->host : std::string();
+}
+
+CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host) {
+  if (lowered(location.substr(0, 8)) == "https://" && !host.empty() && hostOf(location) == host)
+    return CredentialsOnRedirect::Keep;
+  const bool isPath = location.starts_with('/') && location.find_first_of("/\\", 1) != 1;
+  return isPath ? CredentialsOnRedirect::AsBefore : CredentialsOnRedirect::Drop;
+}
+
+std::string withoutCredentials(std::string_view text) {
+  std::string result;
+  for (auto slashes = text.find("://"); slashes != std::string_view::npos; slashes = text.find("://")) {
+    const auto start = slashes + 3;
+    const auto authority = text.substr(start, text.find_first_of("/?# \t\r\n'\"", start) - start);
+    const auto at = authority.rfind('@');
+    result.append(text.substr(0, start));
+    if (at == std::string_view::npos) {
+      result.append(authority);
+    } else {
+      result.append("***").append(authority.substr(at));
+    }
+    text.remove_prefix(start + authority.size());
+  }
+  return result.append(text);
+}
+
+}  // namespace mv

@@ -1,0 +1,109 @@
+// What a scan and a download have in common: one transfer component, one work list, the work and pause timers, the stop
+// flag, and running long work in slices so that the user-interface thread is never held for long.
+//
+// A process is stopped with requestStop(). Whatever of its procedures is then on the stack (a message box may hold one)
+// runs to its next test of the flag; stopped() is emitted when the outermost has returned, and only then may the
+// process be deleted.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPersistentModelIndex>
+#include <QTimer>
+#include <exception>
+#include <functional>
+#include <string>
+
+#include "base/TimeBudget.h"
+#include "process/WorkList.h"
+#include "transfer/InternetTransfer.h"
+
+namespace mv {
+
+// The error panel's texts.
+struct ErrorPanelTexts {
+  std::string subject;
+  std::string reason;  // "Code: " + code + "  -  Reason: " + reason
+  std::string time;    // "Time: " + date and time
+  std::string count;   // "Errors: " + count
+};
+
+class Process : public QObject {
+  Q_OBJECT
+ public:
+  Process(const QStringList& listTitles, int workInterval);
+  ~Process() override;
+
+  InternetTransfer Inet2;
+  WorkList lvwLinks;
+  QTimer tmrOKToDownload;   // one work step a tick while active
+  QTimer tmrWaitForAWhile;  // 60 s; when it fires it stops itself and starts the work timer
+
+  // Sets the stop flag, stops the timers and drops the request. Emits stopped() at once when nothing is running, else
+  // when the running procedure has returned. Further calls do nothing.
+  void requestStop();
+  bool StopRequested() const { return stopRequested_; }
+  // One of its procedures is on the stack.
+  bool isBusy() const { return depth_ > 0; }
+
+  const ErrorPanelTexts& errorPanel() const { return errorPanel_; }
+  const std::string& caption() const { return caption_; }
+  long progressValue() const { return progressValue_; }
+  long progressMaximum() const { return progressMaximum_; }
+  long ErrorCount() const { return errorCount_; }
+  // The row last taken up, to be selected and scrolled into view; invalid when the list no longer has it.
+  const QPersistentModelIndex& takenRow() const { return takenRow_; }
+
+ Q_SIGNALS:
+  // A text, counter, the progress or the row taken up has changed. At most 30 times a second, the first change at once:
+  // more than a window can show would be drawn for nobody.
+  void viewChanged();
+  void stopped();
+
+ protected:
+  virtual void tick() = 0;
+  virtual void transferEvent(int state) = 0;
+  // An exception left a procedure that run() had called. What this one throws is lost.
+  virtual void failed(const std::exception& error) = 0;
+
+  // Every entry from outside goes through this: does nothing when stop is requested; exceptions go to failed().
+  void run(const std::function<void()>& work);
+  // Yields to pending events, then goes on with `work` through run(). Dropped when stop is requested meanwhile.
+  void yieldThen(std::function<void()> work);
+  // Switches the work timer on without restarting a running one.
+  void enableWorkTimer();
+  void disableWorkTimer() { tmrOKToDownload.stop(); }
+
+  void rowTaken(int row) {
+    takenRow_ = lvwLinks.index(row, 0);
+    touch();
+  }
+
+  // Refreshes the window soon.
+  void touch();
+  void setCaption(std::string caption);
+  void setProgress(long value, long maximum);
+  // Fills the error panel (`subject` as it is to be shown) and counts nothing.
+  void showError(const std::string& subject, const std::string& reason, long code);
+  // Appends the error panel's record to the error log; failures are ignored.
+  void logError(std::int64_t linkId, const std::string& url);
+
+  long errorCount_ = 0;
+
+ private:
+  void workDue();
+  class Entered;
+
+  std::string caption_;
+  ErrorPanelTexts errorPanel_;
+  long progressValue_ = 0;
+  long progressMaximum_ = 0;
+  int depth_ = 0;
+  bool stopRequested_ = false;
+  bool stoppedEmitted_ = false;
+  QPersistentModelIndex takenRow_;
+  QTimer viewTimer_;
+  QElapsedTimer sinceViewChanged_;
+};
+
+}  // namespace mv

@@ -1,0 +1,108 @@
+// The preferences: the one row of `pref`, and the maintenance of the database. Close saves; the close box and Escape do
+// not. Hiding of process windows and overwriting of files apply at once, the rest from the next start.
+#pragma once
+
+#include <QPointer>
+#include <QTimer>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include "windows/ChildWindow.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSlider;
+class QTabWidget;
+
+namespace mv {
+
+class Compaction;
+class frmPleaseWait;
+
+class frmPreferences : public ChildWindow {
+  Q_OBJECT
+ public:
+  frmPreferences();
+  ~frmPreferences() override;
+
+ protected:
+  void activated() override;
+  void unloading() override;
+  // Enter presses the button with the focus, else Close.
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void buildTabs();
+  QWidget* makeAutoScanTab();
+  QGroupBox* makeStopFrame();
+  QWidget* makeDatabaseTab();
+  QGroupBox* makeDatabaseInfo();
+  QWidget* makeAutoHideTab();
+  QWidget* makeAutoUpdateTab();
+  QWidget* makeGeneralTab();
+  void wire();
+
+  void loadPreferencesWindow();
+  void showDatabaseInfo();
+  void refreshPreferenceControls();
+  void sliderMoved(int hours);
+  void savePreferences();
+  void saveAndClose();
+
+  // For the rest of the window's life.
+  void markDone(QPushButton& button, const char* caption);
+  void clearWindowPositions();
+  void clearCache();
+  // The compaction: refused with a message, or begun under the please-wait window.
+  void askToCompact();
+  QString whyNotCompact() const;
+  void beginCompaction();
+  void compactionEnded(const std::exception_ptr& failure);
+  // Takes the please-wait window away; a compaction that still runs is given up.
+  void endWaiting();
+
+  // The row as it was read, and as it will be written.
+  struct Preferences {
+    std::string autoScan;
+    std::int64_t quitTime = 0;  // hours
+    std::int64_t maxConnections = 0;
+    std::string hideProcesses;
+    std::string autoUpdate;
+    std::string helpServer;
+    std::string overwriteExisting;
+  };
+  Preferences preferences_;
+  bool loading_ = false;
+  std::int64_t freeMegabytes_ = 0;
+  std::int64_t databaseMegabytes_ = 0;
+
+  std::unique_ptr<Compaction> compaction_;
+  QPointer<frmPleaseWait> wait_;
+  QTimer progress_;
+
+  QTabWidget* SSTabPrefs_ = nullptr;
+  QCheckBox* chkAutoScan_ = nullptr;
+  QGroupBox* frmGenTurnAutoScanningOff_ = nullptr;
+  QSlider* sldrQuitAfterThisManyHours_ = nullptr;
+  QLineEdit* txtGenQuitAfterThisManyHours_ = nullptr;
+  QLabel* lblGenLogOffAfterThisLong_ = nullptr;
+  QLineEdit* txtDBName_ = nullptr;
+  QLineEdit* txtDBSize_ = nullptr;
+  QLineEdit* txtDBFreeSpace_ = nullptr;
+  QLineEdit* txtDBStatus_ = nullptr;
+  QPushButton* cmdCompactDatabase_ = nullptr;
+  QPushButton* cmdClearCache_ = nullptr;
+  QCheckBox* chkAutoHideProcesses_ = nullptr;
+  QCheckBox* chkAutoUpdate_ = nullptr;
+  QCheckBox* chkOverwrite_ = nullptr;
+  QCheckBox* chkHelpServer_ = nullptr;
+  QPushButton* cmdClearWinPos_ = nullptr;
+  QPushButton* btnClose_ = nullptr;
+};
+
+}  // namespace mv

@@ -1,0 +1,316 @@
+#include "sites_windows/frmNew.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "AssignmentLists.h"
+#include "LoginFormFields.h"
+#include "SiteEditorPages.h"
+#include "app/Settings.h"
+#include "base/Text.h"
+#include "catalog/clsPath.h"
+#include "catalog_windows/frmFileTypeChild.h"
+#include "catalog_windows/frmNewFilter.h"
+#include "catalog_windows/frmSitePaths.h"
+#include "desktop/Dialogs.h"
+#include "store/Sequence.h"
+#include "windows/EntryBox.h"
+#include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 7050;   // twips
+constexpr int kHeight = 4800;  // twips
+constexpr const char* kListKey = "Web Sites";
+constexpr const char* kSequence = "site_id";
+
+QWidget* scrolling(QWidget* content) {
+  auto* page = new QWidget;
+  (new QVBoxLayout(makeScrollingPage(page)))->addWidget(content);
+  return page;
+}
+
+}  // namespace
+
+frmNew::frmNew() : EditorWindow("New Web Site", kWidth, kHeight) {
+  setObjectName("frmNew");
+  buildPages();
+
+  auto* requiredTabs = new QTabWidget(this);
+  requiredTabs->setObjectName("SSTab1");
+  requiredTabs->addTab(required_, "Required Info");
+  requiredTabs->addTab(makeOptionalTabs(), "Optional Info");
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 6, 6, 6);
+  layout->addWidget(requiredTabs, 1);
+  layout->addLayout(makeButtons("cmdOK", "cmdApply", "cmdCancel", "OK", "&Cancel"));
+  connectPages();
+}
+
+void frmNew::buildPages() {
+  required_ = new RequiredInfoPage;
+  login_ = new LoginFormFields;
+  fileTypes_ = new FileTypeLists;
+  filters_ = new FilterLists;
+  paths_ = new PathsPage;
+  autoScan_ = new AutoScanPage;
+  hopping_ = new DomainHoppingPage;
+  other_ = new OtherPage;
+}
+
+QTabWidget* frmNew::makeOptionalTabs() {
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName("SSTab2");
+  tabs->addTab(login_, "Authentication");
+  tabs->addTab(scrolling(fileTypes_), "Filetypes");
+  tabs->addTab(scrolling(filters_), "Filters");
+  tabs->addTab(paths_, "Paths");
+  tabs->addTab(autoScan_, "AutoScan");
+  tabs->addTab(hopping_, "Domain Hopping");
+  tabs->addTab(other_, "Other");
+  return tabs;
+}
+
+void frmNew::connectPages() {
+  for (const EntryBox* box : required_->limitBoxes())
+    connect(box, &QLineEdit::textChanged, this,
+            [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
+  for (ListPair* lists : {static_cast<ListPair*>(fileTypes_), static_cast<ListPair*>(filters_)})
+    connect(lists, &ListPair::moved, this, [this] { assignmentsChanged_ = true; });
+  const auto onClick = [this](const QPushButton* button, void (frmNew::*work)()) {
+    connect(button, &QPushButton::clicked, this, [this, work] { run([&] { (this->*work)(); }); });
+  };
+  onClick(paths_->cmdBrowse, &frmNew::browse);
+  onClick(paths_->cmdOpenPathManager, &frmNew::openPathManager);
+  onClick(other_->cmdClearCache, &frmNew::clearCache);
+  connect(fileTypes_, &FileTypeLists::typeChosen, this,
+          [this](std::int64_t id) { run([&] { fileTypes_->showDescription(id); }); });
+  connect(login_, &LoginFormFields::entryChosen, this, [this](int entry) { run([&] { login_->choose(entry); }); });
+  connect(fileTypes_, &ListPair::newWanted, this, [this] { run([this] { openNewFileType(); }); });
+  connect(filters_, &ListPair::newWanted, this, [this] { run([this] { openNewFilter(); }); });
+}
+
+// --- loading
+
+void frmNew::initWindow() {
+  if (Mode == "new")
+    loadNewSite();
+  else
+    loadExistingSite();
+  fileTypes_->disableMoves();
+  required_->txtURL->setFocus();
+}
+
+void frmNew::loadNewSite() {
+  SiteID = nextSequenceValue(kSequence);
+  fileTypes_->buildForNewSite();
+  filters_->buildForNewSite();
+  login_->buildForms();
+  paths_->txtDefaultPath->setText(toQString(gDownloadFolder));
+  autoScan_->chkAutoScan->setChecked(true);
+}
+
+void frmNew::loadExistingSite() {
+  listed_ = true;
+  if (const auto naming = loadSiteNaming(SiteID)) {
+    paths_->optPathUniqueNames->setChecked(isYes(naming->uniqueNames));
+    paths_->txtPathsBaseName->setText(toQString(siteBaseName(naming->baseName)));
+  }
+  rebuildAssignments();
+  login_->buildForms();
+  login_->loadSite(SiteID);
+  if (const auto values = mv::loadSite(SiteID)) showValues(*values);
+}
+
+void frmNew::showValues(const SiteValues& values) {
+  required_->txtURL->setText(toQString(values.name));
+  required_->txtUpperLimit->setText(toQString(values.upperLimit));
+  required_->txtLowerLimit->setText(toQString(values.lowerLimit));
+  required_->txtPagesToScan->setText(toQString(values.pagesToScan));
+  required_->txtFilesToDownload->setText(toQString(values.filesToDownload));
+  paths_->txtDefaultPath->setText(toQString(values.downloadPath));
+  autoScan_->chkAutoScan->setChecked(isYes(values.autoScan));
+  other_->chkAlternateMatchPath->setChecked(isYes(values.alternateMatchpath));
+  hopping_->txtHops->setText(QString::number(values.hops));
+}
+
+void frmNew::activated() {
+  EditorWindow::activated();
+  rebuildAssignments();
+}
+
+void frmNew::rebuildAssignments() {
+  if (Mode == "edit") {
+    fileTypes_->buildForSite(SiteID);
+    filters_->buildForSite(SiteID);
+  } else {
+    fileTypes_->buildForNewSite();
+    filters_->buildForNewSite();
+  }
+}
+
+// --- OK, Apply, Cancel
+
+bool frmNew::accept() {
+  if (required_->txtURL->text().isEmpty()) {
+    refuse("URL Not Entered", "Please click the Required Information tab and enter a URL");
+    return false;
+  }
+  if (paths_->txtDefaultPath->text().isEmpty()) {
+    refuse("Default Path Not Defined",
+           "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path");
+    return false;
+  }
+  return limitsAreFilled() && save();
+}
+
+void frmNew::apply() {
+  if (required_->txtURL->text().isEmpty()) {
+    refuse("Error", "Please enter a URL");
+    return;
+  }
+  if (limitsAreFilled()) save();
+}
+
+void frmNew::cancel() {
+  if (!createdByApply_) return;
+  discardNewSite(SiteID);
+  WindowRegistry::instance().tell(kListKey, "init");
+}
+
+bool frmNew::limitsAreFilled() {
+  const QString empty = required_->emptyLimit();
+  if (!empty.isEmpty()) refuse("Error", "Please enter a value for " + empty);
+  return empty.isEmpty();
+}
+
+void frmNew::refuse(const QString& title, const QString& text) {
+  showMessage(this, title, text, MessageIcon::Exclamation);
+}
+
+// --- saving
+
+SiteValues frmNew::values() const {
+  SiteValues values;
+  values.name = toUtf8(required_->txtURL->text());
+  values.upperLimit = toUtf8(required_->txtUpperLimit->text());
+  values.lowerLimit = toUtf8(required_->txtLowerLimit->text());
+  values.pagesToScan = toUtf8(required_->txtPagesToScan->text());
+  values.filesToDownload = toUtf8(required_->txtFilesToDownload->text());
+  values.downloadPath = toUtf8(paths_->txtDefaultPath->text());
+  values.autoScan = yesNo(autoScan_->chkAutoScan->isChecked());
+  values.domain = siteDomain(values.name);
+  values.alternateMatchpath = yesNo(other_->chkAlternateMatchPath->isChecked());
+  values.hops = siteHops(toUtf8(hopping_->txtHops->text()));
+  values.uniqueNames = yesNo(paths_->optPathUniqueNames->isChecked());
+  values.baseName = siteBaseName(toUtf8(paths_->txtPathsBaseName->text()));
+  return values;
+}
+
+bool frmNew::save() {
+  QLineEdit& url = *required_->txtURL;
+  const std::string typed = toUtf8(url.text());
+  if (const std::string location = siteLocation(typed); location != typed) url.setText(toQString(location));
+  if (hopping_->txtHops->text().isEmpty()) hopping_->txtHops->setText("0");
+
+  if (!writeSiteRow()) return false;
+  writeAssignments();
+  WindowRegistry::instance().tell(kListKey, listed_ ? "websiteedited" : "websiteadded", SiteID);
+  listed_ = true;
+  assignmentsChanged_ = false;
+  SiteName = url.text();
+  return true;
+}
+
+bool frmNew::writeSiteRow() {
+  if (Mode == "new") {
+    if (SiteID == 0) SiteID = nextSequenceValue(kSequence);
+    if (SiteID == 0) return false;
+    insertSite(SiteID, values());
+    // From here on the row is there: should an assignment fail, the next attempt updates it and Cancel takes it back.
+    Mode = "edit";
+    createdByApply_ = true;
+    return true;
+  }
+  updateSite(SiteID, values());
+  if (gDatabase.rowsAffected() > 0) return true;
+  refuse("Error", "This web site has been deleted. Nothing was saved.");
+  return false;
+}
+
+void frmNew::writeAssignments() {
+  saveSiteFileTypes(SiteID, fileTypes_->assignedIds());
+  saveSiteFilters(SiteID, filters_->assignedIdsAndGlobal());
+  saveSiteForm(SiteID, login_->chosenFormId());
+  saveSiteFieldValues(SiteID, login_->fieldValues());
+}
+
+// --- the buttons on the pages
+
+void frmNew::browse() {
+  QLineEdit& box = *paths_->txtDefaultPath;
+  FolderRequest request;
+  request.title = "Add New Path";
+  request.prompt = "Please select a folder to define a path.";
+  request.statusText = "Path will be added to database.";
+  request.initialFolder = box.text().isEmpty() ? toQString(gDownloadFolder) : box.text();
+  request.owner = this;
+  const auto folder = browseForFolder(request);
+  if (!folder || isUnloaded()) return;
+  box.setText(*folder);
+  clsPath path;
+  path.SiteID = SiteID;
+  path.AddDefaultPathForSite(toUtf8(*folder));
+}
+
+void frmNew::clearCache() {
+  clearLinkCache(SiteID);
+  other_->cmdClearCache->setText("Cleared");
+  other_->cmdClearCache->setEnabled(false);
+}
+
+void frmNew::mustSaveFirst(const QString& title, const QString& text) {
+  showMessage(this, title, text, MessageIcon::Information);
+}
+
+void frmNew::openNewFileType() {
+  if (Mode == "new") {
+    mustSaveFirst("Must save before adding new filetype", "Please click the Apply button before modifying filetypes.");
+    return;
+  }
+  auto* editor = new frmFileTypeChild;
+  editor->Mode = "new";
+  editor->setCaption("New Filetype");
+  editor->open();
+}
+
+void frmNew::openNewFilter() {
+  if (Mode == "new" || assignmentsChanged_) {
+    mustSaveFirst("Must save before adding new filter", "Please click the Apply button before modifying filters.");
+    return;
+  }
+  auto* editor = new frmNewFilter;
+  editor->Mode = "new";
+  editor->open();
+}
+
+void frmNew::openPathManager() {
+  if (Mode != "edit" || assignmentsChanged_) {
+    mustSaveFirst("Must save before modifying paths",
+                  "Please click the Apply button before accessing the Path Manager");
+    return;
+  }
+  auto* manager = new frmSitePaths;
+  manager->SiteID = SiteID;
+  manager->SiteName = SiteName;
+  manager->open();
+}
+
+}  // namespace mv

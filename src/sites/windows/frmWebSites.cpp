@@ -1,0 +1,369 @@
+#include "sites_windows/frmWebSites.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QToolButton>
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "app/Settings.h"
+#include "base/Clock.h"
+#include "base/Text.h"
+#include "desktop/Dialogs.h"
+#include "download_windows/frmDownload.h"
+#include "scan_windows/frmScan.h"
+#include "sites_windows/frmNew.h"
+#include "store/LinkCleaner.h"
+#include "windows/MainFrame.h"
+#include "windows/ToolIcons.h"
+#include "windows/WindowRegistry.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kWidth = 6500;   // twips
+constexpr int kHeight = 3600;  // twips
+constexpr int kQuitInterval = 60'000;
+constexpr const char* kTitle = "Web Sites";
+constexpr const char* kOn = "on";
+constexpr const char* kOff = "off";
+constexpr long kMostConnections = 1000;
+constexpr long kMenuConnections = 5;
+
+enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
+
+QStringList textsOf(const SiteListRow& site) {
+  return {toQString(site.name),   QString::number(site.id),   toQString(site.autoScan),    kOff,
+          toQString(site.domain), QString::number(site.hops), toQString(site.uniqueNames), toQString(site.baseName)};
+}
+
+QPointer<ChildWindow> openScan(const SiteListRow& site) {
+  const std::int32_t loginForm = siteLoginForm(site.id);
+  const QPointer<frmScan> scan = new frmScan;
+  scan->process().SiteID = site.id;
+  scan->process().SiteName = site.name;
+  scan->process().Domain = site.domain;
+  scan->process().LoginFormID = loginForm;
+  scan->process().DomainHops = site.hops;
+  scan->setCaption(scan->settledCaption());
+  scan->showChild();
+  if (scan) scan->initWindow();
+  return scan.data();
+}
+
+QPointer<ChildWindow> openDownload(const SiteListRow& site) {
+  const QPointer<frmDownload> download = new frmDownload;
+  download->process().SiteId = site.id;
+  download->process().SiteName = site.name;
+  download->process().UniqueNames = site.uniqueNames;
+  download->process().BaseName = site.baseName;
+  download->process().OverwriteExisting = gOverwriteExisting;
+  download->setCaption(download->settledCaption());
+  download->showChild();
+  if (download) download->initWindow();
+  return download.data();
+}
+
+// The number that an answer begins with, as a whole number of connections; 1 when there is none or it is less.
+long connectionsOf(const QString& answer) {
+  static const QRegularExpression kLeadingNumber(R"(^\s*[+-]?(\d+\.?\d*|\.\d+))");
+  const double number = kLeadingNumber.match(answer).captured().trimmed().toDouble();
+  return std::lround(std::clamp(number, 1.0, static_cast<double>(kMostConnections)));
+}
+
+}  // namespace
+
+frmWebSites::frmWebSites() : ListWindow(kTitle, kWidth, kHeight) {
+  setObjectName("frmWebSites");
+  buildList();
+  buildToolbar();
+  tmrQuit.setInterval(kQuitInterval);
+  connect(&tmrQuit, &QTimer::timeout, this, [this] { run([this] { quitWhenDue(); }); });
+  load();
+  updateMenus();
+  updateTitle();
+}
+
+void frmWebSites::buildList() {
+  list().setObjectName("lvwSites");
+  list().setAccessibleName(kTitle);
+  list().setColumns({{"Web Site", 150},
+                     {"ID", 40},
+                     {"AutoScan", 70},
+                     {"On/Off", 55},
+                     {"Domain", 120},
+                     {"Hops", 50},
+                     {"Unique Names", 100},
+                     {"Base Name", 90}});
+  list().setMultiSelect(true);
+  list().setAcceptTextDrops(true);
+  list().installEventFilter(this);
+  setKeepSorted(false);
+  connect(&list(), &ListView::rowChosen, this, [this](int row) { run([&] { rowWasChosen(row); }); });
+  connect(&list(), &ListView::textDropped, this, [this](const QString& text) { run([&] { dropFilters(text); }); });
+}
+
+void frmWebSites::buildToolbar() {
+  addButton("New", "Create a new web site to scan", toolIcon("new"), [this] { openNew(); });
+  addButton("Edit", "Edit the selected web site", toolIcon("edit"), [this] { openEdit(); });
+  addButton("Delete", "Delete the selected web site", toolIcon("delete"), [this] { deleteChosen(); });
+  start_ = addButton("Start", "Start downloading from selected sites", toolIcon("start"), [this] { startSelected(); });
+  stop_ = addButton("Stop", "", toolIcon("stop"), [this] { stopSelected(); });
+  stop_->installEventFilter(this);
+  connections_ = addButton("Connections", "Set the number of connections", toolIcon("connections"),
+                           [this] { setOneConnection(); });
+  buildConnectionsMenu();
+}
+
+void frmWebSites::buildConnectionsMenu() {
+  auto* menu = new QMenu(connections_);
+  for (long count = 1; count <= kMenuConnections; ++count)
+    menu->addAction(QString(count == 1 ? "%1 Connection" : "%1 Connections").arg(count), this,
+                    [this, count] { run([&] { setConnections(count); }); });
+  menu->addAction("Other...", this, [this] { run([this] { askConnections(); }); });
+  connections_->setMenu(menu);
+  connections_->setPopupMode(QToolButton::MenuButtonPopup);
+  connections_->installEventFilter(this);
+}
+
+QString frmWebSites::positionKey() const { return kTitle; }
+
+bool frmWebSites::queryUnload() {
+  if (gAppClosing || gClosingProcesses) return true;
+  hideChild();
+  return false;
+}
+
+void frmWebSites::activated() {
+  ListWindow::activated();
+  updateMenus();
+  MainFrame::current()->setDeleteWebSiteEnabled(false);
+}
+
+bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
+  // Left without a tool tip, a button shows its caption instead.
+  if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
+  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+  if (watched == &list() && key == Qt::Key_F2)
+    run([this] { openEdit(); });
+  else if (watched == connections_ && key == Qt::Key_Down)
+    run([this] { connections_->showMenu(); });
+  else
+    return ListWindow::eventFilter(watched, event);
+  return true;
+}
+
+void frmWebSites::updateMenus() {
+  const bool any = list().rowCount() > 0;
+  MainFrame::current()->setClipboardItemsEnabled(any);
+  MainFrame::current()->setDeleteWebSiteEnabled(any);
+}
+
+void frmWebSites::updateTitle() { setCaption(QString("%1: Max Connections: %2").arg(kTitle).arg(maxConnections_)); }
+
+// --- the rows
+
+void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
+  if (command == "init") {
+    forgetChosen();
+    ListWindow::buildWorkingLists(command);
+    forgetVanishedSelection();
+  } else if (command == "websiteadded") {
+    for (const SiteListRow& site : loadSiteRow(static_cast<std::int32_t>(siteId))) addSiteRow(site);
+  } else if (command == "websiteedited") {
+    refreshRow(siteId);
+  }
+}
+
+void frmWebSites::fillList() {
+  for (const SiteListRow& site : listSites()) addSiteRow(site);
+  for (Recordset preferences = gDatabase.query("select max_connections from pref"); !preferences.endOfRows();
+       preferences.moveNext())
+    maxConnections_ = static_cast<long>(preferences.number("max_connections"));
+}
+
+void frmWebSites::addSiteRow(const SiteListRow& site) { list().addRow(textsOf(site)); }
+
+void frmWebSites::refreshRow(long siteId) {
+  const int row = rowOf(siteId);
+  if (row < 0) return;
+  const bool running = isRunning(row);
+  for (const SiteListRow& site : loadSiteRow(static_cast<std::int32_t>(siteId))) {
+    const QStringList texts = textsOf(site);
+    for (int column = 0; column < texts.size(); ++column) list().setCell(row, column, texts[column]);
+    list().setRowSelected(row, false);
+  }
+  setRunning(row, running);
+  if (siteId == selectedSiteID_) selectedSiteName_ = list().cell(row, kName);
+}
+
+SiteListRow frmWebSites::siteOfRow(int row) {
+  SiteListRow site;
+  site.name = toUtf8(list().cell(row, kName));
+  site.id = list().cell(row, kId).toInt();
+  site.domain = toUtf8(list().cell(row, kDomain));
+  site.hops = list().cell(row, kHops).toLong();
+  site.uniqueNames = toUtf8(list().cell(row, kUniqueNames));
+  site.baseName = toUtf8(list().cell(row, kBaseName));
+  return site;
+}
+
+int frmWebSites::rowOf(long siteId) { return list().findRow(kId, QString::number(siteId)); }
+
+bool frmWebSites::isRunning(int row) { return list().isBold(row); }
+
+void frmWebSites::setRunning(int row, bool running) {
+  list().setBold(row, running);
+  list().setCell(row, kOnOff, running ? kOn : kOff);
+}
+
+void frmWebSites::offerStart(bool start) {
+  start_->defaultAction()->setEnabled(start);
+  stop_->defaultAction()->setEnabled(!start);
+}
+
+void frmWebSites::rowWasChosen(int row) {
+  selectedSiteID_ = list().cell(row, kId).toLong();
+  selectedSiteName_ = list().cell(row, kName);
+  offerStart(!isRunning(row));
+}
+
+void frmWebSites::forgetVanishedSelection() {
+  if (rowOf(selectedSiteID_) >= 0) return;
+  selectedSiteID_ = 0;
+  selectedSiteName_.clear();
+}
+
+// --- New, Edit, Delete
+
+void frmWebSites::openNew() {
+  auto* editor = new frmNew;
+  editor->Mode = "new";
+  editor->open();
+}
+
+void frmWebSites::openEdit() {
+  if (selectedSiteID_ == 0) return;
+  auto* editor = new frmNew;
+  editor->Mode = "edit";
+  editor->SiteID = static_cast<std::int32_t>(selectedSiteID_);
+  editor->SiteName = selectedSiteName_;
+  editor->setCaption("Edit: " + selectedSiteName_);
+  editor->open();
+}
+
+void frmWebSites::deleteChosen() {
+  std::vector<std::int32_t> ids;
+  for (const int row : list().selectedRows())
+    if (list().cell(row, kOnOff) == kOff) ids.push_back(siteOfRow(row).id);
+  for (const std::int32_t id : ids) {
+    deleteSite(id);
+    list().removeRow(rowOf(id));
+    forgetVanishedSelection();
+  }
+}
+
+// --- Start, Stop
+
+void frmWebSites::editChosen() { startSelected(); }
+
+void frmWebSites::startSelected() {
+  MainFrame::current()->startMessageCheck();
+  for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
+    if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && runningSites_ < maxConnections_) startRow(row);
+}
+
+void frmWebSites::startRow(int row) {
+  const SiteListRow site = siteOfRow(row);
+  startSite(site);
+  setRunning(rowOf(site.id), true);
+  offerStart(false);
+}
+
+void frmWebSites::startSite(const SiteListRow& site) {
+  if (site.id == 0) return;
+  const QPointer<ChildWindow> scan = openScan(site);
+  // A message box of the scan may have run the end of the program.
+  if (isUnloaded()) return;
+  const QPointer<ChildWindow> download = openDownload(site);
+  if (isYes(gHideProcesses)) {
+    if (scan) scan->hideChild();
+    if (download) download->hideChild();
+  }
+  WindowRegistry::instance().tell(kProcessManager, "init");
+  ++runningSites_;
+}
+
+void frmWebSites::stopSelected() {
+  stop_->defaultAction()->setEnabled(false);
+  for (int row = 0; row < list().rowCount(); ++row)
+    if (list().isRowSelected(row) && isRunning(row)) stopRow(row);
+}
+
+void frmWebSites::stopRow(int row) {
+  const SiteListRow site = siteOfRow(row);
+  closeProcesses(toQString(site.name));
+  setRunning(rowOf(site.id), false);
+  offerStart(true);
+}
+
+void frmWebSites::closeProcesses(const QString& siteName) {
+  closeProcess(kDownloadTitle + siteName);
+  closeProcess(kScanTitle + siteName);
+  runningSites_ = std::max(0L, runningSites_ - 1);
+}
+
+void frmWebSites::autoScan() {
+  run([this] {
+    for (int row = 0; row < maxConnections_ && row < list().rowCount() && !isUnloaded(); ++row)
+      if (isYes(toUtf8(list().cell(row, kAutoScan)))) startRow(row);
+  });
+}
+
+void frmWebSites::closeAllWebSites() {
+  run([this] {
+    for (int row = 0; row < list().rowCount(); ++row)
+      if (isRunning(row)) stopRow(row);
+  });
+}
+
+// --- connections
+
+void frmWebSites::setOneConnection() {
+  showMessage(this, applicationTitle(),
+              "Connections set to 1\r\n\r\nUse drop down to increase the number of\r\nsimultaneuous connections.",
+              MessageIcon::None);
+  maxConnections_ = 1;
+  updateTitle();
+}
+
+void frmWebSites::askConnections() {
+  const auto answer =
+      askText(this, "Set Number of Connections", "Enter the number of connections.", QString::number(maxConnections_));
+  if (!isUnloaded()) setConnections(connectionsOf(answer.value_or(QString())));
+}
+
+void frmWebSites::setConnections(long connections) {
+  maxConnections_ = connections;
+  updateTitle();
+  gDatabase.execute("update pref set max_connections = " + std::to_string(maxConnections_));
+}
+
+// --- filters dropped, the end of automatic scanning
+
+void frmWebSites::dropFilters(const QString& text) {
+  if (gDragKind != kDropFilter) return;
+  for (const int row : list().selectedRows()) addDroppedFilters(list().cell(row, kId).toInt(), toUtf8(text));
+  gDragKind.clear();
+}
+
+void frmWebSites::quitWhenDue() {
+  if (gQuitAt.isValid() && now() > gQuitAt) clearAndEndProgram();
+}
+
+}  // namespace mv

@@ -1,0 +1,81 @@
+// The web-site list: defines, starts and stops sites. There is one for the whole program; closing it only hides it.
+#pragma once
+
+#include <QTimer>
+#include <cstdint>
+
+#include "store/SiteStore.h"
+#include "windows/ListWindow.h"
+
+class QToolButton;
+
+namespace mv {
+
+class frmWebSites : public ListWindow {
+  Q_OBJECT
+ public:
+  frmWebSites();
+
+  QString positionKey() const override;  // "Web Sites", whatever the caption says
+
+  // "init" rebuilds the list, every row off; "websiteadded" appends the row of a site, "websiteedited" refreshes it.
+  // Other words do nothing.
+  void buildWorkingLists(const std::string& command, long siteId = 0) override;
+  // Starts the sites marked for automatic scanning among the first maxConnections rows.
+  void autoScan();
+  // Stops every running site.
+  void closeAllWebSites();
+
+  QTimer tmrQuit;  // 60 s; ends the program when gQuitAt has passed. Switched on by start-up only.
+
+ protected:
+  void fillList() override;
+  // Enter and double click start the selected sites; F2 opens the editor.
+  void editChosen() override;
+  void deleteChosen() override;
+  bool queryUnload() override;
+  void activated() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void buildList();
+  void buildToolbar();
+  void buildConnectionsMenu();
+
+  void openNew() override;
+  void openEdit();
+  void startSelected();
+  void startRow(int row);
+  void startSite(const SiteListRow& site);
+  void stopSelected();
+  void stopRow(int row);
+  void closeProcesses(const QString& siteName);
+
+  void addSiteRow(const SiteListRow& site);
+  void refreshRow(long siteId);
+  SiteListRow siteOfRow(int row);
+  int rowOf(long siteId);  // -1 when it has none
+  bool isRunning(int row);
+  void setRunning(int row, bool running);
+  void offerStart(bool start);
+  void rowWasChosen(int row);
+  void forgetVanishedSelection();
+
+  void setOneConnection();
+  void setConnections(long connections);
+  void askConnections();
+  void updateTitle();
+  void updateMenus();
+  void dropFilters(const QString& text);
+  void quitWhenDue();
+
+  long selectedSiteID_ = 0;  // the row last clicked; 0 when none, or when it is gone
+  QString selectedSiteName_;
+  long runningSites_ = 0;  // started and not yet stopped by this window
+  long maxConnections_ = 0;
+  QToolButton* start_ = nullptr;
+  QToolButton* stop_ = nullptr;
+  QToolButton* connections_ = nullptr;
+};
+
+}  // namespace mv

@@ -1,0 +1,212 @@
+#include "windows/ChildWindow.h"
+
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QStyle>
+#include <algorithm>
+
+#include "base/Text.h"
+#include "store/WindowPosition.h"
+#include "windows/MainFrame.h"
+#include "windows/WindowRegistry.h"
+
+namespace mv {
+namespace {
+
+// What must stay within the frame's area of a window's title bar, in pixels.
+constexpr int kReachable = 80;
+// No window is held open by its contents: a small one scrolls.
+constexpr QSize kSmallest(120, 60);
+
+// The area leaves nobody active when the active window hides.
+void activateTopmost(QMdiArea& area) {
+  const QList<QMdiSubWindow*> windows = area.subWindowList(QMdiArea::ActivationHistoryOrder);
+  const auto next =
+      std::find_if(windows.rbegin(), windows.rend(), [](const auto* window) { return !window->isHidden(); });
+  area.setActiveSubWindow(next == windows.rend() ? nullptr : *next);
+}
+
+// The child that was told last that it is active.
+ChildWindow* lastActive = nullptr;
+
+}  // namespace
+
+class ChildWindow::Frame : public QMdiSubWindow {
+ public:
+  explicit Frame(ChildWindow& window) : window_(window) {
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    setMinimumSize(kSmallest);
+  }
+
+  QRect normalGeometry() const { return isAtNormalSize() ? geometry() : normal_; }
+  bool isAtNormalSize() const { return !isMinimized() && !isMaximized() && !isShaded(); }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    event->ignore();
+    window_.closeRequested();
+  }
+  void moveEvent(QMoveEvent* event) override {
+    QMdiSubWindow::moveEvent(event);
+    keepGeometry();
+  }
+  void resizeEvent(QResizeEvent* event) override {
+    QMdiSubWindow::resizeEvent(event);
+    keepGeometry();
+  }
+
+ private:
+  void keepGeometry() {
+    if (isAtNormalSize()) normal_ = geometry();
+  }
+
+  ChildWindow& window_;
+  QRect normal_;
+};
+
+ChildWindow::ChildWindow(int width, int height) : frame_(new Frame(*this)) {
+  QMdiArea& area = MainFrame::current()->mdiArea();
+  frame_->setWidget(this);
+  frame_->hide();
+  area.addSubWindow(frame_);
+  frame_->setGeometry(0, 0, twipsToPixels(width), twipsToPixels(height));
+  connect(&area, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* active) {
+    if (active == frame_) becomeActive();
+  });
+  WindowRegistry::instance().windows_.push_back(this);
+}
+
+ChildWindow::~ChildWindow() {
+  std::erase(WindowRegistry::instance().windows_, this);
+  if (lastActive == this) lastActive = nullptr;
+}
+
+void ChildWindow::setCaption(const QString& caption) { setWindowTitle(caption); }
+
+void ChildWindow::showChild() {
+  if (unloaded_) return;
+  if (isMinimised())
+    frame_->showNormal();
+  else
+    frame_->show();
+  frame_->raise();
+  if (QMdiArea* area = frame_->mdiArea()) area->setActiveSubWindow(frame_);
+  becomeActive();
+}
+
+void ChildWindow::hideChild() {
+  QMdiArea* area = frame_->mdiArea();
+  const bool wasActive = area && area->currentSubWindow() == frame_;
+  if (lastActive == this) lastActive = nullptr;
+  frame_->hide();
+  if (wasActive) activateTopmost(*area);
+}
+
+bool ChildWindow::isChildVisible() const { return !frame_->isHidden(); }
+
+bool ChildWindow::isMinimised() const { return frame_->isMinimized(); }
+
+bool ChildWindow::unload() {
+  const Busy busy(*this);
+  if (unloaded_) return true;
+  // The question may show a box, and another unload may have come in while it stood.
+  if (!queryUnload() && !unloaded_) return false;
+  if (unloaded_) return true;
+  unloaded_ = true;
+  run([this] { unloading(); });
+  std::erase(WindowRegistry::instance().windows_, this);
+  hideChild();
+  return true;
+}
+
+void ChildWindow::closeRequested() {
+  run([this] { unload(); });
+}
+
+void ChildWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  closeRequested();
+}
+
+void ChildWindow::leaveBusy() {
+  --busy_;
+  if (unloaded_ && canDeleteNow()) deleteWhenIdle();
+}
+
+void ChildWindow::readyToDelete() {
+  if (unloaded_) deleteWhenIdle();
+}
+
+void ChildWindow::deleteWhenIdle() {
+  if (busy_ == 0) frame_->deleteLater();
+}
+
+void ChildWindow::becomeActive() {
+  // Without a main frame the whole program is on its way out.
+  if (lastActive == this || unloaded_ || frame_->isHidden() || !MainFrame::current()) return;
+  lastActive = this;
+  run([this] { activated(); });
+}
+
+void ChildWindow::buildWorkingLists(const std::string&, long) {}
+
+std::string ChildWindow::sourceName() const {
+  const std::string name = metaObject()->className();
+  const std::size_t scope = name.rfind(':');
+  return scope == std::string::npos ? name : name.substr(scope + 1);
+}
+
+TwipRect ChildWindow::place() const {
+  const QRect pixels = frame_->normalGeometry();
+  return {pixelsToTwips(pixels.top()), pixelsToTwips(pixels.left()), pixelsToTwips(pixels.height()),
+          pixelsToTwips(pixels.width())};
+}
+
+void ChildWindow::setPlace(const TwipRect& place) {
+  QRect pixels(twipsToPixels(place.left), twipsToPixels(place.top), twipsToPixels(place.width),
+               twipsToPixels(place.height));
+  pixels.setSize(pixels.size().expandedTo(kSmallest));
+  const QMdiArea* area = frame_->mdiArea();
+  if (area && area->isVisible()) {
+    const QSize space = area->viewport()->size();
+    const int titleBar = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
+    pixels.moveLeft(std::max(std::min(pixels.left(), space.width() - kReachable), kReachable - pixels.width()));
+    pixels.moveTop(std::max(std::min(pixels.top(), space.height() - titleBar), 0));
+  }
+  if (!frame_->isAtNormalSize()) frame_->showNormal();
+  frame_->setGeometry(pixels);
+}
+
+bool ChildWindow::restorePosition() {
+  long top = 0;
+  long left = 0;
+  long height = 0;
+  long width = 0;
+  readWindowPosition(toUtf8(positionKey()), top, left, height, width);
+  if (height == 0) return false;
+  setPlace({static_cast<int>(top), static_cast<int>(left), static_cast<int>(height), static_cast<int>(width)});
+  return true;
+}
+
+void ChildWindow::savePosition() {
+  if (isMinimised()) return;
+  const TwipRect at = place();
+  saveWindowPosition(toUtf8(positionKey()), at.top, at.left, at.height, at.width);
+}
+
+void ChildWindow::placeCascaded() {
+  const QMdiArea* area = frame_->mdiArea();
+  const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
+  const QSize space = area->viewport()->size() / 2;
+  const int steps = std::max(1, std::min(space.width(), space.height()) / step);
+  const auto opened = std::count_if(
+      WindowRegistry::instance().windows_.begin(), WindowRegistry::instance().windows_.end(),
+      [this](const ChildWindow* other) { return other != this && other->isChildVisible() && !other->isMinimised(); });
+  const int offset = static_cast<int>(opened % steps) * step;
+  frame_->move(offset, offset);
+}
+
+void ChildWindow::setFrameSize(int width, int height) { frame_->resize(twipsToPixels(width), twipsToPixels(height)); }
+
+}  // namespace mv

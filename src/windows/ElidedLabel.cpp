@@ -1,0 +1,52 @@
+#include "windows/ElidedLabel.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <algorithm>
+
+#include "base/Text.h"
+
+namespace mv {
+
+namespace {
+constexpr int kUsefulWidth = 40;
+constexpr int kWidestHint = 280;
+}  // namespace
+
+ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : QLabel(parent) {
+  setObjectName(objectName);
+  setTextFormat(Qt::PlainText);
+  setLine(line);
+}
+
+void ElidedLabel::setLine(const std::string& line) {
+  const QString text = toQString(line);
+  if (text == this->text()) return;
+  setText(text);
+  setToolTip(text.toHtmlEscaped());
+}
+
+QSize ElidedLabel::sizeHint() const {
+  QSize hint = QLabel::sizeHint();
+  hint.setWidth(std::min(hint.width(), kWidestHint));
+  hint.setHeight(minimumSizeHint().height());
+  return hint;
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+  return {std::min(kUsefulWidth, fontMetrics().horizontalAdvance(text())), fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const int room = contentsRect().width();
+  QString line = text();
+  for (QChar& character : line)
+    if (character.isSpace()) character = u' ';
+  // Only as much of a long address as could ever show is measured.
+  if (line.size() > 2 * room) line = line.left(room) + QChar(0x2026) + line.right(room);
+  style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
+                        isEnabled(), fontMetrics().elidedText(line, Qt::ElideMiddle, room), foregroundRole());
+}
+
+}  // namespace mv

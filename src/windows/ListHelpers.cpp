@@ -1,0 +1,50 @@
+#include "windows/ListHelpers.h"
+
+#include <QSet>
+#include <QUrl>
+
+#include "desktop/Browser.h"
+#include "desktop/Dialogs.h"
+#include "desktop/ListView.h"
+
+namespace mv {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+QStringList rowTexts(const ListView& list, int row) {
+  QStringList texts;
+  for (int column = 0; column < list.columnCount(); ++column) texts << list.cell(row, column);
+  return texts;
+}
+
+}  // namespace
+
+void openInBrowser(QWidget* owner, const QString& url) {
+  const QString address = QUrl(url).isRelative() ? "http://" + url : url;
+  if (!isWebAddress(address))
+    showMessage(owner, applicationTitle(), "This is no address of a web page:\r\n" + url, MessageIcon::Exclamation);
+  else if (!openWithDefaultBrowser(address))
+    showMessage(owner, applicationTitle(), "Sorry, couldn't find your browser.", MessageIcon::None);
+}
+
+void takeFirstLine(std::string& text, std::string& line) {
+  const std::size_t end = text.find(kLineEnd);
+  line = text.substr(0, end);
+  text = end == std::string::npos ? std::string() : text.substr(end + kLineEnd.size());
+}
+
+void moveSelectedItems(ListView& fromList, ListView& toList) {
+  const std::vector<int> rows = fromList.selectedRows();
+  for (const int row : rows) toList.addRow(rowTexts(fromList, row));
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row) fromList.removeRow(*row);
+}
+
+void removeListedItems(ListView& listA, const ListView& listB) {
+  QSet<QString> listed;
+  for (int row = 0; row < listB.rowCount(); ++row) listed.insert(listB.cell(row, 0));
+  for (int row = listA.rowCount() - 1; row >= 0; --row)
+    if (listed.contains(listA.cell(row, 0))) listA.removeRow(row);
+}
+
+}  // namespace mv

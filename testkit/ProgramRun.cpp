@@ -1,0 +1,71 @@
+#include "testkit/ProgramRun.h"
+
+#include <QDir>
+#include <QFile>
+
+#include "app/Settings.h"
+#include "base/Text.h"
+#include "base/UserSettings.h"
+#include "testkit/SiteRow.h"
+
+namespace mvtest {
+
+namespace {
+
+constexpr int kPatienceMs = 10'000;
+constexpr const char* kSettings = "/user-settings";
+
+}  // namespace
+
+ProgramRun::ProgramRun(const std::string& executable, const std::string& database)
+    : folder_(work_.path() + "/program") {
+  QDir().mkpath(folder_);
+  QFile::copy(mv::toQString(executable), folder_ + "/morvane2000");
+  QFile::copy(mv::toQString(database), folder_ + "/morvane2000.mdb");
+  mv::setUserSettingsFolder(folder_ + kSettings);
+  mv::setProgramFolder(mv::toUtf8(folder_));
+  mv::gDatabase.open(mv::gDatabasePath);
+  process_.setProcessChannelMode(QProcess::ForwardedChannels);
+}
+
+ProgramRun::~ProgramRun() {
+  if (isRunning()) kill();
+  mv::gDatabase.close();
+  mv::setUserSettingsFolder({});
+}
+
+std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
+                                         const std::string& upperMB, const std::vector<std::string>& extensions) {
+  const std::int32_t id = addSite(location, mv::gDownloadFolder, extensions);
+  setSite(id, "auto_scan = \"yes\", lower_limit = " + lowerKB + ", upper_limit = " + upperMB);
+  mv::gDatabase.execute("update pref set auto_scan = \"yes\"");
+  return id;
+}
+
+bool ProgramRun::start() {
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  if (!environment.contains("DISPLAY") && !environment.contains("WAYLAND_DISPLAY"))
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+  environment.insert("XDG_CONFIG_HOME", folder_ + kSettings);
+  process_.setProcessEnvironment(environment);
+  process_.start(folder_ + "/morvane2000", QStringList());
+  return process_.waitForStarted(kPatienceMs);
+}
+
+bool ProgramRun::isRunning() {
+  process_.waitForFinished(0);
+  return process_.state() == QProcess::Running;
+}
+
+bool ProgramRun::terminate() {
+  process_.terminate();
+  return process_.waitForFinished(kPatienceMs) && process_.exitStatus() == QProcess::NormalExit &&
+         process_.exitCode() == 0;
+}
+
+void ProgramRun::kill() {
+  process_.kill();
+  process_.waitForFinished(kPatienceMs);
+}
+
+}  // namespace mvtest
