@@ -1,5 +1,6 @@
 #include "help/VendorServers.h"
 
+#include "base/ProgramName.h"
 #include "base/UserSettings.h"
 
 namespace mv {
@@ -12,7 +13,7 @@ constexpr const char* kDefaultMakerHost = "www.quillon.example";
 
 QString address(const char* key, const char* defaultHost, const QString& path) {
   const QString host =
-      readUserSetting("Morvane2000", "Servers", QString::fromLatin1(key), QString::fromLatin1(defaultHost));
+      readUserSetting(kProgramName, "Servers", QString::fromLatin1(key), QString::fromLatin1(defaultHost));
   return "http://" + host + path;
 }
 

@@ -3,6 +3,7 @@
 #include <QSet>
 #include <QUrl>
 
+#include "base/WebAddress.h"
 #include "desktop/Browser.h"
 #include "desktop/Dialogs.h"
 #include "desktop/ListView.h"

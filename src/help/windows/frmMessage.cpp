@@ -5,7 +5,7 @@
 #include <QPushButton>
 
 #include "ReadingBox.h"
-#include "desktop/Browser.h"
+#include "base/WebAddress.h"
 #include "windows/ListHelpers.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"

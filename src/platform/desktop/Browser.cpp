@@ -11,11 +11,6 @@ std::function<bool(const QString&)> browserOpener;
 
 }  // namespace
 
-bool isWebAddress(const QString& url) {
-  const QUrl address(url.trimmed());
-  return (address.scheme() == "http" || address.scheme() == "https") && !address.host().isEmpty();
-}
-
 bool openWithDefaultBrowser(const QString& url) {
   if (browserOpener) return browserOpener(url);
   return QDesktopServices::openUrl(QUrl(url.trimmed()));

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "FolderDialog.h"
+#include "base/ProgramName.h"
 
 namespace mv {
 namespace {
@@ -93,7 +94,7 @@ Dialogs& Dialogs::current() {
 
 Dialogs* Dialogs::install(Dialogs* dialogs) { return std::exchange(installed, dialogs); }
 
-QString applicationTitle() { return "Morvane2000"; }
+QString applicationTitle() { return kProgramName; }
 
 void showMessage(QWidget* owner, const QString& title, const QString& text, MessageIcon icon) {
   Dialogs::current().message(owner, title, text, icon);

@@ -4,7 +4,7 @@
 #include <QDialog>
 #include <QTimer>
 
-#include "desktop/Dialogs.h"
+#include "desktop/DialogRequests.h"
 
 class QFileSystemModel;
 class QLabel;

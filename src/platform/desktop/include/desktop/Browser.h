@@ -6,8 +6,6 @@
 
 namespace mv {
 
-// `url` is the whole address of a page: scheme http or https, and a host.
-bool isWebAddress(const QString& url);
 // Asks the desktop to open `url` with the default browser. False when it reports failure. Does not wait.
 bool openWithDefaultBrowser(const QString& url);
 // For tests: what openWithDefaultBrowser calls instead. An empty function brings the desktop back.

@@ -6,26 +6,13 @@
 #include <functional>
 #include <optional>
 
+#include "desktop/DialogRequests.h"
+
 class QWidget;
 
 namespace mv {
 
 enum class MessageIcon { None, Information, Exclamation, Critical };
-
-struct FolderRequest {
-  QString title;
-  QString prompt;
-  QString statusText;
-  QString initialFolder;  // selected at the start; a folder that does not exist: its nearest existing parent
-  QWidget* owner = nullptr;
-};
-
-struct FileRequest {
-  QString title;
-  QString initialFolder;
-  QString filter;  // "Pictures (*.png *.jpg)"
-  QWidget* owner = nullptr;
-};
 
 class Dialogs {
  public:
