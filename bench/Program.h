@@ -8,8 +8,8 @@
 
 #include "ProgramFolder.h"
 #include "download_windows/frmDownload.h"
+#include "program/StartUp.h"
 #include "scan_windows/frmScan.h"
-#include "shell/StartUp.h"
 
 namespace mvbench {
 

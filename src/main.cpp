@@ -6,13 +6,14 @@
 #include <QStandardPaths>
 
 #include "base/EndSignals.h"
+#include "base/ProgramName.h"
 #include "base/Text.h"
-#include "shell/StartUp.h"
+#include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  QApplication::setApplicationName("Morvane2000");
+  QApplication::setApplicationName(mv::kProgramName);
   QApplication::setApplicationVersion(QStringLiteral(MORVANE_VERSION));
   QApplication::setDesktopFileName("morvane2000");
   QApplication::setWindowIcon(QIcon(":/morvane2000.svg"));

@@ -33,7 +33,6 @@ void resetSettings() {
   mv::setNow(QDateTime());
   mv::setBrowserOpener({});
   mv::setFreeDiskSpace({});
-  mv::gLastSavedFile.clear();
   // A real end would leave with success, and the tests behind it would not be missed.
   mv::setEndProgram([] { ADD_FAILURE() << "the program was ended"; });
 }

@@ -72,7 +72,6 @@ class TestFrame : public QMainWindow, public mv::MainFrame {
   void setClipboardItemsEnabled(bool enabled) override { clipboardEnabled = enabled; }
   void setDeleteWebSiteEnabled(bool enabled) override { deleteWebSiteEnabled = enabled; }
   void hideStatusIndicators() override { ++indicatorsHidden; }
-  void startMessageCheck() override {}
 
   std::optional<bool> clipboardEnabled;
   std::optional<bool> deleteWebSiteEnabled;

@@ -118,13 +118,13 @@ std::optional<std::string_view> takeOverviewLine(std::string_view& rest) {
   return line;
 }
 
-std::optional<DefinitionEntry> readDefinitionEntry(std::string_view line) {
+std::optional<FormUpdate> readDefinitionEntry(std::string_view line) {
   const auto first = line.find(',');
   if (first == std::string_view::npos || first == 0) return std::nullopt;
   const auto second = line.find(',', first + 1);
   if (second == std::string_view::npos) return std::nullopt;
-  return DefinitionEntry{std::string(line.substr(0, first)), std::string(line.substr(first + 1, second - first - 1)),
-                         std::string(line.substr(second + 1))};
+  return FormUpdate{std::string(line.substr(0, first)), std::string(line.substr(first + 1, second - first - 1)),
+                    std::string(line.substr(second + 1))};
 }
 
 std::optional<TopicEntry> readTopicEntry(std::string_view line) {
@@ -132,19 +132,20 @@ std::optional<TopicEntry> readTopicEntry(std::string_view line) {
   const auto comment = line.find(kBeforeComment);
   if (comma == std::string_view::npos || comment == std::string_view::npos || comment < kAddressLead)
     return std::nullopt;
-  const auto id = trimmed(line.substr(0, comma));
+  const auto id = wholeNumber(trimmed(line.substr(0, comma)));
   const auto start = comma + 2;
-  if (!wholeNumber(id) || start > line.size()) return std::nullopt;
-  return TopicEntry{std::string(id), std::string(line.substr(start, comment - kAddressLead))};
+  if (!id || start > line.size()) return std::nullopt;
+  return TopicEntry{*id, std::string(line.substr(start, comment - kAddressLead))};
 }
 
-std::optional<HelpTopic> readHelpTopic(std::string_view file) {
+std::optional<HelpInfo> readHelpTopic(std::string_view file) {
   RecordLines lines(file);
-  HelpTopic topic;
-  topic.id = std::string(trimmed(lines.text()));
+  const auto id = wholeNumber(trimmed(lines.text()));
+  HelpInfo topic;
   topic.subject = lines.text();
   topic.topic = lines.text();
-  if (lines.isBroken() || !wholeNumber(topic.id)) return std::nullopt;
+  if (lines.isBroken() || !id) return std::nullopt;
+  topic.id = *id;
   topic.text = std::string(lines.rest());
   return topic;
 }

@@ -1,4 +1,4 @@
-#include "Arrange.h"
+#include "shell/Arrange.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>

@@ -1,4 +1,4 @@
-#include "Clipboard.h"
+#include "shell/Clipboard.h"
 
 #include <QApplication>
 #include <QClipboard>

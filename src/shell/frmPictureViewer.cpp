@@ -17,7 +17,6 @@
 #include "desktop/PictureDisplay.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -25,6 +24,7 @@ namespace {
 
 constexpr int kWidth = 7200;   // twips
 constexpr int kHeight = 6000;  // twips
+constexpr const char* kPictureViewer = "Picture Viewer";
 constexpr QSize kSmallestPicture(120, 80);
 
 QPushButton* makeButton(const char* name, const QString& caption, const QString& toolTip) {
@@ -36,7 +36,7 @@ QPushButton* makeButton(const char* name, const QString& caption, const QString&
 
 }  // namespace
 
-frmPictureViewer::frmPictureViewer() : ChildWindow(kWidth, kHeight) {
+frmPictureViewer::frmPictureViewer(const QString& lastSaved) : ChildWindow(kWidth, kHeight), lastSaved_(lastSaved) {
   setObjectName("frmPictureViewer");
   setCaption(kPictureViewer);
   buildControls();
@@ -105,6 +105,10 @@ void frmPictureViewer::wire() {
   connect(chkFollow_, &QCheckBox::clicked, this, [this] { run([this] { followLastSaved(); }); });
   connect(&pictures_, &PictureFolder::listed, this, [this] { run([this] { folderListed(); }); });
   connect(display_, &PictureDisplay::loaded, this, [this] { updateControls(); });
+  listenTo(&Events::fileSaved, [this](const std::string& path) {
+    lastSaved_ = toQString(path);
+    followLastSaved();
+  });
 }
 
 void frmPictureViewer::activated() {
@@ -113,14 +117,8 @@ void frmPictureViewer::activated() {
 
 void frmPictureViewer::unloading() { savePosition(); }
 
-void frmPictureViewer::buildWorkingLists(const std::string& command, long) {
-  if (command == kFileSavedWord) followLastSaved();
-}
-
 void frmPictureViewer::followLastSaved() {
-  const QString saved = toQString(gLastSavedFile);
-  if (!chkFollow_->isChecked() || !PictureFolder::isPicture(saved)) return;
-  showPicture(saved);
+  if (chkFollow_->isChecked() && PictureFolder::isPicture(lastSaved_)) showPicture(lastSaved_);
 }
 
 QString frmPictureViewer::folder() const { return QFileInfo(path_).path(); }

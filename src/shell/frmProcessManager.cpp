@@ -9,6 +9,7 @@ namespace {
 
 constexpr int kWidth = 3050;   // twips
 constexpr int kHeight = 3600;  // twips
+constexpr const char* kProcessManager = "Process Manager";
 
 // The captions are for the user; a site's name in the key may hold a password.
 enum Column { kCaption, kKey };
@@ -22,6 +23,7 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
   list().setColumns({{"Process and Site Name"}, {"", 0, true}});
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });
   addButton("Delete", "End the selected process", toolIcon("delete"), [this] { deleteChosen(); });
+  listenTo(&Events::processesChanged, [this] { buildWorkingLists("init"); });
   load();
 }
 

@@ -6,10 +6,10 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "LoadedWindows.h"
 #include "base/Text.h"
 #include "store/WindowPosition.h"
 #include "windows/MainFrame.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 namespace {
@@ -74,11 +74,11 @@ ChildWindow::ChildWindow(int width, int height) : frame_(new Frame(*this)) {
   connect(&area, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* active) {
     if (active == frame_) becomeActive();
   });
-  WindowRegistry::instance().windows_.push_back(this);
+  loadedWindows().push_back(this);
 }
 
 ChildWindow::~ChildWindow() {
-  std::erase(WindowRegistry::instance().windows_, this);
+  std::erase(loadedWindows(), this);
   if (lastActive == this) lastActive = nullptr;
 }
 
@@ -115,7 +115,7 @@ bool ChildWindow::unload() {
   if (unloaded_) return true;
   unloaded_ = true;
   run([this] { unloading(); });
-  std::erase(WindowRegistry::instance().windows_, this);
+  std::erase(loadedWindows(), this);
   hideChild();
   return true;
 }
@@ -200,9 +200,9 @@ void ChildWindow::placeCascaded() {
   const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
   const QSize space = area->viewport()->size() / 2;
   const int steps = std::max(1, std::min(space.width(), space.height()) / step);
-  const auto opened = std::count_if(
-      WindowRegistry::instance().windows_.begin(), WindowRegistry::instance().windows_.end(),
-      [this](const ChildWindow* other) { return other != this && other->isChildVisible() && !other->isMinimised(); });
+  const auto opened = std::count_if(loadedWindows().begin(), loadedWindows().end(), [this](const ChildWindow* other) {
+    return other != this && other->isChildVisible() && !other->isMinimised();
+  });
   const int offset = static_cast<int>(opened % steps) * step;
   frame_->move(offset, offset);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "LoadedWindows.h"
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "windows/ChildWindow.h"
 
@@ -12,23 +14,13 @@ WindowRegistry& WindowRegistry::instance() {
   return registry;
 }
 
-bool WindowRegistry::isLoaded(const ChildWindow* window) const {
-  return std::find(windows_.begin(), windows_.end(), window) != windows_.end();
-}
-
-ChildWindow* WindowRegistry::findByCaption(const QString& caption) const {
-  const auto match = std::find_if(windows_.begin(), windows_.end(),
-                                  [&](const ChildWindow* window) { return window->caption() == caption; });
-  return match == windows_.end() ? nullptr : *match;
-}
-
-ChildWindow* WindowRegistry::findByKey(const QString& key) const {
-  const auto match = std::find_if(windows_.begin(), windows_.end(),
-                                  [&](const ChildWindow* window) { return window->positionKey() == key; });
-  return match == windows_.end() ? nullptr : *match;
-}
-
 namespace {
+
+template <class Is>
+ChildWindow* firstWindow(Is is) {
+  const auto match = std::find_if(loadedWindows().begin(), loadedWindows().end(), is);
+  return match == loadedWindows().end() ? nullptr : *match;
+}
 
 // While one stands, a process window that is asked to unload really does.
 class ClosingProcesses {
@@ -40,6 +32,20 @@ class ClosingProcesses {
 };
 
 }  // namespace
+
+std::vector<ChildWindow*> WindowRegistry::windows() const { return loadedWindows(); }
+
+bool WindowRegistry::isLoaded(const ChildWindow* window) const {
+  return firstWindow([&](const ChildWindow* loaded) { return loaded == window; }) != nullptr;
+}
+
+ChildWindow* WindowRegistry::findByCaption(const QString& caption) const {
+  return firstWindow([&](const ChildWindow* window) { return window->caption() == caption; });
+}
+
+ChildWindow* WindowRegistry::findByKey(const QString& key) const {
+  return firstWindow([&](const ChildWindow* window) { return window->positionKey() == key; });
+}
 
 // By key: while a process window fills its list its caption says so instead.
 std::vector<ChildWindow*> processWindows() {
@@ -57,7 +63,7 @@ bool closeProcess(const QString& key) {
     const ClosingProcesses closing;
     window->unload();
   }
-  WindowRegistry::instance().tell(kProcessManager, "init");
+  Q_EMIT events().processesChanged();
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <memory>
 
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "catalog_windows/frmFilterManager.h"
 #include "catalog_windows/frmNewFilter.h"
@@ -17,14 +18,6 @@ namespace {
 
 using namespace mvtest;
 using Texts = std::vector<QString>;
-
-// What a user sees of the web-site list here: that it is told to rebuild.
-class SiteList : public mv::ChildWindow {
- public:
-  SiteList() : ChildWindow(1000, 1000) { setCaption("Web Sites"); }
-  void buildWorkingLists(const std::string& command, long) override { words += command + ' '; }
-  std::string words;
-};
 
 class RulesAndFilters : public WindowTest {
  protected:
@@ -249,7 +242,10 @@ TEST_F(RulesAndFilters, ManagersDeleteWithEveryReference) {
 }
 
 TEST_F(RulesAndFilters, ANewFilterIsInsertedOnceThenUpdatedAndTakenBackByCancel) {
-  auto* sites = new SiteList;
+  std::vector<std::int64_t> takenBack;
+  QObject hearer;
+  QObject::connect(&mv::events(), &mv::Events::filterTakenBack, &hearer,
+                   [&](std::int64_t id) { takenBack.push_back(id); });
   mv::frmNewFilter* editor = openFilter();
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->caption(), "New Filter");
@@ -276,7 +272,7 @@ TEST_F(RulesAndFilters, ANewFilterIsInsertedOnceThenUpdatedAndTakenBackByCancel)
   EXPECT_FALSE(find<mv::frmNewFilter>());
   for (const char* table : {"filter_rule_xref", "site_filter_xref"}) EXPECT_EQ(count(table, "filter_id = 40"), 0);
   EXPECT_EQ(count("filter"), 2);
-  EXPECT_EQ(sites->words, "init ");
+  EXPECT_EQ(takenBack, std::vector<std::int64_t>{40});
   EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'filter_id'"), "41");
 
   click(find<mv::frmFilterManager>(), "New");

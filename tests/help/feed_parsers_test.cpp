@@ -95,7 +95,7 @@ TEST(FeedParsers, TopicEntriesCutTheAddressByThePlaceOfTheComment) {
   };
   for (const auto& [line, expected] : cases) {
     const auto entry = readTopicEntry(line);
-    EXPECT_EQ(entry ? entry->id + "|" + entry->url : "", expected) << line;
+    EXPECT_EQ(entry ? std::to_string(entry->id) + "|" + entry->url : "", expected) << line;
   }
 }
 
@@ -114,7 +114,9 @@ TEST(FeedParsers, HelpTopics) {
   };
   for (const auto& [file, expected] : cases) {
     const auto topic = readHelpTopic(withCrLf(file));
-    EXPECT_EQ(topic ? topic->id + "|" + topic->subject + "|" + topic->topic + "|" + topic->text : "", expected) << file;
+    EXPECT_EQ(topic ? std::to_string(topic->id) + "|" + topic->subject + "|" + topic->topic + "|" + topic->text : "",
+              expected)
+        << file;
   }
 }
 

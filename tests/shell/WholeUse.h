@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QTabBar>
 
+#include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
@@ -69,7 +70,7 @@ class WholeUse : public ProgramTest {
 
   void choose(mv::ListView* list, const QString& text) { clickRow(*list, list->findRow(0, text)); }
 
-  mv::frmDownloadManager main_;
+  mv::frmDownloadManager main_{mv::programMenus()};
 };
 
 }  // namespace mvtest

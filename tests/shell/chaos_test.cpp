@@ -8,6 +8,7 @@
 #include <set>
 
 #include "download_windows/frmDownload.h"
+#include "program/ProgramMenus.h"
 #include "scan_windows/frmScan.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
@@ -35,7 +36,7 @@ class ChaosTest : public ProgramTest {
     }
     gDatabase.execute("update pref set max_connections = 10");
     gOverwriteExisting = "yes";
-    main_ = std::make_unique<frmDownloadManager>();
+    main_ = std::make_unique<frmDownloadManager>(programMenus());
     main_->show();
     sites_ = showSingle<frmWebSites>();
   }

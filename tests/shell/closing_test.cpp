@@ -7,6 +7,7 @@
 #include "app/ErrorLog.h"
 #include "base/Text.h"
 #include "catalog_windows/frmFileTypeChild.h"
+#include "program/ProgramMenus.h"
 #include "scan_windows/frmNewTag.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
@@ -47,7 +48,7 @@ TEST_F(ClosingTest, EditorsAndRunningSitesGoWithTheMainWindow) {
   const int site = addSite(web.host(), folder() + "/saved", {"jpg"});
   gDatabase.execute("update site set auto_scan = \"yes\"");
 
-  auto main = std::make_unique<frmDownloadManager>();
+  auto main = std::make_unique<frmDownloadManager>(programMenus());
   main->show();
   showSingle<frmWebSites>()->autoScan();
   ASSERT_TRUE(waitFor([&] { return web.requestCount("/p.jpg") > 0; }));
@@ -70,7 +71,7 @@ TEST_F(ClosingTest, EditorsAndRunningSitesGoWithTheMainWindow) {
 }
 
 TEST_F(ClosingTest, TheEndOfTheSessionClosesInGoodOrderEvenWhileTheDatabaseIsCompacted) {
-  frmDownloadManager main;
+  frmDownloadManager main(programMenus());
   main.show();
   showSingle<frmWebSites>();
   control<QPushButton>(showSingle<frmPreferences>(), "cmdCompactDatabase").click();

@@ -14,6 +14,7 @@
 #include "app/ErrorLog.h"
 #include "base/UserSettings.h"
 #include "desktop/Browser.h"
+#include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
@@ -29,7 +30,7 @@ using namespace mvtest;
 
 class MainWindowTest : public ProgramTest {
  protected:
-  MainWindowTest() : main(std::make_unique<frmDownloadManager>()) {
+  MainWindowTest() : main(std::make_unique<frmDownloadManager>(programMenus())) {
     main->initWindow();
     main->show();
   }
@@ -117,7 +118,7 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   EXPECT_EQ(count("win_pos", "wname = \"Web Sites\""), 1);
   EXPECT_NE(readFile(errorLogPath()).find("Log closed ="), std::string::npos);
 
-  main = std::make_unique<frmDownloadManager>();
+  main = std::make_unique<frmDownloadManager>(programMenus());
   main->initWindow();
   EXPECT_EQ(main->size(), QSize(750, 600));
   main->show();
@@ -125,12 +126,12 @@ TEST_F(MainWindowTest, ClosingUnloadsHiddenWindowsStoresThePlaceAndStampsTheLog)
   ASSERT_NE(place, main->geometry().topLeft()) << "there is a frame";
   main->showMaximized();
   main->close();
-  main = std::make_unique<frmDownloadManager>();
+  main = std::make_unique<frmDownloadManager>(programMenus());
   main->initWindow();
   EXPECT_EQ(main->pos(), place) << "not further down with every maximised session";
 
   gDatabase.execute("update win_pos set wtop = 900000, wleft = -900000 where wname = \"Morvane2000\"");
-  main = std::make_unique<frmDownloadManager>();
+  main = std::make_unique<frmDownloadManager>(programMenus());
   main->initWindow();
   EXPECT_TRUE(main->screen()->availableGeometry().contains(main->pos())) << "a place on no screen";
 }
@@ -155,7 +156,7 @@ TEST_F(MainWindowTest, HelpPagesOpenInTheBrowserAndAFailureIsSaid) {
     return opened.size() < 2;
   });
   saveUserSetting("Morvane2000", "Servers", "SupportHost", "127.0.0.1:9");
-  frmDownloadManager redirected;
+  frmDownloadManager redirected(programMenus());
   redirected.findChild<QAction*>("mnuHelpOnlineManual")->trigger();
   redirected.findChild<QAction*>("mnuHelpQuillonSupportSite")->trigger();
   EXPECT_EQ(opened, QStringList({"http://127.0.0.1:9/morvane2000/manual.html", "http://127.0.0.1:9/"}));

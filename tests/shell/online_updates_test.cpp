@@ -7,7 +7,7 @@
 #include "base/UserSettings.h"
 #include "desktop/Browser.h"
 #include "help_windows/frmMessage.h"
-#include "shell/StartUp.h"
+#include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "sites_windows/frmWebSites.h"
 #include "testkit/Controls.h"

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QImage>
 
+#include "app/Events.h"
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "shell/frmPictureViewer.h"
@@ -40,10 +41,7 @@ class PictureViewerTest : public WindowTest {
     dialogs.nextFiles.push_back(path);
     click(viewer_, "cmdOpen");
   }
-  void saved(const QString& path) {
-    gLastSavedFile = toUtf8(path);
-    WindowRegistry::instance().tell("Picture Viewer", "filesaved");
-  }
+  static void saved(const QString& path) { Q_EMIT events().fileSaved(toUtf8(path)); }
   bool enabled(const char* button) { return mvtest::enabled(viewer_, button); }
   QString position() { return textOf(viewer_, "lblPosition"); }
   bool shows(const QString& name, const QString& where) {
@@ -111,8 +109,7 @@ TEST_F(PictureViewerTest, DeletesTheShownFileAfterAQuestion) {
 }
 
 TEST_F(PictureViewerTest, FollowsTheLastSavedPicture) {
-  gLastSavedFile = toUtf8(add("a.png"));
-  viewer_ = showSingle<frmPictureViewer>();
+  viewer_ = showSingle<frmPictureViewer>(add("a.png"));
   EXPECT_TRUE(shows("a.png", ""));
   saved(pictures_.filePath("film.avi"));
   EXPECT_TRUE(shows("a.png", ""));

@@ -93,7 +93,7 @@ TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
   auto* last = new frmScan;
   last->process().SiteName = "C";
   last->setCaption("Scan: C");
-  WindowRegistry::instance().tell("Process Manager", "init");
+  Q_EMIT events().processesChanged();
   EXPECT_EQ(list().rowCount(), 4);
   manager_->setPlace({300, 450, 4500, 6000});
   manager_->closeRequested();

@@ -8,7 +8,7 @@
 #include "app/ErrorLog.h"
 #include "base/Clock.h"
 #include "base/Text.h"
-#include "shell/StartUp.h"
+#include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"

@@ -17,7 +17,7 @@
 #include "catalog/clsPath.h"
 #include "gallery/Gallery.h"
 #include "help_windows/frmMessage.h"
-#include "shell/StartUp.h"
+#include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "sites_windows/frmWebSites.h"
 #include "testkit/Controls.h"

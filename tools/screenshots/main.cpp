@@ -1,6 +1,7 @@
 // screenshots <folder>: harvests the bundled gallery with the program's own windows and writes pictures of them, for
 // the README and the user guide.
 
+#include <QAction>
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
@@ -21,13 +22,12 @@
 #include "forms_windows/frmNewField.h"
 #include "forms_windows/frmNewForm.h"
 #include "gallery/Gallery.h"
-#include "help_windows/UpdatePanel.h"
 #include "help_windows/frmHelp.h"
 #include "help_windows/frmMessage.h"
+#include "program/StartUp.h"
 #include "scan_windows/frmNewTag.h"
 #include "scan_windows/frmScan.h"
 #include "scan_windows/frmTagManager.h"
-#include "shell/StartUp.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPictureViewer.h"
 #include "shell/frmPleaseWait.h"
@@ -171,7 +171,7 @@ void onlineUpdates(frmDownloadManager& window, const TestSite& server) {
   find<frmMessage>()->setPlace({2000, 3200, 2805, 5430});
   save(&window, "online-updates");
   find<frmMessage>()->unload();
-  waitFor([&] { return !control<UpdatePanel>(&window, "pictHelpUpdates").isVisible(); });
+  waitFor([&] { return !control<QWidget>(&window, "pictHelpUpdates").isVisible(); });
 }
 
 void help() {
@@ -194,7 +194,8 @@ void preferences() {
 }
 
 void maintenance(QWidget& mainWindow) {
-  auto* viewer = showSingle<frmPictureViewer>();
+  mainWindow.findChild<QAction*>("mnuToolsPictureViewer")->trigger();
+  auto* viewer = find<frmPictureViewer>();
   viewer->setPlace({0, 0, 5400, 6600});
   click(viewer, "cmdPrevious");
   QTest::qWait(300);

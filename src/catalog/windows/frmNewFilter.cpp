@@ -6,6 +6,7 @@
 #include <QLineEdit>
 
 #include "RuleLists.h"
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "catalog_windows/frmNewRule.h"
@@ -24,7 +25,6 @@ constexpr int kHeight = 4335;                 // twips
 constexpr QMargins kPageMargins(3, 6, 3, 6);  // pixels; the caption of chkGlobal just fits
 constexpr const char* kSequence = "filter_id";
 constexpr const char* kManager = "Filter Manager";
-constexpr const char* kSiteList = "Web Sites";
 
 }  // namespace
 
@@ -146,7 +146,7 @@ void frmNewFilter::cancel() {
   gDatabase.execute("delete from filter_rule_xref where filter_id = " + id);
   // It may have been dropped on sites meanwhile.
   gDatabase.execute("delete from site_filter_xref where filter_id = " + id);
-  WindowRegistry::instance().tell(kSiteList, "init");
+  Q_EMIT events().filterTakenBack(FilterId);
   WindowRegistry::instance().markRefreshPending(kManager);
 }
 

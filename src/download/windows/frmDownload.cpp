@@ -7,11 +7,11 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -114,8 +114,7 @@ bool frmDownload::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmDownload::fileSaved(const std::string& path) {
-  gLastSavedFile = path;
-  WindowRegistry::instance().tell(kPictureViewer, kFileSavedWord);
+  Q_EMIT events().fileSaved(path);
   lastSaved_ = path;
   previewDue_ = true;
   if (Gear1_->isVisible()) showPreview();

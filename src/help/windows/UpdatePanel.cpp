@@ -1,4 +1,4 @@
-#include "help_windows/UpdatePanel.h"
+#include "UpdatePanel.h"
 
 #include <QHBoxLayout>
 

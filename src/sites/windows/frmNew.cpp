@@ -9,6 +9,7 @@
 #include "AssignmentLists.h"
 #include "LoginFormFields.h"
 #include "SiteEditorPages.h"
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "catalog/clsPath.h"
@@ -19,7 +20,6 @@
 #include "store/Sequence.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -27,7 +27,6 @@ namespace {
 
 constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
-constexpr const char* kListKey = "Web Sites";
 constexpr const char* kSequence = "site_id";
 
 QWidget* scrolling(QWidget* content) {
@@ -182,7 +181,7 @@ void frmNew::apply() {
 void frmNew::cancel() {
   if (!createdByApply_) return;
   discardNewSite(SiteID);
-  WindowRegistry::instance().tell(kListKey, "init");
+  Q_EMIT events().siteTakenBack(SiteID);
 }
 
 bool frmNew::limitsAreFilled() {
@@ -222,7 +221,10 @@ bool frmNew::save() {
 
   if (!writeSiteRow()) return false;
   writeAssignments();
-  WindowRegistry::instance().tell(kListKey, listed_ ? "websiteedited" : "websiteadded", SiteID);
+  if (listed_)
+    Q_EMIT events().siteEdited(SiteID);
+  else
+    Q_EMIT events().siteAdded(SiteID);
   listed_ = true;
   assignmentsChanged_ = false;
   SiteName = url.text();

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
@@ -82,6 +83,7 @@ frmWebSites::frmWebSites() : ListWindow(kTitle, kWidth, kHeight) {
   setObjectName("frmWebSites");
   buildList();
   buildToolbar();
+  listen();
   tmrQuit.setInterval(kQuitInterval);
   connect(&tmrQuit, &QTimer::timeout, this, [this] { run([this] { quitWhenDue(); }); });
   load();
@@ -118,6 +120,13 @@ void frmWebSites::buildToolbar() {
   connections_ = addButton("Connections", "Set the number of connections", toolIcon("connections"),
                            [this] { setOneConnection(); });
   buildConnectionsMenu();
+}
+
+void frmWebSites::listen() {
+  listenTo(&Events::siteAdded, [this](std::int64_t id) { buildWorkingLists("websiteadded", id); });
+  listenTo(&Events::siteEdited, [this](std::int64_t id) { buildWorkingLists("websiteedited", id); });
+  for (const auto takenBack : {&Events::siteTakenBack, &Events::filterTakenBack})
+    listenTo(takenBack, [this](std::int64_t) { buildWorkingLists("init"); });
 }
 
 void frmWebSites::buildConnectionsMenu() {
@@ -273,7 +282,7 @@ void frmWebSites::deleteChosen() {
 void frmWebSites::editChosen() { startSelected(); }
 
 void frmWebSites::startSelected() {
-  MainFrame::current()->startMessageCheck();
+  Q_EMIT events().sitesStarting();
   for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
     if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && runningSites_ < maxConnections_) startRow(row);
 }
@@ -295,7 +304,7 @@ void frmWebSites::startSite(const SiteListRow& site) {
     if (scan) scan->hideChild();
     if (download) download->hideChild();
   }
-  WindowRegistry::instance().tell(kProcessManager, "init");
+  Q_EMIT events().processesChanged();
   ++runningSites_;
 }
 

@@ -29,8 +29,6 @@ inline bool gAppClosing = false;        // the whole program is closing
 inline bool gClosingProcesses = false;  // a process window that is unloaded now really unloads
 inline std::string gDragKind;           // what a running drag carries: kDropFilter or ""
 
-inline std::string gLastSavedFile;  // full path of the file that a download saved last; "" when none yet
-
 inline constexpr std::string_view kDropFilter = "kDropFilter";
 
 // What the captions of process windows begin with; the site's name follows.

@@ -1,5 +1,5 @@
-// The text feeds of the update server, read record by record. Pure functions: nothing here knows a window, the database
-// or the network. Texts are UTF-8; a feed may hold anything.
+// The text feeds of the update server, read record by record. Pure functions: nothing here asks the database or the
+// network. Texts are UTF-8; a feed may hold anything.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,9 @@
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include "store/FormUpdateStore.h"
+#include "store/HelpStore.h"
 
 namespace mv {
 
@@ -23,33 +26,22 @@ bool holdsEndMark(std::string_view overview);
 // Takes the next line of an overview off the front of `rest`; nullopt at the end mark, or where the text ends.
 std::optional<std::string_view> takeOverviewLine(std::string_view& rest);
 
-// Line of the form-definition overview: name,release date,address.
-struct DefinitionEntry {
-  std::string name;
-  std::string releaseDate;
-  std::string url;
-};
-// nullopt for a line without two commas or without a name.
-std::optional<DefinitionEntry> readDefinitionEntry(std::string_view line);
+// Line of the form-definition overview: name,release date,address. nullopt for a line without two commas or without a
+// name.
+std::optional<FormUpdate> readDefinitionEntry(std::string_view line);
 
 // Line of the help overview: id, address--comment.
 struct TopicEntry {
-  std::string id;  // a whole number
+  std::int32_t id = 0;
   std::string url;
 };
 // The address is as many characters long as "--" stands behind the fourth character of the line: with ids of two digits
 // that is all of it. nullopt for a line without number, comma or "--".
 std::optional<TopicEntry> readTopicEntry(std::string_view line);
 
-struct HelpTopic {
-  std::string id;  // a whole number
-  std::string subject;
-  std::string topic;
-  std::string text;
-};
 // A topic's file with CR LF line ends: id, subject, topic, and the text to the end. nullopt with fewer than three lines
 // or without a number.
-std::optional<HelpTopic> readHelpTopic(std::string_view file);
+std::optional<HelpInfo> readHelpTopic(std::string_view file);
 
 struct FormRecord {
   std::string name;

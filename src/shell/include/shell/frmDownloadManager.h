@@ -1,29 +1,23 @@
-// The main window: the frame of all child windows, the menu bar, the clipboard commands and the ways of ending.
+// The main window: the frame of all child windows, the menu bar, the online checks and the ways of ending.
 #pragma once
 
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QTimer>
-#include <functional>
+#include <vector>
 
+#include "shell/Menu.h"
 #include "windows/MainFrame.h"
-
-class QAction;
-class QMenu;
 
 namespace mv {
 
-class FormUpdates;
-class HelpUpdates;
-class ListView;
-class MessageCheck;
-class UpdatePanel;
+class OnlineUpdates;
 class frmSplash;
 
 class frmDownloadManager : public QMainWindow, public MainFrame {
   Q_OBJECT
  public:
-  frmDownloadManager();
+  explicit frmDownloadManager(const std::vector<Menu>& menus);
   ~frmDownloadManager() override;
 
   // Applies the stored window place. Raises DatabaseError.
@@ -34,13 +28,13 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void setClipboardItemsEnabled(bool enabled) override;
   void setDeleteWebSiteEnabled(bool enabled) override;
   void hideStatusIndicators() override;
-  void startMessageCheck() override { getMessage(); }
 
   // The online checks. Each works in the background; what it needs of a server that is not there it goes without.
   void getFormUpdates();
   void fetchNextFormUpdate();
   void getHelp();
   void fetchNextHelpTopic();
+  // Whenever sites are started, too.
   void getMessage();
 
   // The one splash window, made on first use.
@@ -54,30 +48,17 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void buildFileMenu();
-  void buildEditMenu();
-  void buildToolsMenu();
-  void buildWindowsMenu();
-  void buildHelpMenu();
-  void buildStatusIndicators();
-  void buildOnlineChecks();
-  // A menu entry; without `open` it is present and disabled.
-  QAction* addItem(QMenu* menu, const char* name, const QString& caption, const std::function<void()>& open = {});
-  QAction* addPageItem(QMenu* menu, const char* name, const QString& caption, const QString& address);
+  void addMenu(const Menu& menu);
+  void addItem(QMenu& menu, const MenuItem& item);
+  void layOut();
+  void wire();
+  void setItemEnabled(const char* name, bool enabled);
   void unloadChildWindows();
   void saveOwnPosition();
 
   bool closed_ = false;  // the end of the session and a signal may ask one after the other
   QMdiArea* area_;
-  QAction* mnuEditCut_ = nullptr;
-  QAction* mnuEditCopy_ = nullptr;
-  QAction* mnuEditPaste_ = nullptr;
-  QAction* mnuEditDeleteWebSite_ = nullptr;
-  UpdatePanel* pictUpdates_ = nullptr;
-  UpdatePanel* pictHelpUpdates_ = nullptr;
-  FormUpdates* formUpdates_ = nullptr;
-  HelpUpdates* helpUpdates_ = nullptr;
-  MessageCheck* messageCheck_ = nullptr;
+  OnlineUpdates* online_;
   frmSplash* splash_ = nullptr;
 };
 

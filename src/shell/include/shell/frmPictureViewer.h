@@ -20,10 +20,9 @@ class PictureDisplay;
 class frmPictureViewer : public ChildWindow {
   Q_OBJECT
  public:
-  frmPictureViewer();
+  // `lastSaved`: full path of the file that a download saved last, which is shown first; "" when there is none.
+  explicit frmPictureViewer(const QString& lastSaved = {});
 
-  // kFileSavedWord: while "Follow" is ticked, shows the file saved last when it is a picture. Other words do nothing.
-  void buildWorkingLists(const std::string& command, long id = 0) override;
   // Shows a file, a damaged or missing one as a short text; "" shows none.
   void showPicture(const QString& path);
 
@@ -41,6 +40,7 @@ class frmPictureViewer : public ChildWindow {
   void step(int direction);
   void takeStep();
   void deleteShown();
+  // While "Follow" is ticked, shows the file saved last when it is a picture.
   void followLastSaved();
   void folderListed();
   void updateControls();
@@ -49,6 +49,7 @@ class frmPictureViewer : public ChildWindow {
   QString name() const;
 
   QString path_;          // full path of the shown file; "" when none
+  QString lastSaved_;     // that of the file saved last
   int stepWanted_ = 0;    // a step that waits for the folder
   bool replace_ = false;  // the shown file has been deleted: a neighbour on either side will do
   PictureFolder pictures_;

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "app/Events.h"
 #include "app/ReportError.h"
 #include "desktop/Twips.h"
 
@@ -74,6 +75,13 @@ class ChildWindow : public QWidget {
     return guarded(sourceName().c_str(), std::forward<Work>(work));
   }
   bool isUnloaded() const { return unloaded_; }
+  // Runs `work` with the data of every event of the kind `which` from now on, as a slot, until the window is unloaded.
+  template <class Event, class Work>
+  void listenTo(Event which, Work work) {
+    connect(&events(), which, this, [this, work](const auto&... values) {
+      if (!unloaded_) run([&] { work(values...); });
+    });
+  }
 
   // May the window unload now? Called by unload() and the close box. A window that only hides does so here and answers
   // false.

@@ -17,8 +17,6 @@ class MainFrame {
   virtual void setDeleteWebSiteEnabled(bool enabled) = 0;
   // The picture and label that say what an online check is doing.
   virtual void hideStatusIndicators() = 0;
-  // Asks the update server for a news message, in the background.
-  virtual void startMessageCheck() = 0;
 
   // The one main window; nullptr before it exists.
   static MainFrame* current();

@@ -1,5 +1,5 @@
-// The loaded child windows, in the order of their creation. Windows find one another here by title or by position key
-// and speak to one another in command words; a word that nobody knows, or a window that is not loaded, is passed over.
+// The loaded child windows, in the order of their creation. Windows find one another here by title, by position key or
+// by class. A command word for a window that is not loaded is passed over.
 #pragma once
 
 #include <QString>
@@ -10,18 +10,12 @@ namespace mv {
 
 class ChildWindow;
 
-// Captions by which windows find one another.
-inline constexpr const char* kProcessManager = "Process Manager";
-inline constexpr const char* kPictureViewer = "Picture Viewer";
-// The command word for the picture viewer: gLastSavedFile names another file.
-inline constexpr const char* kFileSavedWord = "filesaved";
-
 class WindowRegistry {
  public:
   static WindowRegistry& instance();
 
   // A copy: the loop over it may load and unload windows. Members may have died meanwhile, see isLoaded.
-  std::vector<ChildWindow*> windows() const { return windows_; }
+  std::vector<ChildWindow*> windows() const;
   bool isLoaded(const ChildWindow* window) const;
 
   // First loaded window whose caption equals `caption` exactly, or nullptr.
@@ -31,7 +25,7 @@ class WindowRegistry {
   // First loaded window of a class, or nullptr: for windows of which there is only one.
   template <class Window>
   Window* find() const {
-    for (ChildWindow* window : windows_)
+    for (ChildWindow* window : windows())
       if (auto* match = dynamic_cast<Window*>(window)) return match;
     return nullptr;
   }
@@ -40,23 +34,19 @@ class WindowRegistry {
   void tell(const QString& key, const std::string& command, long id = 0);
   // Sets RefreshPending of the window with that position key.
   void markRefreshPending(const QString& key);
-
- private:
-  friend class ChildWindow;
-  std::vector<ChildWindow*> windows_;
 };
 
 // The loaded scan and download windows, hidden ones too, in the order of their creation.
 std::vector<ChildWindow*> processWindows();
-// Ends the process window with that position key, which its close box would only hide, and has the process manager
-// rebuild its list. False when there is no such window; then nothing happens.
+// Ends the process window with that position key, which its close box would only hide, and tells Events. False when
+// there is no such window; then nothing happens.
 bool closeProcess(const QString& key);
 
-// Shows the one window of a class: made on first use, brought forward afterwards.
-template <class Window>
-Window* showSingle() {
+// Shows the one window of a class: made on first use, of these arguments, brought forward afterwards.
+template <class Window, class... Arguments>
+Window* showSingle(const Arguments&... arguments) {
   auto* window = WindowRegistry::instance().find<Window>();
-  if (!window) window = new Window;
+  if (!window) window = new Window(arguments...);
   window->showChild();
   return window;
 }

@@ -40,6 +40,7 @@ class frmWebSites : public ListWindow {
  private:
   void buildList();
   void buildToolbar();
+  void listen();
   void buildConnectionsMenu();
 
   void openNew() override;

@@ -1,4 +1,4 @@
-#include "shell/StartUp.h"
+#include "program/StartUp.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,6 +9,7 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
@@ -76,7 +77,7 @@ void StartUp::openData(const std::string& programFolder) {
 }
 
 void StartUp::openWindows() {
-  main_ = std::make_unique<frmDownloadManager>();
+  main_ = std::make_unique<frmDownloadManager>(programMenus());
   guarded("frmDownloadManager", [this] { main_->initWindow(); });
   main_->show();
   if (isYes(gAutoUpdate)) main_->getFormUpdates();

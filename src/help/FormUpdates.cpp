@@ -1,16 +1,13 @@
-#include "help_windows/FormUpdates.h"
+#include "help/FormUpdates.h"
 
 #include <memory>
 
 #include "app/ReportError.h"
-#include "app/Settings.h"
 #include "base/Text.h"
-#include "desktop/Browser.h"
-#include "desktop/ListView.h"
-#include "help/FeedParsers.h"
+#include "base/WebAddress.h"
 #include "help/VendorServers.h"
-#include "help_windows/UpdatePanel.h"
 #include "net/TextBody.h"
+#include "store/FormStore.h"
 #include "store/Sequence.h"
 
 namespace mv {
@@ -21,18 +18,28 @@ constexpr const char* kOverviewPath = "/morvane2000/formupdates/overview.txt";
 constexpr const char* kGetOverview = "getOverview";
 constexpr const char* kGetUpdate = "getUpdate";
 
-enum Column { kName, kReleaseDate, kUrl };
-
 }  // namespace
 
-FormUpdates::FormUpdates(UpdatePanel& panel, ListView& lvwOverview, QObject* parent)
-    : FeedChain("FormUpdates", &panel, parent), lvwOverview_(lvwOverview) {
-  lvwOverview_.setColumns({{"name"}, {"release date"}, {"url"}});
+FormUpdates::FormUpdates(QObject* parent) : FeedChain("FormUpdates", parent) {
   handle(Inet2, "Inet2", [this] { overviewCompleted(); });
   handle(Inet3, "Inet3", [this] { updateCompleted(); });
 }
 
-QString FormUpdates::listed(int column) const { return lvwOverview_.cell(first_, column); }
+void FormUpdates::clearList() {
+  list_.clear();
+  first_ = 0;
+  Q_EMIT listCleared();
+}
+
+void FormUpdates::list(const FormUpdate& definition) {
+  list_.push_back(definition);
+  Q_EMIT definitionListed(definition);
+}
+
+void FormUpdates::takeOff(std::size_t row) {
+  list_.erase(list_.begin() + static_cast<std::ptrdiff_t>(row));
+  Q_EMIT definitionTakenOff(static_cast<int>(row));
+}
 
 // --- the overview
 
@@ -40,7 +47,7 @@ void FormUpdates::getFormUpdates() {
   endChain();
   Inet3.cancel();
   listIsCurrent_ = false;
-  say("Checking for new Form Definitions");
+  Q_EMIT progress("Checking for new Form Definitions");
   mode_ = kGetOverview;
   get(Inet2, updatePage(kOverviewPath));
 }
@@ -49,8 +56,8 @@ void FormUpdates::overviewCompleted() {
   if (mode_ != kGetOverview) return;
   std::string overview = readTextBody(Inet2);
   if (!holdsEndMark(overview)) return endChain();
-  say("Processing overview information");
-  lvwOverview_.clearRows();
+  Q_EMIT progress("Processing overview information");
+  clearList();
   readOverview(
       std::move(overview), [this](std::string_view line) { return listDefinition(line); },
       [this] { registerDefinitions(); });
@@ -58,31 +65,27 @@ void FormUpdates::overviewCompleted() {
 
 bool FormUpdates::listDefinition(std::string_view line) {
   const auto entry = readDefinitionEntry(line);
-  if (entry) lvwOverview_.addRow({toQString(entry->name), toQString(entry->releaseDate), toQString(entry->url)});
+  if (entry) list(*entry);
   return entry.has_value();
 }
 
 void FormUpdates::registerDefinitions() {
-  say("Processing update information");
+  Q_EMIT progress("Processing update information");
   inSlices(
-      [this, row = 0]() mutable {
-        if (row == lvwOverview_.rowCount()) return false;
-        registerDefinition(row++);
+      [this, row = std::size_t{0}]() mutable {
+        if (row == list_.size()) return false;
+        registerDefinition(list_[row++]);
         return true;
       },
       [this] { fetchNextFormUpdate(); });
 }
 
-void FormUpdates::registerDefinition(int row) {
-  const QString address = lvwOverview_.cell(row, kUrl);
-  const std::string name = toUtf8(lvwOverview_.cell(row, kName));
-  const std::string date = toUtf8(lvwOverview_.cell(row, kReleaseDate));
-  const std::string url = toUtf8(address);
-  if (isRefused("form definition " + name, {name, date, url})) return;
-  if (!isWebAddress(address)) return logRefusal("form definition " + name, "its address is not http or https");
-  if (gDatabase.count("select count(*) as outCount from form_def_update where name = " + quoted(name)) > 0) return;
-  gDatabase.execute("insert into form_def_update (name,release_date,retrieved,url) values (" + quoted(name) + ", " +
-                    quoted(date) + ", " + quoted("no") + ", " + quoted(url) + ")");
+void FormUpdates::registerDefinition(const FormUpdate& definition) {
+  const auto& [name, releaseDate, url] = definition;
+  const std::string what = "form definition " + name;
+  if (isRefused(what, {name, releaseDate, url})) return;
+  if (!isWebAddress(toQString(url))) return logRefusal(what, "its address is not http or https");
+  if (!hasFormUpdate(name)) insertFormUpdate(definition);
 }
 
 // --- one definition after another
@@ -95,37 +98,33 @@ void FormUpdates::fetchNextFormUpdate() {
 }
 
 void FormUpdates::listUnretrieved() {
-  lvwOverview_.clearRows();
-  first_ = 0;
-  const auto rows = std::make_shared<Recordset>(
-      gDatabase.query("select name, release_date, url from form_def_update where retrieved= " + quoted("no")));
-  inSlices([this, rows] { return listNext(*rows); },
+  clearList();
+  const auto definitions = std::make_shared<UnretrievedFormUpdates>();
+  inSlices([this, definitions] { return listNext(*definitions); },
            [this] {
              listIsCurrent_ = true;
              requestFirst();
            });
 }
 
-bool FormUpdates::listNext(Recordset& rows) {
+bool FormUpdates::listNext(UnretrievedFormUpdates& definitions) {
   try {
-    if (rows.endOfRows()) return false;
-    lvwOverview_.addRow(
-        {toQString(rows.text("name")), toQString(rows.text("release_date")), toQString(rows.text("url"))});
-    rows.moveNext();
+    const auto definition = definitions.next();
+    if (definition) list(*definition);
+    return definition.has_value();
   } catch (const DatabaseError& error) {
     // Maintenance has come between two slices: the rows are gone, the database is open anew.
     if (error.number() != DatabaseError::kNotOpen) throw;
     listUnretrieved();
+    return true;
   }
-  return true;
 }
 
 void FormUpdates::requestFirst() {
-  while (first_ < lvwOverview_.rowCount() && !isWebAddress(listed(kUrl))) ++first_;
-  if (first_ < lvwOverview_.rowCount()) {
+  while (first_ < list_.size() && !isWebAddress(toQString(list_[first_].url))) ++first_;
+  if (first_ < list_.size()) {
     mode_ = kGetUpdate;
-    get(Inet3, listed(kUrl));
-    return;
+    return get(Inet3, toQString(list_[first_].url));
   }
   mode_.clear();
   listIsCurrent_ = false;
@@ -133,7 +132,7 @@ void FormUpdates::requestFirst() {
 }
 
 void FormUpdates::updateCompleted() {
-  if (mode_ != kGetUpdate) return;
+  if (mode_ != kGetUpdate || first_ >= list_.size()) return;
   update_ = withCrLf(readTextBody(Inet3));
   rest_ = update_;
   formId_.reset();
@@ -150,7 +149,7 @@ bool FormUpdates::importSome() {
 bool FormUpdates::importRecord() {
   const auto record = takeDefinitionRecord(rest_);
   if (!record) {
-    if (!rest_.empty()) logRefusal("the rest of " + toUtf8(listed(kName)), "it cannot be read");
+    if (!rest_.empty()) logRefusal("the rest of " + list_[first_].name, "it cannot be read");
     return false;
   }
   if (const auto* form = std::get_if<FormRecord>(&*record)) return importForm(*form);
@@ -162,8 +161,7 @@ bool FormUpdates::importForm(const FormRecord& form) {
   if (isRefused("form " + form.name, {form.name, form.description, form.formType})) return true;
   const std::int32_t id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
-  gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(id) + ", " +
-                    quoted(form.name) + ", " + quoted(form.description) + ", " + quoted(form.formType) + ")");
+  insertForm({id, form.name, form.description, form.formType});
   formId_ = id;
   return true;
 }
@@ -178,25 +176,17 @@ bool FormUpdates::importField(const FieldRecord& field) {
     return true;
   const std::int32_t id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
-  std::string values = std::to_string(id) + ", " + std::to_string(*formId_);
-  for (const auto* text : {&field.name, &field.logicalNumber, &field.searchString, &field.suppliedByUser, &field.prompt,
-                           &field.fieldName, &field.fieldValue})
-    values += ", " + quoted(*text);
-  gDatabase.execute(
-      "insert into field_info (id, form_id, name, logical_number, search_string, supplied_by_user, prompt, field_name, "
-      "field_value) values (" +
-      values + ")");
+  insertFormField({id, *formId_, field.name, field.logicalNumber, field.searchString, field.suppliedByUser != "no",
+                   field.prompt, field.fieldName, field.fieldValue});
   return true;
 }
 
 void FormUpdates::markRetrieved() {
-  gDatabase.execute("update form_def_update set retrieved = " + quoted("yes") +
-                    " where name = " + quoted(toUtf8(listed(kName))));
   // The list as it would be read anew, without reading ten thousand rows ten thousand times.
-  if (gDatabase.rowsAffected() > 1)
+  if (markFormUpdateRetrieved(list_[first_].name) > 1)
     listIsCurrent_ = false;
   else
-    lvwOverview_.removeRow(first_);
+    takeOff(first_);
   fetchNextFormUpdate();
 }
 

@@ -15,13 +15,17 @@
 
 namespace mv {
 
-class UpdatePanel;
-
 class FeedChain : public QObject {
   Q_OBJECT
+ Q_SIGNALS:
+  // What the chain is doing now, of any length.
+  void progress(const std::string& line);
+  // There is nothing under way any more.
+  void ended();
+
  protected:
-  // `source` names the chain in error reports. `panel` may be nullptr; not owned.
-  FeedChain(std::string source, UpdatePanel* panel, QObject* parent);
+  // `source` names the chain in error reports.
+  FeedChain(std::string source, QObject* parent);
   ~FeedChain() override;
 
   // Gives the transfer its name; a completed request of it goes to `completed`, a failed one ends the chain, and so do
@@ -29,8 +33,7 @@ class FeedChain : public QObject {
   void handle(InternetTransfer& transfer, const char* name, std::function<void()> completed);
   static void get(InternetTransfer& transfer, const QString& url);
 
-  void say(const std::string& line);
-  // Hides the panel and drops the work under way. Requests are left alone.
+  // Drops the work under way and says so. Requests are left alone.
   void endChain();
 
   // Calls `step` until it answers false, a slice an event, then `then`; while the database is closed for maintenance it
@@ -57,7 +60,6 @@ class FeedChain : public QObject {
   void runSlice();
 
   std::string source_;
-  UpdatePanel* panel_;
   QTimer nextSlice_;
   std::shared_ptr<Work> work_;
 };

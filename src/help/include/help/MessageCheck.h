@@ -1,10 +1,12 @@
-// The news message of the update server: shown when its number is higher than that of the last one seen, which is kept
-// in the per-user settings. The first message of all is not shown.
+// The news message of the update server: told when its number is higher than that of the last one seen, which is kept
+// in the per-user settings. The first message of all is not told.
 #pragma once
 
-#include "help_windows/FeedChain.h"
+#include "help/FeedChain.h"
 
 namespace mv {
+
+struct NewsMessage;
 
 class MessageCheck : public FeedChain {
   Q_OBJECT
@@ -15,6 +17,9 @@ class MessageCheck : public FeedChain {
   void getMessage();
 
   InternetTransfer Inet4{0, this};
+
+ Q_SIGNALS:
+  void newsArrived(const mv::NewsMessage& message);
 
  private:
   void messageCompleted();

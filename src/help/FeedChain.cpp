@@ -1,4 +1,4 @@
-#include "help_windows/FeedChain.h"
+#include "help/FeedChain.h"
 
 #include <utility>
 
@@ -8,7 +8,6 @@
 #include "base/Text.h"
 #include "base/TimeBudget.h"
 #include "help/FeedParsers.h"
-#include "help_windows/UpdatePanel.h"
 #include "net/Address.h"
 
 namespace mv {
@@ -20,8 +19,7 @@ constexpr std::size_t kLongestFeed = std::size_t{4} << 20;  // bytes
 
 }  // namespace
 
-FeedChain::FeedChain(std::string source, UpdatePanel* panel, QObject* parent)
-    : QObject(parent), source_(std::move(source)), panel_(panel) {
+FeedChain::FeedChain(std::string source, QObject* parent) : QObject(parent), source_(std::move(source)) {
   nextSlice_.setSingleShot(true);
   connect(&nextSlice_, &QTimer::timeout, this, [this] { runSlice(); });
 }
@@ -40,14 +38,10 @@ void FeedChain::get(InternetTransfer& transfer, const QString& url) {
   transfer.Execute(toUtf8(url), "GET", BodyMode::Text);
 }
 
-void FeedChain::say(const std::string& line) {
-  if (panel_) panel_->say(line);
-}
-
 void FeedChain::endChain() {
   work_.reset();
   nextSlice_.stop();
-  if (panel_) panel_->hide();
+  Q_EMIT ended();
 }
 
 void FeedChain::inSlices(std::function<bool()> step, std::function<void()> then) {
