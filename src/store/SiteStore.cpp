@@ -17,8 +17,6 @@ constexpr long kMostHops = 100;
 constexpr std::size_t kBaseNameLimit = 200;
 constexpr const char* kDefaultBaseName = "NewFile";
 
-using Id = std::int64_t;
-
 std::string text(Id number) { return std::to_string(number); }
 
 // The leading number of a text, 0 when there is none; the largest number for a larger one.

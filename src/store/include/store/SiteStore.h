@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "store/BuiltInForms.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -49,11 +50,6 @@ struct SiteFieldValue {
   std::int64_t id = 0;
   std::int64_t fieldId = 0;
   std::string value;
-};
-
-struct NamedId {
-  std::int64_t id = 0;
-  std::string name;
 };
 
 struct SiteFilter {
