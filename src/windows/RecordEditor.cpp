@@ -54,23 +54,25 @@ bool RecordEditor::isComplete(Choice choice) {
 }
 
 bool RecordEditor::save() {
-  if (!isNew()) {
-    if (!updateRecord()) {
-      sayGone();
-      return false;
-    }
-  } else if (description_.numberedByDatabase) {
-    insertRecord();
-  } else {
+  const bool stored = isNew() ? saveNew() : updateRecord();
+  if (stored)
+    recordChanged();
+  else if (!isNew())
+    sayGone();
+  return stored;
+}
+
+bool RecordEditor::saveNew() {
+  if (!description_.numberedByDatabase) {
     if (RecordId == 0) drawNumber();
     if (RecordId == 0) return false;
     showNumber();
-    insertRecord();
-    // From here on the row is there: should a later step fail, the next attempt updates it and Cancel takes it back.
-    Mode = EditorMode::Edit;
-    isCreator_ = true;
   }
-  recordChanged();
+  insertRecord();
+  if (description_.numberedByDatabase) return true;
+  // From here on the row is there: should a later step fail, the next attempt updates it and Cancel takes it back.
+  Mode = EditorMode::Edit;
+  isCreator_ = true;
   return true;
 }
 

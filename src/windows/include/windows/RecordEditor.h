@@ -74,6 +74,8 @@ class RecordEditor : public EditorWindow {
  private:
   bool isComplete(Choice choice);
   bool save();
+  // False when no identifier is to be had.
+  bool saveNew();
   void drawNumber();
   void showNumber();
 
