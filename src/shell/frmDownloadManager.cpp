@@ -19,7 +19,7 @@
 #include "help_windows/OnlineUpdates.h"
 #include "shell/frmSplash.h"
 #include "store/LinkCleaner.h"
-#include "store/WindowPosition.h"
+#include "store/WindowPlaces.h"
 #include "windows/ChildWindow.h"
 #include "windows/WindowRegistry.h"
 

@@ -8,7 +8,7 @@
 
 #include "LoadedWindows.h"
 #include "base/Text.h"
-#include "store/WindowPosition.h"
+#include "store/WindowPlaces.h"
 #include "windows/MainFrame.h"
 
 namespace mv {

@@ -43,7 +43,7 @@ class frmWebSites : public ListWindow {
   void listen();
   void buildConnectionsMenu();
 
-  void openNew() override;
+  void openNew();
   void openEdit();
   void startSelected();
   void startRow(int row);
