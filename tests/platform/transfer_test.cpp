@@ -246,6 +246,12 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
   EXPECT_EQ(other.requests()[0].headers.count("authorization"), 0U);
   get("/page");
   EXPECT_EQ(site.requests().back().headers.count("authorization"), 0U) << "nor to a later request";
+
+  // The first one is followed, whatever the second one says.
+  site.add("/two", {.status = 302, .headers = {{"Location", other.url("/")}, {"location", "https://" + site.host()}}});
+  EXPECT_TRUE(get(user + "/two"));
+  ASSERT_EQ(other.requests().size(), 2U);
+  EXPECT_EQ(authorisation(other), "");
 }
 
 TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
