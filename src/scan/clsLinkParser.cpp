@@ -1,6 +1,5 @@
 #include "scan/clsLinkParser.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "app/ReportError.h"

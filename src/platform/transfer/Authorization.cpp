@@ -24,10 +24,13 @@ void Authorization::addField(const char* field) {
 
 void Authorization::setCredentials(const Credentials& credentials, const std::string& host) {
   host_ = host;
-  curl_easy_setopt(easy_, CURLOPT_USERNAME, credentials.user.c_str());
-  curl_easy_setopt(easy_, CURLOPT_PASSWORD, credentials.password.c_str());
-  curl_easy_setopt(easy_, CURLOPT_HTTPAUTH, CURLAUTH_DIGEST);
   curl_easy_setopt(easy_, CURLOPT_UNRESTRICTED_AUTH, 0L);
+  // libcurl writes the user's name into its answer as it is: behind a line break it would be a field of its own.
+  if (credentials.user.find_first_of("\r\n") == std::string::npos) {
+    curl_easy_setopt(easy_, CURLOPT_USERNAME, credentials.user.c_str());
+    curl_easy_setopt(easy_, CURLOPT_PASSWORD, credentials.password.c_str());
+    curl_easy_setopt(easy_, CURLOPT_HTTPAUTH, CURLAUTH_DIGEST);
+  }
   const auto pair = credentials.user + ":" + credentials.password;
   const auto basic = "Authorization: Basic " + QByteArray::fromStdString(pair).toBase64().toStdString();
   basic_.reset(curl_slist_append(nullptr, basic.c_str()));
