@@ -13,7 +13,7 @@ void clsFileType::Add() const {
 bool clsFileType::Update(std::int64_t id) const {
   gDatabase.execute("update valid_filetypes set name = " + quoted(Extension) +
                     ", description = " + quoted(Description) + ", can_delete = " + quoted(CanDelete) +
-                    ", download_by_default = " + quoted(DownloadByDefault) + " where id = " + std::to_string(id));
+                    ", download_by_default = " + quoted(DownloadByDefault) + " where id = " + number(id));
   return gDatabase.rowsAffected() > 0;
 }
 

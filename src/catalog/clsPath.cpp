@@ -41,23 +41,22 @@ void clsPath::checkPath() {
 }
 
 std::string clsPath::GetPathForFileType(std::int64_t fileTypeId) {
-  const Recordset rows =
-      gDatabase.query("select path from site_paths where filetype_id = " + std::to_string(fileTypeId) +
-                      " and site_id = " + std::to_string(SiteID));
+  const Recordset rows = gDatabase.query("select path from site_paths where filetype_id = " + number(fileTypeId) +
+                                         " and site_id = " + number(SiteID));
   Path = rows.endOfRows() ? "none" : rows.text("path");
   return Path;
 }
 
 void clsPath::AddSitePath(const std::string& folder, std::int64_t fileTypeId) {
-  const std::string site = std::to_string(SiteID);
-  const std::string type = std::to_string(fileTypeId);
+  const Literal site = number(SiteID);
+  const Literal type = number(fileTypeId);
   gDatabase.execute("delete from site_paths where site_id = " + site + " and filetype_id = " + type);
   gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values(" + site + ", " + type + ", " +
-                    mv::quoted(folder) + ") ");
+                    quoted(folder) + ") ");
 }
 
 void clsPath::AddDefaultPathForSite(const std::string& folder) {
-  gDatabase.execute("update site set download_path = " + mv::quoted(folder) + " where id = " + std::to_string(SiteID));
+  gDatabase.execute("update site set download_path = " + quoted(folder) + " where id = " + number(SiteID));
 }
 
 }  // namespace mv

@@ -38,7 +38,7 @@ constexpr int kHoursBoxWidth = 60;
 constexpr double kMegabyte = 1024.0 * 1024.0;
 constexpr int kProgressInterval = 100;  // milliseconds
 
-constexpr const char* kColumns =
+constexpr char kColumns[] =
     "auto_scan, quit_time, max_connections, hide_processes, auto_update, help_server, overwrite_existing";
 constexpr const char* kNotEnoughSpace = "Not enough disk space available to perform maintenance.";
 constexpr const char* kCleared = "Cleared";
@@ -88,7 +88,7 @@ QWidget* leftAligned(QPushButton* button) {
   return line;
 }
 
-std::string quotedYesNo(const QCheckBox& box) { return mv::quoted(yesNo(box.isChecked())); }
+mv::Literal quotedYesNo(const QCheckBox& box) { return mv::quoted(yesNo(box.isChecked())); }
 
 }  // namespace
 
@@ -261,8 +261,7 @@ void frmPreferences::loadPreferencesWindow() {
   loading_ = true;
   Preferences& row = preferences_;
   try {
-    for (Recordset rows = gDatabase.query(std::string("select ") + kColumns + " from pref"); !rows.endOfRows();
-         rows.moveNext())
+    for (Recordset rows = gDatabase.query("select " + kColumns + " from pref"); !rows.endOfRows(); rows.moveNext())
       row = {rows.text("auto_scan"),         rows.number("quit_time"), rows.number("max_connections"),
              rows.text("hide_processes"),    rows.text("auto_update"), rows.text("help_server"),
              rows.text("overwrite_existing")};
@@ -318,12 +317,10 @@ void frmPreferences::savePreferences() {
   for (Recordset rows = gDatabase.query("select max_connections from pref"); !rows.endOfRows(); rows.moveNext())
     preferences_.maxConnections = rows.number("max_connections");
   gDatabase.execute("delete from pref");
-  std::string values = quotedYesNo(*chkAutoScan_);
-  for (const std::string& value :
-       {number(preferences_.quitTime), number(preferences_.maxConnections), quotedYesNo(*chkAutoHideProcesses_),
-        quotedYesNo(*chkAutoUpdate_), quotedYesNo(*chkHelpServer_), quotedYesNo(*chkOverwrite_)})
-    values.append(", ").append(value);
-  gDatabase.execute(std::string("insert into pref (").append(kColumns).append(") values (").append(values).append(")"));
+  gDatabase.execute("insert into pref (" + kColumns + ") values (" + quotedYesNo(*chkAutoScan_) + ", " +
+                    number(preferences_.quitTime) + ", " + number(preferences_.maxConnections) + ", " +
+                    quotedYesNo(*chkAutoHideProcesses_) + ", " + quotedYesNo(*chkAutoUpdate_) + ", " +
+                    quotedYesNo(*chkHelpServer_) + ", " + quotedYesNo(*chkOverwrite_) + ")");
   row.commit();
   gHideProcesses = yesNo(chkAutoHideProcesses_->isChecked());
   gOverwriteExisting = yesNo(chkOverwrite_->isChecked());

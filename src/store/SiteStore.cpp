@@ -19,8 +19,6 @@ constexpr const char* kDefaultBaseName = "NewFile";
 
 using Id = std::int64_t;
 
-std::string text(Id number) { return std::to_string(number); }
-
 // The leading number of a text, 0 when there is none; the largest number for a larger one.
 Id leadingNumber(std::string_view digits) {
   while (!digits.empty() && (digits.front() == ' ' || digits.front() == '\t')) digits.remove_prefix(1);
@@ -50,6 +48,9 @@ void checkLimits(const SiteValues& values) {
                           std::string("The site's ") + name + " is not a whole number.", "SiteStore");
 }
 
+// The column's integer affinity makes a number of the digits, however many they are.
+Literal limit(const std::string& digits) { return quoted(digits); }
+
 SiteListRow siteListRow(const Recordset& rows) {
   SiteListRow row;
   row.id = static_cast<std::int32_t>(rows.number("id"));
@@ -64,7 +65,7 @@ SiteListRow siteListRow(const Recordset& rows) {
 
 // Every row of a query, each made by `make`.
 template <class Make>
-auto readAll(const std::string& sql, Make make) {
+auto readAll(const Statement& sql, Make make) {
   std::vector<decltype(make(std::declval<const Recordset&>()))> result;
   for (Recordset rows = gDatabase.query(sql); !rows.endOfRows(); rows.moveNext()) result.push_back(make(rows));
   return result;
@@ -74,8 +75,8 @@ NamedId namedId(const Recordset& rows) { return {rows.number("id"), rows.text("n
 
 SiteFilter siteFilter(const Recordset& rows) { return {rows.number("id"), rows.text("name"), rows.text("global")}; }
 
-void deleteFrom(std::string_view table, Id siteId, std::string_view column = "site_id") {
-  gDatabase.execute(std::string("delete from ").append(table).append(" where ").append(column) + " = " + text(siteId));
+void deleteFrom(SqlText table, Id siteId, SqlText column = "site_id") {
+  gDatabase.execute("delete from " + table + " where " + column + " = " + number(siteId));
 }
 
 }  // namespace
@@ -89,7 +90,7 @@ std::vector<SiteListRow> listSites() {
 
 std::vector<SiteListRow> loadSiteRow(std::int32_t siteId) {
   return readAll("select id, name, auto_scan, domain, hops, unique_names, base_name  from site  where id = " +
-                     text(siteId) + " order by id",
+                     number(siteId) + " order by id",
                  siteListRow);
 }
 
@@ -97,7 +98,7 @@ std::optional<SiteValues> loadSite(std::int32_t siteId) {
   const Recordset rows = gDatabase.query(
       "select name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, auto_scan, hops, "
       "alternate_matchpath from site where id = " +
-      text(siteId));
+      number(siteId));
   if (rows.endOfRows()) return std::nullopt;
   SiteValues values;
   values.name = rows.text("name");
@@ -114,7 +115,7 @@ std::optional<SiteValues> loadSite(std::int32_t siteId) {
 
 std::optional<SiteNaming> loadSiteNaming(std::int32_t siteId) {
   const auto rows =
-      readAll("select unique_names, base_name from site where id = " + text(siteId), [](const Recordset& row) {
+      readAll("select unique_names, base_name from site where id = " + number(siteId), [](const Recordset& row) {
         return SiteNaming{row.text("unique_names"), row.text("base_name")};
       });
   if (rows.empty()) return std::nullopt;
@@ -122,13 +123,13 @@ std::optional<SiteNaming> loadSiteNaming(std::int32_t siteId) {
 }
 
 std::int32_t siteLoginForm(std::int32_t siteId) {
-  const auto forms = readAll("select form_id from site_form_xref where site_id = " + text(siteId),
+  const auto forms = readAll("select form_id from site_form_xref where site_id = " + number(siteId),
                              [](const Recordset& row) { return static_cast<std::int32_t>(row.number("form_id")); });
   return forms.empty() ? 0 : forms.back();
 }
 
 std::vector<SiteFieldValue> loadSiteFieldValues(std::int32_t siteId) {
-  return readAll("select id, site_id, field_id, field_value from site_field_xref where site_id = " + text(siteId),
+  return readAll("select id, site_id, field_id, field_value from site_field_xref where site_id = " + number(siteId),
                  [](const Recordset& row) {
                    return SiteFieldValue{row.number("id"), row.number("field_id"), row.text("field_value")};
                  });
@@ -139,7 +140,7 @@ std::vector<NamedId> loadSiteFileTypes(std::int32_t siteId) {
       "select vf.id, vf.name from valid_filetypes vf, site_filetype_xref sfx "
       " where vf.id = sfx.file_type_id"
       " and sfx.site_id = " +
-          text(siteId),
+          number(siteId),
       namedId);
 }
 
@@ -153,7 +154,7 @@ std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId) {
       "select f.id, f.name,  f.global from filter f, site_filter_xref sfx "
       " where f.id = sfx.filter_id"
       " and sfx.site_id = " +
-          text(siteId),
+          number(siteId),
       siteFilter);
 }
 
@@ -171,37 +172,37 @@ void insertSite(std::int32_t siteId, const SiteValues& values) {
   gDatabase.execute(
       "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
       "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
-      text(siteId) + ", " + quoted(values.name) + ", " + values.upperLimit + ", " + values.lowerLimit + ", " +
-      values.pagesToScan + ", " + values.filesToDownload + ", " + quoted(values.downloadPath) + ", " +
-      quoted(values.autoScan) + ", " + quoted(values.domain) + ", " + quoted(values.alternateMatchpath) + ", " +
-      text(values.hops) + ", " + quoted(values.uniqueNames) + ", " + quoted(values.baseName) + ")");
+      number(siteId) + ", " + quoted(values.name) + ", " + limit(values.upperLimit) + ", " + limit(values.lowerLimit) +
+      ", " + limit(values.pagesToScan) + ", " + limit(values.filesToDownload) + ", " + quoted(values.downloadPath) +
+      ", " + quoted(values.autoScan) + ", " + quoted(values.domain) + ", " + quoted(values.alternateMatchpath) + ", " +
+      number(values.hops) + ", " + quoted(values.uniqueNames) + ", " + quoted(values.baseName) + ")");
 }
 
 void updateSite(std::int32_t siteId, const SiteValues& values) {
   checkLimits(values);
-  gDatabase.execute("update site set name = " + quoted(values.name) + ", upper_limit = " + values.upperLimit +
-                    ", lower_limit = " + values.lowerLimit + ", pages_to_scan = " + values.pagesToScan +
-                    ", files_to_download = " + values.filesToDownload +
+  gDatabase.execute("update site set name = " + quoted(values.name) + ", upper_limit = " + limit(values.upperLimit) +
+                    ", lower_limit = " + limit(values.lowerLimit) + ", pages_to_scan = " + limit(values.pagesToScan) +
+                    ", files_to_download = " + limit(values.filesToDownload) +
                     ", download_path = " + quoted(values.downloadPath) + ", auto_scan = " + quoted(values.autoScan) +
                     ", domain = " + quoted(values.domain) +
                     ", alternate_matchpath = " + quoted(values.alternateMatchpath) +
                     ", unique_names = " + quoted(values.uniqueNames) + ", base_name = " + quoted(values.baseName) +
-                    ", hops = " + text(values.hops) + "  where id = " + text(siteId));
+                    ", hops = " + number(values.hops) + "  where id = " + number(siteId));
 }
 
 void saveSiteFileTypes(std::int32_t siteId, const std::vector<std::int64_t>& fileTypeIds) {
   deleteFrom("site_filetype_xref", siteId);
   for (const Id fileType : fileTypeIds)
-    gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) values (" + text(siteId) + ", " +
-                      text(fileType) + ")");
+    gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) values (" + number(siteId) + ", " +
+                      number(fileType) + ")");
 }
 
 void saveSiteFilters(std::int32_t siteId, const std::vector<std::pair<std::int64_t, std::string>>& filterIdsAndGlobal) {
   deleteFrom("site_filter_xref", siteId);
   for (const auto& [filter, global] : filterIdsAndGlobal)
     if (!isYes(global))
-      gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + text(siteId) + ", " +
-                        text(filter) + ")");
+      gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + number(siteId) + ", " +
+                        number(filter) + ")");
 }
 
 void saveSiteForm(std::int32_t siteId, std::int32_t formId) {
@@ -209,8 +210,8 @@ void saveSiteForm(std::int32_t siteId, std::int32_t formId) {
   if (formId == kNoLoginForm || formId == 0)
     deleteFrom("site_field_xref", siteId);
   else
-    gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + text(siteId) + ", " + text(formId) +
-                      ")");
+    gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + number(siteId) + ", " +
+                      number(formId) + ")");
 }
 
 void saveSiteFieldValues(std::int32_t siteId,
@@ -218,16 +219,16 @@ void saveSiteFieldValues(std::int32_t siteId,
   if (fieldIdsAndValues.empty()) return;
   deleteFrom("site_field_xref", siteId);
   for (const auto& [field, value] : fieldIdsAndValues)
-    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values ( " + text(siteId) + ", " +
-                      text(field) + ", " + quoted(value) + ")");
+    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values ( " + number(siteId) + ", " +
+                      number(field) + ", " + quoted(value) + ")");
 }
 
 void addDroppedFilters(std::int32_t siteId, const std::string& lines) {
   constexpr std::string_view kLineEnd = "\r\n";
   for (std::string_view rest = lines; !rest.empty();) {
     const std::size_t end = rest.find(kLineEnd);
-    gDatabase.execute("insert into site_filter_xref(site_id, filter_id) values (" + text(siteId) + "," +
-                      text(leadingNumber(rest.substr(0, end))) + ")");
+    gDatabase.execute("insert into site_filter_xref(site_id, filter_id) values (" + number(siteId) + "," +
+                      number(leadingNumber(rest.substr(0, end))) + ")");
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + kLineEnd.size());
   }
 }

@@ -15,7 +15,6 @@ void readWindowPosition(const std::string& name, long& top, long& left, long& he
 }
 
 void saveWindowPosition(const std::string& name, long top, long left, long height, long width) {
-  const auto number = [](long value) { return std::to_string(value); };
   bool known = false;
   {
     // The recordset is gone before the table is written.

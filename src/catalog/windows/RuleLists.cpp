@@ -14,11 +14,11 @@ namespace mv {
 
 namespace {
 
-constexpr const char* kAllRules = "select id, name from rule order by id";
+constexpr char kAllRules[] = "select id, name from rule order by id";
 
 using Rules = std::vector<std::pair<std::int64_t, QString>>;
 
-Rules readRules(const std::string& statement) {
+Rules readRules(const Statement& statement) {
   Rules rules;
   for (Recordset rows = gDatabase.query(statement); !rows.endOfRows(); rows.moveNext())
     rules.emplace_back(rows.number("id"), toQString(rows.text("name")));
@@ -52,7 +52,7 @@ void RuleLists::buildAssigned(std::int64_t filterId) {
   fill(assigned(), readRules("select r.id, r.valid_rule_type_id, r.valid_field_id, r.search_value, r.name, r.path, "
                              "r.operator from rule r, filter_rule_xref frx where r.id = frx.rule_id and "
                              "frx.filter_id = " +
-                             std::to_string(filterId)));
+                             number(filterId)));
 }
 
 void RuleLists::refreshAssigned() {

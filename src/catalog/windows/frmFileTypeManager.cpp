@@ -66,7 +66,7 @@ void frmFileTypeManager::deleteChosen() {
     showMessage(this, "Cannot Delete Built-in FileTypes", "You cannot delete this filetype", MessageIcon::Information);
     return;
   }
-  const std::string id = std::to_string(chosenId());
+  const Literal id = number(chosenId());
   gDatabase.execute("delete from valid_filetypes where id = " + id);
   gDatabase.execute("delete from site_filetype_xref where file_type_id = " + id);
   gDatabase.execute("delete from site_paths where filetype_id = " + id);

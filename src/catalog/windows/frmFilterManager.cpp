@@ -76,7 +76,7 @@ void frmFilterManager::deleteChosen() {
     showMessage(this, "No Filter Selected", "Please select a filter to delete. ", MessageIcon::Information);
     return;
   }
-  const std::string id = std::to_string(chosenId());
+  const Literal id = number(chosenId());
   gDatabase.execute("delete from filter where id = " + id);
   gDatabase.execute("delete from site_filter_xref where filter_id = " + id);
   gDatabase.execute("delete from filter_rule_xref where filter_id = " + id);

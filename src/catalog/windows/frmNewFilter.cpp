@@ -77,7 +77,7 @@ void frmNewFilter::initWindow() {
 
 void frmNewFilter::loadFilter() {
   const Recordset rows =
-      gDatabase.query("select id, name, description, global from filter where id = " + std::to_string(FilterId));
+      gDatabase.query("select id, name, description, global from filter where id = " + number(FilterId));
   if (rows.endOfRows()) return;
   txtFilterName_->setText(toQString(rows.text("name")));
   txtDescription_->setText(toQString(rows.text("description")));
@@ -141,7 +141,7 @@ bool frmNewFilter::nameIsFilled(const QString& title) {
 
 void frmNewFilter::cancel() {
   if (!createdByApply_) return;
-  const std::string id = std::to_string(FilterId);
+  const Literal id = number(FilterId);
   gDatabase.execute("delete from filter where id = " + id);
   gDatabase.execute("delete from filter_rule_xref where filter_id = " + id);
   // It may have been dropped on sites meanwhile.
@@ -180,10 +180,10 @@ bool frmNewFilter::writeFilter() {
 }
 
 void frmNewFilter::writeFilterRow() const {
-  const std::string id = std::to_string(FilterId);
-  const std::string name = quoted(toUtf8(txtFilterName_->text()));
-  const std::string global = quoted(yesNo(chkGlobal_->isChecked()));
-  const std::string description = quoted(toUtf8(txtDescription_->text()));
+  const Literal id = number(FilterId);
+  const Literal name = quoted(toUtf8(txtFilterName_->text()));
+  const Literal global = quoted(yesNo(chkGlobal_->isChecked()));
+  const Literal description = quoted(toUtf8(txtDescription_->text()));
   if (Mode == "new")
     gDatabase.execute("insert into filter (id, name, global, description) values (" + id + ", " + name + ", " + global +
                       ", " + description + ")");
@@ -193,11 +193,10 @@ void frmNewFilter::writeFilterRow() const {
 }
 
 void frmNewFilter::writeRules() const {
-  const std::string id = std::to_string(FilterId);
+  const Literal id = number(FilterId);
   gDatabase.execute("delete from filter_rule_xref where filter_id = " + id);
   for (const std::int64_t rule : rules_->assignedIds())
-    gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (" + id + ", " + std::to_string(rule) +
-                      ")");
+    gDatabase.execute("insert into filter_rule_xref (filter_id, rule_id) values (" + id + ", " + number(rule) + ")");
 }
 
 }  // namespace mv

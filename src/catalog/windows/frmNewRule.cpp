@@ -26,7 +26,7 @@ constexpr const char* kSequence = "rule_id";
 constexpr const char* kIgnore = "Ignore";
 constexpr const char* kSaveTo = "Save To";
 
-void fill(QComboBox& box, const char* statement) {
+void fill(QComboBox& box, SqlText statement) {
   {
     // Left to itself a box chooses the first entry that it gets, which no user has done.
     const QSignalBlocker silent(box);
@@ -43,16 +43,15 @@ void choose(QComboBox& box, const std::string& text) {
 }
 
 // The name of an entry of a lookup table, "" when there is none.
-std::string nameOf(const char* table, std::int64_t id) {
-  const Recordset rows =
-      gDatabase.query(std::string("select name from ") + table + " where id = " + std::to_string(id));
+std::string nameOf(SqlText table, std::int64_t id) {
+  const Recordset rows = gDatabase.query("select name from " + table + " where id = " + number(id));
   return rows.endOfRows() ? std::string() : rows.text("name");
 }
 
-// The id of the entry chosen, as text. Raises kNoCurrentRecord when the table has no such entry any more.
-std::string idOf(const char* table, const QComboBox& box) {
-  return gDatabase.query(std::string("select id from ") + table + " where name = " + quoted(toUtf8(box.currentText())))
-      .text("id");
+// The id of the entry chosen. Raises kNoCurrentRecord when the table has no such entry any more.
+Literal idOf(SqlText table, const QComboBox& box) {
+  return number(
+      gDatabase.query("select id from " + table + " where name = " + quoted(toUtf8(box.currentText()))).number("id"));
 }
 
 }  // namespace
@@ -138,7 +137,7 @@ void frmNewRule::buildWorkingLists(const std::string& command, long) {
 void frmNewRule::loadRule() {
   const Recordset rows = gDatabase.query(
       "select id, valid_rule_type_id, valid_field_id, search_value, path, name, operator from rule where id = " +
-      std::to_string(RuleId));
+      number(RuleId));
   if (rows.endOfRows()) return;
   txtValue_->setText(toQString(rows.text("search_value")));
   txtRuleName_->setText(toQString(rows.text("name")));
@@ -203,13 +202,13 @@ bool frmNewRule::isComplete() {
 bool frmNewRule::save() {
   if (RuleId == 0) RuleId = nextSequenceValue(kSequence);
   if (RuleId == 0) return false;
-  const std::string id = std::to_string(RuleId);
-  const std::string field = idOf("valid_field", *cmboFields_);
-  const std::string type = idOf("valid_rule", *cmboRuleTypes_);
-  const std::string value = quoted(toUtf8(txtValue_->text()));
-  const std::string path = quoted(toUtf8(txtPath_->text()));
-  const std::string name = quoted(toUtf8(txtRuleName_->text()));
-  const std::string op = quoted(toUtf8(cmboOperator_->currentText()));
+  const Literal id = number(RuleId);
+  const Literal field = idOf("valid_field", *cmboFields_);
+  const Literal type = idOf("valid_rule", *cmboRuleTypes_);
+  const Literal value = quoted(toUtf8(txtValue_->text()));
+  const Literal path = quoted(toUtf8(txtPath_->text()));
+  const Literal name = quoted(toUtf8(txtRuleName_->text()));
+  const Literal op = quoted(toUtf8(cmboOperator_->currentText()));
   if (Mode == "new") {
     gDatabase.execute(
         "insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, operator) values (" + id +

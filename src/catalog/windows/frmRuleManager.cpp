@@ -52,7 +52,7 @@ void frmRuleManager::deleteChosen() {
     showMessage(this, "No Rule Selected", "Please select a rule to delete. ", MessageIcon::Information);
     return;
   }
-  const std::string id = std::to_string(chosenId());
+  const Literal id = number(chosenId());
   gDatabase.execute("delete from rule where id = " + id);
   gDatabase.execute("delete from filter_rule_xref where rule_id = " + id);
   buildWorkingLists("init");

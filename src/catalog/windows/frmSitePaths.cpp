@@ -133,7 +133,7 @@ void frmSitePaths::fillList() {
   Recordset rows = gDatabase.query(
       "select vf.id, vf.name from valid_filetypes vf, site_filetype_xref sfx where vf.id = sfx.file_type_id and "
       "sfx.site_id = " +
-      std::to_string(SiteID));
+      number(SiteID));
   for (; !rows.endOfRows(); rows.moveNext())
     lvwFiletypesAssigned_->addRow({toQString(rows.text("vf.name")), toQString(rows.text("vf.id"))});
 }

@@ -77,7 +77,7 @@ void frmFormManager::deleteChosen() {
     return;
   }
   if (isAuthenticationForm(chosenId())) return;
-  const std::string id = std::to_string(chosenId());
+  const Literal id = number(chosenId());
   gDatabase.execute("delete from form where id = " + id);
   gDatabase.execute("delete from field_info where form_id = " + id);
   gDatabase.execute("delete from site_form_xref where form_id = " + id);

@@ -94,38 +94,39 @@ bool frmNewField::accept() {
 bool frmNewField::save() { return Mode == "edit" ? updateRow() : insertRow(); }
 
 std::vector<frmNewField::Value> frmNewField::values() const {
-  std::vector<Value> values = {{"name", toUtf8(txtName_->text())},
-                               {"logical_number", toUtf8(txtFieldNumber_->text())},
-                               {"search_string", toUtf8(txtSearchString_->text())},
-                               {"supplied_by_user", SuppliedByUser},
-                               {"prompt", toUtf8(txtPrompt_->text())},
-                               {"field_name", toUtf8(txtFieldName_->text())},
-                               {"field_value", toUtf8(txtFieldValue_->text())}};
-  for (Value& value : values) value.second = quoted(value.second);
-  return values;
+  return {{"name", quoted(toUtf8(txtName_->text()))},
+          {"logical_number", quoted(toUtf8(txtFieldNumber_->text()))},
+          {"search_string", quoted(toUtf8(txtSearchString_->text()))},
+          {"supplied_by_user", quoted(SuppliedByUser)},
+          {"prompt", quoted(toUtf8(txtPrompt_->text()))},
+          {"field_name", quoted(toUtf8(txtFieldName_->text()))},
+          {"field_value", quoted(toUtf8(txtFieldValue_->text()))}};
 }
 
 bool frmNewField::insertRow() {
-  const std::string form = std::to_string(FormID);
+  const Literal form = number(FormID);
   if (gDatabase.count("select count(*) as outCount from form where id = " + form) == 0)
     return refuse("The form of this field has been deleted meanwhile. The field was not saved.");
   if (FieldID == 0) FieldID = nextSequenceValue(kSequence);
   if (FieldID == 0) return false;
-  std::string columns = "id, form_id";
-  std::string texts = std::to_string(FieldID) + ", " + form;
+  Statement columns = "id, form_id";
+  Statement texts = number(FieldID) + ", " + form;
   for (const auto& [column, text] : values()) {
-    columns.append(", ").append(column);
-    texts.append(", ").append(text);
+    columns += ", " + column;
+    texts += ", " + text;
   }
   gDatabase.execute("insert into field_info (" + columns + ") values (" + texts + ")");
   return true;
 }
 
 bool frmNewField::updateRow() {
-  std::string assignments;
-  for (const auto& [column, text] : values())
-    assignments.append(assignments.empty() ? "" : ", ").append(column).append(" = ").append(text);
-  gDatabase.execute("update field_info set " + assignments + " where id = " + std::to_string(FieldID));
+  Statement assignments = "update field_info set ";
+  SqlText separator = "";
+  for (const auto& [column, text] : values()) {
+    assignments += separator + column + " = " + text;
+    separator = ", ";
+  }
+  gDatabase.execute(assignments + " where id = " + number(FieldID));
   if (gDatabase.rowsAffected() > 0) return true;
   return refuse("This field has been deleted meanwhile. It was not saved.");
 }

@@ -146,7 +146,7 @@ void frmNewForm::fillFields() {
   Recordset rows = gDatabase.query(
       "select id, form_id, name, logical_number, search_string, supplied_by_user, prompt, field_name, field_value from "
       "field_info where form_id = " +
-      std::to_string(FormID));
+      number(FormID));
   for (; !rows.endOfRows(); rows.moveNext()) {
     QStringList texts;
     for (const char* column : {"name", "id", "form_id", "logical_number", "search_string", "supplied_by_user", "prompt",
@@ -215,8 +215,7 @@ void frmNewForm::openEditField() {
 
 void frmNewForm::deleteField() {
   if (chosenRow() < 0) return;
-  gDatabase.execute("delete from field_info where id = " + std::to_string(fieldId_) +
-                    " and  form_id = " + std::to_string(FormID));
+  gDatabase.execute("delete from field_info where id = " + number(fieldId_) + " and  form_id = " + number(FormID));
   buildWorkingLists("fields");
 }
 
@@ -251,19 +250,19 @@ bool frmNewForm::save() {
 }
 
 bool frmNewForm::writeRow() {
-  const std::string name = quoted(toUtf8(txtName_->text()));
-  const std::string description = quoted(toUtf8(txtDescription_->text()));
+  const Literal name = quoted(toUtf8(txtName_->text()));
+  const Literal description = quoted(toUtf8(txtDescription_->text()));
   // Apply asks for no type: one that is not in the list stays.
-  const std::string type = quoted(toUtf8(cmboFormType_->currentIndex() < 0 ? FormType : cmboFormType_->currentText()));
+  const Literal type = quoted(toUtf8(cmboFormType_->currentIndex() < 0 ? FormType : cmboFormType_->currentText()));
   if (Mode == "new") {
     if (FormID == 0) FormID = nextSequenceValue("form_id");
     if (FormID == 0) return false;
-    gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(FormID) + ", " +
-                      name + ", " + description + ", " + type + ")");
+    gDatabase.execute("insert into form (id, name, description, form_type) values (" + number(FormID) + ", " + name +
+                      ", " + description + ", " + type + ")");
     return true;
   }
   gDatabase.execute("update form set name = " + name + ", description = " + description + ", form_type = " + type +
-                    " where id = " + std::to_string(FormID));
+                    " where id = " + number(FormID));
   if (gDatabase.rowsAffected() > 0) return true;
   showMessage(this, applicationTitle(), "This form has been deleted meanwhile. It was not saved.",
               MessageIcon::Exclamation);
@@ -272,7 +271,7 @@ bool frmNewForm::writeRow() {
 
 void frmNewForm::cancel() {
   if (!savedOnce_) return;
-  const std::string id = std::to_string(FormID);
+  const Literal id = number(FormID);
   gDatabase.execute("delete from form where id = " + id);
   gDatabase.execute("delete from field_info where form_id= " + id);
   gDatabase.execute("delete from site_form_xref where form_id = " + id);

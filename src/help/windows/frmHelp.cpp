@@ -111,7 +111,7 @@ void frmHelp::listTopics() {
 }
 
 void frmHelp::showText() {
-  Recordset rows = gDatabase.query("select the_text from help_info where id  = " + std::to_string(topicId_));
+  Recordset rows = gDatabase.query("select the_text from help_info where id  = " + number(topicId_));
   for (; !rows.endOfRows(); rows.moveNext()) txtHelp_->showText(toQString(rows.text("the_text")));
 }
 

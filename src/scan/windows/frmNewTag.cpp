@@ -49,7 +49,7 @@ void frmNewTag::initWindow() {
     lblId_->setText(QString::number(TagId));
     return;
   }
-  const Recordset rows = gDatabase.query("select id, tag from valid_tag where id = " + std::to_string(TagId));
+  const Recordset rows = gDatabase.query("select id, tag from valid_tag where id = " + number(TagId));
   if (rows.endOfRows()) return;
   txtTagName_->setText(toQString(rows.text("tag")));
   txtTagName_->selectAll();
@@ -74,7 +74,7 @@ bool frmNewTag::accept() {
 // False when the tag to be changed is gone.
 bool frmNewTag::save(const std::string& tag) {
   if (Mode == "edit") {
-    gDatabase.execute("update valid_tag set tag = " + quoted(tag) + " where id = " + std::to_string(TagId));
+    gDatabase.execute("update valid_tag set tag = " + quoted(tag) + " where id = " + number(TagId));
     return gDatabase.rowsAffected() > 0;
   }
   gDatabase.execute("insert into valid_tag (tag) values (" + quoted(tag) + ") ");

@@ -60,7 +60,7 @@ void frmTagManager::deleteChosen() {
     showMessage(this, "No Tag Selected", "Please select a tag to delete. ", MessageIcon::Information);
     return;
   }
-  gDatabase.execute("delete from valid_tag where id = " + std::to_string(chosenId()));
+  gDatabase.execute("delete from valid_tag where id = " + number(chosenId()));
   forgetChosen();
   buildWorkingLists("init");
 }

@@ -63,8 +63,7 @@ void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
 }
 
 void FileTypeLists::showDescription(std::int64_t fileTypeId) {
-  for (Recordset types =
-           gDatabase.query("select description from valid_filetypes where id = " + std::to_string(fileTypeId));
+  for (Recordset types = gDatabase.query("select description from valid_filetypes where id = " + number(fileTypeId));
        !types.endOfRows(); types.moveNext()) {
     txtFiletypeDescription_->setText(toQString(types.text("description")));
     txtFiletypeDescription_->setCursorPosition(0);

@@ -126,7 +126,7 @@ void LoginFormFields::choose(int entry) {
 }
 
 void LoginFormFields::loadPrompts(std::int32_t formId) {
-  const std::string id = std::to_string(formId);
+  const Literal id = number(formId);
   QString description = txtFieldHelp_->text();
   for (Recordset forms = gDatabase.query("select description from form where id = " + id); !forms.endOfRows();
        forms.moveNext())

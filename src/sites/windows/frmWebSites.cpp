@@ -351,7 +351,7 @@ void frmWebSites::askConnections() {
 void frmWebSites::setConnections(long connections) {
   maxConnections_ = connections;
   updateTitle();
-  gDatabase.execute("update pref set max_connections = " + std::to_string(maxConnections_));
+  gDatabase.execute("update pref set max_connections = " + number(maxConnections_));
 }
 
 // --- filters dropped, the end of automatic scanning

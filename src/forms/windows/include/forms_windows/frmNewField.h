@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "database/Statement.h"
 #include "windows/EditorWindow.h"
 
 class QCheckBox;
@@ -37,8 +38,8 @@ class frmNewField : public EditorWindow {
 
  private:
   QLineEdit* addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName);
-  // Column and text literal, in the order of the columns.
-  using Value = std::pair<const char*, std::string>;
+  // In the order of the columns.
+  using Value = std::pair<SqlText, Literal>;
   std::vector<Value> values() const;
   bool save();
   bool insertRow();
