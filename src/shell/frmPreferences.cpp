@@ -38,7 +38,7 @@ constexpr int kHoursBoxWidth = 60;
 constexpr double kMegabyte = 1024.0 * 1024.0;
 constexpr int kProgressInterval = 100;  // milliseconds
 
-constexpr char kColumns[] =
+constexpr mv::SqlText kColumns =
     "auto_scan, quit_time, max_connections, hide_processes, auto_update, help_server, overwrite_existing";
 constexpr const char* kNotEnoughSpace = "Not enough disk space available to perform maintenance.";
 constexpr const char* kCleared = "Cleared";
