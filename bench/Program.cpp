@@ -35,8 +35,8 @@ std::int32_t addSite(const std::string& location) {
   mv::gDatabase.execute(
       "update site set auto_scan = \"yes\", upper_limit = 1000000, pages_to_scan = 1000000000, "
       "files_to_download = 1000000000 where id = " +
-      std::to_string(id));
-  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(id) +
+      mv::number(id));
+  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + mv::number(id) +
                         ", id from valid_filetypes");
   mv::gDatabase.execute("update pref set auto_scan = \"yes\", max_connections = 1000");
   return id;

@@ -24,7 +24,7 @@ constexpr double kMB = 1e6;
 // One link of the site still waits.
 bool linksWait(std::int32_t site) {
   return !mv::gDatabase
-              .query("select id from link where site_id = " + std::to_string(site) +
+              .query("select id from link where site_id = " + mv::number(site) +
                      " and link_type <> \"Email Address\" and status = \"False\"")
               .endOfRows();
 }

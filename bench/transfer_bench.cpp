@@ -26,10 +26,10 @@ constexpr double kGoalMemory = 17.0;  // MB
 void addLink(std::int32_t site, const std::string& host, int run) {
   mv::gDatabase.execute(
       "insert into link (site_id, url, link_type, username, password, id, status, file_type) values (" +
-      std::to_string(site) + ", " + mv::quoted(host + "/big/" + std::to_string(kSize) + ".jpg") +
+      mv::number(site) + ", " + mv::quoted(host + "/big/" + std::to_string(kSize) + ".jpg") +
       ", \"File\", \"\", "
       "\"\", " +
-      std::to_string(run + 10) + ", \"False\", \"jpg\")");
+      mv::number(run + 10) + ", \"False\", \"jpg\")");
 }
 
 mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {

@@ -102,14 +102,20 @@ endfunction()
 
 # morvane_refused(<room> <header>): a test that a source of the room which includes the header does not compile.
 function(morvane_refused room header)
-  string(MAKE_C_IDENTIFIER "refused_${room}_${header}" name)
+  morvane_refused_source("${room}_${header}" ${room} "#include \"${header}\"\n" "${header}: No such file")
+endfunction()
+
+# morvane_refused_source(<what> <room> <source> <message>): a test that this source of the room does not compile, with an
+# error message that matches.
+function(morvane_refused_source what room content message)
+  string(MAKE_C_IDENTIFIER "refused_${what}" name)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
-  file(GENERATE OUTPUT ${source} CONTENT "#include \"${header}\"\n")
+  file(GENERATE OUTPUT ${source} CONTENT "${content}")
   add_library(${name} OBJECT EXCLUDE_FROM_ALL ${source})
   set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTORCC OFF)
   target_include_directories(${name} PRIVATE $<TARGET_PROPERTY:mv_${room},INCLUDE_DIRECTORIES>)
   add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target ${name})
-  set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION "${header}: No such file" RUN_SERIAL ON)
+  set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION "${message}" RUN_SERIAL ON)
 endfunction()
 
 # The shipped database, made from the schema, the shipped rows and the user guide (its help topics) by small programs, one

@@ -12,6 +12,7 @@
 #include "base/Clock.h"
 #include "base/Text.h"
 #include "base/UserSettings.h"
+#include "database/RawStatement.h"
 #include "desktop/Browser.h"
 #include "files/DiskSpace.h"
 #include "windows/NoticeBoxes.h"
@@ -115,12 +116,13 @@ ProgramTest::~ProgramTest() {
 std::string ProgramTest::value(const std::string& sql) const {
   // The first field has whatever name the statement gives it: the engine is asked to call it `firstField`.
   const mv::Recordset row =
-      mv::gDatabase.query("with answer(firstField) as (" + sql + ") select firstField from answer");
+      mv::gDatabase.query("with answer(firstField) as (" + mv::rawStatement(sql) + ") select firstField from answer");
   return row.endOfRows() ? std::string() : row.text("firstField");
 }
 
 long ProgramTest::count(const std::string& table, const std::string& where) const {
-  return static_cast<long>(mv::gDatabase.count("select count(*) as outCount from " + table + " where " + where));
+  return static_cast<long>(
+      mv::gDatabase.count("select count(*) as outCount from " + mv::rawStatement(table + " where " + where)));
 }
 
 std::string ProgramTest::lastMessage() {

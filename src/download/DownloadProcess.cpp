@@ -106,7 +106,7 @@ void DownloadProcess::initWindow() {
 }
 
 void DownloadProcess::loadSiteLimits() {
-  const std::string site = std::to_string(SiteId);
+  const Literal site = number(SiteId);
   const Recordset limits =
       gDatabase.query("select upper_limit, lower_limit, files_to_download, download_path from site where id = " + site);
   upperLimitMB_ = limits.number("upper_limit");
@@ -118,7 +118,7 @@ void DownloadProcess::loadSiteLimits() {
 
 void DownloadProcess::buildQueue() {
   if (StopRequested()) return;
-  const std::string ofSite = "site_id = " + std::to_string(SiteId);
+  const Statement ofSite = "site_id = " + number(SiteId);
   Recordset links = gDatabase.query(
       "select id, status, site_id, link_type, url, username, password, file_type from link where " + ofSite +
       " and link_type = " + mv::quoted("File") + " and " + noneOf("status", {"Done"}, "link", ofSite));
@@ -284,7 +284,7 @@ void DownloadProcess::markLinkDone() {
   if (skippedExisting_) outcome = RowState::Exists;
   if (errorFlag_) outcome = RowState::Error;
   lvwLinks.setState(row, outcome);
-  gDatabase.execute("update link set status = " + mv::quoted("Done") + " where id = " + std::to_string(pendingLinkId_));
+  gDatabase.execute("update link set status = " + mv::quoted("Done") + " where id = " + number(pendingLinkId_));
   // Only now: when the statement fails it is tried again, with the same outcome.
   skippedExisting_ = false;
   errorFlag_ = false;
@@ -306,9 +306,9 @@ void DownloadProcess::logDownloadError() {
 
 void DownloadProcess::findSavePath() {
   if (StopRequested()) return;
-  Recordset rows = gDatabase.query(
-      "select sp.path from site_paths sp, valid_filetypes vf where sp.site_id = " + std::to_string(SiteId) +
-      " and (vf.id = sp.filetype_id and vf.name = " + mv::quoted(fileType_) + ")");
+  Recordset rows =
+      gDatabase.query("select sp.path from site_paths sp, valid_filetypes vf where sp.site_id = " + number(SiteId) +
+                      " and (vf.id = sp.filetype_id and vf.name = " + mv::quoted(fileType_) + ")");
   savePath_.clear();
   for (; !rows.endOfRows(); rows.moveNext()) savePath_ = rows.text("sp.path");
   if (savePath_.empty()) savePath_ = downloadPath_;

@@ -10,26 +10,26 @@ namespace mv {
 
 namespace {
 
-constexpr std::string_view kCount = "count(*) as outCount";
-constexpr std::string_view kColumns = "r.name, r.search_value, r.operator, vf.name, vr.name";
-constexpr std::string_view kRulesOfFilter =
+constexpr char kCount[] = "count(*) as outCount";
+constexpr char kColumns[] = "r.name, r.search_value, r.operator, vf.name, vr.name";
+constexpr char kRulesOfFilter[] =
     "FROM filter AS f, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS vr";
-constexpr std::string_view kRulesOfSiteFilter =
+constexpr char kRulesOfSiteFilter[] =
     "FROM filter AS f, site_filter_xref AS sfx, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS "
     "vr";
-constexpr std::string_view kJoin =
+constexpr char kJoin[] =
     "WHERE frx.rule_id=r.id AND frx.filter_id=f.id AND r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id and ";
 
-std::string statement(std::string_view columns, std::string_view tables, const std::string& condition) {
-  return std::string("SELECT ").append(columns).append(" ").append(tables).append(" ").append(kJoin).append(condition);
+Statement select(SqlText columns, SqlText tables, const Statement& condition) {
+  return "SELECT " + columns + " " + tables + " " + kJoin + condition;
 }
 
-std::vector<FilterRule> loadRules(std::string_view tables, const std::string& condition) {
+std::vector<FilterRule> loadRules(SqlText tables, const Statement& condition) {
   std::vector<FilterRule> rules;
-  const std::int64_t expected = gDatabase.count(statement(kCount, tables, condition));
+  const std::int64_t expected = gDatabase.count(select(kCount, tables, condition));
   if (expected <= 0) return rules;
   rules.reserve(static_cast<std::size_t>(expected));
-  for (Recordset rows = gDatabase.query(statement(kColumns, tables, condition)); !rows.endOfRows(); rows.moveNext())
+  for (Recordset rows = gDatabase.query(select(kColumns, tables, condition)); !rows.endOfRows(); rows.moveNext())
     rules.push_back({rows.text("vf.name"), rows.text("Operator"), rows.text("vr.name"), rows.text("r.name"),
                      rows.text("search_value")});
   return rules;
@@ -121,7 +121,7 @@ bool RuleSet::anyMatches(const FilterSubject& subject) const {
 std::vector<FilterRule> loadGlobalRules() { return loadRules(kRulesOfFilter, "f.global=" + quoted("yes")); }
 
 std::vector<FilterRule> loadSiteRules(std::int32_t siteId) {
-  return loadRules(kRulesOfSiteFilter, "f.id = sfx.filter_id and sfx.site_id = " + std::to_string(siteId));
+  return loadRules(kRulesOfSiteFilter, "f.id = sfx.filter_id and sfx.site_id = " + number(siteId));
 }
 
 }  // namespace mv

@@ -8,14 +8,14 @@
 namespace mv {
 
 void KnownLinks::refresh() {
-  std::int64_t mark = -1;
+  std::int64_t count = -1;
   try {
-    mark = gDatabase.lossMark("link", "url");
+    count = gDatabase.invalidationCount("link", "url");
   } catch (const DatabaseError&) {
     // Whoever reads or writes next will tell.
   }
-  if (mark >= 0 && mark == mark_) return;
-  mark_ = mark;
+  if (count >= 0 && count == invalidations_) return;
+  invalidations_ = count;
   newer_.clear();
   older_.clear();
 }

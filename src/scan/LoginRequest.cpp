@@ -22,16 +22,16 @@ std::string formEncoded(std::string_view text) {
   return encoded;
 }
 
-void takeSiteValue(LoginField& field, const std::string& fieldId, std::int32_t siteId) {
-  const Recordset rows = gDatabase.query(
-      "select field_value from site_field_xref where site_id = " + std::to_string(siteId) + " and field_id=" + fieldId);
+void takeSiteValue(LoginField& field, std::int64_t fieldId, std::int32_t siteId) {
+  const Recordset rows = gDatabase.query("select field_value from site_field_xref where site_id = " + number(siteId) +
+                                         " and field_id=" + number(fieldId));
   if (!rows.endOfRows()) field.value = rows.text("field_value");
 }
 
 }  // namespace
 
 std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId) {
-  const std::string ofForm = " from field_info where form_id = " + std::to_string(formId);
+  const Statement ofForm = " from field_info where form_id = " + number(formId);
   std::vector<LoginField> fields;
   fields.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount" + ofForm)));
   // The number is kept as text: without the sum 10 would come before 2.
@@ -45,7 +45,7 @@ std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId
     field.suppliedByUser = isYes(rows.text("supplied_by_user"));
     field.parameter = rows.text("field_name");
     field.value = rows.text("field_value");
-    if (field.suppliedByUser) takeSiteValue(field, rows.text("id"), siteId);
+    if (field.suppliedByUser) takeSiteValue(field, rows.number("id"), siteId);
   }
   return fields;
 }

@@ -91,15 +91,14 @@ void ScanProcess::startLogin() {
 bool ScanProcess::hasLoginForm() const { return LoginFormID != 0 && LoginFormID != kNoLoginForm; }
 
 std::string ScanProcess::siteField(int fieldId) const {
-  const Recordset rows =
-      gDatabase.query("select field_value from site_field_xref where field_id = " + std::to_string(fieldId) +
-                      " and site_id = " + std::to_string(SiteID));
+  const Recordset rows = gDatabase.query("select field_value from site_field_xref where field_id = " + number(fieldId) +
+                                         " and site_id = " + number(SiteID));
   return rows.endOfRows() ? std::string() : rows.text("field_value");
 }
 
 void ScanProcess::reloadLimits() {
   const Recordset site =
-      gDatabase.query("select pages_to_scan, alternate_matchpath from site where id = " + std::to_string(SiteID));
+      gDatabase.query("select pages_to_scan, alternate_matchpath from site where id = " + number(SiteID));
   pagesLeft_ = static_cast<long>(site.number("pages_to_scan"));
   alternateMatchpath_ = site.text("alternate_matchpath");
 }
@@ -128,8 +127,8 @@ void ScanProcess::buildQueue() {
 
   // Only waiting links are asked for: walking past the finished ones would cost every cycle of an old site a million
   // rows.
-  const std::string ofSite = "site_id = " + std::to_string(SiteID);
-  const std::string waiting = " and status = " + quoted("False");
+  const Statement ofSite = "site_id = " + number(SiteID);
+  const Statement waiting = " and status = " + quoted("False");
   waitingLinks_.emplace(
       gDatabase.query("select id, status, site_id, url, link_type  from link where " + ofSite + " and " +
                       noneOf("link_type", {kFileType, "Email Address"}, "link", ofSite + waiting) + waiting));
@@ -219,7 +218,7 @@ void ScanProcess::markPageDone() {
   const bool error = std::exchange(pageError_, false);
   const int row = lvwLinks.findLink(id);
   if (row >= 0) lvwLinks.setState(row, error ? RowState::Error : RowState::Done);
-  gDatabase.execute("update link set status = \"Done\" where id = " + std::to_string(id));
+  gDatabase.execute("update link set status = \"Done\" where id = " + number(id));
 }
 
 void ScanProcess::updateStatus(const std::string& kind, const std::string& reason, long code) {

@@ -133,13 +133,12 @@ clsLinkParser::FileType clsLinkParser::fileType() {
 }
 
 clsLinkParser::FileType clsLinkParser::readFileType() const {
-  const std::string named = " from valid_filetypes where name = " + quoted(fileType_);
+  const Statement named = " from valid_filetypes where name = " + quoted(fileType_);
   if (gDatabase.count("select count(*) as outCount" + named) == 0) return FileType::Unknown;
   const Recordset type = gDatabase.query("select id" + named);
   const bool ofTheSite =
-      type.endOfRows() ||
-      gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " + std::to_string(SiteID) +
-                      " and file_type_id = " + std::to_string(type.number("id"))) > 0;
+      type.endOfRows() || gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " +
+                                          number(SiteID) + " and file_type_id = " + number(type.number("id"))) > 0;
   return ofTheSite ? FileType::OfTheSite : FileType::NotOfTheSite;
 }
 
@@ -187,7 +186,7 @@ bool clsLinkParser::passesDomainHopper() {
 
 void clsLinkParser::insertUnlessKnown() {
   if (inStretch_ && knownLinks_.contains(URL)) return;
-  const std::string url = quoted(URL);
+  const Literal url = quoted(URL);
   if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) {
     if (inStretch_) knownLinks_.add(URL);
     return;
@@ -206,12 +205,12 @@ void clsLinkParser::insertUnlessKnown() {
   Flag = true;
 }
 
-void clsLinkParser::insertRow(const std::string& url, Transaction& idAndRow) {
+void clsLinkParser::insertRow(const Literal& url, Transaction& idAndRow) {
   try {
     gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                      std::to_string(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) +
-                      ", " + quoted(Password) + ", " + std::to_string(LinkID) + ", " + quoted("False") + ", " +
-                      quoted(fileType_) + ")");
+                      number(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) + ", " +
+                      quoted(Password) + ", " + number(LinkID) + ", " + quoted("False") + ", " + quoted(fileType_) +
+                      ")");
   } catch (const DatabaseError&) {
     // An id that is refused must not be drawn again.
     idAndRow.commit();

@@ -1,7 +1,6 @@
 #include "store/LinkCleaner.h"
 
 #include <QMetaObject>
-#include <string>
 
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
@@ -31,13 +30,13 @@ void LinkCleaner::clear(std::int32_t siteId) {
 
 void LinkCleaner::resume() {
   // From one site's links to the next one's by the index: as quick as there are few sites.
-  std::string last = "-1";
+  std::int64_t last = -1;
   while (true) {
-    const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + last);
+    const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + number(last));
     if (next.isNull("next")) return;
-    last = next.text("next");
-    if (gDatabase.count("select count(*) as outCount from site where id = " + last) == 0)
-      clear(static_cast<std::int32_t>(next.number("next")));
+    last = next.number("next");
+    if (gDatabase.count("select count(*) as outCount from site where id = " + number(last)) == 0)
+      clear(static_cast<std::int32_t>(last));
   }
 }
 
@@ -48,9 +47,8 @@ void LinkCleaner::finish() {
 void LinkCleaner::deleteSome() {
   const Work now = work_.front();
   try {
-    gDatabase.execute(
-        "delete from link where id in (select id from link where site_id = " + std::to_string(now.siteId) +
-        " and id <= " + std::to_string(now.lastLink) + " limit " + std::to_string(kRowsAtOnce) + ")");
+    gDatabase.execute("delete from link where id in (select id from link where site_id = " + number(now.siteId) +
+                      " and id <= " + number(now.lastLink) + " limit " + number(kRowsAtOnce) + ")");
   } catch (const DatabaseError&) {
     work_.pop_front();
     throw;

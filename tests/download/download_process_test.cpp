@@ -193,7 +193,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
 
   std::ofstream(folder() + "/plain") << "x";
   for (const std::string& unusable : {folder() + "/plain/below", std::string()}) {
-    setSite("download_path = " + mv::quoted(unusable));
+    setSite("download_path = '" + unusable + "'");
     addFile("/a.jpg", "a");
     waitForAll();
     EXPECT_EQ(state("a.jpg"), "Error") << unusable;
@@ -201,7 +201,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
   EXPECT_EQ(process->ErrorCount(), 4);
   EXPECT_TRUE(dialogs.messages().empty());
 
-  setSite("download_path = " + mv::quoted(saveFolder));
+  setSite("download_path = '" + saveFolder + "'");
   addFile("/later.jpg", "later");
   waitForAll();
   EXPECT_EQ(readFile(path("later.jpg")), "later");
@@ -224,7 +224,7 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
   setSite("upper_limit = 100");
   const std::string body(std::size_t{5} << 20, 'b');
   for (const std::string& below : {saveFolder, saveFolder + "/not/made/yet"}) {
-    setSite("download_path = " + mv::quoted(below));
+    setSite("download_path = '" + below + "'");
     addFile("/whole.bin", body);
     renew();
     downloadAll();

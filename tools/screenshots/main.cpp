@@ -275,7 +275,7 @@ int main(int argc, char** argv) try {
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
   useAsUpdateServer(gallery);
   const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
-  setSite(site, "auto_scan = \"no\", download_path = " + quoted(kFolderShown));
+  setSite(site, "auto_scan = \"no\", download_path = '" + std::string(kFolderShown) + "'");
   const std::string owner = std::to_string(site);
   insert("site_form_xref", {{owner, "20"}});
   insert("site_field_xref (site_id, field_id, field_value)", {{owner, "17", "anna"}, {owner, "18", "secret"}});

@@ -162,7 +162,7 @@ bool FormUpdates::importForm(const FormRecord& form) {
   if (isRefused("form " + form.name, {form.name, form.description, form.formType})) return true;
   const std::int32_t id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
-  gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(id) + ", " +
+  gDatabase.execute("insert into form (id, name, description, form_type) values (" + number(id) + ", " +
                     quoted(form.name) + ", " + quoted(form.description) + ", " + quoted(form.formType) + ")");
   formId_ = id;
   return true;
@@ -178,7 +178,7 @@ bool FormUpdates::importField(const FieldRecord& field) {
     return true;
   const std::int32_t id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
-  std::string values = std::to_string(id) + ", " + std::to_string(*formId_);
+  Statement values = number(id) + ", " + number(*formId_);
   for (const auto* text : {&field.name, &field.logicalNumber, &field.searchString, &field.suppliedByUser, &field.prompt,
                            &field.fieldName, &field.fieldValue})
     values += ", " + quoted(*text);

@@ -19,8 +19,9 @@ constexpr const char* kNo = "no";
 
 enum Column { kId, kUrl, kFetch };
 
+// The id is a whole number, as text; the column's integer affinity makes a number of it.
 bool isKnown(const std::string& id) {
-  return gDatabase.count("select count(*) as outCount from help_info where id = " + id) > 0;
+  return gDatabase.count("select count(*) as outCount from help_info where id = " + quoted(id)) > 0;
 }
 
 }  // namespace
@@ -104,8 +105,8 @@ void HelpUpdates::importTopic(const std::string& file) {
   say("Adding help for " + topic->subject + ": " + topic->topic);
   // A file that bears another number than the overview gave it would be fetched, and stored, at every start.
   if (isKnown(topic->id)) return logRefusal("help topic " + topic->id, "there is one of that number");
-  gDatabase.execute("insert into help_info (id, subject, the_text, hide, the_topic) values (" + topic->id + ", " +
-                    quoted(topic->subject) + ", " + quoted(topic->text) + ", " + quoted("no") + ", " +
+  gDatabase.execute("insert into help_info (id, subject, the_text, hide, the_topic) values (" + quoted(topic->id) +
+                    ", " + quoted(topic->subject) + ", " + quoted(topic->text) + ", " + quoted("no") + ", " +
                     quoted(topic->topic) + ")");
 }
 

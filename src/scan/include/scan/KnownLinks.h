@@ -20,7 +20,7 @@ class KnownLinks {
  private:
   static constexpr std::size_t kGeneration = 8192;
 
-  std::int64_t mark_ = -1;
+  std::int64_t invalidations_ = -1;
   // The older generation goes when the newer one is full; what is asked for again moves on to the newer.
   std::unordered_set<std::string> newer_;
   std::unordered_set<std::string> older_;

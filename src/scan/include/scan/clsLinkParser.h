@@ -81,7 +81,7 @@ class clsLinkParser {
   bool passesDomainHopper();
   void insertUnlessKnown();
   // `url` as a literal. Ends the transaction in which the row's id was drawn.
-  void insertRow(const std::string& url, Transaction& idAndRow);
+  void insertRow(const Literal& url, Transaction& idAndRow);
 
   bool inStretch_ = false;
   std::unordered_map<std::string, FileType> fileTypes_;  // by extension
