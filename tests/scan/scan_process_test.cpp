@@ -3,7 +3,9 @@
 
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
+#include "process/ProcessTexts.h"
 #include "scan/ScanProcess.h"
+#include "scan/ScanTexts.h"
 #include "testkit/LongestTurn.h"
 
 namespace {
@@ -17,8 +19,9 @@ class ScanProcessTest : public ScanTest<ProgramTest> {
     process.initWindow();
   }
   static void expectNotShown(const mv::ScanProcess& scan, const std::string& secret) {
-    for (const std::string& shown : {scan.pageLabel(), scan.pageUrlText(), scan.lvwLinks.row(0).url,
-                                     scan.errorPanel().subject, readFile(mv::errorLogPath())})
+    for (const std::string& shown :
+         {mv::pageText(scan.status()), mv::pageAddressText(scan.status()), mv::listedText(scan.lvwLinks.row(0).url),
+          scan.lastError().subject, readFile(mv::errorLogPath())})
       EXPECT_EQ(shown.find(secret), std::string::npos) << shown;
   }
   mv::ScanProcess process;
@@ -78,8 +81,9 @@ TEST_F(ScanProcessTest, TheQueueHoldsWaitingPagesOnlyAndTheStartPageFirst) {
   addLink(13, "h/dir/", "Directory");
   begin();
   ASSERT_EQ(process.lvwLinks.count(), 3);
-  EXPECT_EQ(process.lvwLinks.row(0).url, "http://" + process.SiteName);
-  EXPECT_FALSE(process.lvwLinks.holdsAddress(process.lvwLinks.row(0).url));
+  const std::string startPage = "http://" + process.SiteName;
+  EXPECT_EQ(mv::listedText(process.lvwLinks.row(0).url), startPage);
+  EXPECT_FALSE(process.lvwLinks.holdsAddress(startPage));
   EXPECT_GT(process.lvwLinks.findLink(12), 0);
   EXPECT_GT(process.lvwLinks.findLink(13), 0);
 }
@@ -90,12 +94,12 @@ TEST_F(ScanProcessTest, AFailedPageIsShownLoggedAndPassedOver) {
   site.page("/good.htm", "x");
   begin();
   ASSERT_TRUE(waitFor([this] { return process.ErrorCount() == 1; }));
-  const mv::ErrorPanelTexts panel = process.errorPanel();
-  EXPECT_EQ(panel.subject, site.host() + "/gone.htm");
-  EXPECT_EQ(panel.reason, "Code: 404  -  Reason: Not Found");
-  EXPECT_EQ(readFile(mv::errorLogPath()), value("select id from link where url like '%gone.htm'") + "\r\n" +
-                                              panel.subject + "\r\n" + panel.subject + "\r\n" + panel.reason + "\r\n" +
-                                              panel.time + "\r\n\r\n");
+  const mv::ProcessError error = process.lastError();
+  EXPECT_EQ(error.subject, site.host() + "/gone.htm");
+  EXPECT_EQ(mv::errorReasonText(error), "Code: 404  -  Reason: Not Found");
+  EXPECT_EQ(readFile(mv::errorLogPath()),
+            value("select id from link where url like '%gone.htm'") + "\r\n" + error.subject + "\r\n" + error.subject +
+                "\r\n" + mv::errorReasonText(error) + "\r\n" + mv::errorTimeText(error) + "\r\n\r\n");
   ASSERT_TRUE(waitForStatus("/good.htm", "Done"));
   EXPECT_EQ(process.ErrorCount(), 2);
   EXPECT_EQ(count("link", "status = \"Done\""), 3) << "failed pages are not taken up again";
@@ -183,7 +187,7 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   const LongestTurn turn;
   begin();
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));
-  EXPECT_EQ(process.lvwLinks.count(), mv::ScanProcess::kQueueLimit);
+  EXPECT_EQ(process.lvwLinks.count(), mv::ScanQueue::kLimit);
   EXPECT_LT(turn.longest, 50.0);
 
   process.buildQueue();
@@ -193,7 +197,7 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   EXPECT_EQ(process.lvwLinks.count(), rows);
 }
 
-// Stopped after any number of turns of the event loop, the process comes to rest at once and may go.
+// Stopped after any number of loop iterations, the process comes to rest at once and may go.
 TEST_F(ScanProcessTest, CanBeStoppedAtAnyMoment) {
   site.page("/", anchors("/p", 0, 40));
   for (int moment = 0; moment < 120; ++moment) {
