@@ -1,4 +1,4 @@
-#include "scan/BasePath.h"
+#include "BasePath.h"
 
 #include "net/Address.h"
 

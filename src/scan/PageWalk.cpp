@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "BasePath.h"
 #include "base/TimeBudget.h"
-#include "scan/BasePath.h"
 
 namespace mv {
 

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "BasePath.h"
 #include "app/ReportError.h"
 #include "net/Address.h"
-#include "scan/BasePath.h"
 
 namespace mv {
 

@@ -1,6 +1,7 @@
 #include <QSignalSpy>
 #include <optional>
 
+#include "BasePath.h"
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
 #include "process/ProcessTexts.h"
@@ -107,25 +108,26 @@ TEST_F(ScanProcessTest, AFailedPageIsShownLoggedAndPassedOver) {
 
 TEST_F(ScanProcessTest, PlacesRelativeLinksByThePageOrItsBaseHref) {
   const struct {
-    const char *page, *alternate, *basePath;
-  } cases[] = {{"host1/a/page.htm", "no", "host1/a/"},
-               {"host1/a/b/", "no", "host1/a/"},
-               {"host1", "no", "host1/"},
-               {"host1/x.htm", "no", "host1/x.htm/"},
-               {"host1/x.htm", "yes", "host1/"},
-               {"host1/a.shtml/b", "yes", "host1/"},
-               {"host1/a.htm/b", "no", "host1/a.htm/"},
-               {"host1/a.php/b", "yes", "host1/a.php/"},
-               {"", "no", "host1/"}};
-  for (const auto& c : cases) {
-    setSite(std::string("alternate_matchpath = \"") + c.alternate + "\"");
-    mv::ScanProcess scan;
-    scan.SiteID = siteId;
-    scan.SiteName = c.page;
-    scan.Domain = "host1";
-    scan.initWindow();
-    EXPECT_EQ(scan.computeBasePath(), c.basePath) << c.page << ' ' << c.alternate;
-  }
+    const char* page;
+    bool alternate;
+    const char* basePath;
+  } cases[] = {{"host1/a/page.htm", false, "host1/a/"},
+               {"host1/a/b/", false, "host1/a/"},
+               {"host1", false, "host1/"},
+               {"host1/x.htm", false, "host1/x.htm/"},
+               {"host1/x.htm", true, "host1/"},
+               {"host1/a.shtml/b", true, "host1/"},
+               {"host1/a.htm/b", false, "host1/a.htm/"},
+               {"host1/a.php/b", true, "host1/a.php/"},
+               {"", false, "host1/"}};
+  for (const auto& c : cases) EXPECT_EQ(mv::basePathOf(c.page, "host1", c.alternate), c.basePath) << c.page;
+
+  setSite("alternate_matchpath = \"yes\"");
+  mv::ScanProcess scan;
+  prepare(scan);
+  scan.SiteName = "host1/x.htm";
+  scan.initWindow();
+  EXPECT_EQ(scan.computeBasePath(), "host1/");
   site.page("/", "<base href=\"http://" + site.host() + "/first/\"><a href=\"a.htm\"><base href=\"http://" +
                      site.host() + "/last\">");
   setSite("alternate_matchpath = \"no\"");
