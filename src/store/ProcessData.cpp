@@ -1,5 +1,6 @@
 #include "store/ProcessData.h"
 
+#include "ReadAll.h"
 #include "app/Settings.h"
 
 namespace mv {
@@ -14,17 +15,15 @@ constexpr char kTheirRules[] =
     "filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS vr WHERE frx.rule_id=r.id AND "
     "frx.filter_id=f.id AND r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id and ";
 
+FilterRule filterRule(const Recordset& row) {
+  return {row.text("vf.name"), row.text("Operator"), row.text("vr.name"), row.text("r.name"), row.text("search_value")};
+}
+
 // `from`: the statement behind its select list.
 template <class Statement>
 std::vector<FilterRule> loadRules(const Statement& from) {
-  std::vector<FilterRule> rules;
-  const std::int64_t expected = gDatabase.count(kRuleCount + from);
-  if (expected <= 0) return rules;
-  rules.reserve(static_cast<std::size_t>(expected));
-  for (Recordset rows = gDatabase.query(kRuleColumns + from); !rows.endOfRows(); rows.moveNext())
-    rules.push_back({rows.text("vf.name"), rows.text("Operator"), rows.text("vr.name"), rows.text("r.name"),
-                     rows.text("search_value")});
-  return rules;
+  if (gDatabase.count(kRuleCount + from) <= 0) return {};
+  return readAll(gDatabase.query(kRuleColumns + from), filterRule);
 }
 
 // A field without a value of the site's keeps its default.
@@ -34,13 +33,14 @@ void takeSiteValue(LoginField& field, std::int64_t fieldId, std::int32_t siteId)
   if (!rows.endOfRows()) field.value = rows.text("field_value");
 }
 
-LoginField loginField(const Recordset& row) {
+LoginField loginField(const Recordset& row, std::int32_t siteId) {
   LoginField field;
   field.name = row.text("name");
   field.searchString = row.text("search_string");
   field.suppliedByUser = isYes(row.text("supplied_by_user"));
   field.parameter = row.text("field_name");
   field.value = row.text("field_value");
+  if (field.suppliedByUser) takeSiteValue(field, row.number("id"), siteId);
   return field;
 }
 
@@ -77,25 +77,18 @@ std::string loadSiteField(std::int32_t siteId, std::int32_t fieldId) {
 
 std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId) {
   const auto ofForm = " from field_info where form_id = " + number(formId);
-  std::vector<LoginField> fields;
-  fields.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount" + ofForm)));
+  if (gDatabase.count("select count(*) as outCount" + ofForm) <= 0) return {};
   // The number is kept as text: without the sum 10 would come before 2.
-  Recordset rows = gDatabase.query(
-      "select field_name, field_value, logical_number, name, prompt, search_string, supplied_by_user, id" + ofForm +
-      " order by logical_number + 0");
-  for (; !rows.endOfRows(); rows.moveNext()) {
-    LoginField& field = fields.emplace_back(loginField(rows));
-    if (field.suppliedByUser) takeSiteValue(field, rows.number("id"), siteId);
-  }
-  return fields;
+  return readAll(
+      gDatabase.query(
+          "select field_name, field_value, logical_number, name, prompt, search_string, supplied_by_user, id" + ofForm +
+          " order by logical_number + 0"),
+      [siteId](const Recordset& row) { return loginField(row, siteId); });
 }
 
 std::vector<std::string> loadTags() {
-  std::vector<std::string> tags;
-  tags.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount from valid_tag")));
-  for (Recordset rows = gDatabase.query("select tag from valid_tag"); !rows.endOfRows(); rows.moveNext())
-    tags.push_back(rows.text("Tag"));
-  return tags;
+  if (gDatabase.count("select count(*) as outCount from valid_tag") <= 0) return {};
+  return readAll(gDatabase.query("select tag from valid_tag"), [](const Recordset& row) { return row.text("Tag"); });
 }
 
 FileTypeUse loadFileTypeUse(std::int32_t siteId, std::string_view fileType) {

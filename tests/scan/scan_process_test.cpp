@@ -123,11 +123,13 @@ TEST_F(ScanProcessTest, PlacesRelativeLinksByThePageOrItsBaseHref) {
   for (const auto& c : cases) EXPECT_EQ(mv::basePathOf(c.page, "host1", c.alternate), c.basePath) << c.page;
 
   setSite("alternate_matchpath = \"yes\"");
-  mv::ScanProcess scan;
-  prepare(scan);
-  scan.SiteName = "host1/x.htm";
-  scan.initWindow();
-  EXPECT_EQ(scan.computeBasePath(), "host1/");
+  {
+    mv::ScanProcess scan;
+    prepare(scan);
+    scan.SiteName = "host1/x.htm";
+    scan.initWindow();
+    EXPECT_EQ(scan.computeBasePath(), "host1/");
+  }
   site.page("/", "<base href=\"http://" + site.host() + "/first/\"><a href=\"a.htm\"><base href=\"http://" +
                      site.host() + "/last\">");
   setSite("alternate_matchpath = \"no\"");
@@ -208,7 +210,7 @@ TEST_F(ScanProcessTest, CanBeStoppedAtAnyMoment) {
     scan->tmrOKToDownload.setInterval(0);
     QSignalSpy stopped(scan.get(), &mv::Process::stopped);
     scan->initWindow();
-    for (int turn = 0; turn < moment; ++turn) QCoreApplication::processEvents();
+    for (int iteration = 0; iteration < moment; ++iteration) QCoreApplication::processEvents();
     scan->requestStop();
     ASSERT_EQ(stopped.count(), 1) << moment;
     const long before = count("link");
