@@ -115,7 +115,7 @@ void newLinks() {
   mv::clsLinkParser parser = makeParser();
   std::int64_t number = storedRows;
   const Timing timing = medianOf(kRuns, [&] {
-    const mv::clsLinkParser::Stretch stretch(parser);
+    const mv::clsLinkParser::CachedLookups lookups(parser);
     for (int i = 0; i < kLinksARun; ++i)
       if (!store(parser, url(++number))) throw std::runtime_error("the address was there");
   });
@@ -129,7 +129,7 @@ void knownLinks() {
   mv::clsLinkParser parser = makeParser();
   const auto show = [&](const char* name, double goal, auto&& next) {
     const Timing timing = medianOf(kRuns, [&] {
-      const mv::clsLinkParser::Stretch stretch(parser);
+      const mv::clsLinkParser::CachedLookups lookups(parser);
       for (int i = 0; i < kLinksARun; ++i)
         if (store(parser, next())) throw std::runtime_error("a link is missing");
     });

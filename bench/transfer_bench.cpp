@@ -45,7 +45,7 @@ mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {
   });
   download.requestStop();
   if (saved.empty() || QFileInfo(mv::toQString(saved)).size() != kSize)
-    throw std::runtime_error("The file did not arrive: " + download.errorPanel().reason);
+    throw std::runtime_error("The file did not arrive: " + download.lastError().reason);
   QFile::remove(mv::toQString(saved));
   mv::gDatabase.execute("update link set status = \"Done\"");
   return timing;

@@ -85,11 +85,11 @@ bool clsPageScanner::seek(std::size_t bytes) {
     if (!index_.advance(page, bytes)) return false;
     if (seekPlace()) return true;
   }
-  // Overlapping stretches, so that an occurrence across their border is seen.
-  const std::size_t stretch = std::min(bytes, page.size() - seeked_);
-  const std::size_t at = page.substr(seeked_, stretch + searchString_.size() - 1).find(searchString_);
+  // Overlapping pieces, so that an occurrence across their border is seen.
+  const std::size_t piece = std::min(bytes, page.size() - seeked_);
+  const std::size_t at = page.substr(seeked_, piece + searchString_.size() - 1).find(searchString_);
   atOccurrence_ = at != kEnd;
-  seeked_ += atOccurrence_ ? at : stretch;
+  seeked_ += atOccurrence_ ? at : piece;
   return atOccurrence_ || seeked_ >= page.size();
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/Settings.h"
+#include "store/LinkStore.h"
 #include "store/ProgramDatabase.h"
 
 namespace mv {
@@ -83,6 +84,6 @@ std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, con
   return compaction;
 }
 
-void clearLinkCache() { gDatabase.execute("delete from link"); }
+void clearLinkCache() { deleteAllLinks(); }
 
 }  // namespace mv

@@ -6,6 +6,7 @@
 
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
+#include "process/ProcessTexts.h"
 #include "testkit/LongestTurn.h"
 
 namespace {
@@ -170,7 +171,7 @@ TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
   for (const char* name : {"gone", "reset", "short", "refused", "garbage", "closed"})
     EXPECT_EQ(state(name + std::string(".jpg")), "Error") << name;
   EXPECT_EQ(savedFiles(), Names{"good.jpg"});
-  EXPECT_EQ(process->errorPanel().subject, "File: closed.jpg");
+  EXPECT_EQ(process->lastError().subject, "File: closed.jpg");
 
   const std::vector<std::string> log = logLines();
   ASSERT_EQ(log.size(), 36u);
@@ -229,7 +230,7 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
     renew();
     downloadAll();
     EXPECT_TRUE(readFile(below + "/whole.bin") == body);
-    EXPECT_EQ(process->receivedText(), "Received: 5242880");
+    EXPECT_EQ(process->status().received, 5242880);
   }
   EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
 
@@ -237,7 +238,7 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
   addFile("/full.bin", body);
   waitForAll();
   EXPECT_EQ(state("full.bin"), "Error");
-  EXPECT_EQ(process->errorPanel().reason, "Code: 23  -  Reason: No space left on device");
+  EXPECT_EQ(mv::errorReasonText(process->lastError()), "Code: 23  -  Reason: No space left on device");
   EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
 }
 
@@ -254,8 +255,8 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
   ASSERT_TRUE(waitFor([&] { return saved; }));
   EXPECT_LT(turn.longest, 50);
   EXPECT_TRUE(readFile(path("large.bin")) == body);
-  EXPECT_EQ(process->receivedText(), "Received: 16777216");
-  EXPECT_EQ(process->leftText(), "Left: 0");
+  EXPECT_EQ(process->status().received, 16777216);
+  EXPECT_EQ(process->status().left, 0);
   EXPECT_EQ(site.requestCount("/large.bin"), 1);
 }
 
@@ -266,11 +267,11 @@ TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
   for (int stopAt = 1;; ++stopAt) {
     renew();
     int seen = 0;
-    std::string last = "Received: 0";
+    std::int64_t last = 0;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&] {
-      const std::string received = process->receivedText();
-      const bool midway = received != "Received:" && received != last && process->leftText() != "Left: 0";
+      const std::int64_t received = process->status().received.value_or(0);
+      const bool midway = received != last && process->status().left != 0;
       last = received;
       if (midway && ++seen == stopAt) process->requestStop();
     });
@@ -289,7 +290,7 @@ TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
 
 TEST_F(DownloadProcessTest, AnIdleProcessPollsQuietly) {
   process->initWindow();
-  ASSERT_TRUE(waitFor([this] { return process->fileLabel() == "File: "; }));
+  ASSERT_TRUE(waitFor([this] { return mv::fileText(process->status()) == "File: "; }));
   QSignalSpy changed(process.get(), &mv::Process::viewChanged);
   QSignalSpy ticks(&process->tmrOKToDownload, &QTimer::timeout);
   ASSERT_TRUE(waitFor([&] { return ticks.count() > 100; }));  // the last change has been shown by then
@@ -311,7 +312,8 @@ TEST_F(DownloadProcessTest, ARefusingDatabasePausesTheProcessAndNoMore) {
   ASSERT_TRUE(waitFor([this] { return process->tmrWaitForAWhile.isActive(); }));
   EXPECT_EQ(process->tmrWaitForAWhile.interval(), 60'000);
   EXPECT_EQ(process->ErrorCount(), 1);
-  EXPECT_TRUE(process->errorPanel().reason.starts_with("Code: 3078  -  Reason: ")) << process->errorPanel().reason;
+  EXPECT_TRUE(mv::errorReasonText(process->lastError()).starts_with("Code: 3078  -  Reason: "))
+      << process->lastError().reason;
   EXPECT_EQ(logLines().size(), 6u);
 
   mv::gDatabase.execute("alter table away rename to site_paths");
