@@ -13,6 +13,7 @@
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
 #include "store/LinkCleaner.h"
+#include "store/Preferences.h"
 #include "store/ProgramDatabase.h"
 #include "windows/NoticeBoxes.h"
 #include "windows/WindowRegistry.h"
@@ -52,7 +53,7 @@ StartUp::StartUp() { showNoticesInBoxes(); }
 
 StartUp::~StartUp() {
   main_.reset();
-  gDatabase.close();
+  closeProgramDatabase();
 }
 
 bool StartUp::run(const std::string& programFolder) {

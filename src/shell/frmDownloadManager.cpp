@@ -36,7 +36,7 @@
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
 #include "store/LinkCleaner.h"
-#include "store/WindowPosition.h"
+#include "store/WindowPlaces.h"
 #include "windows/ChildWindow.h"
 #include "windows/ListHelpers.h"
 #include "windows/WindowRegistry.h"

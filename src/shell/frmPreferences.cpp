@@ -21,6 +21,7 @@
 #include "shell/frmPleaseWait.h"
 #include "store/LinkCleaner.h"
 #include "store/Maintenance.h"
+#include "store/WindowPlaces.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
 #include "windows/WindowRegistry.h"
@@ -38,8 +39,6 @@ constexpr int kHoursBoxWidth = 60;
 constexpr double kMegabyte = 1024.0 * 1024.0;
 constexpr int kProgressInterval = 100;  // milliseconds
 
-constexpr const char* kColumns =
-    "auto_scan, quit_time, max_connections, hide_processes, auto_update, help_server, overwrite_existing";
 constexpr const char* kNotEnoughSpace = "Not enough disk space available to perform maintenance.";
 constexpr const char* kCleared = "Cleared";
 
@@ -87,8 +86,6 @@ QWidget* leftAligned(QPushButton* button) {
   layout->addStretch();
   return line;
 }
-
-std::string quotedYesNo(const QCheckBox& box) { return mv::quoted(yesNo(box.isChecked())); }
 
 }  // namespace
 
@@ -258,23 +255,14 @@ void frmPreferences::wire() {
 // --- the row
 
 void frmPreferences::loadPreferencesWindow() {
+  preferences_ = readPreferences().value_or(Preferences());
+  const Preferences& row = preferences_;
   loading_ = true;
-  Preferences& row = preferences_;
-  try {
-    for (Recordset rows = gDatabase.query(std::string("select ") + kColumns + " from pref"); !rows.endOfRows();
-         rows.moveNext())
-      row = {rows.text("auto_scan"),         rows.number("quit_time"), rows.number("max_connections"),
-             rows.text("hide_processes"),    rows.text("auto_update"), rows.text("help_server"),
-             rows.text("overwrite_existing")};
-  } catch (const DatabaseError&) {
-    loading_ = false;
-    throw;
-  }
-  chkOverwrite_->setChecked(isYes(row.overwriteExisting));
-  chkAutoScan_->setChecked(isYes(row.autoScan));
-  chkAutoHideProcesses_->setChecked(isYes(row.hideProcesses));
-  chkAutoUpdate_->setChecked(isYes(row.autoUpdate));
-  chkHelpServer_->setChecked(isYes(row.helpServer));
+  chkOverwrite_->setChecked(row.overwriteExisting);
+  chkAutoScan_->setChecked(row.autoScan);
+  chkAutoHideProcesses_->setChecked(row.hideProcesses);
+  chkAutoUpdate_->setChecked(row.autoUpdate);
+  chkHelpServer_->setChecked(row.helpServer);
   sldrQuitAfterThisManyHours_->setValue(
       static_cast<int>(std::clamp<std::int64_t>(row.quitTime, kFewestHours, kMostHours)));
   txtGenQuitAfterThisManyHours_->setText(QString::number(row.quitTime));
@@ -301,9 +289,6 @@ void frmPreferences::refreshPreferenceControls() {
     control->setEnabled(autoScan);
   // Without hours, from an empty table, the program would end as soon as it has started.
   if (autoScan && preferences_.quitTime < kFewestHours) sliderMoved(sldrQuitAfterThisManyHours_->value());
-  preferences_.helpServer = yesNo(chkHelpServer_->isChecked());
-  preferences_.autoUpdate = yesNo(chkAutoUpdate_->isChecked());
-  preferences_.overwriteExisting = yesNo(chkOverwrite_->isChecked());
 }
 
 void frmPreferences::sliderMoved(int hours) {
@@ -313,20 +298,12 @@ void frmPreferences::sliderMoved(int hours) {
 }
 
 void frmPreferences::savePreferences() {
-  Transaction row(gDatabase);
-  // The web-site list may have stored another number meanwhile.
-  for (Recordset rows = gDatabase.query("select max_connections from pref"); !rows.endOfRows(); rows.moveNext())
-    preferences_.maxConnections = rows.number("max_connections");
-  gDatabase.execute("delete from pref");
-  std::string values = quotedYesNo(*chkAutoScan_);
-  for (const std::string& value :
-       {number(preferences_.quitTime), number(preferences_.maxConnections), quotedYesNo(*chkAutoHideProcesses_),
-        quotedYesNo(*chkAutoUpdate_), quotedYesNo(*chkHelpServer_), quotedYesNo(*chkOverwrite_)})
-    values.append(", ").append(value);
-  gDatabase.execute(std::string("insert into pref (").append(kColumns).append(") values (").append(values).append(")"));
-  row.commit();
-  gHideProcesses = yesNo(chkAutoHideProcesses_->isChecked());
-  gOverwriteExisting = yesNo(chkOverwrite_->isChecked());
+  preferences_.autoScan = chkAutoScan_->isChecked();
+  preferences_.hideProcesses = chkAutoHideProcesses_->isChecked();
+  preferences_.autoUpdate = chkAutoUpdate_->isChecked();
+  preferences_.helpServer = chkHelpServer_->isChecked();
+  preferences_.overwriteExisting = chkOverwrite_->isChecked();
+  mv::savePreferences(preferences_);
 }
 
 void frmPreferences::saveAndClose() {
@@ -344,7 +321,7 @@ void frmPreferences::markDone(QPushButton& button, const char* caption) {
 }
 
 void frmPreferences::clearWindowPositions() {
-  gDatabase.execute("delete from win_pos");
+  mv::clearWindowPositions();
   markDone(*cmdClearWinPos_, kCleared);
 }
 

@@ -76,6 +76,8 @@ void openProgramDatabase(const std::string& path, const std::string& tempPath) {
   CompactCopy::removeFiles(tempPath);
 }
 
+void closeProgramDatabase() { gDatabase.close(); }
+
 void upgradeDatabase() {
   if (!lacksUniqueNames()) return;
   // Half an upgrade would pass for a whole one at the next start.

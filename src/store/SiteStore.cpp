@@ -1,271 +1,231 @@
 #include "store/SiteStore.h"
 
 #include <algorithm>
-#include <charconv>
-#include <limits>
+#include <string_view>
+#include <utility>
 
+#include "LeadingNumber.h"
+#include "ReadAll.h"
 #include "app/Settings.h"
-#include "app/UserNotice.h"
+#include "store/BuiltInForms.h"
 #include "store/LinkCleaner.h"
+#include "store/SiteDerivations.h"
 
 namespace mv {
 
 namespace {
 
-constexpr std::string_view kScheme = "http://";
-constexpr long kMostHops = 100;
-constexpr std::size_t kBaseNameLimit = 200;
-constexpr const char* kDefaultBaseName = "NewFile";
-
 using Id = std::int64_t;
 
-std::string text(Id number) { return std::to_string(number); }
+constexpr char kDeleteFileTypes[] = "delete from site_filetype_xref where site_id = ";
+constexpr char kDeleteFilters[] = "delete from site_filter_xref where site_id = ";
+constexpr char kDeleteForm[] = "delete from site_form_xref where site_id = ";
+constexpr char kDeleteFieldValues[] = "delete from site_field_xref where site_id = ";
 
-// The leading number of a text, 0 when there is none; the largest number for a larger one.
-Id leadingNumber(std::string_view digits) {
-  while (!digits.empty() && (digits.front() == ' ' || digits.front() == '\t')) digits.remove_prefix(1);
-  Id value = 0;
-  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  return read.ec == std::errc::result_out_of_range ? std::numeric_limits<Id>::max() : value;
+SiteListRow readListRow(const Recordset& row) {
+  SiteListRow site;
+  site.id = row.number("id");
+  site.name = row.text("name");
+  site.autoScan = isYes(row.text("auto_scan"));
+  site.domain = row.text("domain");
+  site.hops = row.number("hops");
+  site.uniqueNames = isYes(row.text("unique_names"));
+  site.baseName = row.text("base_name");
+  return site;
 }
 
-std::size_t characterCount(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
+SiteFilter readFilter(const Recordset& row) { return {row.number("id"), row.text("name"), isYes(row.text("global"))}; }
 
-bool isDigits(std::string_view value) {
-  return !value.empty() && std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-void checkLimits(const SiteValues& values) {
-  const std::pair<const char*, const std::string*> limits[] = {
-      {"upper limit", &values.upperLimit},
-      {"lower limit", &values.lowerLimit},
-      {"number of pages to scan", &values.pagesToScan},
-      {"number of files to download", &values.filesToDownload}};
-  for (const auto& [name, value] : limits)
-    if (!isDigits(*value))
-      throw DatabaseError(DatabaseError::kInvalidArgument,
-                          std::string("The site's ") + name + " is not a whole number.", "SiteStore");
-}
-
-SiteListRow siteListRow(const Recordset& rows) {
-  SiteListRow row;
-  row.id = static_cast<std::int32_t>(rows.number("id"));
-  row.name = rows.text("name");
-  row.autoScan = rows.text("auto_scan");
-  row.domain = rows.text("domain");
-  row.hops = static_cast<long>(rows.number("hops"));
-  row.uniqueNames = rows.text("unique_names");
-  row.baseName = rows.text("base_name");
-  return row;
-}
-
-// Every row of a query, each made by `make`.
-template <class Make>
-auto readAll(const std::string& sql, Make make) {
-  std::vector<decltype(make(std::declval<const Recordset&>()))> result;
-  for (Recordset rows = gDatabase.query(sql); !rows.endOfRows(); rows.moveNext()) result.push_back(make(rows));
-  return result;
-}
-
-NamedId namedId(const Recordset& rows) { return {rows.number("id"), rows.text("name")}; }
-
-SiteFilter siteFilter(const Recordset& rows) { return {rows.number("id"), rows.text("name"), rows.text("global")}; }
-
-void deleteFrom(std::string_view table, Id siteId, std::string_view column = "site_id") {
-  gDatabase.execute(std::string("delete from ").append(table).append(" where ").append(column) + " = " + text(siteId));
+void loadNaming(Site& site) {
+  const Recordset row = gDatabase.query("select unique_names, base_name from site where id = " + number(site.id));
+  if (row.endOfRows()) return;
+  site.uniqueNames = isYes(row.text("unique_names"));
+  site.baseName = siteBaseName(row.text("base_name"));
 }
 
 }  // namespace
 
-// ---- reading ----
+// ---- sites ----
 
 std::vector<SiteListRow> listSites() {
-  return readAll("select id, name, auto_scan, domain, hops, unique_names, base_name from site order by id",
-                 siteListRow);
+  return readAll(
+      gDatabase.query("select id, name, auto_scan, domain, hops, unique_names, base_name from site order by id"),
+      readListRow);
 }
 
-std::vector<SiteListRow> loadSiteRow(std::int32_t siteId) {
-  return readAll("select id, name, auto_scan, domain, hops, unique_names, base_name  from site  where id = " +
-                     text(siteId) + " order by id",
-                 siteListRow);
+std::vector<SiteListRow> loadSiteRow(Id siteId) {
+  return readAll(
+      gDatabase.query("select id, name, auto_scan, domain, hops, unique_names, base_name  from site  where id = " +
+                      number(siteId) + " order by id"),
+      readListRow);
 }
 
-std::optional<SiteValues> loadSite(std::int32_t siteId) {
-  const Recordset rows = gDatabase.query(
+std::optional<Site> loadSite(Id siteId) {
+  const Recordset row = gDatabase.query(
       "select name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, auto_scan, hops, "
       "alternate_matchpath from site where id = " +
-      text(siteId));
-  if (rows.endOfRows()) return std::nullopt;
-  SiteValues values;
-  values.name = rows.text("name");
-  values.upperLimit = rows.text("upper_limit");
-  values.lowerLimit = rows.text("lower_limit");
-  values.pagesToScan = rows.text("pages_to_scan");
-  values.filesToDownload = rows.text("files_to_download");
-  values.downloadPath = rows.text("download_path");
-  values.autoScan = rows.text("auto_scan");
-  values.hops = static_cast<long>(rows.number("hops"));
-  values.alternateMatchpath = rows.text("alternate_matchpath");
-  return values;
+      number(siteId));
+  if (row.endOfRows()) return std::nullopt;
+  Site site;
+  site.id = siteId;
+  site.name = row.text("name");
+  site.upperLimit = row.number("upper_limit");
+  site.lowerLimit = row.number("lower_limit");
+  site.pagesToScan = row.number("pages_to_scan");
+  site.filesToDownload = row.number("files_to_download");
+  site.downloadPath = row.text("download_path");
+  site.autoScan = isYes(row.text("auto_scan"));
+  site.hops = row.number("hops");
+  site.alternateMatchPath = isYes(row.text("alternate_matchpath"));
+  loadNaming(site);
+  return site;
 }
 
-std::optional<SiteNaming> loadSiteNaming(std::int32_t siteId) {
-  const auto rows =
-      readAll("select unique_names, base_name from site where id = " + text(siteId), [](const Recordset& row) {
-        return SiteNaming{row.text("unique_names"), row.text("base_name")};
-      });
-  if (rows.empty()) return std::nullopt;
-  return rows.back();
-}
-
-std::int32_t siteLoginForm(std::int32_t siteId) {
-  const auto forms = readAll("select form_id from site_form_xref where site_id = " + text(siteId),
-                             [](const Recordset& row) { return static_cast<std::int32_t>(row.number("form_id")); });
-  return forms.empty() ? 0 : forms.back();
-}
-
-std::vector<SiteFieldValue> loadSiteFieldValues(std::int32_t siteId) {
-  return readAll("select id, site_id, field_id, field_value from site_field_xref where site_id = " + text(siteId),
-                 [](const Recordset& row) {
-                   return SiteFieldValue{row.number("id"), row.number("field_id"), row.text("field_value")};
-                 });
-}
-
-std::vector<NamedId> loadSiteFileTypes(std::int32_t siteId) {
-  return readAll(
-      "select vf.id, vf.name from valid_filetypes vf, site_filetype_xref sfx "
-      " where vf.id = sfx.file_type_id"
-      " and sfx.site_id = " +
-          text(siteId),
-      namedId);
-}
-
-std::vector<NamedId> loadDefaultFileTypes() {
-  return readAll("select id, name from valid_filetypes where download_by_default = " + quoted("yes") + " order by id",
-                 namedId);
-}
-
-std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId) {
-  return readAll(
-      "select f.id, f.name,  f.global from filter f, site_filter_xref sfx "
-      " where f.id = sfx.filter_id"
-      " and sfx.site_id = " +
-          text(siteId),
-      siteFilter);
-}
-
-std::vector<NamedId> listFileTypes() { return readAll("select id, name from valid_filetypes order by id", namedId); }
-
-std::vector<SiteFilter> listFilters(bool global) {
-  return readAll("select id, name, global from filter where global = " + quoted(yesNo(global)) + " order by id",
-                 siteFilter);
-}
-
-// ---- writing ----
-
-void insertSite(std::int32_t siteId, const SiteValues& values) {
-  checkLimits(values);
+void insertSite(const Site& site) {
   gDatabase.execute(
       "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
       "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
-      text(siteId) + ", " + quoted(values.name) + ", " + values.upperLimit + ", " + values.lowerLimit + ", " +
-      values.pagesToScan + ", " + values.filesToDownload + ", " + quoted(values.downloadPath) + ", " +
-      quoted(values.autoScan) + ", " + quoted(values.domain) + ", " + quoted(values.alternateMatchpath) + ", " +
-      text(values.hops) + ", " + quoted(values.uniqueNames) + ", " + quoted(values.baseName) + ")");
+      number(site.id) + ", " + quoted(site.name) + ", " + number(site.upperLimit) + ", " + number(site.lowerLimit) +
+      ", " + number(site.pagesToScan) + ", " + number(site.filesToDownload) + ", " + quoted(site.downloadPath) + ", " +
+      quoted(yesNo(site.autoScan)) + ", " + quoted(siteDomain(site.name)) + ", " +
+      quoted(yesNo(site.alternateMatchPath)) + ", " + number(site.hops) + ", " + quoted(yesNo(site.uniqueNames)) +
+      ", " + quoted(site.baseName) + ")");
 }
 
-void updateSite(std::int32_t siteId, const SiteValues& values) {
-  checkLimits(values);
-  gDatabase.execute("update site set name = " + quoted(values.name) + ", upper_limit = " + values.upperLimit +
-                    ", lower_limit = " + values.lowerLimit + ", pages_to_scan = " + values.pagesToScan +
-                    ", files_to_download = " + values.filesToDownload +
-                    ", download_path = " + quoted(values.downloadPath) + ", auto_scan = " + quoted(values.autoScan) +
-                    ", domain = " + quoted(values.domain) +
-                    ", alternate_matchpath = " + quoted(values.alternateMatchpath) +
-                    ", unique_names = " + quoted(values.uniqueNames) + ", base_name = " + quoted(values.baseName) +
-                    ", hops = " + text(values.hops) + "  where id = " + text(siteId));
+bool updateSite(const Site& site) {
+  gDatabase.execute("update site set name = " + quoted(site.name) + ", upper_limit = " + number(site.upperLimit) +
+                    ", lower_limit = " + number(site.lowerLimit) + ", pages_to_scan = " + number(site.pagesToScan) +
+                    ", files_to_download = " + number(site.filesToDownload) +
+                    ", download_path = " + quoted(site.downloadPath) + ", auto_scan = " + quoted(yesNo(site.autoScan)) +
+                    ", domain = " + quoted(siteDomain(site.name)) +
+                    ", alternate_matchpath = " + quoted(yesNo(site.alternateMatchPath)) +
+                    ", unique_names = " + quoted(yesNo(site.uniqueNames)) + ", base_name = " + quoted(site.baseName) +
+                    ", hops = " + number(site.hops) + "  where id = " + number(site.id));
+  return gDatabase.rowsAffected() > 0;
 }
 
-void saveSiteFileTypes(std::int32_t siteId, const std::vector<std::int64_t>& fileTypeIds) {
-  deleteFrom("site_filetype_xref", siteId);
+bool deleteSite(Id siteId) {
+  if (siteId == 0) return false;
+  discardNewSite(siteId);
+  gDatabase.execute(kDeleteForm + number(siteId));
+  gDatabase.execute(kDeleteFieldValues + number(siteId));
+  clearLinkCache(siteId);
+  return true;
+}
+
+void discardNewSite(Id siteId) {
+  gDatabase.execute("delete from site where id = " + number(siteId));
+  gDatabase.execute("delete from site_paths where site_id = " + number(siteId));
+  gDatabase.execute(kDeleteFileTypes + number(siteId));
+  gDatabase.execute(kDeleteFilters + number(siteId));
+}
+
+void clearLinkCache(Id siteId) { LinkCleaner::instance().clear(static_cast<std::int32_t>(siteId)); }
+
+// ---- file types ----
+
+std::vector<NamedId> loadSiteFileTypes(Id siteId) {
+  return readAll(gDatabase.query("select vf.id, vf.name from valid_filetypes vf, site_filetype_xref sfx "
+                                 " where vf.id = sfx.file_type_id"
+                                 " and sfx.site_id = " +
+                                 number(siteId)),
+                 readNamedId);
+}
+
+std::vector<NamedId> loadDefaultFileTypes() {
+  return readAll(gDatabase.query("select id, name from valid_filetypes where download_by_default = " + quoted("yes") +
+                                 " order by id"),
+                 readNamedId);
+}
+
+std::vector<NamedId> listFileTypes() {
+  return readAll(gDatabase.query("select id, name from valid_filetypes order by id"), readNamedId);
+}
+
+std::optional<std::string> findFileTypeDescription(Id fileTypeId) {
+  const Recordset row = gDatabase.query("select description from valid_filetypes where id = " + number(fileTypeId));
+  if (row.endOfRows()) return std::nullopt;
+  return row.text("description");
+}
+
+void saveSiteFileTypes(Id siteId, const std::vector<Id>& fileTypeIds) {
+  gDatabase.execute(kDeleteFileTypes + number(siteId));
   for (const Id fileType : fileTypeIds)
-    gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) values (" + text(siteId) + ", " +
-                      text(fileType) + ")");
+    gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) values (" + number(siteId) + ", " +
+                      number(fileType) + ")");
 }
 
-void saveSiteFilters(std::int32_t siteId, const std::vector<std::pair<std::int64_t, std::string>>& filterIdsAndGlobal) {
-  deleteFrom("site_filter_xref", siteId);
-  for (const auto& [filter, global] : filterIdsAndGlobal)
-    if (!isYes(global))
-      gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + text(siteId) + ", " +
-                        text(filter) + ")");
+// ---- filters ----
+
+std::vector<SiteFilter> loadSiteFilters(Id siteId) {
+  return readAll(gDatabase.query("select f.id, f.name,  f.global from filter f, site_filter_xref sfx "
+                                 " where f.id = sfx.filter_id"
+                                 " and sfx.site_id = " +
+                                 number(siteId)),
+                 readFilter);
 }
 
-void saveSiteForm(std::int32_t siteId, std::int32_t formId) {
-  deleteFrom("site_form_xref", siteId);
-  if (formId == kNoLoginForm || formId == 0)
-    deleteFrom("site_field_xref", siteId);
-  else
-    gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + text(siteId) + ", " + text(formId) +
-                      ")");
+std::vector<SiteFilter> listFilters(bool global) {
+  return readAll(
+      gDatabase.query("select id, name, global from filter where global = " + quoted(yesNo(global)) + " order by id"),
+      readFilter);
 }
 
-void saveSiteFieldValues(std::int32_t siteId,
-                         const std::vector<std::pair<std::int64_t, std::string>>& fieldIdsAndValues) {
-  if (fieldIdsAndValues.empty()) return;
-  deleteFrom("site_field_xref", siteId);
-  for (const auto& [field, value] : fieldIdsAndValues)
-    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values ( " + text(siteId) + ", " +
-                      text(field) + ", " + quoted(value) + ")");
+void saveSiteFilters(Id siteId, const std::vector<SiteFilter>& filters) {
+  gDatabase.execute(kDeleteFilters + number(siteId));
+  for (const SiteFilter& filter : filters)
+    if (!filter.global)
+      gDatabase.execute("insert into site_filter_xref (site_id, filter_id) values (" + number(siteId) + ", " +
+                        number(filter.id) + ")");
 }
 
-void addDroppedFilters(std::int32_t siteId, const std::string& lines) {
+void addDroppedFilters(Id siteId, const std::string& text) {
   constexpr std::string_view kLineEnd = "\r\n";
-  for (std::string_view rest = lines; !rest.empty();) {
+  for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find(kLineEnd);
-    gDatabase.execute("insert into site_filter_xref(site_id, filter_id) values (" + text(siteId) + "," +
-                      text(leadingNumber(rest.substr(0, end))) + ")");
+    gDatabase.execute("insert into site_filter_xref(site_id, filter_id) values (" + number(siteId) + "," +
+                      number(leadingNumber(rest.substr(0, end))) + ")");
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + kLineEnd.size());
   }
 }
 
-// ---- deleting ----
+// ---- the login ----
 
-void deleteSite(std::int32_t siteId) {
-  if (siteId == 0) {
-    notifyUser({"No Site Selected", "Please select a web site to delete. ", NoticeIcon::Information});
-    return;
-  }
-  discardNewSite(siteId);
-  deleteFrom("site_form_xref", siteId);
-  deleteFrom("site_field_xref", siteId);
-  clearLinkCache(siteId);
+Id siteLoginForm(Id siteId) {
+  const auto forms = readAll(gDatabase.query("select form_id from site_form_xref where site_id = " + number(siteId)),
+                             [](const Recordset& row) { return row.number("form_id"); });
+  return forms.empty() ? 0 : forms.back();
 }
 
-void discardNewSite(std::int32_t siteId) {
-  deleteFrom("site", siteId, "id");
-  deleteFrom("site_paths", siteId);
-  deleteFrom("site_filetype_xref", siteId);
-  deleteFrom("site_filter_xref", siteId);
+void saveSiteForm(Id siteId, Id formId) {
+  gDatabase.execute(kDeleteForm + number(siteId));
+  if (formId == kNoLoginForm || formId == 0)
+    gDatabase.execute(kDeleteFieldValues + number(siteId));
+  else
+    gDatabase.execute("insert into site_form_xref (site_id, form_id) values (" + number(siteId) + ", " +
+                      number(formId) + ")");
 }
 
-void clearLinkCache(std::int32_t siteId) { LinkCleaner::instance().clear(siteId); }
-
-// ---- derivations ----
-
-std::string siteLocation(std::string_view typed) {
-  return std::string(typed.substr(0, kScheme.size()) == kScheme ? typed.substr(kScheme.size()) : typed);
+std::vector<SiteFieldValue> loadSiteFieldValues(Id siteId) {
+  auto rows =
+      readAll(gDatabase.query("select id, site_id, field_id, field_value from site_field_xref where site_id = " +
+                              number(siteId)),
+              [](const Recordset& row) {
+                return std::pair(row.number("id"), SiteFieldValue{row.number("field_id"), row.text("field_value")});
+              });
+  // The engine hands them out in the order of an index.
+  std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<SiteFieldValue> values;
+  for (auto& [id, value] : rows) values.push_back(std::move(value));
+  return values;
 }
 
-std::string siteDomain(std::string_view location) { return std::string(location.substr(0, location.find('/'))); }
-
-long siteHops(std::string_view typed) { return static_cast<long>(std::clamp<Id>(leadingNumber(typed), 0, kMostHops)); }
-
-std::string siteBaseName(const std::string& typed) {
-  return !typed.empty() && characterCount(typed) < kBaseNameLimit ? typed : kDefaultBaseName;
+void saveSiteFieldValues(Id siteId, const std::vector<SiteFieldValue>& values) {
+  if (values.empty()) return;
+  gDatabase.execute(kDeleteFieldValues + number(siteId));
+  for (const SiteFieldValue& each : values)
+    gDatabase.execute("insert into site_field_xref (site_id, field_id, field_value) values ( " + number(siteId) + ", " +
+                      number(each.fieldId) + ", " + quoted(each.value) + ")");
 }
 
 }  // namespace mv

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
-#include "store/WindowPosition.h"
+#include "store/WindowPlaces.h"
 #include "windows/MainFrame.h"
 #include "windows/WindowRegistry.h"
 

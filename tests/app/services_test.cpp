@@ -15,19 +15,6 @@ using namespace mvtest;
 
 class ServicesTest : public ProgramTest {};
 
-TEST_F(ServicesTest, PreferencesComeFromTheFirstRow) {
-  mv::gDatabase.execute("update pref set auto_scan = 'yes', quit_time = 3, auto_update = 'Yes'");
-  mv::loadPreferences();
-  EXPECT_EQ(mv::gAutoScan, "yes");
-  EXPECT_EQ(mv::gQuitTime, 3);
-  EXPECT_FALSE(mv::isYes(mv::gAutoUpdate)) << "only the text \"yes\" counts";
-
-  mv::gDatabase.execute("delete from pref");
-  EXPECT_THROW(mv::loadPreferences(), mv::DatabaseError) << "an empty table is an error";
-  EXPECT_EQ(mv::gAutoScan, "");
-  EXPECT_EQ(mv::gQuitTime, 0);
-}
-
 TEST_F(ServicesTest, TheErrorLogGrowsByWholeLines) {
   const QDateTime moment(QDate(2001, 2, 3), QTime(4, 5, 6));
   mv::setNow(moment);

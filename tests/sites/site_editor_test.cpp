@@ -54,7 +54,7 @@ TEST_F(SiteEditor, AnExistingSiteIsShownAndEveryChangeStored) {
       "update site set upper_limit = 5, pages_to_scan = 6, files_to_download = 7, auto_scan = \"no\", hops = 8, "
       "alternate_matchpath = \"yes\", unique_names = \"yes\", base_name = \"\"");
   editor->unload();
-  mv::insertSite(2, {"other", "24", "10", "11", "1000", "/x", "yes", "other", "no", 3, "no", "NewFile"});
+  mv::insertSite({2, "other", 24, 10, 11, 1000, "/x", true, false, 3, false, "NewFile"});
   openEdit(1);
   EXPECT_EQ(shown(), "www.example.test|5|0|6|7|/old|8|NewFile|no yes yes ");
 

@@ -206,6 +206,13 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   EXPECT_TRUE(dialogs.messages().empty());
   press("Edit");
   EXPECT_FALSE(find<mv::frmNew>()) << "the row clicked last is gone";
+
+  insert("site (id, name)", {{"0", "without number"}});
+  window->buildWorkingLists("init");
+  clickRow(*list, 0);
+  QTest::keyClick(list, Qt::Key_Delete);
+  EXPECT_EQ(lastMessage(), "No Site Selected: Please select a web site to delete. ");
+  EXPECT_EQ(count("site", "id = 0"), 1);
 }
 
 TEST_F(WebSites, OpensTheEditor) {

@@ -9,9 +9,9 @@
 #include <QVBoxLayout>
 
 #include "ReadingBox.h"
-#include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/ListView.h"
+#include "store/HelpStore.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
 
@@ -93,26 +93,18 @@ void frmHelp::buildWorkingLists(const std::string& command, long) {
 
 void frmHelp::listSubjects() {
   lvwSubjects_->clearRows();
-  for (Recordset rows = gDatabase.query("select distinct subject from help_info order by subject"); !rows.endOfRows();
-       rows.moveNext())
-    lvwSubjects_->addRow({toQString(rows.text("subject"))});
+  for (const std::string& subject : listHelpSubjects()) lvwSubjects_->addRow({toQString(subject)});
 }
 
 void frmHelp::listTopics() {
-  // Topics are told apart by their subject's text between double quotes, so no topic can stand under such a subject.
-  if (subject_.contains('"'))
-    throw DatabaseError(DatabaseError::kSyntaxError, toUtf8("Double quote in subject " + subject_));
-  Recordset rows = gDatabase.query("select id, the_topic from help_info where subject  = " + quoted(toUtf8(subject_)) +
-                                   " order by the_topic");
-  if (rows.endOfRows()) return;
+  const std::vector<HelpTopicName> topics = listHelpTopics(toUtf8(subject_));
+  if (topics.empty()) return;
   cmboTopics_->clear();
-  for (; !rows.endOfRows(); rows.moveNext())
-    cmboTopics_->addItem(toQString(rows.text("the_topic")), static_cast<qlonglong>(rows.number("id")));
+  for (const HelpTopicName& each : topics) cmboTopics_->addItem(toQString(each.topic), static_cast<qlonglong>(each.id));
 }
 
 void frmHelp::showText() {
-  Recordset rows = gDatabase.query("select the_text from help_info where id  = " + std::to_string(topicId_));
-  for (; !rows.endOfRows(); rows.moveNext()) txtHelp_->showText(toQString(rows.text("the_text")));
+  if (const auto text = findHelpText(topicId_)) txtHelp_->showText(toQString(*text));
 }
 
 void frmHelp::subjectChosen(int row) {

@@ -23,7 +23,7 @@ void showTypes(ListView& list, const std::vector<NamedId>& types) {
 }
 
 QStringList textsOf(const SiteFilter& filter) {
-  return {toQString(filter.name), QString::number(filter.id), toQString(filter.global)};
+  return {toQString(filter.name), QString::number(filter.id), toQString(yesNo(filter.global))};
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ FileTypeLists::FileTypeLists()
 }
 
 void FileTypeLists::buildForNewSite() { build(loadDefaultFileTypes()); }
-void FileTypeLists::buildForSite(std::int32_t siteId) { build(loadSiteFileTypes(siteId)); }
+void FileTypeLists::buildForSite(std::int64_t siteId) { build(loadSiteFileTypes(siteId)); }
 
 void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
   showTypes(available(), listFileTypes());
@@ -63,12 +63,10 @@ void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
 }
 
 void FileTypeLists::showDescription(std::int64_t fileTypeId) {
-  for (Recordset types =
-           gDatabase.query("select description from valid_filetypes where id = " + std::to_string(fileTypeId));
-       !types.endOfRows(); types.moveNext()) {
-    txtFiletypeDescription_->setText(toQString(types.text("description")));
-    txtFiletypeDescription_->setCursorPosition(0);
-  }
+  const auto description = findFileTypeDescription(fileTypeId);
+  if (!description) return;
+  txtFiletypeDescription_->setText(toQString(*description));
+  txtFiletypeDescription_->setCursorPosition(0);
 }
 
 // --- filters
@@ -90,7 +88,7 @@ void FilterLists::buildForNewSite() {
   removeListedItems(available(), assigned());
 }
 
-void FilterLists::buildForSite(std::int32_t siteId) {
+void FilterLists::buildForSite(std::int64_t siteId) {
   const std::vector<SiteFilter> own = loadSiteFilters(siteId);
   const std::vector<SiteFilter> global = listFilters(true);
   showAvailable(listFilters(false));
@@ -109,11 +107,12 @@ void FilterLists::showAvailable(const std::vector<SiteFilter>& filters) {
 
 bool FilterLists::isGlobal(int row) const { return isYes(toUtf8(assigned().cell(row, kGlobalColumn))); }
 
-std::vector<std::pair<std::int64_t, std::string>> FilterLists::assignedIdsAndGlobal() const {
-  std::vector<std::pair<std::int64_t, std::string>> filters;
+std::vector<SiteFilter> FilterLists::assignedFilters() const {
+  std::vector<SiteFilter> filters;
   filters.reserve(static_cast<std::size_t>(assigned().rowCount()));
   for (int row = 0; row < assigned().rowCount(); ++row)
-    filters.emplace_back(assigned().cell(row, kIdColumn).toLongLong(), toUtf8(assigned().cell(row, kGlobalColumn)));
+    filters.push_back(
+        {assigned().cell(row, kIdColumn).toLongLong(), toUtf8(assigned().cell(row, kNameColumn)), isGlobal(row)});
   return filters;
 }
 

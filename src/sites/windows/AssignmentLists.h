@@ -2,8 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "store/SiteStore.h"
@@ -21,7 +19,7 @@ class FileTypeLists : public ListPair {
 
   // Rebuild both lists from the database. Raise DatabaseError, and leave the lists as they were.
   void buildForNewSite();
-  void buildForSite(std::int32_t siteId);
+  void buildForSite(std::int64_t siteId);
   // Below the lists. Raises DatabaseError.
   void showDescription(std::int64_t fileTypeId);
 
@@ -43,9 +41,9 @@ class FilterLists : public ListPair {
   // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError, and leave the
   // lists as they were.
   void buildForNewSite();
-  void buildForSite(std::int32_t siteId);
-  // Identifier and "Global" text of every assigned row, in list order.
-  std::vector<std::pair<std::int64_t, std::string>> assignedIdsAndGlobal() const;
+  void buildForSite(std::int64_t siteId);
+  // The assigned side, in list order.
+  std::vector<SiteFilter> assignedFilters() const;
 
  protected:
   void moveToAvailable() override;

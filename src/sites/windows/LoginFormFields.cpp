@@ -9,18 +9,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/Settings.h"
 #include "base/Text.h"
-#include "store/SiteStore.h"
+#include "store/BuiltInForms.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
-
-namespace {
-
-constexpr const char* kFormType = "Authentication";
-
-}  // namespace
 
 LoginFormFields::LoginFormFields() {
   cmboAuthenticationService_ = new QComboBox(this);
@@ -88,36 +81,34 @@ bool LoginFormFields::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void LoginFormFields::buildForms() {
-  Recordset forms =
-      gDatabase.query("select id, name from form where form_type = " + quoted(kFormType) + " order by name");
-  if (forms.endOfRows()) return;
+  const std::vector<NamedId> forms = listLoginForms();
+  if (forms.empty()) return;
   cmboAuthenticationService_->clear();
-  for (; !forms.endOfRows(); forms.moveNext())
-    cmboAuthenticationService_->addItem(toQString(forms.text("name")), QVariant::fromValue(forms.number("id")));
+  for (const NamedId& form : forms)
+    cmboAuthenticationService_->addItem(toQString(form.name), QVariant::fromValue(form.id));
   cmboAuthenticationService_->setCurrentIndex(-1);
 }
 
-void LoginFormFields::loadSite(std::int32_t siteId) {
-  const std::int32_t savedFormId = siteLoginForm(siteId);
-  std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
+void LoginFormFields::loadSite(std::int64_t siteId) {
+  const std::int64_t savedFormId = siteLoginForm(siteId);
+  const std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
   if (values.empty()) return;
   loadPrompts(savedFormId);
   chosenFormId_ = savedFormId;
   // The first entry is the one for no login.
   for (int entry = 1; entry < cmboAuthenticationService_->count(); ++entry) {
-    if (cmboAuthenticationService_->itemData(entry).toInt() != chosenFormId_) continue;
+    if (cmboAuthenticationService_->itemData(entry).toLongLong() != chosenFormId_) continue;
     cmboAuthenticationService_->setCurrentIndex(entry);
     choose(entry);
     break;
   }
-  // Values belong to the rows by position, as they were saved; the engine may hand them out in another order.
-  std::sort(values.begin(), values.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+  // Values belong to the rows by position, as they were saved.
   for (std::size_t i = 0; i < std::min<std::size_t>(kRows, values.size()); ++i)
     txtFieldName_[i]->setText(toQString(values[i].value));
 }
 
 void LoginFormFields::choose(int entry) {
-  const std::int32_t formId = cmboAuthenticationService_->itemData(entry).toInt();
+  const std::int64_t formId = cmboAuthenticationService_->itemData(entry).toLongLong();
   if (formId == kNoLoginForm)
     hideRows();
   else
@@ -125,19 +116,10 @@ void LoginFormFields::choose(int entry) {
   chosenFormId_ = formId;
 }
 
-void LoginFormFields::loadPrompts(std::int32_t formId) {
-  const std::string id = std::to_string(formId);
-  QString description = txtFieldHelp_->text();
-  for (Recordset forms = gDatabase.query("select description from form where id = " + id); !forms.endOfRows();
-       forms.moveNext())
-    description = toQString(forms.text("description"));
-  std::vector<Prompt> prompts;
-  for (Recordset fields = gDatabase.query("select id, prompt, field_value from field_info where form_id = " + id +
-                                          " and supplied_by_user = " + quoted("yes") + " order by logical_number + 0");
-       !fields.endOfRows(); fields.moveNext())
-    prompts.push_back({fields.number("id"), toQString(fields.text("prompt")), toQString(fields.text("field_value"))});
-
-  txtFieldHelp_->setText(description);
+void LoginFormFields::loadPrompts(std::int64_t formId) {
+  const auto description = findLoginFormDescription(formId);
+  std::vector<LoginPrompt> prompts = listLoginPrompts(formId);
+  if (description) txtFieldHelp_->setText(toQString(*description));
   fieldInfo_ = std::move(prompts);
   hideRows();
   showRows();
@@ -158,13 +140,13 @@ void LoginFormFields::hideRows() {
 
 void LoginFormFields::showRows() {
   for (std::size_t i = 0; i < static_cast<std::size_t>(shownPrompts()); ++i) {
-    const Prompt& prompt = fieldInfo_[i];
+    const QString prompt = toQString(fieldInfo_[i].prompt);
     frmFieldHelp_->show();
-    lblFieldName_[i]->setText(prompt.prompt);
-    txtFieldName_[i]->setText(prompt.defaultValue);
-    txtFieldName_[i]->setAccessibleName(prompt.prompt);
+    lblFieldName_[i]->setText(prompt);
+    txtFieldName_[i]->setText(toQString(fieldInfo_[i].defaultValue));
+    txtFieldName_[i]->setAccessibleName(prompt);
     // What stands behind such a prompt is nobody's business who looks over the user's shoulder.
-    if (prompt.prompt.contains("password", Qt::CaseInsensitive)) txtFieldName_[i]->setEchoMode(QLineEdit::Password);
+    if (prompt.contains("password", Qt::CaseInsensitive)) txtFieldName_[i]->setEchoMode(QLineEdit::Password);
     lblFieldName_[i]->show();
     txtFieldName_[i]->show();
   }
@@ -172,10 +154,10 @@ void LoginFormFields::showRows() {
 
 int LoginFormFields::shownPrompts() const { return std::min(kRows, static_cast<int>(fieldInfo_.size())); }
 
-std::vector<std::pair<std::int64_t, std::string>> LoginFormFields::fieldValues() const {
-  std::vector<std::pair<std::int64_t, std::string>> values;
+std::vector<SiteFieldValue> LoginFormFields::fieldValues() const {
+  std::vector<SiteFieldValue> values;
   for (std::size_t i = 0; i < static_cast<std::size_t>(shownPrompts()); ++i)
-    values.emplace_back(fieldInfo_[i].fieldId, toUtf8(txtFieldName_[i]->text()));
+    values.push_back({fieldInfo_[i].fieldId, toUtf8(txtFieldName_[i]->text())});
   return values;
 }
 

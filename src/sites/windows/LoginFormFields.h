@@ -5,9 +5,10 @@
 #include <QWidget>
 #include <array>
 #include <cstdint>
-#include <string>
-#include <utility>
 #include <vector>
+
+#include "store/LoginForms.h"
+#include "store/SiteStore.h"
 
 class QComboBox;
 class QGroupBox;
@@ -24,14 +25,14 @@ class LoginFormFields : public QWidget {
   // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
   void buildForms();
   // Chooses the site's form and shows the site's values. Raises DatabaseError.
-  void loadSite(std::int32_t siteId);
+  void loadSite(std::int64_t siteId);
 
   // Shows the prompts of an entry of the drop-down list. Raises DatabaseError.
   void choose(int entry);
   // 0 until a form is chosen.
-  std::int32_t chosenFormId() const { return chosenFormId_; }
+  std::int64_t chosenFormId() const { return chosenFormId_; }
   // Field and value of every prompt, at most five.
-  std::vector<std::pair<std::int64_t, std::string>> fieldValues() const;
+  std::vector<SiteFieldValue> fieldValues() const;
 
  Q_SIGNALS:
   void entryChosen(int entry);
@@ -42,22 +43,15 @@ class LoginFormFields : public QWidget {
  private:
   static constexpr int kRows = 5;
 
-  // A field of the chosen form that the user supplies.
-  struct Prompt {
-    std::int64_t fieldId;
-    QString prompt;
-    QString defaultValue;
-  };
-
   QWidget* makeRows();
   QWidget* makeHelp();
-  void loadPrompts(std::int32_t formId);
+  void loadPrompts(std::int64_t formId);
   void hideRows();
   void showRows();
   int shownPrompts() const;
 
-  std::int32_t chosenFormId_ = 0;
-  std::vector<Prompt> fieldInfo_;
+  std::int64_t chosenFormId_ = 0;
+  std::vector<LoginPrompt> fieldInfo_;  // of the chosen form
   QComboBox* cmboAuthenticationService_;
   std::array<QLabel*, kRows> lblFieldName_;
   std::array<QLineEdit*, kRows> txtFieldName_;

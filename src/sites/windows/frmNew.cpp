@@ -17,6 +17,7 @@
 #include "catalog_windows/frmSitePaths.h"
 #include "desktop/Dialogs.h"
 #include "store/Sequence.h"
+#include "store/SiteDerivations.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
 #include "windows/WindowRegistry.h"
@@ -119,26 +120,24 @@ void frmNew::loadNewSite() {
 
 void frmNew::loadExistingSite() {
   listed_ = true;
-  if (const auto naming = loadSiteNaming(SiteID)) {
-    paths_->optPathUniqueNames->setChecked(isYes(naming->uniqueNames));
-    paths_->txtPathsBaseName->setText(toQString(siteBaseName(naming->baseName)));
-  }
+  if (const auto site = loadSite(SiteID)) showSite(*site);
   rebuildAssignments();
   login_->buildForms();
   login_->loadSite(SiteID);
-  if (const auto values = mv::loadSite(SiteID)) showValues(*values);
 }
 
-void frmNew::showValues(const SiteValues& values) {
-  required_->txtURL->setText(toQString(values.name));
-  required_->txtUpperLimit->setText(toQString(values.upperLimit));
-  required_->txtLowerLimit->setText(toQString(values.lowerLimit));
-  required_->txtPagesToScan->setText(toQString(values.pagesToScan));
-  required_->txtFilesToDownload->setText(toQString(values.filesToDownload));
-  paths_->txtDefaultPath->setText(toQString(values.downloadPath));
-  autoScan_->chkAutoScan->setChecked(isYes(values.autoScan));
-  other_->chkAlternateMatchPath->setChecked(isYes(values.alternateMatchpath));
-  hopping_->txtHops->setText(QString::number(values.hops));
+void frmNew::showSite(const Site& site) {
+  required_->txtURL->setText(toQString(site.name));
+  required_->txtUpperLimit->setText(QString::number(site.upperLimit));
+  required_->txtLowerLimit->setText(QString::number(site.lowerLimit));
+  required_->txtPagesToScan->setText(QString::number(site.pagesToScan));
+  required_->txtFilesToDownload->setText(QString::number(site.filesToDownload));
+  paths_->txtDefaultPath->setText(toQString(site.downloadPath));
+  paths_->optPathUniqueNames->setChecked(site.uniqueNames);
+  paths_->txtPathsBaseName->setText(toQString(site.baseName));
+  autoScan_->chkAutoScan->setChecked(site.autoScan);
+  other_->chkAlternateMatchPath->setChecked(site.alternateMatchPath);
+  hopping_->txtHops->setText(QString::number(site.hops));
 }
 
 void frmNew::activated() {
@@ -197,21 +196,21 @@ void frmNew::refuse(const QString& title, const QString& text) {
 
 // --- saving
 
-SiteValues frmNew::values() const {
-  SiteValues values;
-  values.name = toUtf8(required_->txtURL->text());
-  values.upperLimit = toUtf8(required_->txtUpperLimit->text());
-  values.lowerLimit = toUtf8(required_->txtLowerLimit->text());
-  values.pagesToScan = toUtf8(required_->txtPagesToScan->text());
-  values.filesToDownload = toUtf8(required_->txtFilesToDownload->text());
-  values.downloadPath = toUtf8(paths_->txtDefaultPath->text());
-  values.autoScan = yesNo(autoScan_->chkAutoScan->isChecked());
-  values.domain = siteDomain(values.name);
-  values.alternateMatchpath = yesNo(other_->chkAlternateMatchPath->isChecked());
-  values.hops = siteHops(toUtf8(hopping_->txtHops->text()));
-  values.uniqueNames = yesNo(paths_->optPathUniqueNames->isChecked());
-  values.baseName = siteBaseName(toUtf8(paths_->txtPathsBaseName->text()));
-  return values;
+Site frmNew::site() const {
+  Site site;
+  site.id = SiteID;
+  site.name = toUtf8(required_->txtURL->text());
+  site.upperLimit = required_->txtUpperLimit->text().toLongLong();
+  site.lowerLimit = required_->txtLowerLimit->text().toLongLong();
+  site.pagesToScan = required_->txtPagesToScan->text().toLongLong();
+  site.filesToDownload = required_->txtFilesToDownload->text().toLongLong();
+  site.downloadPath = toUtf8(paths_->txtDefaultPath->text());
+  site.autoScan = autoScan_->chkAutoScan->isChecked();
+  site.alternateMatchPath = other_->chkAlternateMatchPath->isChecked();
+  site.hops = siteHops(toUtf8(hopping_->txtHops->text()));
+  site.uniqueNames = paths_->optPathUniqueNames->isChecked();
+  site.baseName = siteBaseName(toUtf8(paths_->txtPathsBaseName->text()));
+  return site;
 }
 
 bool frmNew::save() {
@@ -233,21 +232,20 @@ bool frmNew::writeSiteRow() {
   if (Mode == "new") {
     if (SiteID == 0) SiteID = nextSequenceValue(kSequence);
     if (SiteID == 0) return false;
-    insertSite(SiteID, values());
+    insertSite(site());
     // From here on the row is there: should an assignment fail, the next attempt updates it and Cancel takes it back.
     Mode = "edit";
     createdByApply_ = true;
     return true;
   }
-  updateSite(SiteID, values());
-  if (gDatabase.rowsAffected() > 0) return true;
+  if (updateSite(site())) return true;
   refuse("Error", "This web site has been deleted. Nothing was saved.");
   return false;
 }
 
 void frmNew::writeAssignments() {
   saveSiteFileTypes(SiteID, fileTypes_->assignedIds());
-  saveSiteFilters(SiteID, filters_->assignedIdsAndGlobal());
+  saveSiteFilters(SiteID, filters_->assignedFilters());
   saveSiteForm(SiteID, login_->chosenFormId());
   saveSiteFieldValues(SiteID, login_->fieldValues());
 }

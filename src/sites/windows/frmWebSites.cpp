@@ -18,6 +18,7 @@
 #include "scan_windows/frmScan.h"
 #include "sites_windows/frmNew.h"
 #include "store/LinkCleaner.h"
+#include "store/Preferences.h"
 #include "windows/MainFrame.h"
 #include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
@@ -38,17 +39,18 @@ constexpr long kMenuConnections = 5;
 enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
 
 QStringList textsOf(const SiteListRow& site) {
-  return {toQString(site.name),   QString::number(site.id),   toQString(site.autoScan),    kOff,
-          toQString(site.domain), QString::number(site.hops), toQString(site.uniqueNames), toQString(site.baseName)};
+  return {
+      toQString(site.name),   QString::number(site.id),   toQString(yesNo(site.autoScan)),    kOff,
+      toQString(site.domain), QString::number(site.hops), toQString(yesNo(site.uniqueNames)), toQString(site.baseName)};
 }
 
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
-  const std::int32_t loginForm = siteLoginForm(site.id);
+  const std::int64_t loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
-  scan->process().SiteID = site.id;
+  scan->process().SiteID = static_cast<std::int32_t>(site.id);
   scan->process().SiteName = site.name;
   scan->process().Domain = site.domain;
-  scan->process().LoginFormID = loginForm;
+  scan->process().LoginFormID = static_cast<std::int32_t>(loginForm);
   scan->process().DomainHops = site.hops;
   scan->setCaption(scan->settledCaption());
   scan->showChild();
@@ -58,9 +60,9 @@ QPointer<ChildWindow> openScan(const SiteListRow& site) {
 
 QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   const QPointer<frmDownload> download = new frmDownload;
-  download->process().SiteId = site.id;
+  download->process().SiteId = static_cast<std::int32_t>(site.id);
   download->process().SiteName = site.name;
-  download->process().UniqueNames = site.uniqueNames;
+  download->process().UniqueNames = yesNo(site.uniqueNames);
   download->process().BaseName = site.baseName;
   download->process().OverwriteExisting = gOverwriteExisting;
   download->setCaption(download->settledCaption());
@@ -174,7 +176,7 @@ void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
     ListWindow::buildWorkingLists(command);
     forgetVanishedSelection();
   } else if (command == "websiteadded") {
-    for (const SiteListRow& site : loadSiteRow(static_cast<std::int32_t>(siteId))) addSiteRow(site);
+    for (const SiteListRow& site : loadSiteRow(siteId)) addSiteRow(site);
   } else if (command == "websiteedited") {
     refreshRow(siteId);
   }
@@ -182,9 +184,7 @@ void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
 
 void frmWebSites::fillList() {
   for (const SiteListRow& site : listSites()) addSiteRow(site);
-  for (Recordset preferences = gDatabase.query("select max_connections from pref"); !preferences.endOfRows();
-       preferences.moveNext())
-    maxConnections_ = static_cast<long>(preferences.number("max_connections"));
+  maxConnections_ = readMaxConnections().value_or(maxConnections_);
 }
 
 void frmWebSites::addSiteRow(const SiteListRow& site) { list().addRow(textsOf(site)); }
@@ -193,7 +193,7 @@ void frmWebSites::refreshRow(long siteId) {
   const int row = rowOf(siteId);
   if (row < 0) return;
   const bool running = isRunning(row);
-  for (const SiteListRow& site : loadSiteRow(static_cast<std::int32_t>(siteId))) {
+  for (const SiteListRow& site : loadSiteRow(siteId)) {
     const QStringList texts = textsOf(site);
     for (int column = 0; column < texts.size(); ++column) list().setCell(row, column, texts[column]);
     list().setRowSelected(row, false);
@@ -205,10 +205,10 @@ void frmWebSites::refreshRow(long siteId) {
 SiteListRow frmWebSites::siteOfRow(int row) {
   SiteListRow site;
   site.name = toUtf8(list().cell(row, kName));
-  site.id = list().cell(row, kId).toInt();
+  site.id = list().cell(row, kId).toLongLong();
   site.domain = toUtf8(list().cell(row, kDomain));
-  site.hops = list().cell(row, kHops).toLong();
-  site.uniqueNames = toUtf8(list().cell(row, kUniqueNames));
+  site.hops = list().cell(row, kHops).toLongLong();
+  site.uniqueNames = isYes(toUtf8(list().cell(row, kUniqueNames)));
   site.baseName = toUtf8(list().cell(row, kBaseName));
   return site;
 }
@@ -258,11 +258,12 @@ void frmWebSites::openEdit() {
 }
 
 void frmWebSites::deleteChosen() {
-  std::vector<std::int32_t> ids;
+  std::vector<std::int64_t> ids;
   for (const int row : list().selectedRows())
     if (list().cell(row, kOnOff) == kOff) ids.push_back(siteOfRow(row).id);
-  for (const std::int32_t id : ids) {
-    deleteSite(id);
+  for (const std::int64_t id : ids) {
+    if (!deleteSite(id))
+      showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
     list().removeRow(rowOf(id));
     forgetVanishedSelection();
   }
@@ -351,14 +352,14 @@ void frmWebSites::askConnections() {
 void frmWebSites::setConnections(long connections) {
   maxConnections_ = connections;
   updateTitle();
-  gDatabase.execute("update pref set max_connections = " + std::to_string(maxConnections_));
+  setMaxConnections(maxConnections_);
 }
 
 // --- filters dropped, the end of automatic scanning
 
 void frmWebSites::dropFilters(const QString& text) {
   if (gDragKind != kDropFilter) return;
-  for (const int row : list().selectedRows()) addDroppedFilters(list().cell(row, kId).toInt(), toUtf8(text));
+  for (const int row : list().selectedRows()) addDroppedFilters(siteOfRow(row).id, toUtf8(text));
   gDragKind.clear();
 }
 

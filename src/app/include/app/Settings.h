@@ -43,8 +43,4 @@ inline std::string yesNo(bool value) { return value ? "yes" : "no"; }
 // Sets the paths above from the program folder.
 void setProgramFolder(const std::string& folder);
 
-// Reads the first row of `pref` into the settings. Raises DatabaseError; with an empty table the settings are emptied
-// first (everything counts as no, gQuitTime 0) and kNoCurrentRecord is raised.
-void loadPreferences();
-
 }  // namespace mv

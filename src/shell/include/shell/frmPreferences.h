@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "store/Preferences.h"
 #include "windows/ChildWindow.h"
 
 class QCheckBox;
@@ -66,17 +67,7 @@ class frmPreferences : public ChildWindow {
   // Takes the please-wait window away; a compaction that still runs is given up.
   void endWaiting();
 
-  // The row as it was read, and as it will be written.
-  struct Preferences {
-    std::string autoScan;
-    std::int64_t quitTime = 0;  // hours
-    std::int64_t maxConnections = 0;
-    std::string hideProcesses;
-    std::string autoUpdate;
-    std::string helpServer;
-    std::string overwriteExisting;
-  };
-  Preferences preferences_;
+  Preferences preferences_;  // as they were read, and as they will be written
   bool loading_ = false;
   std::int64_t freeMegabytes_ = 0;
   std::int64_t databaseMegabytes_ = 0;

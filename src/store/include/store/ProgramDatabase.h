@@ -14,6 +14,9 @@ void openProgramDatabase(const std::string& path);
 // there is no file at `path`, a whole copy takes its place; beside a database that opens, the copy is deleted.
 void openProgramDatabase(const std::string& path, const std::string& tempPath);
 
+// Closes gDatabase; harmless when it is closed.
+void closeProgramDatabase();
+
 // A database of the previous layout gets the columns `unique_names` and `base_name` of `site` and the sequence
 // "filename_id". Any other database stays as it is; failures of the probe are ignored.
 void upgradeDatabase();

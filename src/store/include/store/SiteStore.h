@@ -1,104 +1,102 @@
-// The site store: every statement by which a site and what belongs to it is read, written and deleted. All run on
-// gDatabase, one after another, and raise DatabaseError; statements before a failing one stay applied.
+// The site store: the rows of `site`, and what a site is given in the tables `site_filetype_xref`, `site_filter_xref`,
+// `site_form_xref` and `site_field_xref`. Its folders (`site_paths`) are kept elsewhere, but go with it.
+//
+// All statements run on gDatabase, one after another, and raise DatabaseError; those before a failing one stay applied.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
-#include "store/BuiltInForms.h"
+#include "store/NamedId.h"
 
 namespace mv {
 
-// A row as the web-site list shows it.
-struct SiteListRow {
-  std::int32_t id = 0;
-  std::string name;
-  std::string autoScan;
-  std::string domain;
-  long hops = 0;
-  std::string uniqueNames;
-  std::string baseName;
-};
-
-// Column values as the site editor writes them. The four limits are runs of digits.
-struct SiteValues {
-  std::string name;
-  std::string upperLimit;
-  std::string lowerLimit;
-  std::string pagesToScan;
-  std::string filesToDownload;
-  std::string downloadPath;
-  std::string autoScan;
-  std::string domain;
-  std::string alternateMatchpath;
-  long hops = 0;
-  std::string uniqueNames;
-  std::string baseName;
-};
-
-struct SiteNaming {
-  std::string uniqueNames;
-  std::string baseName;
-};
-
-struct SiteFieldValue {
+// A site as its editor shows and saves it. Its domain is derived from the name whenever it is written.
+struct Site {
   std::int64_t id = 0;
+  std::string name;             // the location without "http://"; what the site is called by, too
+  std::int64_t upperLimit = 0;  // megabytes
+  std::int64_t lowerLimit = 0;  // kilobytes
+  std::int64_t pagesToScan = 0;
+  std::int64_t filesToDownload = 0;
+  std::string downloadPath;
+  bool autoScan = false;
+  bool alternateMatchPath = false;
+  std::int64_t hops = 0;
+  bool uniqueNames = false;
+  std::string baseName;
+};
+
+// A site as the web-site list shows and starts it.
+struct SiteListRow {
+  std::int64_t id = 0;
+  std::string name;
+  bool autoScan = false;
+  std::string domain;
+  std::int64_t hops = 0;
+  bool uniqueNames = false;
+  std::string baseName;
+};
+
+// A global filter applies to every site, and is given to none.
+struct SiteFilter {
+  std::int64_t id = 0;
+  std::string name;
+  bool global = false;
+};
+
+// The site's value of a field of its login form.
+struct SiteFieldValue {
   std::int64_t fieldId = 0;
   std::string value;
 };
 
-struct NamedId {
-  std::int64_t id = 0;
-  std::string name;
-};
-
-struct SiteFilter {
-  std::int64_t id = 0;
-  std::string name;
-  std::string global;
-};
-
-// Reading.
+// Sites, in the order of their ids.
 std::vector<SiteListRow> listSites();
-std::vector<SiteListRow> loadSiteRow(std::int32_t siteId);
-std::optional<SiteValues> loadSite(std::int32_t siteId);  // domain and naming are not read
-std::optional<SiteNaming> loadSiteNaming(std::int32_t siteId);
-std::int32_t siteLoginForm(std::int32_t siteId);  // 0 when there is none
-std::vector<SiteFieldValue> loadSiteFieldValues(std::int32_t siteId);
-std::vector<NamedId> loadSiteFileTypes(std::int32_t siteId);
+// One row, or none when the site is gone.
+std::vector<SiteListRow> loadSiteRow(std::int64_t siteId);
+// nullopt when it is gone. Base names that are empty or too long read "NewFile".
+std::optional<Site> loadSite(std::int64_t siteId);
+
+void insertSite(const Site& site);
+// False when it is gone.
+[[nodiscard]] bool updateSite(const Site& site);
+
+// Deletes the site with everything that belongs to it; false for 0, which stands for no site. Of very many links the
+// first go at once and the rest in later events (LinkCleaner).
+[[nodiscard]] bool deleteSite(std::int64_t siteId);
+// Takes back what a new site's Apply wrote; login, field values and links are left.
+void discardNewSite(std::int64_t siteId);
+// Forgets the site's links.
+void clearLinkCache(std::int64_t siteId);
+
+// File types: those of a site, those that a new site is given, all. The last two in the order of their ids.
+std::vector<NamedId> loadSiteFileTypes(std::int64_t siteId);
 std::vector<NamedId> loadDefaultFileTypes();
-std::vector<SiteFilter> loadSiteFilters(std::int32_t siteId);
-// What a site can be given: all file types; the filters of all sites, or those that a site can be given.
 std::vector<NamedId> listFileTypes();
+std::optional<std::string> findFileTypeDescription(std::int64_t fileTypeId);
+// Replaces those of the site.
+void saveSiteFileTypes(std::int64_t siteId, const std::vector<std::int64_t>& fileTypeIds);
+
+// Filters: those of a site; those that apply to every site, or those that a site can be given, in the order of their
+// ids.
+std::vector<SiteFilter> loadSiteFilters(std::int64_t siteId);
 std::vector<SiteFilter> listFilters(bool global);
+// Replaces those of the site by the ones that are not global; names do not matter.
+void saveSiteFilters(std::int64_t siteId, const std::vector<SiteFilter>& filters);
+// Adds the filters of a drop: `text` has their ids, one a line, lines ended by CR LF. What a site has already is added
+// once more.
+void addDroppedFilters(std::int64_t siteId, const std::string& text);
 
-// Writing. Limits that are no run of digits raise DatabaseError before anything is written.
-void insertSite(std::int32_t siteId, const SiteValues& values);
-void updateSite(std::int32_t siteId, const SiteValues& values);
-// Each replaces all of the site's rows of one table.
-void saveSiteFileTypes(std::int32_t siteId, const std::vector<std::int64_t>& fileTypeIds);
-void saveSiteFilters(std::int32_t siteId, const std::vector<std::pair<std::int64_t, std::string>>& filterIdsAndGlobal);
-void saveSiteForm(std::int32_t siteId, std::int32_t formId);
-void saveSiteFieldValues(std::int32_t siteId,
-                         const std::vector<std::pair<std::int64_t, std::string>>& fieldIdsAndValues);
-// `text`: filter identifiers, one a line, lines ended by CR LF.
-void addDroppedFilters(std::int32_t siteId, const std::string& text);
-
-// Deleting. Of very many links the first go at once and the rest in later events (LinkCleaner). deleteSite(0) is a
-// message. discardNewSite takes back what Apply of a new site wrote.
-void deleteSite(std::int32_t siteId);
-void discardNewSite(std::int32_t siteId);
-void clearLinkCache(std::int32_t siteId);
-
-// Derivations of the editor. A leading "http://", exactly so written, is dropped; the domain is the text before the
-// first "/"; hops are 0 to 100; a base name is 1 to 199 characters, else "NewFile".
-std::string siteLocation(std::string_view typed);
-std::string siteDomain(std::string_view location);
-long siteHops(std::string_view typed);
-std::string siteBaseName(const std::string& typed);
+// The login form; 0 when there is none.
+std::int64_t siteLoginForm(std::int64_t siteId);
+// 0 and kNoLoginForm take the field values away, too.
+void saveSiteForm(std::int64_t siteId, std::int64_t formId);
+// In the order in which they were saved.
+std::vector<SiteFieldValue> loadSiteFieldValues(std::int64_t siteId);
+// Replaces the site's values, unless there are none to be saved.
+void saveSiteFieldValues(std::int64_t siteId, const std::vector<SiteFieldValue>& values);
 
 }  // namespace mv

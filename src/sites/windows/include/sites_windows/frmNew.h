@@ -44,8 +44,8 @@ class frmNew : public EditorWindow {
 
   void loadNewSite();
   void loadExistingSite();
-  void showValues(const SiteValues& values);
-  SiteValues values() const;
+  void showSite(const Site& site);
+  Site site() const;
   void rebuildAssignments();
 
   // Writes the site and its assignments. False, after a message, when the site is gone.

@@ -1,4 +1,4 @@
-#include "store/WindowPosition.h"
+#include "store/WindowPlaces.h"
 
 #include "app/Settings.h"
 
@@ -15,7 +15,6 @@ void readWindowPosition(const std::string& name, long& top, long& left, long& he
 }
 
 void saveWindowPosition(const std::string& name, long top, long left, long height, long width) {
-  const auto number = [](long value) { return std::to_string(value); };
   bool known = false;
   {
     // The recordset is gone before the table is written.
@@ -29,5 +28,7 @@ void saveWindowPosition(const std::string& name, long top, long left, long heigh
     gDatabase.execute("insert into win_pos (wname, wtop, wleft, wwidth, wheight) values (" + quoted(name) + "," +
                       number(top) + "," + number(left) + "," + number(width) + "," + number(height) + ")");
 }
+
+void clearWindowPositions() { gDatabase.execute("delete from win_pos"); }
 
 }  // namespace mv
