@@ -4,7 +4,6 @@
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
 #include "scan/ScanProcess.h"
-#include "testkit/LongestTurn.h"
 
 namespace {
 
@@ -154,7 +153,7 @@ TEST_F(ScanProcessTest, APageOfTenThousandLinksLeavesTheWindowsAlive) {
   setSite("pages_to_scan = 20000");
   site.page("/", anchors("/p", 0, 5000) + anchors("/q", 0, 5000, ".jpg"));
   begin();
-  const LongestTurn turn;
+  const LoopMeter turn;
   ASSERT_TRUE(waitFor([this] { return pages.count() == 1; }, 120'000));
   EXPECT_EQ(count("link"), 10'000);
   EXPECT_EQ(process.lvwLinks.count(), 5001);
@@ -167,7 +166,7 @@ TEST_F(ScanProcessTest, AnUnterminatedPageOfAMillionTagsLeavesTheWindowsAlive) {
   site.page("/", page);
   begin();
   // Receiving and decoding the page is the transfer's work.
-  std::optional<LongestTurn> turn;
+  std::optional<LoopMeter> turn;
   QObject::connect(&process.Inet2, &mv::InternetTransfer::StateChanged, &process, [&turn](int, int state) {
     if (state == mv::kResponseCompleted) turn.emplace();
   });
@@ -180,7 +179,7 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   setSite("pages_to_scan = 20000");
   insertNumbered("link (id, site_id, url, link_type, status)", 100, 12'000,
                  "i, " + std::to_string(siteId) + ", 'h/p' || i, 'Document', 'False'");
-  const LongestTurn turn;
+  const LoopMeter turn;
   begin();
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));
   EXPECT_EQ(process.lvwLinks.count(), mv::ScanProcess::kQueueLimit);
