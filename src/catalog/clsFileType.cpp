@@ -1,20 +1,20 @@
 #include "catalog/clsFileType.h"
 
 #include "app/Settings.h"
+#include "store/FileTypeStore.h"
 
 namespace mv {
 
-void clsFileType::Add() const {
-  gDatabase.execute("insert into valid_filetypes (name, description, can_delete, download_by_default) values(" +
-                    quoted(Extension) + ", " + quoted(Description) + ", " + quoted(CanDelete) + ", " +
-                    quoted(DownloadByDefault) + ")");
+namespace {
+
+FileType recordOf(const clsFileType& type, std::int64_t id) {
+  return {id, type.Extension, type.Description, isYes(type.CanDelete), isYes(type.DownloadByDefault)};
 }
 
-bool clsFileType::Update(std::int64_t id) const {
-  gDatabase.execute("update valid_filetypes set name = " + quoted(Extension) +
-                    ", description = " + quoted(Description) + ", can_delete = " + quoted(CanDelete) +
-                    ", download_by_default = " + quoted(DownloadByDefault) + " where id = " + std::to_string(id));
-  return gDatabase.rowsAffected() > 0;
-}
+}  // namespace
+
+void clsFileType::Add() const { insertFileType(recordOf(*this, 0)); }
+
+bool clsFileType::Update(std::int64_t id) const { return updateFileType(recordOf(*this, id)); }
 
 }  // namespace mv

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "app/Settings.h"
 #include "app/UserNotice.h"
 #include "files/AtomicFile.h"
+#include "store/PathStore.h"
 
 namespace mv {
 
@@ -41,23 +41,14 @@ void clsPath::checkPath() {
 }
 
 std::string clsPath::GetPathForFileType(std::int64_t fileTypeId) {
-  const Recordset rows =
-      gDatabase.query("select path from site_paths where filetype_id = " + std::to_string(fileTypeId) +
-                      " and site_id = " + std::to_string(SiteID));
-  Path = rows.endOfRows() ? "none" : rows.text("path");
+  Path = findSitePath(SiteID, fileTypeId).value_or("none");
   return Path;
 }
 
 void clsPath::AddSitePath(const std::string& folder, std::int64_t fileTypeId) {
-  const std::string site = std::to_string(SiteID);
-  const std::string type = std::to_string(fileTypeId);
-  gDatabase.execute("delete from site_paths where site_id = " + site + " and filetype_id = " + type);
-  gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values(" + site + ", " + type + ", " +
-                    mv::quoted(folder) + ") ");
+  saveSitePath(SiteID, fileTypeId, folder);
 }
 
-void clsPath::AddDefaultPathForSite(const std::string& folder) {
-  gDatabase.execute("update site set download_path = " + mv::quoted(folder) + " where id = " + std::to_string(SiteID));
-}
+void clsPath::AddDefaultPathForSite(const std::string& folder) { saveDefaultSitePath(SiteID, folder); }
 
 }  // namespace mv

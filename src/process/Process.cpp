@@ -77,7 +77,7 @@ void Process::run(const std::function<void()>& work) {
 void Process::workDue() {
   // A message box of the last tick may still stand: one work step at a time.
   if (isBusy() || !tmrOKToDownload.isActive()) return;
-  if (TimeBudget::turnIsSpent()) {
+  if (TimeBudget::iterationIsSpent()) {
     // Sites that were started together have their ticks together.
     QTimer::singleShot(0, this, &Process::workDue);
     return;

@@ -1,10 +1,10 @@
 #include "scan/clsLinkParser.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "base/Text.h"
 #include "database/Database.h"
 #include "net/Address.h"
 #include "store/EscapeText.h"
@@ -32,9 +32,7 @@ std::string extensionOf(std::string_view url) {
   const std::size_t dot = url.rfind('.');
   if (dot == std::string_view::npos) return {};
   std::string_view extension = url.substr(dot + 1);
-  const auto characters = std::count_if(extension.begin(), extension.end(),
-                                        [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
-  if (static_cast<std::size_t>(characters) > kLongestExtension) return {};
+  if (characterCount(extension) > kLongestExtension) return {};
   if (extension.ends_with('"')) extension.remove_suffix(1);
   return std::string(extension);
 }

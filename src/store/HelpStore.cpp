@@ -1,37 +1,32 @@
 #include "store/HelpStore.h"
 
+#include "ReadAll.h"
 #include "app/Settings.h"
 
 namespace mv {
 
 std::vector<std::string> listHelpSubjects() {
-  std::vector<std::string> subjects;
-  for (Recordset rows = gDatabase.query("select distinct subject from help_info order by subject"); !rows.endOfRows();
-       rows.moveNext())
-    subjects.push_back(rows.text("subject"));
-  return subjects;
+  return readAll(gDatabase.query("select distinct subject from help_info order by subject"),
+                 [](const Recordset& row) { return row.text("subject"); });
 }
 
 std::vector<HelpTopicName> listHelpTopics(const std::string& subject) {
   if (subject.find('"') != std::string::npos)
     throw DatabaseError(DatabaseError::kSyntaxError, "Double quote in subject " + subject);
-  std::vector<HelpTopicName> topics;
-  for (Recordset rows = gDatabase.query("select id, the_topic from help_info where subject  = " + quoted(subject) +
-                                        " order by the_topic");
-       !rows.endOfRows(); rows.moveNext())
-    topics.push_back({rows.number("id"), rows.text("the_topic")});
-  return topics;
+  return readAll(gDatabase.query("select id, the_topic from help_info where subject  = " + quoted(subject) +
+                                 " order by the_topic"),
+                 [](const Recordset& row) {
+                   return HelpTopicName{row.number("id"), row.text("the_topic")};
+                 });
 }
 
-std::optional<std::string> findHelpText(std::int64_t id) {
-  std::optional<std::string> text;
-  for (Recordset rows = gDatabase.query("select the_text from help_info where id  = " + number(id)); !rows.endOfRows();
-       rows.moveNext())
-    text = rows.text("the_text");
-  return text;
+std::optional<std::string> findHelpText(Id id) {
+  const auto texts = readAll(gDatabase.query("select the_text from help_info where id  = " + number(id)),
+                             [](const Recordset& row) { return row.text("the_text"); });
+  return texts.empty() ? std::nullopt : std::optional(texts.back());
 }
 
-bool hasHelpTopic(std::int64_t id) {
+bool hasHelpTopic(Id id) {
   return gDatabase.count("select count(*) as outCount from help_info where id = " + number(id)) > 0;
 }
 

@@ -13,16 +13,15 @@ constexpr const char* kFormType = "Authentication";
 
 std::vector<NamedId> listLoginForms() {
   return readAll(gDatabase.query("select id, name from form where form_type = " + quoted(kFormType) + " order by name"),
-                 readNamedId);
+                 namedId);
 }
 
-std::optional<std::string> findLoginFormDescription(std::int64_t formId) {
-  const Recordset row = gDatabase.query("select description from form where id = " + number(formId));
-  if (row.endOfRows()) return std::nullopt;
-  return row.text("description");
+std::optional<std::string> findLoginFormDescription(Id formId) {
+  return readFirst(gDatabase.query("select description from form where id = " + number(formId)),
+                   [](const Recordset& row) { return row.text("description"); });
 }
 
-std::vector<LoginPrompt> listLoginPrompts(std::int64_t formId) {
+std::vector<LoginPrompt> listLoginPrompts(Id formId) {
   return readAll(gDatabase.query("select id, prompt, field_value from field_info where form_id = " + number(formId) +
                                  " and supplied_by_user = " + quoted("yes") + " order by logical_number + 0"),
                  [](const Recordset& row) {

@@ -1,5 +1,6 @@
 #include "store/Preferences.h"
 
+#include "ReadAll.h"
 #include "app/Settings.h"
 
 namespace mv {
@@ -53,9 +54,8 @@ void savePreferences(Preferences preferences) {
 }
 
 std::optional<std::int64_t> readMaxConnections() {
-  const Recordset row = gDatabase.query("select max_connections from pref");
-  if (row.endOfRows()) return std::nullopt;
-  return row.number("max_connections");
+  return readFirst(gDatabase.query("select max_connections from pref"),
+                   [](const Recordset& row) { return row.number("max_connections"); });
 }
 
 void setMaxConnections(std::int64_t connections) {

@@ -1,22 +1,33 @@
-// A query's rows as structs.
+// How the stores turn rows into records.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "database/Database.h"
-#include "store/NamedId.h"
+#include "store/Id.h"
 
 namespace mv {
 
-// What `make` makes of every row, in the order of the rows.
+// Every row of a query, each made by `make`. Raises DatabaseError.
 template <class Make>
 auto readAll(Recordset rows, Make make) {
-  std::vector<decltype(make(std::declval<const Recordset&>()))> result;
-  for (; !rows.endOfRows(); rows.moveNext()) result.push_back(make(std::as_const(rows)));
-  return result;
+  std::vector<decltype(make(std::declval<const Recordset&>()))> records;
+  for (; !rows.endOfRows(); rows.moveNext()) records.push_back(make(rows));
+  return records;
 }
 
-inline NamedId readNamedId(const Recordset& row) { return {row.number("id"), row.text("name")}; }
+// The first row of a query, nullopt when there is none. Raises DatabaseError.
+template <class Make>
+auto readFirst(const Recordset& rows, Make make) {
+  return rows.endOfRows() ? std::nullopt : std::optional(make(rows));
+}
+
+inline NamedId namedId(const Recordset& rows) { return {rows.number("id"), rows.text("name")}; }
+
+// The flags that only "no" turns off.
+inline bool unlessNo(const std::string& flag) { return flag != "no"; }
 
 }  // namespace mv

@@ -15,8 +15,6 @@ namespace mv {
 
 namespace {
 
-using Id = std::int64_t;
-
 constexpr char kDeleteFileTypes[] = "delete from site_filetype_xref where site_id = ";
 constexpr char kDeleteFilters[] = "delete from site_filter_xref where site_id = ";
 constexpr char kDeleteForm[] = "delete from site_form_xref where site_id = ";
@@ -35,6 +33,12 @@ SiteListRow readListRow(const Recordset& row) {
 }
 
 SiteFilter readFilter(const Recordset& row) { return {row.number("id"), row.text("name"), isYes(row.text("global"))}; }
+
+std::vector<SiteFilter> filtersWhereGlobalIs(const char* yesOrNo) {
+  return readAll(
+      gDatabase.query("select id, name, global from filter where global = " + quoted(yesOrNo) + " order by id"),
+      readFilter);
+}
 
 void loadNaming(Site& site) {
   const Recordset row = gDatabase.query("select unique_names, base_name from site where id = " + number(site.id));
@@ -129,23 +133,22 @@ std::vector<NamedId> loadSiteFileTypes(Id siteId) {
                                  " where vf.id = sfx.file_type_id"
                                  " and sfx.site_id = " +
                                  number(siteId)),
-                 readNamedId);
+                 namedId);
 }
 
 std::vector<NamedId> loadDefaultFileTypes() {
   return readAll(gDatabase.query("select id, name from valid_filetypes where download_by_default = " + quoted("yes") +
                                  " order by id"),
-                 readNamedId);
+                 namedId);
 }
 
 std::vector<NamedId> listFileTypes() {
-  return readAll(gDatabase.query("select id, name from valid_filetypes order by id"), readNamedId);
+  return readAll(gDatabase.query("select id, name from valid_filetypes order by id"), namedId);
 }
 
 std::optional<std::string> findFileTypeDescription(Id fileTypeId) {
-  const Recordset row = gDatabase.query("select description from valid_filetypes where id = " + number(fileTypeId));
-  if (row.endOfRows()) return std::nullopt;
-  return row.text("description");
+  return readFirst(gDatabase.query("select description from valid_filetypes where id = " + number(fileTypeId)),
+                   [](const Recordset& row) { return row.text("description"); });
 }
 
 void saveSiteFileTypes(Id siteId, const std::vector<Id>& fileTypeIds) {
@@ -165,11 +168,8 @@ std::vector<SiteFilter> loadSiteFilters(Id siteId) {
                  readFilter);
 }
 
-std::vector<SiteFilter> listFilters(bool global) {
-  return readAll(
-      gDatabase.query("select id, name, global from filter where global = " + quoted(yesNo(global)) + " order by id"),
-      readFilter);
-}
+std::vector<SiteFilter> listGlobalFilters() { return filtersWhereGlobalIs("yes"); }
+std::vector<SiteFilter> listAssignableFilters() { return filtersWhereGlobalIs("no"); }
 
 void saveSiteFilters(Id siteId, const std::vector<SiteFilter>& filters) {
   gDatabase.execute(kDeleteFilters + number(siteId));

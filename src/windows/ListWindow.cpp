@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "windows/MainFrame.h"
-#include "windows/ToolIcons.h"
 
 namespace mv {
 namespace {
@@ -48,13 +47,6 @@ QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTi
   button->setAccessibleName(name);
   button->setFocusPolicy(Qt::TabFocus);
   return button;
-}
-
-ListWindow::RecordButtons ListWindow::addRecordButtons(const QString& record) {
-  const auto tip = [&record](const char* text) { return record.isEmpty() ? QString() : QString(text).arg(record); };
-  return {addButton("      New      ", tip("Create a new %1"), toolIcon("new"), [this] { openNew(); }),
-          addButton("Edit", tip("Edit the selected %1"), toolIcon("edit"), [this] { editChosen(); }),
-          addButton("Delete", tip("Delete the selected %1"), toolIcon("delete"), [this] { deleteChosen(); })};
 }
 
 void ListWindow::load() {

@@ -1,5 +1,6 @@
 #include "windows/WindowRegistry.h"
 
+#include <QScopeGuard>
 #include <algorithm>
 
 #include "app/Settings.h"
@@ -28,19 +29,6 @@ ChildWindow* WindowRegistry::findByKey(const QString& key) const {
   return match == windows_.end() ? nullptr : *match;
 }
 
-namespace {
-
-// While one stands, a process window that is asked to unload really does.
-class ClosingProcesses {
- public:
-  ClosingProcesses() { gClosingProcesses = true; }
-  ~ClosingProcesses() { gClosingProcesses = false; }
-  ClosingProcesses(const ClosingProcesses&) = delete;
-  ClosingProcesses& operator=(const ClosingProcesses&) = delete;
-};
-
-}  // namespace
-
 // By key: while a process window fills its list its caption says so instead.
 std::vector<ChildWindow*> processWindows() {
   std::vector<ChildWindow*> found = WindowRegistry::instance().windows();
@@ -54,7 +42,9 @@ bool closeProcess(const QString& key) {
   ChildWindow* window = WindowRegistry::instance().findByKey(key);
   if (!window) return false;
   {
-    const ClosingProcesses closing;
+    // A process window that is asked to unload only hides, except now.
+    gClosingProcesses = true;
+    const auto closed = qScopeGuard([] { gClosingProcesses = false; });
     window->unload();
   }
   WindowRegistry::instance().tell(kProcessManager, "init");

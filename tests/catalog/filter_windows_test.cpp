@@ -8,8 +8,8 @@
 #include "app/Settings.h"
 #include "catalog_windows/frmFilterManager.h"
 #include "catalog_windows/frmNewFilter.h"
-#include "catalog_windows/frmNewRule.h"
 #include "catalog_windows/frmRuleManager.h"
+#include "frmNewRule.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
 

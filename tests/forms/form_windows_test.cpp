@@ -1,8 +1,8 @@
 // The form list, the form editor and the field editor, worked by clicks and keys.
 
 #include "forms_windows/frmFormManager.h"
-#include "forms_windows/frmNewField.h"
-#include "forms_windows/frmNewForm.h"
+#include "frmNewField.h"
+#include "frmNewForm.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
 

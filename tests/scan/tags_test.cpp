@@ -1,6 +1,6 @@
 // The tag list and its editor, worked by clicks and keys.
 
-#include "scan_windows/frmNewTag.h"
+#include "frmNewTag.h"
 #include "scan_windows/frmTagManager.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"

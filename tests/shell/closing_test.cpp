@@ -7,7 +7,7 @@
 #include "app/ErrorLog.h"
 #include "base/Text.h"
 #include "catalog_windows/frmFileTypeChild.h"
-#include "scan_windows/frmNewTag.h"
+#include "frmNewTag.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPreferences.h"
 #include "sites_windows/frmNew.h"

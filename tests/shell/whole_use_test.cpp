@@ -8,7 +8,7 @@
 #include "catalog_windows/frmFileTypeChild.h"
 #include "catalog_windows/frmFileTypeManager.h"
 #include "catalog_windows/frmSitePaths.h"
-#include "scan_windows/frmNewTag.h"
+#include "frmNewTag.h"
 #include "scan_windows/frmTagManager.h"
 #include "sites_windows/frmNew.h"
 #include "sites_windows/frmWebSites.h"

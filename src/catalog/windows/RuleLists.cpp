@@ -1,34 +1,21 @@
 #include "RuleLists.h"
 
 #include <QPushButton>
-#include <string>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
-#include "app/Settings.h"
 #include "base/Text.h"
+#include "store/RuleStore.h"
 #include "windows/ListHelpers.h"
 
 namespace mv {
 
 namespace {
 
-constexpr const char* kAllRules = "select id, name from rule order by id";
-
-using Rules = std::vector<std::pair<std::int64_t, QString>>;
-
-Rules readRules(const std::string& statement) {
-  Rules rules;
-  for (Recordset rows = gDatabase.query(statement); !rows.endOfRows(); rows.moveNext())
-    rules.emplace_back(rows.number("id"), toQString(rows.text("name")));
-  return rules;
-}
-
-void fill(ListView& list, const Rules& rules) {
+void fill(ListView& list, const std::vector<NamedId>& rules) {
   list.setSorting(false);
   list.clearRows();
-  for (const auto& [id, name] : rules) list.addRow({name, QString::number(id)});
+  for (const NamedId& rule : rules) list.addRow({toQString(rule.name), QString::number(rule.id)});
   list.setSorting(true);
 }
 
@@ -46,20 +33,15 @@ RuleLists::RuleLists()
   assigned().setSorting(true);
 }
 
-void RuleLists::buildAvailable() { fill(available(), readRules(kAllRules)); }
+void RuleLists::buildAvailable() { fill(available(), listRules()); }
 
-void RuleLists::buildAssigned(std::int64_t filterId) {
-  fill(assigned(), readRules("select r.id, r.valid_rule_type_id, r.valid_field_id, r.search_value, r.name, r.path, "
-                             "r.operator from rule r, filter_rule_xref frx where r.id = frx.rule_id and "
-                             "frx.filter_id = " +
-                             std::to_string(filterId)));
-}
+void RuleLists::buildAssigned(Id filterId) { fill(assigned(), listRulesOfFilter(filterId)); }
 
 void RuleLists::refreshAssigned() {
-  const Rules rules = readRules(kAllRules);
-  const std::unordered_map<std::int64_t, QString> names(rules.begin(), rules.end());
+  std::unordered_map<Id, QString> names;
+  for (const NamedId& rule : listRules()) names.emplace(rule.id, toQString(rule.name));
   ListView& list = assigned();
-  const std::vector<std::int64_t> ids = assignedIds();
+  const std::vector<Id> ids = assignedIds();
   list.setSorting(false);
   for (int row = list.rowCount() - 1; row >= 0; --row) {
     const auto rule = names.find(ids[static_cast<std::size_t>(row)]);

@@ -1,8 +1,7 @@
 // The rules of a filter beside all the others, in the filter editor.
 #pragma once
 
-#include <cstdint>
-
+#include "store/Id.h"
 #include "windows/ListPair.h"
 
 namespace mv {
@@ -15,7 +14,7 @@ class RuleLists : public ListPair {
   // Fills the available side with every rule. Raises DatabaseError, and leaves the list as it was.
   void buildAvailable();
   // Fills the assigned side with the stored rules of a filter. The same.
-  void buildAssigned(std::int64_t filterId);
+  void buildAssigned(Id filterId);
   // Brings the assigned side up to date without asking which rules are stored: rules deleted meanwhile go, renamed ones
   // show their new name. Raises DatabaseError.
   void refreshAssigned();

@@ -6,19 +6,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <algorithm>
 
 #include "app/Settings.h"
 #include "base/Text.h"
-#include "desktop/Dialogs.h"
+#include "store/FileTypeStore.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 5200;   // twips
-constexpr int kHeight = 2850;  // twips
 constexpr QChar kPeriod = u'.';
 constexpr QChar kDoubleQuote = u'"';
 
@@ -38,13 +36,17 @@ class KeyDiscarder : public QObject {
 }  // namespace
 
 frmFileTypeChild::frmFileTypeChild()
-    : EditorWindow(QString(), kWidth, kHeight),
+    : RecordEditor({.width = 5200,
+                    .height = 2850,
+                    .windowName = "frmFileTypeChild",
+                    .record = "filetype",
+                    .manager = "FileType Manager",
+                    .numberedByDatabase = true}),
       txtFileTypeExtention_(new QLineEdit(this)),
       txtFiletypeDescription_(new QLineEdit(this)),
-      chkDownloadByDefault_(new QCheckBox("Download by default", this)),
-      lblID_(new QLabel(this)) {
-  setObjectName("frmFileTypeChild");
+      chkDownloadByDefault_(new QCheckBox("Download by default", this)) {
   buildFields();
+  startIn(txtFileTypeExtention_);
   new KeyDiscarder(txtFileTypeExtention_, kPeriod);
   new KeyDiscarder(txtFiletypeDescription_, kDoubleQuote);
   connect(txtFileTypeExtention_, &QLineEdit::textEdited, this, &frmFileTypeChild::discardPastedPeriods);
@@ -57,8 +59,6 @@ void frmFileTypeChild::buildFields() {
   txtFiletypeDescription_->setObjectName("txtFiletypeDescription");
   chkDownloadByDefault_->setObjectName("chkDownloadByDefault");
   chkDownloadByDefault_->setToolTip("Automatically download this filetype from all newly added web sites.");
-  lblID_->setObjectName("lblID");
-  lblID_->setAccessibleName("Identifier");
 
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(makeLabel("lblFileTypeExtension", "Extension:", txtFileTypeExtention_), 0, 0);
@@ -67,22 +67,20 @@ void frmFileTypeChild::buildFields() {
   grid->addWidget(txtFiletypeDescription_, 1, 1);
   grid->addWidget(chkDownloadByDefault_, 2, 1);
   grid->setRowStretch(3, 1);
-  grid->addWidget(lblID_, 4, 0, Qt::AlignLeft | Qt::AlignVCenter);
+  grid->addWidget(makeIdLabel("lblID"), 4, 0, Qt::AlignLeft | Qt::AlignVCenter);
   grid->addLayout(makeButtons("btnOK", QString(), "btnCancel", "&OK", "&Cancel"), 4, 1);
 }
 
 void frmFileTypeChild::initWindow() {
-  if (Mode == "new") {
+  RecordEditor::initWindow();
+  if (isNew()) {
     CanDelete = "yes";
     DownloadByDefault = "no";
-  } else {
-    lblID_->setText(QString::number(FileTypeId));
   }
   txtFileTypeExtention_->setText(Extension);
   txtFiletypeDescription_->setText(Description);
   okButton().setEnabled(!Extension.isEmpty());
   chkDownloadByDefault_->setChecked(DownloadByDefault != "no");
-  txtFileTypeExtention_->setFocus();
 }
 
 // Pasted and dropped text does not come through the keys.
@@ -93,37 +91,27 @@ void frmFileTypeChild::discardPastedPeriods(const QString& typed) {
   txtFileTypeExtention_->setCursorPosition(static_cast<int>(before.size() - before.count(kPeriod)));
 }
 
+// By another record.
 bool frmFileTypeChild::extensionIsTaken() const {
-  Recordset rows =
-      gDatabase.query("select id from valid_filetypes where name = " + quoted(toUtf8(txtFileTypeExtention_->text())));
-  for (; !rows.endOfRows(); rows.moveNext())
-    if (Mode == "new" || rows.number("id") != FileTypeId) return true;
-  return false;
+  const std::vector<Id> named = fileTypesNamed(toUtf8(txtFileTypeExtention_->text()));
+  return std::any_of(named.begin(), named.end(), [this](Id id) { return isNew() || id != FileTypeId; });
 }
 
-bool frmFileTypeChild::accept() {
-  if (extensionIsTaken()) {
-    showMessage(this, applicationTitle(), "This Extension is already in the database.", MessageIcon::None);
-    return false;
-  }
-  if (!save()) {
-    showMessage(this, applicationTitle(), "This filetype has been deleted meanwhile. It was not saved.",
-                MessageIcon::Exclamation);
-    return false;
-  }
-  WindowRegistry::instance().markRefreshPending("FileType Manager");
-  return true;
+RecordEditor::Checks frmFileTypeChild::checks(Choice) const {
+  return {{extensionIsTaken(), nullptr, "This Extension is already in the database.", MessageIcon::None}};
 }
 
-bool frmFileTypeChild::save() {
+const clsFileType& frmFileTypeChild::record() {
   DownloadByDefault = yesNo(chkDownloadByDefault_->isChecked());
   fileType_.Description = toUtf8(txtFiletypeDescription_->text());
   fileType_.Extension = toUtf8(txtFileTypeExtention_->text());
   fileType_.CanDelete = CanDelete;
   fileType_.DownloadByDefault = DownloadByDefault;
-  if (Mode == "edit") return fileType_.Update(FileTypeId);
-  fileType_.Add();
-  return true;
+  return fileType_;
 }
+
+void frmFileTypeChild::insertRecord() { record().Add(); }
+
+bool frmFileTypeChild::updateRecord() { return record().Update(FileTypeId); }
 
 }  // namespace mv

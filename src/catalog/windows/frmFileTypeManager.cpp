@@ -4,73 +4,53 @@
 #include "base/Text.h"
 #include "catalog_windows/frmFileTypeChild.h"
 #include "desktop/Dialogs.h"
+#include "store/FileTypeStore.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 6200;   // twips
-constexpr int kHeight = 3600;  // twips
+enum Column { kName, kDescription, kCanDelete, kDownloadByDefault };
 
-enum Column { kName, kDescription, kCanDelete, kDownloadByDefault, kId };
+void fill(ListView& list) {
+  for (const FileType& type : listFileTypesByName())
+    list.addRow({toQString(type.extension), toQString(type.description), toQString(yesNo(type.canDelete)),
+                 toQString(yesNo(type.downloadByDefault)), QString::number(type.id)});
+}
 
 }  // namespace
 
-frmFileTypeManager::frmFileTypeManager() : ListWindow("FileType Manager", kWidth, kHeight) {
-  setObjectName("frmFileTypeManager");
-  list().setObjectName("lvwFiletypes");
-  list().setColumns(
-      {{"FileType", 68}, {"Description", 106}, {"Can Delete", 76}, {"Download by Default", 128}, {"Id", 0, true}});
-  setIdColumn(kId);
-  setKeepChosen(false);
-  addRecordButtons("filetype");
+frmFileTypeManager::frmFileTypeManager()
+    : RecordWindow({.kind = "FileType",
+                    .width = 6200,
+                    .height = 3600,
+                    .windowName = "frmFileTypeManager",
+                    .listName = "lvwFiletypes",
+                    .columns = {{"FileType", 68},
+                                {"Description", 106},
+                                {"Can Delete", 76},
+                                {"Download by Default", 128},
+                                {"Id", 0, true}},
+                    .editCaption = "Edit: ",
+                    .fill = fill,
+                    .remove = deleteFileType}) {
   load();
 }
 
-void frmFileTypeManager::fillList() {
-  Recordset rows = gDatabase.query(
-      "select id, name, description, can_delete, download_by_default from valid_filetypes order by name");
-  for (; !rows.endOfRows(); rows.moveNext())
-    list().addRow({toQString(rows.text("name")), toQString(rows.text("description")),
-                   toQString(rows.text("can_delete")), toQString(rows.text("download_by_default")),
-                   toQString(rows.text("id"))});
-}
-
-void frmFileTypeManager::openNew() {
+RecordEditor* frmFileTypeManager::makeEditor(int row) {
   auto* editor = new frmFileTypeChild;
-  editor->Mode = "new";
-  editor->open();
-}
-
-void frmFileTypeManager::editChosen() {
-  const int row = chosenRow();
-  if (row < 0) return;
-  auto* editor = new frmFileTypeChild;
-  editor->Mode = "edit";
-  editor->FileTypeId = chosenId();
+  if (row < 0) return editor;
   editor->Extension = list().cell(row, kName);
   editor->Description = list().cell(row, kDescription);
   editor->CanDelete = toUtf8(list().cell(row, kCanDelete));
   editor->DownloadByDefault = toUtf8(list().cell(row, kDownloadByDefault));
-  editor->setCaption("Edit: " + editor->Extension);
-  editor->open();
+  return editor;
 }
 
-void frmFileTypeManager::deleteChosen() {
-  const int row = chosenRow();
-  if (row < 0) {
-    showMessage(this, "No FileType Selected", "Please select a filetype to delete. ", MessageIcon::Information);
-    return;
-  }
-  if (list().cell(row, kCanDelete) == QLatin1String("no")) {
-    showMessage(this, "Cannot Delete Built-in FileTypes", "You cannot delete this filetype", MessageIcon::Information);
-    return;
-  }
-  const std::string id = std::to_string(chosenId());
-  gDatabase.execute("delete from valid_filetypes where id = " + id);
-  gDatabase.execute("delete from site_filetype_xref where file_type_id = " + id);
-  gDatabase.execute("delete from site_paths where filetype_id = " + id);
-  buildWorkingLists("init");
+bool frmFileTypeManager::mayDelete(int row) {
+  if (list().cell(row, kCanDelete) != QLatin1String("no")) return true;
+  showMessage(this, "Cannot Delete Built-in FileTypes", "You cannot delete this filetype", MessageIcon::Information);
+  return false;
 }
 
 }  // namespace mv

@@ -3,38 +3,43 @@
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "catalog_windows/frmNewFilter.h"
-#include "desktop/Dialogs.h"
+#include "store/FilterStore.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 5500;   // twips
-constexpr int kHeight = 3600;  // twips
-
 enum Column { kName, kDescription, kGlobal, kId };
+
+void fill(ListView& list) {
+  for (const Filter& filter : listFilters())
+    list.addRow({toQString(filter.name), toQString(filter.description), toQString(yesNo(filter.global)),
+                 QString::number(filter.id)});
+}
 
 }  // namespace
 
-frmFilterManager::frmFilterManager() : ListWindow("Filter Manager", kWidth, kHeight) {
-  setObjectName("frmFilterManager");
-  list().setObjectName("lvwFilters");
-  list().setColumns({{"Filter", 140}, {"Description", 150}, {"Global", 60}, {"Id", 0, true}});
+frmFilterManager::frmFilterManager()
+    : RecordWindow({.kind = "Filter",
+                    .width = 5500,
+                    .height = 3600,
+                    .windowName = "frmFilterManager",
+                    .listName = "lvwFilters",
+                    .columns = {{"Filter", 140}, {"Description", 150}, {"Global", 60}, {"Id", 0, true}},
+                    .editCaption = "Edit: ",
+                    .fill = fill,
+                    .remove = deleteFilter}) {
   list().setMultiSelect(true);
-  setIdColumn(kId);
-  setKeepChosen(false);
-  addRecordButtons("filter");
   list().setDragText([this] { return dragText(); });
   connect(&list(), &ListView::dragStarted, this, &frmFilterManager::dragBegins);
   connect(&list(), &ListView::dragEnded, this, &frmFilterManager::dragEnds);
   load();
 }
 
-void frmFilterManager::fillList() {
-  for (Recordset rows = gDatabase.query("select id, name, description, global from filter order by id");
-       !rows.endOfRows(); rows.moveNext())
-    list().addRow({toQString(rows.text("name")), toQString(rows.text("description")), toQString(rows.text("global")),
-                   toQString(rows.text("id"))});
+RecordEditor* frmFilterManager::makeEditor(int row) {
+  auto* editor = new frmNewFilter;
+  editor->FilterName = list().cell(row, kName);
+  return editor;
 }
 
 // The identifiers of the selected filters, each ended by CR LF.
@@ -53,34 +58,6 @@ void frmFilterManager::dragEnds() {
   // Dropped elsewhere or given up, nothing else clears it.
   gDragKind.clear();
   dragging_.reset();
-}
-
-void frmFilterManager::openNew() {
-  auto* editor = new frmNewFilter;
-  editor->Mode = "new";
-  editor->open();
-}
-
-void frmFilterManager::editChosen() {
-  if (chosenRow() < 0) return;
-  auto* editor = new frmNewFilter;
-  editor->Mode = "edit";
-  editor->FilterId = chosenId();
-  editor->FilterName = chosenText();
-  editor->setCaption("Edit: " + chosenText());
-  editor->open();
-}
-
-void frmFilterManager::deleteChosen() {
-  if (chosenRow() < 0) {
-    showMessage(this, "No Filter Selected", "Please select a filter to delete. ", MessageIcon::Information);
-    return;
-  }
-  const std::string id = std::to_string(chosenId());
-  gDatabase.execute("delete from filter where id = " + id);
-  gDatabase.execute("delete from site_filter_xref where filter_id = " + id);
-  gDatabase.execute("delete from filter_rule_xref where filter_id = " + id);
-  buildWorkingLists("init");
 }
 
 }  // namespace mv

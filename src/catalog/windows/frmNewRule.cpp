@@ -1,4 +1,4 @@
-#include "catalog_windows/frmNewRule.h"
+#include "frmNewRule.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -10,29 +10,24 @@
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
 #include "store/RuleOperators.h"
-#include "store/Sequence.h"
+#include "store/RuleStore.h"
 #include "windows/ChoiceBox.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 4800;   // twips
-constexpr int kHeight = 3120;  // twips
-constexpr const char* kSequence = "rule_id";
 constexpr const char* kIgnore = "Ignore";
 constexpr const char* kSaveTo = "Save To";
 
-void fill(QComboBox& box, const char* statement) {
+void fill(QComboBox& box, const std::vector<NamedId>& entries) {
   {
     // Left to itself a box chooses the first entry that it gets, which no user has done.
     const QSignalBlocker silent(box);
     box.clear();
-    for (Recordset rows = gDatabase.query(statement); !rows.endOfRows(); rows.moveNext())
-      box.addItem(toQString(rows.text("name")));
+    for (const NamedId& entry : entries) box.addItem(toQString(entry.name));
   }
   box.setCurrentIndex(-1);
 }
@@ -42,33 +37,25 @@ void choose(QComboBox& box, const std::string& text) {
   box.setCurrentIndex(box.findText(toQString(text), Qt::MatchExactly | Qt::MatchCaseSensitive));
 }
 
-// The name of an entry of a lookup table, "" when there is none.
-std::string nameOf(const char* table, std::int64_t id) {
-  const Recordset rows =
-      gDatabase.query(std::string("select name from ") + table + " where id = " + std::to_string(id));
-  return rows.endOfRows() ? std::string() : rows.text("name");
-}
-
-// The id of the entry chosen, as text. Raises kNoCurrentRecord when the table has no such entry any more.
-std::string idOf(const char* table, const QComboBox& box) {
-  return gDatabase.query(std::string("select id from ") + table + " where name = " + quoted(toUtf8(box.currentText())))
-      .text("id");
-}
-
 }  // namespace
 
 frmNewRule::frmNewRule()
-    : EditorWindow("New Rule", kWidth, kHeight),
+    : RecordEditor({.caption = "New Rule",
+                    .width = 4800,
+                    .height = 3120,
+                    .windowName = "frmNewRule",
+                    .record = "rule",
+                    .manager = "Rule Manager",
+                    .sequence = "rule_id"}),
       cmboFields_(new ChoiceBox("cmboFields", this)),
       cmboOperator_(new ChoiceBox("cmboOperator", this)),
       txtValue_(new EntryBox("txtValue", EntryBox::Accepts::NoApostropheKey, this)),
       cmboRuleTypes_(new ChoiceBox("cmboRuleTypes", this)),
       txtPath_(new QLineEdit(this)),
       cmdBrowse_(new QPushButton("Browse...", this)),
-      txtRuleName_(new EntryBox("txtRuleName", EntryBox::Accepts::NoApostropheKey, this)),
-      lblId_(new QLabel("ID", this)) {
-  setObjectName("frmNewRule");
+      txtRuleName_(new EntryBox("txtRuleName", EntryBox::Accepts::NoApostropheKey, this)) {
   buildFields();
+  startIn(cmboFields_);
   connect(cmboRuleTypes_, &QComboBox::currentIndexChanged, this, [this] { ruleTypeChosen(); });
   connect(txtPath_, &QLineEdit::textChanged, txtPath_, &QLineEdit::setToolTip);
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
@@ -78,8 +65,6 @@ void frmNewRule::buildFields() {
   for (const std::string_view op : kRuleOperators) cmboOperator_->addItem(toQString(op));
   cmboOperator_->setCurrentIndex(-1);
   cmboOperator_->setAccessibleName("Operator");
-  lblId_->setObjectName("lblId");
-  lblId_->setAccessibleName("Identifier");
 
   auto* condition = new QHBoxLayout;
   condition->addWidget(cmboFields_, 2);
@@ -96,7 +81,7 @@ void frmNewRule::buildFields() {
   grid->addWidget(makeLabel("lblName", "Name", txtRuleName_), 4, 0);
   grid->addWidget(txtRuleName_, 4, 1);
   grid->setRowStretch(5, 1);
-  grid->addWidget(lblId_, 6, 0, Qt::AlignLeft | Qt::AlignVCenter);
+  grid->addWidget(makeIdLabel("lblId", "ID"), 6, 0, Qt::AlignLeft | Qt::AlignVCenter);
   grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&Save", "&Cancel"), 6, 1);
 }
 
@@ -120,33 +105,26 @@ QHBoxLayout* frmNewRule::makePathRow() {
 // --- loading
 
 void frmNewRule::initWindow() {
-  cmboFields_->setFocus();
   buildWorkingLists("fields");
   buildWorkingLists("ruletypes");
-  if (Mode == "new")
-    RuleId = nextSequenceValue(kSequence);
-  else
-    loadRule();
-  lblId_->setText(QString::number(RuleId));
+  RecordEditor::initWindow();
 }
 
 void frmNewRule::buildWorkingLists(const std::string& command, long) {
-  if (command == "fields") fill(*cmboFields_, "select id, name from valid_field order by id");
-  if (command == "ruletypes") fill(*cmboRuleTypes_, "select id, name from valid_rule order by id");
+  if (command == "fields") fill(*cmboFields_, listRuleFields());
+  if (command == "ruletypes") fill(*cmboRuleTypes_, listRuleTypes());
 }
 
-void frmNewRule::loadRule() {
-  const Recordset rows = gDatabase.query(
-      "select id, valid_rule_type_id, valid_field_id, search_value, path, name, operator from rule where id = " +
-      std::to_string(RuleId));
-  if (rows.endOfRows()) return;
-  txtValue_->setText(toQString(rows.text("search_value")));
-  txtRuleName_->setText(toQString(rows.text("name")));
-  choose(*cmboFields_, nameOf("valid_field", rows.number("valid_field_id")));
-  choose(*cmboOperator_, rows.text("operator"));
-  choose(*cmboRuleTypes_, nameOf("valid_rule", rows.number("valid_rule_type_id")));
+void frmNewRule::loadRecord() {
+  const auto rule = findRule(RuleId);
+  if (!rule) return;
+  txtValue_->setText(toQString(rule->searchValue));
+  txtRuleName_->setText(toQString(rule->name));
+  choose(*cmboFields_, ruleFieldName(rule->fieldId));
+  choose(*cmboOperator_, rule->ruleOperator);
+  choose(*cmboRuleTypes_, ruleTypeName(rule->typeId));
   // Behind the choice, which sets the default folder.
-  txtPath_->setText(toQString(rows.text("path")));
+  txtPath_->setText(toQString(rule->path));
   for (QLineEdit* box : {static_cast<QLineEdit*>(txtValue_), static_cast<QLineEdit*>(txtRuleName_), txtPath_})
     box->setCursorPosition(0);
 }
@@ -170,59 +148,32 @@ void frmNewRule::browse() {
 
 // --- saving
 
-bool frmNewRule::accept() {
-  if (!isComplete()) return false;
-  if (!save()) return false;
-  WindowRegistry::instance().markRefreshPending("Rule Manager");
-  return true;
-}
-
-bool frmNewRule::isComplete() {
+RecordEditor::Checks frmNewRule::checks(Choice) const {
   const bool savesTo = cmboRuleTypes_->currentText() == kSaveTo;
-  const struct {
-    bool missing;
-    const char* text;
-    const char* title;
-  } checks[] = {
-      {txtRuleName_->text().isEmpty(), "Please enter a name for this rule", "Rule not named"},
-      {cmboRuleTypes_->currentIndex() < 0, "Please select an item from the 'Then' list", "Rule type not defined"},
-      {txtValue_->text().isEmpty(), "Please enter a value in the 'This' field", "No value defined"},
-      {cmboOperator_->currentIndex() < 0, "Please select a logical operator", "No operator defined"},
-      {cmboFields_->currentIndex() < 0, "Please select an item from the 'If' list", "No field defined"},
-      {savesTo && txtPath_->text().isEmpty(), "Please define a save to directory", "No path defined"},
+  return {
+      {txtRuleName_->text().isEmpty(), "Rule not named", "Please enter a name for this rule"},
+      {cmboRuleTypes_->currentIndex() < 0, "Rule type not defined", "Please select an item from the 'Then' list"},
+      {txtValue_->text().isEmpty(), "No value defined", "Please enter a value in the 'This' field"},
+      {cmboOperator_->currentIndex() < 0, "No operator defined", "Please select a logical operator"},
+      {cmboFields_->currentIndex() < 0, "No field defined", "Please select an item from the 'If' list"},
+      {savesTo && txtPath_->text().isEmpty(), "No path defined", "Please define a save to directory"},
   };
-  for (const auto& check : checks) {
-    if (!check.missing) continue;
-    showMessage(this, check.title, check.text, MessageIcon::Exclamation);
-    return false;
-  }
-  return true;
 }
 
-// False when the rule is gone, or has no identifier.
-bool frmNewRule::save() {
-  if (RuleId == 0) RuleId = nextSequenceValue(kSequence);
-  if (RuleId == 0) return false;
-  const std::string id = std::to_string(RuleId);
-  const std::string field = idOf("valid_field", *cmboFields_);
-  const std::string type = idOf("valid_rule", *cmboRuleTypes_);
-  const std::string value = quoted(toUtf8(txtValue_->text()));
-  const std::string path = quoted(toUtf8(txtPath_->text()));
-  const std::string name = quoted(toUtf8(txtRuleName_->text()));
-  const std::string op = quoted(toUtf8(cmboOperator_->currentText()));
-  if (Mode == "new") {
-    gDatabase.execute(
-        "insert into rule (id, valid_rule_type_id, valid_field_id, search_value, path, name, operator) values (" + id +
-        ", " + type + ", " + field + ", " + value + ", " + path + ", " + name + ", " + op + ") ");
-    return true;
-  }
-  gDatabase.execute("update rule set name = " + name + ", valid_rule_type_id = " + type +
-                    ", valid_field_id = " + field + ", search_value  = " + value + ", path = " + path +
-                    ", operator = " + op + " where id = " + id);
-  if (gDatabase.rowsAffected() > 0) return true;
-  showMessage(this, applicationTitle(), "This rule has been deleted meanwhile. It was not saved.",
-              MessageIcon::Exclamation);
-  return false;
+Rule frmNewRule::record() const {
+  Rule rule;
+  rule.id = RuleId;
+  rule.name = toUtf8(txtRuleName_->text());
+  rule.fieldId = ruleFieldNamed(toUtf8(cmboFields_->currentText()));
+  rule.ruleOperator = toUtf8(cmboOperator_->currentText());
+  rule.searchValue = toUtf8(txtValue_->text());
+  rule.typeId = ruleTypeNamed(toUtf8(cmboRuleTypes_->currentText()));
+  rule.path = toUtf8(txtPath_->text());
+  return rule;
 }
+
+void frmNewRule::insertRecord() { insertRule(record()); }
+
+bool frmNewRule::updateRecord() { return updateRule(record()); }
 
 }  // namespace mv

@@ -1,61 +1,32 @@
 #include "catalog_windows/frmRuleManager.h"
 
-#include "app/Settings.h"
 #include "base/Text.h"
-#include "catalog_windows/frmNewRule.h"
-#include "desktop/Dialogs.h"
+#include "frmNewRule.h"
+#include "store/RuleStore.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 3050;   // twips
-constexpr int kHeight = 3600;  // twips
-
-enum Column { kName, kId };
+void fill(ListView& list) {
+  for (const NamedId& rule : listRules()) list.addRow({toQString(rule.name), QString::number(rule.id)});
+}
 
 }  // namespace
 
-frmRuleManager::frmRuleManager() : ListWindow("Rule Manager", kWidth, kHeight) {
-  setObjectName("frmRuleManager");
-  list().setObjectName("lvwRules");
-  list().setColumns({{"Rule", 170}, {"Id", 0, true}});
-  setIdColumn(kId);
-  setKeepChosen(false);
-  addRecordButtons("rule");
+frmRuleManager::frmRuleManager()
+    : RecordWindow({.kind = "Rule",
+                    .width = 3050,
+                    .height = 3600,
+                    .windowName = "frmRuleManager",
+                    .listName = "lvwRules",
+                    .columns = {{"Rule", 170}, {"Id", 0, true}},
+                    .editCaption = "Edit Rule: ",
+                    .fill = fill,
+                    .remove = deleteRule}) {
   load();
 }
 
-void frmRuleManager::fillList() {
-  for (Recordset rows = gDatabase.query("select id, name from rule order by id"); !rows.endOfRows(); rows.moveNext())
-    list().addRow({toQString(rows.text("name")), toQString(rows.text("id"))});
-}
-
-void frmRuleManager::openNew() {
-  auto* editor = new frmNewRule;
-  editor->Mode = "new";
-  editor->setCaption("New Rule");
-  editor->open();
-}
-
-void frmRuleManager::editChosen() {
-  if (chosenRow() < 0) return;
-  auto* editor = new frmNewRule;
-  editor->Mode = "edit";
-  editor->RuleId = chosenId();
-  editor->setCaption("Edit Rule: " + chosenText());
-  editor->open();
-}
-
-void frmRuleManager::deleteChosen() {
-  if (chosenRow() < 0) {
-    showMessage(this, "No Rule Selected", "Please select a rule to delete. ", MessageIcon::Information);
-    return;
-  }
-  const std::string id = std::to_string(chosenId());
-  gDatabase.execute("delete from rule where id = " + id);
-  gDatabase.execute("delete from filter_rule_xref where rule_id = " + id);
-  buildWorkingLists("init");
-}
+RecordEditor* frmRuleManager::makeEditor(int) { return new frmNewRule; }
 
 }  // namespace mv

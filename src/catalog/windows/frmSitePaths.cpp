@@ -10,6 +10,7 @@
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
+#include "store/SiteStore.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
 
@@ -130,12 +131,8 @@ void frmSitePaths::buildWorkingLists(const std::string& command, long) {
 }
 
 void frmSitePaths::fillList() {
-  Recordset rows = gDatabase.query(
-      "select vf.id, vf.name from valid_filetypes vf, site_filetype_xref sfx where vf.id = sfx.file_type_id and "
-      "sfx.site_id = " +
-      std::to_string(SiteID));
-  for (; !rows.endOfRows(); rows.moveNext())
-    lvwFiletypesAssigned_->addRow({toQString(rows.text("vf.name")), toQString(rows.text("vf.id"))});
+  for (const NamedId& type : loadSiteFileTypes(SiteID))
+    lvwFiletypesAssigned_->addRow({toQString(type.name), QString::number(type.id)});
 }
 
 // The mouse, dragged over the rows, moves the selection without a click.

@@ -1,4 +1,4 @@
-#include "forms_windows/frmNewField.h"
+#include "frmNewField.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -7,23 +7,17 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
-#include "desktop/Dialogs.h"
-#include "forms_windows/frmFormManager.h"
-#include "store/Sequence.h"
+#include "store/FormStore.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 4800;   // twips
-constexpr int kHeight = 3600;  // twips
 // With these all controls are seen at the window's first size.
 constexpr QMargins kTightMargins(9, 6, 9, 6);
 constexpr int kTightSpacing = 3;
 constexpr int kButtonSpacing = 6;
-constexpr const char* kSequence = "field_info_id";
 
 // A whole number in its usual writing; any other text as the user wrote it.
 QString numberText(const QString& text) {
@@ -34,8 +28,14 @@ QString numberText(const QString& text) {
 
 }  // namespace
 
-frmNewField::frmNewField() : EditorWindow(QString(), kWidth, kHeight) {
-  setObjectName("frmNewField");
+frmNewField::frmNewField()
+    : RecordEditor({.width = 4800,
+                    .height = 3600,
+                    .windowName = "frmNewField",
+                    .record = "field",
+                    .manager = "Form Manager",
+                    .rebuildsManager = true,
+                    .sequence = "field_info_id"}) {
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->setContentsMargins(kTightMargins);
   grid->setVerticalSpacing(kTightSpacing);
@@ -53,6 +53,7 @@ frmNewField::frmNewField() : EditorWindow(QString(), kWidth, kHeight) {
   QHBoxLayout* buttons = makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel");
   buttons->setSpacing(kButtonSpacing);
   grid->addLayout(buttons, grid->rowCount(), 0, 1, 2);
+  startIn(txtName_);
 }
 
 QLineEdit* frmNewField::addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName) {
@@ -64,12 +65,7 @@ QLineEdit* frmNewField::addBox(QGridLayout& grid, const char* labelName, const Q
   return box;
 }
 
-void frmNewField::initWindow() {
-  txtName_->setFocus();
-  if (Mode == "new") {
-    FieldID = nextSequenceValue(kSequence);
-    return;
-  }
+void frmNewField::loadRecord() {
   chkSuppliedByUser_->setChecked(SuppliedByUser != "no");
   txtFieldValue_->setText(FieldValue);
   txtFieldName_->setText(FieldName);
@@ -80,59 +76,26 @@ void frmNewField::initWindow() {
   for (QLineEdit* box : findChildren<QLineEdit*>()) box->setCursorPosition(0);  // long texts show their start
 }
 
-bool frmNewField::accept() {
-  if (txtName_->text().isEmpty()) {
-    showMessage(this, "Name Not Entered", "Please enter a Name", MessageIcon::Exclamation);
-    return false;
-  }
-  if (!save()) return false;
-  WindowRegistry::instance().tell(kFormManager, "init");
-  return true;
+RecordEditor::Checks frmNewField::checks(Choice) const {
+  return {{txtName_->text().isEmpty(), "Name Not Entered", "Please enter a Name"},
+          {isNew() && !hasForm(FormID), nullptr,
+           "The form of this field has been deleted meanwhile. The field was not saved."}};
 }
 
-// False, after a message, when there is nothing to save to.
-bool frmNewField::save() { return Mode == "edit" ? updateRow() : insertRow(); }
-
-std::vector<frmNewField::Value> frmNewField::values() const {
-  std::vector<Value> values = {{"name", toUtf8(txtName_->text())},
-                               {"logical_number", toUtf8(txtFieldNumber_->text())},
-                               {"search_string", toUtf8(txtSearchString_->text())},
-                               {"supplied_by_user", SuppliedByUser},
-                               {"prompt", toUtf8(txtPrompt_->text())},
-                               {"field_name", toUtf8(txtFieldName_->text())},
-                               {"field_value", toUtf8(txtFieldValue_->text())}};
-  for (Value& value : values) value.second = quoted(value.second);
-  return values;
+FormField frmNewField::record() const {
+  return {FieldID,
+          FormID,
+          toUtf8(txtName_->text()),
+          toUtf8(txtFieldNumber_->text()),
+          toUtf8(txtSearchString_->text()),
+          isYes(SuppliedByUser),
+          toUtf8(txtPrompt_->text()),
+          toUtf8(txtFieldName_->text()),
+          toUtf8(txtFieldValue_->text())};
 }
 
-bool frmNewField::insertRow() {
-  const std::string form = std::to_string(FormID);
-  if (gDatabase.count("select count(*) as outCount from form where id = " + form) == 0)
-    return refuse("The form of this field has been deleted meanwhile. The field was not saved.");
-  if (FieldID == 0) FieldID = nextSequenceValue(kSequence);
-  if (FieldID == 0) return false;
-  std::string columns = "id, form_id";
-  std::string texts = std::to_string(FieldID) + ", " + form;
-  for (const auto& [column, text] : values()) {
-    columns.append(", ").append(column);
-    texts.append(", ").append(text);
-  }
-  gDatabase.execute("insert into field_info (" + columns + ") values (" + texts + ")");
-  return true;
-}
+void frmNewField::insertRecord() { insertFormField(record()); }
 
-bool frmNewField::updateRow() {
-  std::string assignments;
-  for (const auto& [column, text] : values())
-    assignments.append(assignments.empty() ? "" : ", ").append(column).append(" = ").append(text);
-  gDatabase.execute("update field_info set " + assignments + " where id = " + std::to_string(FieldID));
-  if (gDatabase.rowsAffected() > 0) return true;
-  return refuse("This field has been deleted meanwhile. It was not saved.");
-}
-
-bool frmNewField::refuse(const QString& text) {
-  showMessage(this, applicationTitle(), text, MessageIcon::Exclamation);
-  return false;
-}
+bool frmNewField::updateRecord() { return updateFormField(record()); }
 
 }  // namespace mv

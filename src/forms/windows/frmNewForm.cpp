@@ -1,4 +1,4 @@
-#include "forms_windows/frmNewForm.h"
+#include "frmNewForm.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -9,20 +9,16 @@
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
 #include "desktop/ListView.h"
-#include "forms_windows/frmFormManager.h"
-#include "forms_windows/frmNewField.h"
-#include "store/Sequence.h"
+#include "frmNewField.h"
+#include "store/FormStore.h"
 #include "windows/ChoiceBox.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
-#include "windows/WindowRegistry.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWidth = 4800;   // twips
-constexpr int kHeight = 4800;  // twips
 constexpr int kLowestList = 80;
 
 enum Column {
@@ -45,8 +41,15 @@ QPushButton* makeButton(const char* name, const QString& caption) {
 
 }  // namespace
 
-frmNewForm::frmNewForm() : EditorWindow(QString(), kWidth, kHeight) {
-  setObjectName("frmNewForm");
+frmNewForm::frmNewForm()
+    : RecordEditor({.caption = "New Form",
+                    .width = 4800,
+                    .height = 4800,
+                    .windowName = "frmNewForm",
+                    .record = "form",
+                    .manager = "Form Manager",
+                    .rebuildsManager = true,
+                    .sequence = "form_id"}) {
   auto* tabs = new QTabWidget;
   tabs->setObjectName("SSTab1");
   tabs->addTab(makeGeneralPage(), "&General Information");
@@ -55,6 +58,7 @@ frmNewForm::frmNewForm() : EditorWindow(QString(), kWidth, kHeight) {
   auto* rows = new QVBoxLayout(makeScrollingPage(this));
   rows->addWidget(tabs, 1);
   rows->addLayout(makeButtons("cmdOK", "cmdApply", "cmdCancel", "&OK", "&Cancel"));
+  startIn(txtName_);
 }
 
 QWidget* frmNewForm::makeGeneralPage() {
@@ -121,17 +125,15 @@ QWidget* frmNewForm::makeFieldsPage() {
 }
 
 void frmNewForm::initWindow() {
-  txtName_->setFocus();
   txtName_->setText(Name);
   txtDescription_->setText(Description);
   txtDescription_->setCursorPosition(0);  // a long one shows its start
-  if (Mode == "new") FormID = nextSequenceValue("form_id");
+  RecordEditor::initWindow();
   buildWorkingLists("fields");
-  if (Mode == "edit") buildWorkingLists("formtype");
 }
 
 void frmNewForm::activated() {
-  EditorWindow::activated();
+  RecordEditor::activated();
   buildWorkingLists("fields");
 }
 
@@ -143,17 +145,11 @@ void frmNewForm::buildWorkingLists(const std::string& command, long) {
 
 void frmNewForm::fillFields() {
   lvwFields_->clearRows();
-  Recordset rows = gDatabase.query(
-      "select id, form_id, name, logical_number, search_string, supplied_by_user, prompt, field_name, field_value from "
-      "field_info where form_id = " +
-      std::to_string(FormID));
-  for (; !rows.endOfRows(); rows.moveNext()) {
-    QStringList texts;
-    for (const char* column : {"name", "id", "form_id", "logical_number", "search_string", "supplied_by_user", "prompt",
-                               "field_name", "field_value"})
-      texts << toQString(rows.text(column));
-    lvwFields_->addRow(texts);
-  }
+  for (const FormField& field : listFormFields(FormID))
+    lvwFields_->addRow({toQString(field.name), QString::number(field.id), QString::number(field.formId),
+                        toQString(field.logicalNumber), toQString(field.searchString),
+                        toQString(yesNo(field.suppliedByUser)), toQString(field.prompt), toQString(field.fieldName),
+                        toQString(field.fieldValue)});
   const int row = lvwFields_->findRow(kId, QString::number(fieldId_));
   if (row >= 0)
     lvwFields_->setRowSelected(row, true);
@@ -178,7 +174,7 @@ void frmNewForm::enableFieldButtons() {
 }
 
 bool frmNewForm::isStored() {
-  if (Mode != "new") return true;
+  if (!isNew()) return true;
   showMessage(this, "Must save before changing field info",
               "Please click the Apply button before modifying field information.", MessageIcon::Information);
   return false;
@@ -215,68 +211,28 @@ void frmNewForm::openEditField() {
 
 void frmNewForm::deleteField() {
   if (chosenRow() < 0) return;
-  gDatabase.execute("delete from field_info where id = " + std::to_string(fieldId_) +
-                    " and  form_id = " + std::to_string(FormID));
+  deleteFormField(fieldId_, FormID);
   buildWorkingLists("fields");
 }
 
-bool frmNewForm::accept() {
-  if (txtName_->text().isEmpty()) {
-    showMessage(this, "Name Not Entered", "Please click the General Information tab and enter a Name",
-                MessageIcon::Exclamation);
-    return false;
-  }
-  if (cmboFormType_->currentIndex() < 0) {
-    showMessage(this, "Form Type Not Defined", "Please click the General  Information tab and select a Form Type",
-                MessageIcon::Exclamation);
-    return false;
-  }
-  return save();
+RecordEditor::Checks frmNewForm::checks(Choice choice) const {
+  const bool unnamed = txtName_->text().isEmpty();
+  if (choice == Choice::Apply) return {{unnamed, "Error", "Please enter a name"}};
+  return {{unnamed, "Name Not Entered", "Please click the General Information tab and enter a Name"},
+          {cmboFormType_->currentIndex() < 0, "Form Type Not Defined",
+           "Please click the General  Information tab and select a Form Type"}};
 }
 
-void frmNewForm::apply() {
-  if (txtName_->text().isEmpty()) {
-    showMessage(this, "Error", "Please enter a name", MessageIcon::Exclamation);
-    return;
-  }
-  if (!save() || Mode != "new") return;
-  Mode = "edit";
-  savedOnce_ = true;
-}
-
-bool frmNewForm::save() {
-  if (!writeRow()) return false;
-  WindowRegistry::instance().tell(kFormManager, "init");
-  return true;
-}
-
-bool frmNewForm::writeRow() {
-  const std::string name = quoted(toUtf8(txtName_->text()));
-  const std::string description = quoted(toUtf8(txtDescription_->text()));
+Form frmNewForm::record() const {
   // Apply asks for no type: one that is not in the list stays.
-  const std::string type = quoted(toUtf8(cmboFormType_->currentIndex() < 0 ? FormType : cmboFormType_->currentText()));
-  if (Mode == "new") {
-    if (FormID == 0) FormID = nextSequenceValue("form_id");
-    if (FormID == 0) return false;
-    gDatabase.execute("insert into form (id, name, description, form_type) values (" + std::to_string(FormID) + ", " +
-                      name + ", " + description + ", " + type + ")");
-    return true;
-  }
-  gDatabase.execute("update form set name = " + name + ", description = " + description + ", form_type = " + type +
-                    " where id = " + std::to_string(FormID));
-  if (gDatabase.rowsAffected() > 0) return true;
-  showMessage(this, applicationTitle(), "This form has been deleted meanwhile. It was not saved.",
-              MessageIcon::Exclamation);
-  return false;
+  const QString type = cmboFormType_->currentIndex() < 0 ? FormType : cmboFormType_->currentText();
+  return {FormID, toUtf8(txtName_->text()), toUtf8(txtDescription_->text()), toUtf8(type)};
 }
 
-void frmNewForm::cancel() {
-  if (!savedOnce_) return;
-  const std::string id = std::to_string(FormID);
-  gDatabase.execute("delete from form where id = " + id);
-  gDatabase.execute("delete from field_info where form_id= " + id);
-  gDatabase.execute("delete from site_form_xref where form_id = " + id);
-  WindowRegistry::instance().tell(kFormManager, "init");
-}
+void frmNewForm::insertRecord() { insertForm(record()); }
+
+bool frmNewForm::updateRecord() { return updateForm(record()); }
+
+void frmNewForm::deleteRecord() { deleteForm(FormID); }
 
 }  // namespace mv

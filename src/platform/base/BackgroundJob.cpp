@@ -1,29 +1,10 @@
 #include "base/BackgroundJob.h"
 
+#include <QScopeGuard>
 #include <csignal>
 #include <utility>
 
 namespace mv {
-
-namespace {
-
-// While it lives, threads begin with all signals blocked: those of the program are for its main thread.
-class SignalsBlocked {
- public:
-  SignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
- private:
-  sigset_t before_;
-};
-
-}  // namespace
 
 BackgroundJob::BackgroundJob(std::function<void()> job) : job_(std::move(job)) {}
 
@@ -44,7 +25,12 @@ void BackgroundJob::request() {
   }
   changed_.notify_one();
   if (thread_.joinable()) return;
-  const SignalsBlocked blocked;
+  // A thread begins with the signal mask of its maker: the program's signals are for its main thread.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  const auto restored = qScopeGuard([&before] { pthread_sigmask(SIG_SETMASK, &before, nullptr); });
   thread_ = std::thread([this] { work(); });
 }
 

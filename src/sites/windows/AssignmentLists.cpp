@@ -54,7 +54,7 @@ FileTypeLists::FileTypeLists()
 }
 
 void FileTypeLists::buildForNewSite() { build(loadDefaultFileTypes()); }
-void FileTypeLists::buildForSite(std::int64_t siteId) { build(loadSiteFileTypes(siteId)); }
+void FileTypeLists::buildForSite(Id siteId) { build(loadSiteFileTypes(siteId)); }
 
 void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
   showTypes(available(), listFileTypes());
@@ -62,7 +62,7 @@ void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
   removeListedItems(available(), assigned());
 }
 
-void FileTypeLists::showDescription(std::int64_t fileTypeId) {
+void FileTypeLists::showDescription(Id fileTypeId) {
   const auto description = findFileTypeDescription(fileTypeId);
   if (!description) return;
   txtFiletypeDescription_->setText(toQString(*description));
@@ -84,14 +84,14 @@ FilterLists::FilterLists()
 }
 
 void FilterLists::buildForNewSite() {
-  showAvailable(listFilters(false));
+  showAvailable(listAssignableFilters());
   removeListedItems(available(), assigned());
 }
 
-void FilterLists::buildForSite(std::int64_t siteId) {
+void FilterLists::buildForSite(Id siteId) {
   const std::vector<SiteFilter> own = loadSiteFilters(siteId);
-  const std::vector<SiteFilter> global = listFilters(true);
-  showAvailable(listFilters(false));
+  const std::vector<SiteFilter> global = listGlobalFilters();
+  showAvailable(listAssignableFilters());
   assigned().clearRows();
   for (const SiteFilter& filter : own) assigned().addRow(textsOf(filter), true);
   for (const SiteFilter& filter : global) assigned().addRow(textsOf(filter));

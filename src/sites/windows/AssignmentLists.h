@@ -1,7 +1,6 @@
 // The pairs of lists of the site editor: file types and filters.
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "store/SiteStore.h"
@@ -19,12 +18,12 @@ class FileTypeLists : public ListPair {
 
   // Rebuild both lists from the database. Raise DatabaseError, and leave the lists as they were.
   void buildForNewSite();
-  void buildForSite(std::int64_t siteId);
+  void buildForSite(Id siteId);
   // Below the lists. Raises DatabaseError.
-  void showDescription(std::int64_t fileTypeId);
+  void showDescription(Id fileTypeId);
 
  Q_SIGNALS:
-  void typeChosen(std::int64_t fileTypeId);
+  void typeChosen(Id fileTypeId);
 
  private:
   void build(const std::vector<NamedId>& assignedTypes);
@@ -41,7 +40,7 @@ class FilterLists : public ListPair {
   // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError, and leave the
   // lists as they were.
   void buildForNewSite();
-  void buildForSite(std::int64_t siteId);
+  void buildForSite(Id siteId);
   // The assigned side, in list order.
   std::vector<SiteFilter> assignedFilters() const;
 

@@ -89,8 +89,8 @@ void LoginFormFields::buildForms() {
   cmboAuthenticationService_->setCurrentIndex(-1);
 }
 
-void LoginFormFields::loadSite(std::int64_t siteId) {
-  const std::int64_t savedFormId = siteLoginForm(siteId);
+void LoginFormFields::loadSite(Id siteId) {
+  const Id savedFormId = siteLoginForm(siteId);
   const std::vector<SiteFieldValue> values = loadSiteFieldValues(siteId);
   if (values.empty()) return;
   loadPrompts(savedFormId);
@@ -108,7 +108,7 @@ void LoginFormFields::loadSite(std::int64_t siteId) {
 }
 
 void LoginFormFields::choose(int entry) {
-  const std::int64_t formId = cmboAuthenticationService_->itemData(entry).toLongLong();
+  const Id formId = cmboAuthenticationService_->itemData(entry).toLongLong();
   if (formId == kNoLoginForm)
     hideRows();
   else
@@ -116,7 +116,7 @@ void LoginFormFields::choose(int entry) {
   chosenFormId_ = formId;
 }
 
-void LoginFormFields::loadPrompts(std::int64_t formId) {
+void LoginFormFields::loadPrompts(Id formId) {
   const auto description = findLoginFormDescription(formId);
   std::vector<LoginPrompt> prompts = listLoginPrompts(formId);
   if (description) txtFieldHelp_->setText(toQString(*description));

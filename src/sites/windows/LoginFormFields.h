@@ -4,7 +4,6 @@
 
 #include <QWidget>
 #include <array>
-#include <cstdint>
 #include <vector>
 
 #include "store/LoginForms.h"
@@ -25,12 +24,12 @@ class LoginFormFields : public QWidget {
   // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
   void buildForms();
   // Chooses the site's form and shows the site's values. Raises DatabaseError.
-  void loadSite(std::int64_t siteId);
+  void loadSite(Id siteId);
 
   // Shows the prompts of an entry of the drop-down list. Raises DatabaseError.
   void choose(int entry);
   // 0 until a form is chosen.
-  std::int64_t chosenFormId() const { return chosenFormId_; }
+  Id chosenFormId() const { return chosenFormId_; }
   // Field and value of every prompt, at most five.
   std::vector<SiteFieldValue> fieldValues() const;
 
@@ -45,12 +44,12 @@ class LoginFormFields : public QWidget {
 
   QWidget* makeRows();
   QWidget* makeHelp();
-  void loadPrompts(std::int64_t formId);
+  void loadPrompts(Id formId);
   void hideRows();
   void showRows();
   int shownPrompts() const;
 
-  std::int64_t chosenFormId_ = 0;
+  Id chosenFormId_ = 0;
   std::vector<LoginPrompt> fieldInfo_;  // of the chosen form
   QComboBox* cmboAuthenticationService_;
   std::array<QLabel*, kRows> lblFieldName_;

@@ -92,7 +92,7 @@ void frmNew::connectPages() {
   onClick(paths_->cmdOpenPathManager, &frmNew::openPathManager);
   onClick(other_->cmdClearCache, &frmNew::clearCache);
   connect(fileTypes_, &FileTypeLists::typeChosen, this,
-          [this](std::int64_t id) { run([&] { fileTypes_->showDescription(id); }); });
+          [this](Id id) { run([&] { fileTypes_->showDescription(id); }); });
   connect(login_, &LoginFormFields::entryChosen, this, [this](int entry) { run([&] { login_->choose(entry); }); });
   connect(fileTypes_, &ListPair::newWanted, this, [this] { run([this] { openNewFileType(); }); });
   connect(filters_, &ListPair::newWanted, this, [this] { run([this] { openNewFilter(); }); });

@@ -45,7 +45,7 @@ QStringList textsOf(const SiteListRow& site) {
 }
 
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
-  const std::int64_t loginForm = siteLoginForm(site.id);
+  const Id loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
   scan->process().SiteID = static_cast<std::int32_t>(site.id);
   scan->process().SiteName = site.name;
@@ -258,10 +258,10 @@ void frmWebSites::openEdit() {
 }
 
 void frmWebSites::deleteChosen() {
-  std::vector<std::int64_t> ids;
+  std::vector<Id> ids;
   for (const int row : list().selectedRows())
     if (list().cell(row, kOnOff) == kOff) ids.push_back(siteOfRow(row).id);
-  for (const std::int64_t id : ids) {
+  for (const Id id : ids) {
     if (!deleteSite(id))
       showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
     list().removeRow(rowOf(id));

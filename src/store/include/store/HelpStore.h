@@ -1,22 +1,23 @@
 // The help topics, kept in the table `help_info`. All functions raise DatabaseError.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "store/Id.h"
+
 namespace mv {
 
 struct HelpInfo {
-  std::int64_t id = 0;  // the help server's number; topics that came with the program are numbered from 1000 up
+  Id id = 0;  // the help server's number; topics that came with the program are numbered from 1000 up
   std::string subject;
   std::string topic;
   std::string text;
 };
 
 struct HelpTopicName {
-  std::int64_t id = 0;
+  Id id = 0;
   std::string topic;
 };
 
@@ -26,8 +27,8 @@ std::vector<std::string> listHelpSubjects();
 // under it.
 std::vector<HelpTopicName> listHelpTopics(const std::string& subject);
 // Of several topics of one number the last; nullopt when there is none.
-std::optional<std::string> findHelpText(std::int64_t id);
-bool hasHelpTopic(std::int64_t id);
+std::optional<std::string> findHelpText(Id id);
+bool hasHelpTopic(Id id);
 // Adds a topic that is not hidden.
 void insertHelpTopic(const HelpInfo& topic);
 

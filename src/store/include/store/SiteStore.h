@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "store/NamedId.h"
+#include "store/Id.h"
 
 namespace mv {
 
 // A site as its editor shows and saves it. Its domain is derived from the name whenever it is written.
 struct Site {
-  std::int64_t id = 0;
+  Id id = 0;
   std::string name;             // the location without "http://"; what the site is called by, too
   std::int64_t upperLimit = 0;  // megabytes
   std::int64_t lowerLimit = 0;  // kilobytes
@@ -31,7 +31,7 @@ struct Site {
 
 // A site as the web-site list shows and starts it.
 struct SiteListRow {
-  std::int64_t id = 0;
+  Id id = 0;
   std::string name;
   bool autoScan = false;
   std::string domain;
@@ -42,23 +42,23 @@ struct SiteListRow {
 
 // A global filter applies to every site, and is given to none.
 struct SiteFilter {
-  std::int64_t id = 0;
+  Id id = 0;
   std::string name;
   bool global = false;
 };
 
 // The site's value of a field of its login form.
 struct SiteFieldValue {
-  std::int64_t fieldId = 0;
+  Id fieldId = 0;
   std::string value;
 };
 
 // Sites, in the order of their ids.
 std::vector<SiteListRow> listSites();
 // One row, or none when the site is gone.
-std::vector<SiteListRow> loadSiteRow(std::int64_t siteId);
+std::vector<SiteListRow> loadSiteRow(Id siteId);
 // nullopt when it is gone. Base names that are empty or too long read "NewFile".
-std::optional<Site> loadSite(std::int64_t siteId);
+std::optional<Site> loadSite(Id siteId);
 
 void insertSite(const Site& site);
 // False when it is gone.
@@ -66,37 +66,38 @@ void insertSite(const Site& site);
 
 // Deletes the site with everything that belongs to it; false for 0, which stands for no site. Of very many links the
 // first go at once and the rest in later events (LinkCleaner).
-[[nodiscard]] bool deleteSite(std::int64_t siteId);
+[[nodiscard]] bool deleteSite(Id siteId);
 // Takes back what a new site's Apply wrote; login, field values and links are left.
-void discardNewSite(std::int64_t siteId);
+void discardNewSite(Id siteId);
 // Forgets the site's links.
-void clearLinkCache(std::int64_t siteId);
+void clearLinkCache(Id siteId);
 
 // File types: those of a site, those that a new site is given, all. The last two in the order of their ids.
-std::vector<NamedId> loadSiteFileTypes(std::int64_t siteId);
+std::vector<NamedId> loadSiteFileTypes(Id siteId);
 std::vector<NamedId> loadDefaultFileTypes();
 std::vector<NamedId> listFileTypes();
-std::optional<std::string> findFileTypeDescription(std::int64_t fileTypeId);
+std::optional<std::string> findFileTypeDescription(Id fileTypeId);
 // Replaces those of the site.
-void saveSiteFileTypes(std::int64_t siteId, const std::vector<std::int64_t>& fileTypeIds);
+void saveSiteFileTypes(Id siteId, const std::vector<Id>& fileTypeIds);
 
-// Filters: those of a site; those that apply to every site, or those that a site can be given, in the order of their
-// ids.
-std::vector<SiteFilter> loadSiteFilters(std::int64_t siteId);
-std::vector<SiteFilter> listFilters(bool global);
+// Filters: those of a site; those that apply to every site; those that a site can be given. The last two in the order
+// of their ids.
+std::vector<SiteFilter> loadSiteFilters(Id siteId);
+std::vector<SiteFilter> listGlobalFilters();
+std::vector<SiteFilter> listAssignableFilters();
 // Replaces those of the site by the ones that are not global; names do not matter.
-void saveSiteFilters(std::int64_t siteId, const std::vector<SiteFilter>& filters);
+void saveSiteFilters(Id siteId, const std::vector<SiteFilter>& filters);
 // Adds the filters of a drop: `text` has their ids, one a line, lines ended by CR LF. What a site has already is added
 // once more.
-void addDroppedFilters(std::int64_t siteId, const std::string& text);
+void addDroppedFilters(Id siteId, const std::string& text);
 
 // The login form; 0 when there is none.
-std::int64_t siteLoginForm(std::int64_t siteId);
+Id siteLoginForm(Id siteId);
 // 0 and kNoLoginForm take the field values away, too.
-void saveSiteForm(std::int64_t siteId, std::int64_t formId);
+void saveSiteForm(Id siteId, Id formId);
 // In the order in which they were saved.
-std::vector<SiteFieldValue> loadSiteFieldValues(std::int64_t siteId);
+std::vector<SiteFieldValue> loadSiteFieldValues(Id siteId);
 // Replaces the site's values, unless there are none to be saved.
-void saveSiteFieldValues(std::int64_t siteId, const std::vector<SiteFieldValue>& values);
+void saveSiteFieldValues(Id siteId, const std::vector<SiteFieldValue>& values);
 
 }  // namespace mv

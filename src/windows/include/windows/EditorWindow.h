@@ -5,7 +5,7 @@
 #pragma once
 
 #include <QString>
-#include <string>
+#include <string_view>
 
 #include "windows/ChildWindow.h"
 
@@ -15,16 +15,32 @@ class QPushButton;
 
 namespace mv {
 
+// Whether an editor makes a record or changes one. Openers write it as a word, "new" or "edit".
+class EditorMode {
+ public:
+  enum Value { New, Edit };
+
+  constexpr EditorMode(Value value) : value_(value) {}
+  constexpr EditorMode(std::string_view word) : value_(word == "new" ? New : Edit) {}
+  constexpr EditorMode(const char* word) : EditorMode(std::string_view(word)) {}
+  friend constexpr bool operator==(EditorMode, EditorMode) = default;
+
+ private:
+  Value value_;
+};
+
 class EditorWindow : public ChildWindow {
   Q_OBJECT
  public:
-  std::string Mode = "new";  // "new" or "edit"
+  EditorMode Mode = EditorMode::New;
 
   // Loads the editor from its members and shows it.
   void open();
 
  protected:
   EditorWindow(const QString& caption, int width, int height);
+
+  bool isNew() const { return Mode == EditorMode::New; }
 
   virtual void initWindow() = 0;
   // Checks and saves. True: the editor closes. Raises DatabaseError (the editor then stays open).

@@ -1,4 +1,4 @@
-// Base of the list windows ("managers"): a toolbar of text buttons, below it one list over the rest of the window, the
+// Base of the list windows: a toolbar of text buttons, below it one list over the rest of the window, the
 // row last chosen, rebuilding on activation, the remembered place.
 //
 // A subclass sets its columns and buttons in its constructor, then calls load(). It implements fillList(), and what its
@@ -31,21 +31,10 @@ class ListWindow : public ChildWindow {
   // Adds a toolbar button; `work` runs guarded. The accessible name and object name are the trimmed caption.
   QToolButton* addButton(const QString& caption, const QString& toolTip, const QIcon& icon, std::function<void()> work);
 
-  // The buttons of a manager of records: New, Edit and Delete. Their tool tips name `record`; without it there are
-  // none.
-  struct RecordButtons {
-    QToolButton* create;
-    QToolButton* edit;
-    QToolButton* remove;
-  };
-  RecordButtons addRecordButtons(const QString& record = QString());
-
   // Restores the place and fills the list: the end of every subclass's constructor.
   void load();
   // Adds the rows; the list is empty and unsorted. Raises DatabaseError.
   virtual void fillList() = 0;
-  // The button New of addRecordButtons comes here. Runs guarded.
-  virtual void openNew() {}
   // Opens the chosen row; double click, Enter and F2 come here. Runs guarded.
   virtual void editChosen() {}
   // The Delete key comes here. Runs guarded.

@@ -1,24 +1,21 @@
 // The file-type editor. The opener chooses the caption.
 #pragma once
 
-#include <cstdint>
-
 #include "catalog/clsFileType.h"
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QCheckBox;
-class QLabel;
 class QLineEdit;
 
 namespace mv {
 
-class frmFileTypeChild : public EditorWindow {
+class frmFileTypeChild : public RecordEditor {
   Q_OBJECT
  public:
   frmFileTypeChild();
 
   // Set by the opener in mode "edit"; in mode "new" the editor uses "yes", "no" and empty texts.
-  std::int64_t FileTypeId = 0;
+  Id& FileTypeId = RecordId;
   QString Extension;
   QString Description;
   std::string CanDelete = "yes";
@@ -26,19 +23,21 @@ class frmFileTypeChild : public EditorWindow {
 
  protected:
   void initWindow() override;
-  bool accept() override;
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
 
  private:
   void buildFields();
   void discardPastedPeriods(const QString& typed);
   bool extensionIsTaken() const;
-  bool save();
+  // Takes over what the controls show.
+  const clsFileType& record();
 
   clsFileType fileType_;
   QLineEdit* txtFileTypeExtention_;
   QLineEdit* txtFiletypeDescription_;
   QCheckBox* chkDownloadByDefault_;
-  QLabel* lblID_;
 };
 
 }  // namespace mv

@@ -1,20 +1,18 @@
-// The list of file types, "FileType Manager".
+// The list of file types, "FileType Manager". Built-in ones cannot be deleted.
 #pragma once
 
-#include "windows/ListWindow.h"
+#include "windows/RecordWindow.h"
 
 namespace mv {
 
-class frmFileTypeManager : public ListWindow {
+class frmFileTypeManager : public RecordWindow {
   Q_OBJECT
  public:
   frmFileTypeManager();
 
  protected:
-  void fillList() override;
-  void openNew() override;
-  void editChosen() override;
-  void deleteChosen() override;
+  RecordEditor* makeEditor(int row) override;
+  bool mayDelete(int row) override;
 };
 
 }  // namespace mv

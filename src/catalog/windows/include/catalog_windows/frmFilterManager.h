@@ -3,20 +3,17 @@
 
 #include <optional>
 
-#include "windows/ListWindow.h"
+#include "windows/RecordWindow.h"
 
 namespace mv {
 
-class frmFilterManager : public ListWindow {
+class frmFilterManager : public RecordWindow {
   Q_OBJECT
  public:
   frmFilterManager();
 
  protected:
-  void fillList() override;
-  void openNew() override;
-  void editChosen() override;
-  void deleteChosen() override;
+  RecordEditor* makeEditor(int row) override;
 
  private:
   QString dragText();

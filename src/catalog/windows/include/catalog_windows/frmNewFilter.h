@@ -1,26 +1,26 @@
-// The filter editor: name, description, whether the filter is global, and its rules. The opener chooses the caption.
+// The filter editor: name, description, whether the filter is global, and its rules. The opener chooses the caption of
+// an existing one.
 #pragma once
 
-#include <cstdint>
+#include <vector>
 
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QCheckBox;
-class QLabel;
 class QLineEdit;
 
 namespace mv {
 
 class EntryBox;
 class RuleLists;
+struct Filter;
 
-class frmNewFilter : public EditorWindow {
+class frmNewFilter : public RecordEditor {
   Q_OBJECT
  public:
   frmNewFilter();
 
-  // Set by the opener in mode "edit"; in mode "new" the editor draws the identifier.
-  std::int64_t FilterId = 0;
+  Id& FilterId = RecordId;
   QString FilterName;  // as last saved
 
   // "rules" fills the list of all rules, "filterrules" that of the filter's own; other words do nothing. Raises
@@ -32,30 +32,28 @@ class frmNewFilter : public EditorWindow {
 
  protected:
   void initWindow() override;
-  bool accept() override;
-  void apply() override;
-  void cancel() override;
+  void loadRecord() override;
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
+  void deleteRecord() override;
+  void recordChanged() override;
   void activated() override;
 
  private:
   void buildFields();
-  void loadFilter();
   void rebuildLists();
   void rowsMoved();
   void openNewRule();
-  bool nameIsFilled(const QString& title);
-  bool save();
-  bool writeFilter();
-  void writeFilterRow() const;
-  void writeRules() const;
+  Filter record() const;
+  // The assigned rules that there still are.
+  std::vector<Id> rules();
 
   EntryBox* txtFilterName_;
   QLineEdit* txtDescription_;
   QCheckBox* chkGlobal_;
   RuleLists* rules_;
-  QLabel* lblId_;
   bool global_ = false;
-  bool createdByApply_ = false;  // Cancel takes the filter back
 };
 
 }  // namespace mv

@@ -1,20 +1,17 @@
 // The list of rules, "Rule Manager".
 #pragma once
 
-#include "windows/ListWindow.h"
+#include "windows/RecordWindow.h"
 
 namespace mv {
 
-class frmRuleManager : public ListWindow {
+class frmRuleManager : public RecordWindow {
   Q_OBJECT
  public:
   frmRuleManager();
 
  protected:
-  void fillList() override;
-  void openNew() override;
-  void editChosen() override;
-  void deleteChosen() override;
+  RecordEditor* makeEditor(int row) override;
 };
 
 }  // namespace mv

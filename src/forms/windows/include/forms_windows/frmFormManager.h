@@ -1,16 +1,11 @@
 // The list of login form definitions, "Form Manager". The built-in ones can be neither edited nor deleted here.
 #pragma once
 
-#include "windows/ListWindow.h"
-
-class QToolButton;
+#include "windows/RecordWindow.h"
 
 namespace mv {
 
-// Where editors send "init" after they have saved.
-inline constexpr const char* kFormManager = "Form Manager";
-
-class frmFormManager : public ListWindow {
+class frmFormManager : public RecordWindow {
   Q_OBJECT
  public:
   frmFormManager();
@@ -19,14 +14,9 @@ class frmFormManager : public ListWindow {
   void buildWorkingLists(const std::string& command, long id = 0) override;
 
  protected:
-  void fillList() override;
-  void openNew() override;
+  RecordEditor* makeEditor(int row) override;
   void editChosen() override;
-  void deleteChosen() override;
-
- private:
-  QToolButton* edit_;
-  QToolButton* delete_;
+  bool mayDelete(int row) override;
 };
 
 }  // namespace mv

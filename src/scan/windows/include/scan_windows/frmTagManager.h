@@ -1,11 +1,11 @@
 // The list of the strings that mark a link in a page, "Tag Manager".
 #pragma once
 
-#include "windows/ListWindow.h"
+#include "windows/RecordWindow.h"
 
 namespace mv {
 
-class frmTagManager : public ListWindow {
+class frmTagManager : public RecordWindow {
   Q_OBJECT
  public:
   frmTagManager();
@@ -14,10 +14,7 @@ class frmTagManager : public ListWindow {
   void buildWorkingLists(const std::string& command, long id = 0) override;
 
  protected:
-  void fillList() override;
-  void openNew() override;
-  void editChosen() override;
-  void deleteChosen() override;
+  RecordEditor* makeEditor(int row) override;
 };
 
 }  // namespace mv

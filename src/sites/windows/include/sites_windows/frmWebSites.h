@@ -42,7 +42,7 @@ class frmWebSites : public ListWindow {
   void buildToolbar();
   void buildConnectionsMenu();
 
-  void openNew() override;
+  void openNew();
   void openEdit();
   void startSelected();
   void startRow(int row);

@@ -2,12 +2,9 @@
 #pragma once
 
 #include <QString>
-#include <cstdint>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QCheckBox;
 class QGridLayout;
@@ -15,14 +12,16 @@ class QLineEdit;
 
 namespace mv {
 
-class frmNewField : public EditorWindow {
+struct FormField;
+
+class frmNewField : public RecordEditor {
   Q_OBJECT
  public:
   frmNewField();
 
   // Set by the opener, in mode "new" the form only.
-  std::int32_t FormID = 0;
-  std::int64_t FieldID = 0;  // drawn by the editor in mode "new"
+  Id FormID = 0;
+  Id& FieldID = RecordId;
   QString Name;
   QString LogicalNumber;
   QString SearchString;
@@ -32,18 +31,14 @@ class frmNewField : public EditorWindow {
   QString FieldValue;
 
  protected:
-  void initWindow() override;
-  bool accept() override;
+  void loadRecord() override;
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
 
  private:
   QLineEdit* addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName);
-  // Column and text literal, in the order of the columns.
-  using Value = std::pair<const char*, std::string>;
-  std::vector<Value> values() const;
-  bool save();
-  bool insertRow();
-  bool updateRow();
-  bool refuse(const QString& text);
+  FormField record() const;
 
   QLineEdit* txtName_;
   QLineEdit* txtFieldNumber_;

@@ -1,26 +1,25 @@
-// The rule editor: If a part of a link compares so with This, Then. The opener chooses the caption.
+// The rule editor: If a part of a link compares so with This, Then. The opener chooses the caption of an
+// existing one.
 #pragma once
 
-#include <cstdint>
-
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QComboBox;
 class QHBoxLayout;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 
 namespace mv {
 
 class EntryBox;
+struct Rule;
 
-class frmNewRule : public EditorWindow {
+class frmNewRule : public RecordEditor {
   Q_OBJECT
  public:
   frmNewRule();
 
-  std::int64_t RuleId = 0;  // set by the opener in mode "edit"; drawn by the editor in mode "new"
+  Id& RuleId = RecordId;
 
   // "fields" and "ruletypes" fill the lists "If" and "Then", nothing is chosen then; other words do nothing. Raises
   // DatabaseError.
@@ -28,16 +27,17 @@ class frmNewRule : public EditorWindow {
 
  protected:
   void initWindow() override;
-  bool accept() override;
+  void loadRecord() override;
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
 
  private:
   void buildFields();
   QHBoxLayout* makePathRow();
-  void loadRule();
   void ruleTypeChosen();
   void browse();
-  bool isComplete();
-  bool save();
+  Rule record() const;
 
   QComboBox* cmboFields_;
   QComboBox* cmboOperator_;
@@ -46,7 +46,6 @@ class frmNewRule : public EditorWindow {
   QLineEdit* txtPath_;
   QPushButton* cmdBrowse_;
   EntryBox* txtRuleName_;
-  QLabel* lblId_;
 };
 
 }  // namespace mv

@@ -1,10 +1,10 @@
-// The editor of one login form definition, with the list of its fields. The opener chooses the caption.
+// The editor of one login form definition, with the list of its fields. The opener chooses the caption of an
+// existing one.
 #pragma once
 
 #include <QString>
-#include <cstdint>
 
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QComboBox;
 class QPushButton;
@@ -13,14 +13,15 @@ namespace mv {
 
 class EntryBox;
 class ListView;
+struct Form;
 
-class frmNewForm : public EditorWindow {
+class frmNewForm : public RecordEditor {
   Q_OBJECT
  public:
   frmNewForm();
 
-  // Set by the opener in mode "edit"; in mode "new" the editor draws the identifier.
-  std::int32_t FormID = 0;
+  Id& FormID = RecordId;
+  // Set by the opener in mode "edit".
   QString FormType;
   QString Name;
   QString Description;
@@ -30,9 +31,11 @@ class frmNewForm : public EditorWindow {
 
  protected:
   void initWindow() override;
-  bool accept() override;
-  void apply() override;
-  void cancel() override;
+  void loadRecord() override { buildWorkingLists("formtype"); }
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
+  void deleteRecord() override;
   void activated() override;
 
  private:
@@ -49,12 +52,9 @@ class frmNewForm : public EditorWindow {
   void openNewField();
   void openEditField();
   void deleteField();
-  // False, after a message, when the form is gone or no identifier is to be had.
-  bool save();
-  bool writeRow();
+  Form record() const;
 
-  bool savedOnce_ = false;    // a new form stored with Apply: Cancel takes it back
-  std::int64_t fieldId_ = 0;  // last clicked, 0 when none
+  Id fieldId_ = 0;  // last clicked, 0 when none
   EntryBox* txtName_;
   EntryBox* txtDescription_;
   QComboBox* cmboFormType_;

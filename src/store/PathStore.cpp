@@ -1,0 +1,25 @@
+#include "store/PathStore.h"
+
+#include "ReadAll.h"
+#include "app/Settings.h"
+
+namespace mv {
+
+std::optional<std::string> findSitePath(Id siteId, Id fileTypeId) {
+  return readFirst(gDatabase.query("select path from site_paths where filetype_id = " + number(fileTypeId) +
+                                   " and site_id = " + number(siteId)),
+                   [](const Recordset& rows) { return rows.text("path"); });
+}
+
+void saveSitePath(Id siteId, Id fileTypeId, const std::string& folder) {
+  gDatabase.execute("delete from site_paths where site_id = " + number(siteId) +
+                    " and filetype_id = " + number(fileTypeId));
+  gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values(" + number(siteId) + ", " +
+                    number(fileTypeId) + ", " + quoted(folder) + ") ");
+}
+
+void saveDefaultSitePath(Id siteId, const std::string& folder) {
+  gDatabase.execute("update site set download_path = " + quoted(folder) + " where id = " + number(siteId));
+}
+
+}  // namespace mv

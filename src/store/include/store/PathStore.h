@@ -1,0 +1,19 @@
+// The folders of a site: its default folder, and those of its file types, kept in the table `site_paths`. Folders are
+// full paths in UTF-8. All functions raise DatabaseError.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "store/Id.h"
+
+namespace mv {
+
+// The site's own folder for a file type.
+std::optional<std::string> findSitePath(Id siteId, Id fileTypeId);
+// Replaces the site's folder for the file type, or gives it one.
+void saveSitePath(Id siteId, Id fileTypeId, const std::string& folder);
+// Sets the default folder of a stored site; of any other nothing is stored.
+void saveDefaultSitePath(Id siteId, const std::string& folder);
+
+}  // namespace mv
