@@ -11,12 +11,14 @@
 #include <utility>
 
 #include "Figures.h"
-#include "ProgramFolder.h"
 #include "app/Settings.h"
 #include "database/RawStatement.h"
 #include "download/DownloadProcess.h"
 #include "scan/ScanProcess.h"
 #include "scan/clsLinkParser.h"
+#include "store/ProgramDatabase.h"
+#include "testkit/ProgramFolder.h"
+#include "testkit/SiteRow.h"
 
 namespace {
 
@@ -83,8 +85,7 @@ void addSite(int id) {
       number(id) +
       ", \"host.example\", 24, 0, 5000, 5000, \"\", \"no\", \"host.example\", \"no\", 1000000, "
       "\"no\", \"\")");
-  gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + number(id) +
-                    ", id from valid_filetypes");
+  mvtest::allowEveryType(id);
 }
 
 std::int64_t anyNumber() {
@@ -214,7 +215,7 @@ void opening() {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   if (const char* rows = std::getenv("MORVANE_BENCH_ROWS")) storedRows = std::max(1000LL, std::atoll(rows));
-  const ProgramFolder folder;
+  const mvtest::ProgramFolder folder;
   const Timing taken = timed([] {
     storeLinks();
     addSite(kIdleSite);

@@ -41,7 +41,7 @@ mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {
   QObject::connect(&download, &mv::DownloadProcess::fileSaved, [&](const std::string& path) { saved = path; });
   const mvbench::Timing timing = mvbench::timed([&] {
     download.initWindow();
-    mvbench::runUntil([&] { return !saved.empty() || download.ErrorCount() > 0; });
+    mvtest::runUntil([&] { return !saved.empty() || download.ErrorCount() > 0; });
   });
   download.requestStop();
   if (saved.empty() || QFileInfo(mv::toQString(saved)).size() != kSize)
@@ -55,7 +55,7 @@ void measure() {
   const mvbench::ServerProcess server({});
   const mvbench::Application application;
   const QTemporaryDir folder;
-  mvbench::openFolder(mv::toUtf8(folder.filePath("program")));
+  mvtest::openProgramFolder(mv::toUtf8(folder.filePath("program")));
   const std::int32_t site = mvbench::addSite(server.host());
   const double idle = mvbench::memory("VmRSS");
   mvbench::forgetPeak();

@@ -40,6 +40,11 @@ std::int32_t addSite(const std::string& location, const std::string& downloadPat
   return id;
 }
 
+void allowEveryType(std::int32_t site) {
+  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + mv::number(site) +
+                        ", id from valid_filetypes");
+}
+
 void setSite(std::int32_t id, const std::string& assignments) {
   mv::gDatabase.execute("update site set " + mv::rawStatement(assignments) + " where id = " + mv::number(id));
 }

@@ -7,7 +7,6 @@
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
 #include "process/ProcessTexts.h"
-#include "testkit/LongestTurn.h"
 
 namespace {
 
@@ -212,7 +211,7 @@ TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
   setSite("pages_to_scan = 5000");
   write("a.jpg", "x");
   for (int i = 0; i < 1500; ++i) addLink(site.host() + "/" + std::to_string(i) + "/a.jpg", "jpg");
-  const LongestTurn turn;
+  const LoopMeter turn;
   process->initWindow();
   EXPECT_EQ(process->lvwLinks.count(), 1000) << "the rest comes with the next list";
   ASSERT_TRUE(waitFor([this] { return process->lvwLinks.count() == 0 && allDone(); }));
@@ -251,7 +250,7 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
   process->initWindow();
   bool saved = false;
   QObject::connect(process.get(), &DownloadProcess::fileSaved, [&](const std::string&) { saved = true; });
-  const LongestTurn turn;
+  const LoopMeter turn;
   ASSERT_TRUE(waitFor([&] { return saved; }));
   EXPECT_LT(turn.longest, 50);
   EXPECT_TRUE(readFile(path("large.bin")) == body);

@@ -17,7 +17,6 @@
 
 #include "base/TimeBudget.h"
 #include "testkit/Fixture.h"
-#include "testkit/LongestTurn.h"
 #include "testkit/TestSite.h"
 #include "transfer/InternetTransfer.h"
 
@@ -441,7 +440,7 @@ TEST_F(TransferTest, ManyLargeBodiesAtOnceLeaveTheWindowsAlive) {
   site.page("/page", page);
   site.file("/file", "video/mpeg", page);
   Client clients[8];
-  const LongestTurn turn;
+  const LoopMeter turn;
   for (auto& one : clients)
     one.begin(site.url(&one < clients + 4 ? "/page" : "/file"), &one < clients + 4 ? BodyMode::Text : BodyMode::File);
   ASSERT_TRUE(

@@ -7,7 +7,6 @@
 #include "process/ProcessTexts.h"
 #include "scan/ScanProcess.h"
 #include "scan/ScanTexts.h"
-#include "testkit/LongestTurn.h"
 
 namespace {
 
@@ -162,7 +161,7 @@ TEST_F(ScanProcessTest, APageOfTenThousandLinksLeavesTheWindowsAlive) {
   setSite("pages_to_scan = 20000");
   site.page("/", anchors("/p", 0, 5000) + anchors("/q", 0, 5000, ".jpg"));
   begin();
-  const LongestTurn turn;
+  const LoopMeter turn;
   ASSERT_TRUE(waitFor([this] { return pages.count() == 1; }, 120'000));
   EXPECT_EQ(count("link"), 10'000);
   EXPECT_EQ(process.lvwLinks.count(), 5001);
@@ -175,7 +174,7 @@ TEST_F(ScanProcessTest, AnUnterminatedPageOfAMillionTagsLeavesTheWindowsAlive) {
   site.page("/", page);
   begin();
   // Receiving and decoding the page is the transfer's work.
-  std::optional<LongestTurn> turn;
+  std::optional<LoopMeter> turn;
   QObject::connect(&process.Inet2, &mv::InternetTransfer::StateChanged, &process, [&turn](int, int state) {
     if (state == mv::kResponseCompleted) turn.emplace();
   });
@@ -188,7 +187,7 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   setSite("pages_to_scan = 20000");
   insertNumbered("link (id, site_id, url, link_type, status)", 100, 12'000,
                  "i, " + std::to_string(siteId) + ", 'h/p' || i, 'Document', 'False'");
-  const LongestTurn turn;
+  const LoopMeter turn;
   begin();
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));
   EXPECT_EQ(process.lvwLinks.count(), mv::ScanQueue::kLimit);

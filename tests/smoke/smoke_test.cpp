@@ -51,7 +51,7 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
   Resource slow{.type = "image/jpeg", .body = fileOf('s', 50000), .fault = Fault::HeaderOnly};
   site.add("/slow.jpg", slow);
 
-  ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);
+  ProgramRun program(MORVANE_PROGRAM);
   program.addAutoScanSite(site.host(), "10", "1", {"jpg"});
   ASSERT_TRUE(program.start());
   ASSERT_TRUE(waitFor([&] { return site.requestCount("/slow.jpg") > 0; }, 60'000));
