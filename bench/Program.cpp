@@ -1,8 +1,6 @@
 #include "Program.h"
 
 #include <QDir>
-#include <QEventLoop>
-#include <QTimer>
 #include <stdexcept>
 
 #include "app/EndProgram.h"
@@ -15,8 +13,6 @@
 namespace mvbench {
 
 namespace {
-
-constexpr int kLookEveryMs = 5;
 
 template <class Window>
 std::vector<Window*> windowsOf() {
@@ -32,12 +28,10 @@ std::int32_t addSite(const std::string& location) {
   const std::string folder = mv::gProgramFolder + "/files of " + location.substr(0, location.find('/'));
   QDir().mkpath(mv::toQString(folder));
   const std::int32_t id = mvtest::addSite(location, folder);
-  mv::gDatabase.execute(
-      "update site set auto_scan = \"yes\", upper_limit = 1000000, pages_to_scan = 1000000000, "
-      "files_to_download = 1000000000 where id = " +
-      std::to_string(id));
-  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(id) +
-                        ", id from valid_filetypes");
+  mvtest::setSite(id,
+                  "auto_scan = \"yes\", upper_limit = 1000000, pages_to_scan = 1000000000, files_to_download = "
+                  "1000000000");
+  mvtest::allowEveryType(id);
   mv::gDatabase.execute("update pref set auto_scan = \"yes\", max_connections = 1000");
   return id;
 }
@@ -63,16 +57,6 @@ std::vector<mv::frmDownload*> Program::downloads() const { return windowsOf<mv::
 void Program::unpace() {
   for (auto* scan : scans()) scan->process().tmrOKToDownload.setInterval(0);
   for (auto* download : downloads()) download->process().tmrOKToDownload.setInterval(0);
-}
-
-void runUntil(const std::function<bool()>& done) {
-  QEventLoop loop;
-  QTimer look;
-  QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-    if (done()) loop.quit();
-  });
-  look.start(kLookEveryMs);
-  loop.exec();
 }
 
 }  // namespace mvbench

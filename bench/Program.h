@@ -2,14 +2,14 @@
 #pragma once
 
 #include <QApplication>
-#include <QTemporaryDir>
-#include <functional>
 #include <string>
+#include <vector>
 
-#include "ProgramFolder.h"
 #include "download_windows/frmDownload.h"
 #include "program/StartUp.h"
 #include "scan_windows/frmScan.h"
+#include "testkit/EventLoop.h"
+#include "testkit/ProgramFolder.h"
 
 namespace mvbench {
 
@@ -43,8 +43,5 @@ class Program {
  private:
   mv::StartUp startUp_;
 };
-
-// Lets events run until `done`, which is asked every few milliseconds.
-void runUntil(const std::function<bool()>& done);
 
 }  // namespace mvbench

@@ -24,7 +24,7 @@ constexpr double kMB = 1e6;
 // One link of the site still waits.
 bool linksWait(std::int32_t site) {
   return !mv::gDatabase
-              .query("select id from link where site_id = " + std::to_string(site) +
+              .query("select id from link where site_id = " + mv::number(site) +
                      " and link_type <> \"Email Address\" and status = \"False\"")
               .endOfRows();
 }
@@ -92,7 +92,7 @@ void printTotals(const Meter& meter, long errors, double idle) {
 }
 
 void harvest(const std::string& address, const std::string& folder, long step) {
-  mvbench::openFolder(folder);
+  mvtest::openProgramFolder(folder);
   const std::int32_t site = mvbench::addSite(std::string(mv::withoutScheme(address)));
   mvbench::Program program;
   auto& scan = program.scans().at(0)->process();
@@ -103,7 +103,7 @@ void harvest(const std::string& address, const std::string& folder, long step) {
   Meter meter(scan, download);
   meter.step = step;
   program.unpace();
-  mvbench::runUntil([&] { return meter.pages + scan.ErrorCount() > 0 && !linksWait(site); });
+  mvtest::runUntil([&] { return meter.pages + scan.ErrorCount() > 0 && !linksWait(site); });
   printTotals(meter, scan.ErrorCount() + download.ErrorCount(), idle);
 }
 

@@ -11,16 +11,20 @@
 #include <utility>
 
 #include "Figures.h"
-#include "ProgramFolder.h"
 #include "app/Settings.h"
+#include "database/RawStatement.h"
 #include "download/DownloadProcess.h"
 #include "scan/ScanProcess.h"
 #include "scan/clsLinkParser.h"
+#include "store/ProgramDatabase.h"
+#include "testkit/ProgramFolder.h"
+#include "testkit/SiteRow.h"
 
 namespace {
 
 using namespace mvbench;
 using mv::gDatabase;
+using mv::number;
 using mv::quoted;
 
 constexpr std::int64_t kSliceRows = 200'000;
@@ -45,17 +49,17 @@ void storeSlice(std::int64_t begin, std::int64_t end) {
   gDatabase.execute(
       "insert into link (id, site_id, url, link_type, username, password, status, file_type) "
       "with recursive numbers(n) as (select " +
-      std::to_string(begin) + " union all select n + 1 from numbers where n < " + std::to_string(end) +
-      ") select n + 1, " + std::to_string(kIdleSite) +
+      number(begin) + " union all select n + 1 from numbers where n < " + number(end) + ") select n + 1, " +
+      number(kIdleSite) +
       ", printf('www.host%03d.example/pictures/%08x/image%d.jpg', n % 1000, n * 2654435761 % 4294967296, n), "
       "case when n % 10 < 7 then 'File' when n % 10 = 8 then 'Directory' else 'Document' end, '', '', 'Done', 'jpg' "
       "from numbers where n > " +
-      std::to_string(begin));
+      number(begin));
 }
 
 void setNextId() {
   gDatabase.execute("update valid_sid set next_value = " +
-                    std::to_string(gDatabase.query("select max(id) as newest from link").number("newest") + 1) +
+                    number(gDatabase.query("select max(id) as newest from link").number("newest") + 1) +
                     " where sid_name = 'link_id'");
 }
 
@@ -63,12 +67,12 @@ void storeLinks() {
   for (mv::Recordset names =
            gDatabase.query("select name from sqlite_schema where type = 'index' and tbl_name = 'link'");
        !names.endOfRows(); names.moveNext())
-    gDatabase.execute("drop index " + names.text("name"));
+    gDatabase.execute(mv::rawStatement("drop index " + names.text("name")));
   for (std::int64_t begin = 0; begin < storedRows; begin += kSliceRows)
     storeSlice(begin, std::min(begin + kSliceRows, storedRows));
   mv::ensureIndexes();
   // Every so many rows a page and a file wait.
-  const std::string spread = std::to_string(storedRows / kWaitingLinks);
+  const mv::Literal spread = number(storedRows / kWaitingLinks);
   gDatabase.execute("update link set status = \"False\", link_type = \"Document\" where id % " + spread + " = 1");
   gDatabase.execute("update link set status = \"False\", link_type = \"File\" where id % " + spread + " = 2");
   setNextId();
@@ -78,11 +82,10 @@ void addSite(int id) {
   gDatabase.execute(
       "insert into site (id, name, upper_limit, lower_limit, pages_to_scan, files_to_download, download_path, "
       "auto_scan, domain, alternate_matchpath, hops, unique_names, base_name) values (" +
-      std::to_string(id) +
+      number(id) +
       ", \"host.example\", 24, 0, 5000, 5000, \"\", \"no\", \"host.example\", \"no\", 1000000, "
       "\"no\", \"\")");
-  gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + std::to_string(id) +
-                    ", id from valid_filetypes");
+  mvtest::allowEveryType(id);
 }
 
 std::int64_t anyNumber() {
@@ -113,7 +116,7 @@ void newLinks() {
   mv::clsLinkParser parser = makeParser();
   std::int64_t number = storedRows;
   const Timing timing = medianOf(kRuns, [&] {
-    const mv::clsLinkParser::Stretch stretch(parser);
+    const mv::clsLinkParser::CachedLookups lookups(parser);
     for (int i = 0; i < kLinksARun; ++i)
       if (!store(parser, url(++number))) throw std::runtime_error("the address was there");
   });
@@ -127,7 +130,7 @@ void knownLinks() {
   mv::clsLinkParser parser = makeParser();
   const auto show = [&](const char* name, double goal, auto&& next) {
     const Timing timing = medianOf(kRuns, [&] {
-      const mv::clsLinkParser::Stretch stretch(parser);
+      const mv::clsLinkParser::CachedLookups lookups(parser);
       for (int i = 0; i < kLinksARun; ++i)
         if (store(parser, next())) throw std::runtime_error("a link is missing");
     });
@@ -178,14 +181,13 @@ void marking() {
   const Timing timing = medianOf(kRuns, [&] {
     for (int i = 0; i < kLinksARun; ++i)
       gDatabase.execute("update link set status = " + quoted(i % 2 == 0 ? "False" : "Done") +
-                        " where id = " + std::to_string(anyNumber()));
+                        " where id = " + number(anyNumber()));
   });
   printFigure("a link marked", timing.cpu / kLinksARun * 1e6, "us", Goal::AtMost, 30);
 }
 
 void idlePoll() {
-  gDatabase.execute("update link set status = \"Done\" where status = \"False\" and site_id = " +
-                    std::to_string(kIdleSite));
+  gDatabase.execute("update link set status = \"Done\" where status = \"False\" and site_id = " + number(kIdleSite));
   Download process(kIdleSite);
   constexpr int kPolls = 1000;
   const Timing timing = medianOf(kRuns, [&] {
@@ -197,7 +199,7 @@ void idlePoll() {
 void clearing() {
   constexpr int kSlices = 50;
   const Timing timing = medianOf(kSlices, [&] {
-    gDatabase.execute("delete from link where id in (select id from link where site_id = " + std::to_string(kIdleSite) +
+    gDatabase.execute("delete from link where id in (select id from link where site_id = " + number(kIdleSite) +
                       " limit 1000)");
   });
   printFigure("a thousand of a site's links cleared", timing.cpu * 1e3, "ms", Goal::AtMost, 16);
@@ -213,7 +215,7 @@ void opening() {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   if (const char* rows = std::getenv("MORVANE_BENCH_ROWS")) storedRows = std::max(1000LL, std::atoll(rows));
-  const ProgramFolder folder;
+  const mvtest::ProgramFolder folder;
   const Timing taken = timed([] {
     storeLinks();
     addSite(kIdleSite);

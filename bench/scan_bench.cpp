@@ -6,9 +6,9 @@
 
 #include "Figures.h"
 #include "Pages.h"
-#include "ProgramFolder.h"
 #include "app/Settings.h"
 #include "scan/clsPageScanner.h"
+#include "testkit/ProgramFolder.h"
 
 namespace {
 
@@ -72,7 +72,7 @@ void scanPages(const std::string& name, std::size_t count, std::size_t bytes, co
 }  // namespace
 
 int main() {
-  const ProgramFolder folder;
+  const mvtest::ProgramFolder folder;
   const std::vector<std::string> tags = shippedTags();
   scanPages("page to links, pages of 100 KB", 100, 100'000, tags);
   scanPages("page to links, a page of 20 MB", 1, 20'000'000, tags);

@@ -51,7 +51,7 @@ int start(const std::string& folder, double started) {
   qApp->installEventFilter(&paint);
   mv::StartUp startUp;
   if (!startUp.run(folder)) return 1;
-  mvbench::runUntil([&] { return paint.at > 0; });
+  mvtest::runUntil([&] { return paint.at > 0; });
   const double idle = mvbench::memory("VmRSS");
   const double own = mvbench::memory("RssAnon");
   std::printf("%f %f %f %f\n", paint.at - started, paint.cpu, idle, own);
@@ -79,7 +79,7 @@ Run runOnce(const char* program, const std::string& folder) {
 void measure(const char* program) {
   const QTemporaryDir temporary;
   const std::string folder = mv::toUtf8(temporary.filePath("program"));
-  mvbench::openFolder(folder);
+  mvtest::openProgramFolder(folder);
   mvbench::storeHandledLinks(mvbench::addSite("host.example"), "host.example", kLinks);
   mv::gDatabase.execute("update pref set auto_scan = \"no\"");
   mv::ensureIndexes();

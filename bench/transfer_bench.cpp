@@ -26,10 +26,10 @@ constexpr double kGoalMemory = 17.0;  // MB
 void addLink(std::int32_t site, const std::string& host, int run) {
   mv::gDatabase.execute(
       "insert into link (site_id, url, link_type, username, password, id, status, file_type) values (" +
-      std::to_string(site) + ", " + mv::quoted(host + "/big/" + std::to_string(kSize) + ".jpg") +
+      mv::number(site) + ", " + mv::quoted(host + "/big/" + std::to_string(kSize) + ".jpg") +
       ", \"File\", \"\", "
       "\"\", " +
-      std::to_string(run + 10) + ", \"False\", \"jpg\")");
+      mv::number(run + 10) + ", \"False\", \"jpg\")");
 }
 
 mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {
@@ -41,11 +41,11 @@ mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {
   QObject::connect(&download, &mv::DownloadProcess::fileSaved, [&](const std::string& path) { saved = path; });
   const mvbench::Timing timing = mvbench::timed([&] {
     download.initWindow();
-    mvbench::runUntil([&] { return !saved.empty() || download.ErrorCount() > 0; });
+    mvtest::runUntil([&] { return !saved.empty() || download.ErrorCount() > 0; });
   });
   download.requestStop();
   if (saved.empty() || QFileInfo(mv::toQString(saved)).size() != kSize)
-    throw std::runtime_error("The file did not arrive: " + download.errorPanel().reason);
+    throw std::runtime_error("The file did not arrive: " + download.lastError().reason);
   QFile::remove(mv::toQString(saved));
   mv::gDatabase.execute("update link set status = \"Done\"");
   return timing;
@@ -55,7 +55,7 @@ void measure() {
   const mvbench::ServerProcess server({});
   const mvbench::Application application;
   const QTemporaryDir folder;
-  mvbench::openFolder(mv::toUtf8(folder.filePath("program")));
+  mvtest::openProgramFolder(mv::toUtf8(folder.filePath("program")));
   const std::int32_t site = mvbench::addSite(server.host());
   const double idle = mvbench::memory("VmRSS");
   mvbench::forgetPeak();

@@ -1,17 +1,12 @@
 #include "testkit/Fixture.h"
 
-#include <QElapsedTimer>
-#include <QEventLoop>
-#include <QFile>
-#include <QTimer>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 
 #include "app/EndProgram.h"
 #include "base/Clock.h"
 #include "base/Text.h"
-#include "base/UserSettings.h"
+#include "database/RawStatement.h"
 #include "desktop/Browser.h"
 #include "files/DiskSpace.h"
 #include "windows/NoticeBoxes.h"
@@ -20,7 +15,6 @@
 namespace mvtest {
 namespace {
 
-constexpr int kWakeMs = 5;
 constexpr int kUnloadDeadlineMs = 5000;
 constexpr QSize kFrameSize(1200, 800);
 
@@ -47,20 +41,6 @@ std::optional<Answer> takeNext(std::deque<std::optional<Answer>>& answers) {
 }
 
 }  // namespace
-
-bool waitFor(const std::function<bool()>& condition, int milliseconds) {
-  QElapsedTimer clock;
-  clock.start();
-  // What another thread brings about raises no event here: look again every few milliseconds.
-  QTimer wake;
-  wake.start(kWakeMs);
-  while (!condition()) {
-    if (clock.hasExpired(milliseconds)) return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-  return true;
-}
 
 void ScriptedDialogs::message(QWidget*, const QString& title, const QString& text, mv::MessageIcon icon) {
   messages_.push_back({title, text, icon});
@@ -97,29 +77,24 @@ ProgramTest::ProgramTest() {
   mv::Dialogs::install(&dialogs);
   mv::showNoticesInBoxes();
   resetSettings();
-  mv::setUserSettingsFolder(folder_.filePath("user-settings"));
-  mv::setProgramFolder(folder());
-  copyShippedDatabase(mv::gDatabasePath);
-  mv::gDatabase.open(mv::gDatabasePath);
 }
 
 ProgramTest::~ProgramTest() {
   EXPECT_TRUE(dialogs.allSeen()) << "an unexpected message: " << mv::toUtf8(dialogs.messages().back().text);
-  mv::gDatabase.close();
   resetSettings();
-  mv::setUserSettingsFolder({});
   mv::Dialogs::install(nullptr);
 }
 
 std::string ProgramTest::value(const std::string& sql) const {
   // The first field has whatever name the statement gives it: the engine is asked to call it `firstField`.
   const mv::Recordset row =
-      mv::gDatabase.query("with answer(firstField) as (" + sql + ") select firstField from answer");
+      mv::gDatabase.query("with answer(firstField) as (" + mv::rawStatement(sql) + ") select firstField from answer");
   return row.endOfRows() ? std::string() : row.text("firstField");
 }
 
 long ProgramTest::count(const std::string& table, const std::string& where) const {
-  return static_cast<long>(mv::gDatabase.count("select count(*) as outCount from " + table + " where " + where));
+  return static_cast<long>(
+      mv::gDatabase.count("select count(*) as outCount from " + mv::rawStatement(table + " where " + where)));
 }
 
 std::string ProgramTest::lastMessage() {
@@ -145,13 +120,6 @@ void WindowTest::endForGood(mv::ChildWindow* window) {
   mv::gClosingProcesses = true;
   window->unload();
   mv::gClosingProcesses = false;
-}
-
-void copyShippedDatabase(const std::string& path) {
-  const QString target = mv::toQString(path);
-  if (!QFile::copy(QStringLiteral(MORVANE_SHIPPED_DATABASE), target))
-    throw std::runtime_error("the shipped database cannot be copied to " + path);
-  QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 std::string readFile(const std::string& path) {

@@ -8,7 +8,6 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QPointer>
-#include <QTemporaryDir>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -17,14 +16,13 @@
 
 #include "app/Settings.h"
 #include "desktop/Dialogs.h"
+#include "testkit/EventLoop.h"
+#include "testkit/ProgramFolder.h"
 #include "testkit/SiteRow.h"
 #include "windows/ChildWindow.h"
 #include "windows/MainFrame.h"
 
 namespace mvtest {
-
-// Runs the event loop until `condition` holds. False when it does not within the deadline.
-bool waitFor(const std::function<bool()>& condition, int milliseconds = 20'000);
 
 // Answers dialogs at once: an unexpected one is answered with OK or cancelled, and is there to be read.
 class ScriptedDialogs : public mv::Dialogs {
@@ -88,7 +86,7 @@ class ProgramTest : public ::testing::Test {
   ProgramTest();
   ~ProgramTest() override;
 
-  std::string folder() const { return folder_.path().toStdString(); }
+  std::string folder() const { return folder_.path(); }
   // Runs a statement; the first field of the first row as text ("" when there is no row).
   std::string value(const std::string& sql) const;
   long count(const std::string& table, const std::string& where = "1=1") const;
@@ -98,7 +96,7 @@ class ProgramTest : public ::testing::Test {
   ScriptedDialogs dialogs;
 
  private:
-  QTemporaryDir folder_;
+  ProgramFolder folder_;
 };
 
 // The same with a main frame.
@@ -110,9 +108,6 @@ class WindowTest : public ProgramTest {
   static void endForGood(mv::ChildWindow* window);
   TestFrame frame;
 };
-
-// Copies the shipped database to `path`.
-void copyShippedDatabase(const std::string& path);
 
 std::string readFile(const std::string& path);
 

@@ -1,11 +1,9 @@
 #include "testkit/ProgramRun.h"
 
-#include <QDir>
 #include <QFile>
 
 #include "app/Settings.h"
 #include "base/Text.h"
-#include "base/UserSettings.h"
 #include "testkit/SiteRow.h"
 
 namespace mvtest {
@@ -13,25 +11,18 @@ namespace mvtest {
 namespace {
 
 constexpr int kPatienceMs = 10'000;
-constexpr const char* kSettings = "/user-settings";
+
+QString programIn(const ProgramFolder& folder) { return mv::toQString(folder.path()) + "/morvane2000"; }
 
 }  // namespace
 
-ProgramRun::ProgramRun(const std::string& executable, const std::string& database)
-    : folder_(work_.path() + "/program") {
-  QDir().mkpath(folder_);
-  QFile::copy(mv::toQString(executable), folder_ + "/morvane2000");
-  QFile::copy(mv::toQString(database), folder_ + "/morvane2000.mdb");
-  mv::setUserSettingsFolder(folder_ + kSettings);
-  mv::setProgramFolder(mv::toUtf8(folder_));
-  mv::gDatabase.open(mv::gDatabasePath);
+ProgramRun::ProgramRun(const std::string& executable) {
+  QFile::copy(mv::toQString(executable), programIn(folder_));
   process_.setProcessChannelMode(QProcess::ForwardedChannels);
 }
 
 ProgramRun::~ProgramRun() {
   if (isRunning()) kill();
-  mv::gDatabase.close();
-  mv::setUserSettingsFolder({});
 }
 
 std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
@@ -46,9 +37,9 @@ bool ProgramRun::start() {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   if (!environment.contains("DISPLAY") && !environment.contains("WAYLAND_DISPLAY"))
     environment.insert("QT_QPA_PLATFORM", "offscreen");
-  environment.insert("XDG_CONFIG_HOME", folder_ + kSettings);
+  environment.insert("XDG_CONFIG_HOME", mv::toQString(userSettingsOf(folder_.path())));
   process_.setProcessEnvironment(environment);
-  process_.start(folder_ + "/morvane2000", QStringList());
+  process_.start(programIn(folder_), QStringList());
   return process_.waitForStarted(kPatienceMs);
 }
 

@@ -2,19 +2,19 @@
 #pragma once
 
 #include <QProcess>
-#include <QTemporaryDir>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "testkit/ProgramFolder.h"
 
 namespace mvtest {
 
 class ProgramRun {
  public:
-  // A fresh folder with a copy of `executable` and of the shipped database `database`. gDatabase is open on that
-  // database, process-wide paths point into the folder, and the per-user settings are kept in it.
-  ProgramRun(const std::string& executable, const std::string& database);
-  // Kills a program that still runs and closes gDatabase.
+  // A copy of `executable` in a fresh program folder, whose database is open in gDatabase.
+  explicit ProgramRun(const std::string& executable);
+  // Kills a program that still runs.
   ~ProgramRun();
   ProgramRun(const ProgramRun&) = delete;
   ProgramRun& operator=(const ProgramRun&) = delete;
@@ -33,8 +33,7 @@ class ProgramRun {
   void kill();
 
  private:
-  QTemporaryDir work_;
-  QString folder_;
+  ProgramFolder folder_;
   QProcess process_;
 };
 

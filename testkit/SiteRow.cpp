@@ -1,21 +1,26 @@
 #include "testkit/SiteRow.h"
 
 #include "app/Settings.h"
+#include "database/RawStatement.h"
 
 namespace mvtest {
 
 void insert(const std::string& into, const std::vector<RowValues>& rows) {
   for (const RowValues& row : rows) {
-    std::string values;
-    for (const std::string& value : row) values += (values.empty() ? "" : ", ") + mv::quoted(value);
-    mv::gDatabase.execute("insert into " + into + " values (" + values + ")");
+    mv::Statement statement = mv::rawStatement("insert into " + into);
+    mv::SqlText separator = " values (";
+    for (const std::string& value : row) {
+      statement += separator + mv::quoted(value);
+      separator = ", ";
+    }
+    mv::gDatabase.execute(statement + ")");
   }
 }
 
 void insertNumbered(const std::string& into, long first, long last, const std::string& values) {
-  mv::gDatabase.execute("insert into " + into + " with recursive n(i) as (select " + std::to_string(first) +
-                        " union all select i + 1 from n where i < " + std::to_string(last) + ") select " + values +
-                        " from n");
+  mv::gDatabase.execute(mv::rawStatement("insert into " + into) + " with recursive n(i) as (select " +
+                        mv::number(first) + " union all select i + 1 from n where i < " + mv::number(last) +
+                        ") select " + mv::rawStatement(values) + " from n");
 }
 
 std::int32_t addSite(const std::string& location, const std::string& downloadPath,
@@ -30,13 +35,18 @@ std::int32_t addSite(const std::string& location, const std::string& downloadPat
       {{key, location, "24", "0", "50", "1000", downloadPath, "no", location.substr(0, location.find('/')), "no", "0",
         "no", "NewFile"}});
   for (const std::string& extension : extensions)
-    mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + key +
+    mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + mv::number(id) +
                           ", id from valid_filetypes where name = " + mv::quoted(extension));
   return id;
 }
 
+void allowEveryType(std::int32_t site) {
+  mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + mv::number(site) +
+                        ", id from valid_filetypes");
+}
+
 void setSite(std::int32_t id, const std::string& assignments) {
-  mv::gDatabase.execute("update site set " + assignments + " where id = " + std::to_string(id));
+  mv::gDatabase.execute("update site set " + mv::rawStatement(assignments) + " where id = " + mv::number(id));
 }
 
 }  // namespace mvtest

@@ -18,6 +18,9 @@ void insertNumbered(const std::string& into, long first, long last, const std::s
 std::int32_t addSite(const std::string& location, const std::string& downloadPath,
                      const std::vector<std::string>& extensions = {});
 
+// The site fetches files of every type.
+void allowEveryType(std::int32_t site);
+
 // "column = value, ..." for a site's row.
 void setSite(std::int32_t id, const std::string& assignments);
 

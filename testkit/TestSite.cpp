@@ -1,31 +1,22 @@
 #include "testkit/TestSite.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <atomic>
 #include <cctype>
 #include <chrono>
-#include <condition_variable>
 #include <cstdlib>
 #include <mutex>
-#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
+
+#include "testkit/LoopbackServer.h"
 
 namespace mvtest {
 
 namespace {
 
 using SharedResource = std::shared_ptr<const Resource>;
-
-constexpr std::size_t kSendAtOnce = 64 * 1024;
 
 std::string lower(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -67,6 +58,11 @@ std::size_t bodyLengthSent(const Resource& resource) {
   return resource.body.size() / (fault == Fault::Reset || fault == Fault::ShortBody ? 2 : 1);
 }
 
+AfterReply behind(Fault fault) {
+  if (fault == Fault::HeaderOnly) return AfterReply::Hold;
+  return fault == Fault::Reset ? AfterReply::Reset : AfterReply::Close;
+}
+
 Request parsed(const std::string& head) {
   Request request;
   std::istringstream lines(head);
@@ -80,96 +76,32 @@ Request parsed(const std::string& head) {
   return request;
 }
 
-// The next request of a connection; nothing when the client has gone.
-std::optional<Request> receive(int socket, std::string& in) {
-  const std::string behind = "\r\n\r\n";
-  auto end = in.find(behind);
-  for (char buffer[16 * 1024]; end == std::string::npos; end = in.find(behind)) {
-    const auto count = ::recv(socket, buffer, sizeof buffer, 0);
-    if (count <= 0) return std::nullopt;
-    in.append(buffer, static_cast<std::size_t>(count));
-  }
-  Request request = parsed(in.substr(0, end));
-  in.erase(0, end + behind.size());
-  return request;
-}
-
 }  // namespace
 
 struct TestSite::Private {
   Private();
   ~Private();
 
-  void accept();
-  void serve(int socket);
-  bool answer(int socket, Request request);
-  bool send(int socket, std::string_view bytes, bool counted);
   SharedResource find(const Request& request) const;
+  void answer(std::string_view head, Reply& reply);
 
   mutable std::mutex mutex;
-  std::condition_variable stopped;
-  bool stop = false;
   std::map<std::string, SharedResource> resources;
   Rule rule;
   std::vector<Request> requests;
-  std::atomic<std::uint64_t> bytesSent{0};
-  int listener = -1;
-  int port = 0;
-  std::set<int> sockets;
-  std::vector<std::thread> threads;  // the first listens, the others serve a connection each
+  LoopbackServer server{[this](std::string_view head, Reply& reply) { answer(head, reply); }};
+  std::thread thread;
 };
 
 TestSite::Private::Private() {
   // A proxy of the environment must not see the traffic of a test.
   ::setenv("no_proxy", "127.0.0.1,localhost", 1);
-  listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* plain = reinterpret_cast<sockaddr*>(&address);
-  if (listener < 0 || ::bind(listener, plain, size) != 0 || ::listen(listener, 64) != 0 ||
-      ::getsockname(listener, plain, &size) != 0)
-    throw std::runtime_error("The test site cannot listen");
-  port = ntohs(address.sin_port);
-  const std::lock_guard lock(mutex);
-  threads.emplace_back([this] { accept(); });
+  thread = std::thread([this] { server.run(); });
 }
 
 TestSite::Private::~Private() {
-  {
-    const std::lock_guard lock(mutex);
-    stop = true;
-    ::shutdown(listener, SHUT_RDWR);
-    for (const int socket : sockets) ::shutdown(socket, SHUT_RDWR);
-  }
-  stopped.notify_all();
-  threads.front().join();  // no more are added
-  for (std::size_t i = 1; i < threads.size(); ++i) threads[i].join();
-  ::close(listener);
-}
-
-void TestSite::Private::accept() {
-  for (;;) {
-    const int socket = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-    const std::lock_guard lock(mutex);
-    if (stop && socket >= 0) ::close(socket);
-    if (stop) return;
-    if (socket < 0) continue;
-    const int on = 1;
-    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    sockets.insert(socket);
-    threads.emplace_back([this, socket] { serve(socket); });
-  }
-}
-
-void TestSite::Private::serve(int socket) {
-  std::string in;
-  for (auto request = receive(socket, in); request && answer(socket, std::move(*request));)
-    request = receive(socket, in);
-  const std::lock_guard lock(mutex);
-  sockets.erase(socket);
-  ::close(socket);
+  server.stop();
+  thread.join();
 }
 
 SharedResource TestSite::Private::find(const Request& request) const {
@@ -180,38 +112,19 @@ SharedResource TestSite::Private::find(const Request& request) const {
   return found == resources.end() ? missing : found->second;
 }
 
-// False when the connection is to be closed.
-bool TestSite::Private::answer(int socket, Request request) {
-  bool keepAlive = lower(request.headers["connection"]) != "close";
-  std::unique_lock lock(mutex);
+void TestSite::Private::answer(std::string_view head, Reply& reply) {
+  Request request = parsed(std::string(head));
+  const std::lock_guard lock(mutex);
   const SharedResource resource = find(request);
   requests.push_back(std::move(request));
-  if (stopped.wait_for(lock, std::chrono::milliseconds(resource->delayMs), [this] { return stop; })) return false;
-  lock.unlock();
   const Fault fault = resource->fault;
-  if (fault == Fault::Refuse) return false;
-  keepAlive = keepAlive && (fault == Fault::None || fault == Fault::HeaderOnly);
-  const std::string head =
-      fault == Fault::Garbage ? "\x01\x02 this is no answer\r\n\r\n" : headOf(*resource, keepAlive);
-  const auto body = std::string_view(resource->body).substr(0, bodyLengthSent(*resource));
-  if (!send(socket, head, false) || !send(socket, body, true)) return false;
-  if (fault == Fault::Reset) {
-    const linger atOnce{1, 0};
-    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-  }
-  std::string ignored;
-  if (fault == Fault::HeaderOnly) receive(socket, ignored);
-  return keepAlive && fault != Fault::HeaderOnly;
-}
-
-bool TestSite::Private::send(int socket, std::string_view bytes, bool counted) {
-  while (!bytes.empty()) {
-    const auto count = ::send(socket, bytes.data(), std::min(bytes.size(), kSendAtOnce), MSG_NOSIGNAL);
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-    if (counted) bytesSent += static_cast<std::uint64_t>(count);
-  }
-  return true;
+  reply.delay = std::chrono::milliseconds(resource->delayMs);
+  if (fault != Fault::None) reply.after = behind(fault);
+  if (fault == Fault::Refuse) return;
+  const bool keepAlive = reply.after == AfterReply::KeepAlive || reply.after == AfterReply::Hold;
+  reply.text = fault == Fault::Garbage ? "\x01\x02 this is no answer\r\n\r\n" : headOf(*resource, keepAlive);
+  reply.body = std::string_view(resource->body).substr(0, bodyLengthSent(*resource));
+  reply.keeper = resource;
 }
 
 TestSite::TestSite() : d(std::make_unique<Private>()) {}
@@ -233,9 +146,9 @@ void TestSite::file(const std::string& path, const std::string& type, const std:
   add(path, {.type = type, .body = body});
 }
 
-int TestSite::port() const { return d->port; }
+int TestSite::port() const { return d->server.port(); }
 
-std::string TestSite::host() const { return "127.0.0.1:" + std::to_string(d->port); }
+std::string TestSite::host() const { return "127.0.0.1:" + std::to_string(port()); }
 
 std::vector<Request> TestSite::requests() const {
   const std::lock_guard lock(d->mutex);
@@ -248,6 +161,6 @@ int TestSite::requestCount(const std::string& path) const {
                                         [&](const Request& request) { return request.path == path; }));
 }
 
-std::uint64_t TestSite::bytesSent() const { return d->bytesSent; }
+std::uint64_t TestSite::bytesSent() const { return d->server.bodyBytesSent(); }
 
 }  // namespace mvtest

@@ -1,4 +1,4 @@
-// A web site on 127.0.0.1 for tests: a table of pages and files, served over real sockets by threads of its own, with
+// A web site on 127.0.0.1 for tests: a table of pages and files, served over real sockets by a thread of its own, with
 // the faults that real servers have.
 #pragma once
 
@@ -53,7 +53,7 @@ class TestSite {
   void file(const std::string& path, const std::string& type, const std::string& body);
 
   // For answers that depend on the request: asked before the table, which answers when it gives nothing. Set before the
-  // first request; runs on a thread of the site.
+  // first request; runs on the site's thread.
   using Rule = std::function<std::optional<Resource>(const Request&)>;
   void setRule(Rule rule);
 

@@ -171,6 +171,11 @@ TEST_F(Architecture, NothingGoesAroundTheWalls) {
   }
 }
 
+// Only tests, benches and tools put statements together from texts that no compiler has seen.
+TEST_F(Architecture, StatementsAreMadeOfConstants) {
+  EXPECT_EQ(filesIncluding("database/RawStatement.h"), Names{"database/Statement.cpp"});
+}
+
 TEST_F(Architecture, OneRoomSpeaksToEachLibrary) {
   EXPECT_EQ(filesIncluding("sqlite3.h"), Names{"database/Sqlite.h"});
   const Names transfers = filesIncluding("curl/");

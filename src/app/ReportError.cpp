@@ -1,7 +1,7 @@
 #include "app/ReportError.h"
 
+#include <QScopeGuard>
 #include <set>
-#include <tuple>
 
 #include "app/UserNotice.h"
 #include "database/Database.h"
@@ -12,26 +12,6 @@ namespace {
 
 constexpr long kMissingSubItem = 35600;
 
-// Keeps a text among those on the screen for as long as its box stands.
-class OpenText {
- public:
-  explicit OpenText(const std::string& text) { std::tie(place_, isNew_) = open().insert(text); }
-  ~OpenText() {
-    if (isNew_) open().erase(place_);
-  }
-  OpenText(const OpenText&) = delete;
-  OpenText& operator=(const OpenText&) = delete;
-  bool isNew() const { return isNew_; }
-
- private:
-  static std::set<std::string>& open() {
-    static std::set<std::string> texts;
-    return texts;
-  }
-  std::set<std::string>::iterator place_;
-  bool isNew_ = false;
-};
-
 }  // namespace
 
 void reportError(long number, const std::string& description, const std::string& source, const std::string& extra) {
@@ -39,8 +19,10 @@ void reportError(long number, const std::string& description, const std::string&
   const std::string text =
       "An error has occured\r\n" + std::to_string(number) + "\r\n" + description + "\r\n" + source + "\r\n" + extra;
   // A timer that fails at every tick must not pile up boxes.
-  const OpenText onScreen(text);
-  if (!onScreen.isNew()) return;
+  static std::set<std::string> onScreen;
+  const auto [place, isNew] = onScreen.insert(text);
+  if (!isNew) return;
+  const auto closed = qScopeGuard([shown = place] { onScreen.erase(shown); });
   notifyUser({{}, text, NoticeIcon::Critical});
 }
 

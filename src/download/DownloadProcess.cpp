@@ -1,6 +1,5 @@
 #include "download/DownloadProcess.h"
 
-#include <QString>
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -13,11 +12,11 @@
 
 #include "FileName.h"
 #include "app/Settings.h"
-#include "base/Text.h"
+#include "database/Database.h"
+#include "download/DownloadTexts.h"
 #include "net/Address.h"
 #include "net/TextBody.h"
-#include "store/EscapeText.h"
-#include "store/NoneOf.h"
+#include "store/LinkStore.h"
 #include "store/Sequence.h"
 
 namespace mv {
@@ -26,7 +25,6 @@ namespace {
 
 constexpr int kWorkInterval = 200;  // milliseconds
 constexpr const char* kSkip = "skip";
-constexpr const char* kUnknownSize = " Zero Conetnt-Length - File Size Unknown";
 
 // The leading whole number of a header's value; 0 for anything that is no size.
 std::int64_t leadingSize(std::string_view text) {
@@ -44,13 +42,9 @@ std::int64_t inBytes(std::int64_t limit, std::int64_t unit) {
   return bytes;
 }
 
-// Rounded to two decimals, without trailing zeros.
-std::string kilobytes(std::int64_t bytes) {
-  QString text = QString::number(static_cast<double>(bytes) / 1024.0, 'f', 2);
-  while (text.endsWith(u'0')) text.chop(1);
-  if (text.endsWith(u'.')) text.chop(1);
-  return toUtf8(text);
-}
+std::int64_t lowerLimit(const DownloadLimits& limits) { return inBytes(limits.lowerKilobytes, 1024); }
+
+std::int64_t upperLimit(const DownloadLimits& limits) { return inBytes(limits.upperMegabytes, 1024 * 1024); }
 
 std::string joined(const std::string& folder, const std::string& name) {
   return (std::filesystem::path(folder) / name).string();
@@ -69,14 +63,14 @@ long errorNumber(const std::exception& error) {
   return 0;
 }
 
-WorkRow workRow(const Recordset& rows) {
+WorkRow workRow(LinkRow link) {
   WorkRow row;
-  row.linkId = rows.number("id");
-  row.url = rows.text("url");
-  row.userName = rows.text("username");
-  row.password = rows.text("password");
-  row.fileName = restored(std::string(lastSegment(row.url)));
-  row.fileType = rows.text("file_type");
+  row.linkId = link.id;
+  row.userName = std::move(link.userName);
+  row.password = std::move(link.password);
+  row.fileName = lastSegment(link.url.restored());
+  row.fileType = std::move(link.fileType);
+  row.url = std::move(link.url);
   return row;
 }
 
@@ -90,12 +84,6 @@ DownloadProcess::DownloadProcess()
 
 DownloadProcess::~DownloadProcess() = default;
 
-void DownloadProcess::show(std::string& shown, std::string text) {
-  if (shown == text) return;
-  shown = std::move(text);
-  touch();
-}
-
 void DownloadProcess::initWindow() {
   run([this] {
     loadSiteLimits();
@@ -105,53 +93,42 @@ void DownloadProcess::initWindow() {
   });
 }
 
-void DownloadProcess::loadSiteLimits() {
-  const std::string site = std::to_string(SiteId);
-  const Recordset limits =
-      gDatabase.query("select upper_limit, lower_limit, files_to_download, download_path from site where id = " + site);
-  upperLimitMB_ = limits.number("upper_limit");
-  lowerLimitKB_ = limits.number("lower_limit");
-  downloadPath_ = limits.text("download_path");
-  savePath_ = downloadPath_;
-  queueSize_ = gDatabase.query("select pages_to_scan from site where id = " + site).number("pages_to_scan");
-}
+void DownloadProcess::loadSiteLimits() { limits_ = loadDownloadLimits(SiteId); }
 
 void DownloadProcess::buildQueue() {
   if (StopRequested()) return;
-  const std::string ofSite = "site_id = " + std::to_string(SiteId);
-  Recordset links = gDatabase.query(
-      "select id, status, site_id, link_type, url, username, password, file_type from link where " + ofSite +
-      " and link_type = " + mv::quoted("File") + " and " + noneOf("status", {"Done"}, "link", ofSite));
-  const std::int64_t most = std::min(kQueueLimit, queueSize_);
+  LinkRows links = unfinishedFiles(SiteId);
+  const std::int64_t most = std::min(kQueueLimit, queueSize());
   std::vector<WorkRow> rows;
-  for (; std::ssize(rows) < most && !links.endOfRows(); links.moveNext()) rows.push_back(workRow(links));
+  while (std::ssize(rows) < most) {
+    std::optional<LinkRow> link = links.next();
+    if (!link) break;
+    rows.push_back(workRow(std::move(*link)));
+  }
   // The list is there by the next repaint, so the count is announced once. A process that waits for links must not
   // disturb its window five times a second.
   if (!rows.empty()) {
-    setCaption("Opening. Please wait..." + std::to_string(rows.size()));
+    setRowsOpened(static_cast<long>(rows.size()));
     lvwLinks.append(std::move(rows));
   }
-  setCaption(title());
+  setRowsOpened(std::nullopt);
   showCounters("filesinqueue", "", 0);
-  setProgress(0, static_cast<long>(queueSize_));
+  setProgress(0, static_cast<long>(queueSize()));
 }
-
-std::string DownloadProcess::title() const { return kDownloadTitle + maskUserInfo(SiteName); }
 
 void DownloadProcess::rebuildQueue() {
   if (lvwLinks.count() > 0) lvwLinks.clear();
   loadSiteLimits();
-  buildQueue();
   processedCount_ = 0;
-  showCounters("filesinqueue", "", 0);
-  show(fileLabel_, "File: ");
+  buildQueue();
+  show(status_.file, FileStatus());
   enableWorkTimer();
 }
 
 void DownloadProcess::tick() {
-  if (pendingLinkId_ != 0) {
+  if (entry_.outcomeDue) {
     markLinkDone();
-    pendingLinkId_ = 0;
+    entry_.outcomeDue = false;
   }
   downloadNext();
 }
@@ -178,20 +155,19 @@ bool DownloadProcess::takeUp(int index) {
   std::string answer;
   try {
     findSavePath();
-    show(savePathText_, "Saving to: " + savePath_);
+    show(status_.savePath, entry_.savePath);
     rowTaken(index);
     lvwLinks.setState(index, RowState::Working);
-    --queueSize_;
     ++processedCount_;
     showCounters("filesinqueue", "", 0);
     checkIfFileExists(answer);
     if (answer != kSkip) {
-      requestKind_ = kGetHeader;
-      Inet2.Execute(url_, "GET", BodyMode::HeadersOnly);
+      entry_.mode = kGetHeader;
+      Inet2.Execute(entry_.url, "GET", BodyMode::HeadersOnly);
       return false;
     }
   } catch (...) {
-    errorFlag_ = true;
+    entry_.failed = true;
     throw;
   }
   skipEntry(index);
@@ -199,34 +175,36 @@ bool DownloadProcess::takeUp(int index) {
 }
 
 void DownloadProcess::beginEntry(const WorkRow& row) {
-  show(fileLabel_, "File: " + row.fileName);
-  fileName_ = row.fileName;
-  fileType_ = row.fileType;
-  url_ = restored(row.url);
-  linkId_ = row.linkId;
-  pendingLinkId_ = row.linkId;
+  entry_ = {.linkId = row.linkId,
+            .url = plainAddress(row.url),
+            .fileName = row.fileName,
+            .fileType = row.fileType,
+            .outcomeDue = true};
+  showFile(FileStatus::Note::None);
 }
 
+void DownloadProcess::showFile(FileStatus::Note note) { show(status_.file, FileStatus{entry_.fileName, note}); }
+
 void DownloadProcess::skipEntry(int index) {
-  show(fileLabel_, "File: " + fileName_ + " Exists");
+  showFile(FileStatus::Note::Exists);
   lvwLinks.setState(index, RowState::Exists);
   markLinkDone();
-  pendingLinkId_ = 0;
+  entry_.outcomeDue = false;
 }
 
 void DownloadProcess::transferEvent(int state) {
   if (state == kError) transferFailed();
   if (state != kResponseCompleted) return;
-  if (requestKind_ == kGetFile)
+  if (entry_.mode == kGetFile)
     receiveFile();
-  else if (requestKind_ == kGetHeader)
+  else if (entry_.mode == kGetHeader)
     checkHeader();
 }
 
 void DownloadProcess::transferFailed() {
   setProgress(0, progressMaximum());
   countError(Inet2.ResponseInfo(), Inet2.ResponseCode());
-  errorFlag_ = true;
+  entry_.failed = true;
   enableWorkTimer();
 }
 
@@ -238,11 +216,11 @@ void DownloadProcess::countError(const std::string& reason, long code) {
 
 void DownloadProcess::checkHeader() {
   if (StopRequested()) return;
-  contentLengthText_ = Inet2.GetHeader("Content-Length");
-  contentLength_ = leadingSize(contentLengthText_);
-  if (contentLength_ != 0) {
-    show(sizeText_, "Size (In Kilobytes) : " + kilobytes(contentLength_));
-    if (inBytes(lowerLimitKB_, 1024) <= contentLength_ && contentLength_ <= inBytes(upperLimitMB_, 1024 * 1024)) {
+  entry_.announcedLength = Inet2.GetHeader("Content-Length");
+  entry_.contentLength = leadingSize(entry_.announcedLength);
+  if (entry_.contentLength != 0) {
+    showSize(SizeStatus::Verdict::Wanted);
+    if (lowerLimit(limits_) <= entry_.contentLength && entry_.contentLength <= upperLimit(limits_)) {
       requestFile();
       return;
     }
@@ -253,72 +231,67 @@ void DownloadProcess::checkHeader() {
 }
 
 void DownloadProcess::refuseFile() {
-  const std::string size = "File Size:  " + contentLengthText_;
-  if (contentLength_ == 0) {
-    show(sizeText_, size + kUnknownSize);
+  if (entry_.contentLength == 0) {
+    showSize(SizeStatus::Verdict::Unknown);
     return;
   }
-  const std::int64_t lower = inBytes(lowerLimitKB_, 1024);
-  const std::int64_t upper = inBytes(upperLimitMB_, 1024 * 1024);
-  if (contentLength_ < lower) {
-    show(sizeText_, size + " Below threshold of " + std::to_string(lower));
-    show(fileLabel_, "File: " + fileName_ + " Too Small");
+  if (entry_.contentLength < lowerLimit(limits_)) {
+    showSize(SizeStatus::Verdict::TooSmall, lowerLimit(limits_));
+    showFile(FileStatus::Note::TooSmall);
   }
-  if (contentLength_ > upper) {
-    show(sizeText_, size + " Above threshold of " + std::to_string(upper));
-    show(fileLabel_, "File: " + fileName_ + " Too Big");
+  if (entry_.contentLength > upperLimit(limits_)) {
+    showSize(SizeStatus::Verdict::TooBig, upperLimit(limits_));
+    showFile(FileStatus::Note::TooBig);
   }
+}
+
+void DownloadProcess::showSize(SizeStatus::Verdict verdict, std::int64_t limit) {
+  show(status_.size, SizeStatus{verdict, entry_.contentLength, entry_.announcedLength, limit});
 }
 
 void DownloadProcess::requestFile() {
-  requestKind_ = kGetFile;
-  Inet2.setTargetFolder(savePath_);
-  Inet2.Execute(url_, "Get", BodyMode::File);
+  entry_.mode = kGetFile;
+  Inet2.setTargetFolder(entry_.savePath);
+  Inet2.Execute(entry_.url, "Get", BodyMode::File);
 }
 
+// When the statement fails it is tried again, with the same outcome.
 void DownloadProcess::markLinkDone() {
   if (StopRequested()) return;
-  const int row = lvwLinks.findLink(pendingLinkId_);
+  const int row = lvwLinks.findLink(entry_.linkId);
   if (row < 0) return;
   RowState outcome = RowState::Done;
-  if (skippedExisting_) outcome = RowState::Exists;
-  if (errorFlag_) outcome = RowState::Error;
+  if (entry_.skippedExisting) outcome = RowState::Exists;
+  if (entry_.failed) outcome = RowState::Error;
   lvwLinks.setState(row, outcome);
-  gDatabase.execute("update link set status = " + mv::quoted("Done") + " where id = " + std::to_string(pendingLinkId_));
-  // Only now: when the statement fails it is tried again, with the same outcome.
-  skippedExisting_ = false;
-  errorFlag_ = false;
+  mv::markLinkDone(entry_.linkId);
 }
 
 void DownloadProcess::showCounters(const std::string& kind, const std::string& reason, long code) {
   if (StopRequested()) return;
   if (kind == "filesinqueue") {
-    show(queueText_, "Queue: " + std::to_string(queueSize_));
-    show(processedText_, "Processed: " + std::to_string(processedCount_));
+    show(status_.queue, queueSize());
+    show(status_.processed, processedCount_);
   } else if (kind == "error") {
-    showError(fileLabel_, reason, code);
+    showError(fileText(status_), reason, code);
   }
 }
 
 void DownloadProcess::logDownloadError() {
-  if (!StopRequested()) logError(linkId_, url_);  // which masks user information
+  if (!StopRequested()) logError(entry_.linkId, entry_.url);  // which masks user information
 }
 
 void DownloadProcess::findSavePath() {
   if (StopRequested()) return;
-  Recordset rows = gDatabase.query(
-      "select sp.path from site_paths sp, valid_filetypes vf where sp.site_id = " + std::to_string(SiteId) +
-      " and (vf.id = sp.filetype_id and vf.name = " + mv::quoted(fileType_) + ")");
-  savePath_.clear();
-  for (; !rows.endOfRows(); rows.moveNext()) savePath_ = rows.text("sp.path");
-  if (savePath_.empty()) savePath_ = downloadPath_;
+  entry_.savePath = loadSitePath(SiteId, entry_.fileType);
+  if (entry_.savePath.empty()) entry_.savePath = limits_.folder;
 }
 
 void DownloadProcess::checkIfFileExists(std::string& result) {
   result.clear();
-  if (isYes(gOverwriteExisting) || !fileExists(joined(savePath_, cleanFileName(fileName_)))) return;
+  if (isYes(gOverwriteExisting) || !fileExists(joined(entry_.savePath, cleanFileName(entry_.fileName)))) return;
   result = kSkip;
-  skippedExisting_ = true;
+  entry_.skippedExisting = true;
 }
 
 void DownloadProcess::receiveFile() {
@@ -334,17 +307,17 @@ void DownloadProcess::receive(void (DownloadProcess::*step)()) {
 }
 
 void DownloadProcess::beginReceiving() {
-  bytesReceived_ = 0;
+  entry_.bytesReceived = 0;
   showSaveProgress(0);
   showReceived(0);
   chooseFullPath();
-  path_.Path = savePath_;
+  path_.Path = entry_.savePath;
   path_.checkPath();
   // Both may have asked the user something, and the user may have stopped the site meanwhile.
   if (StopRequested()) return;
-  file_ = std::make_unique<AtomicFile>(fullPath_);
+  file_ = std::make_unique<AtomicFile>(entry_.fullPath);
   if (Inet2.MoveBodyTo(*file_)) {
-    bytesReceived_ = static_cast<std::int64_t>(file_->size());
+    entry_.bytesReceived = static_cast<std::int64_t>(file_->size());
     fileReceived();
   } else {
     receiveChunks();
@@ -355,9 +328,9 @@ void DownloadProcess::chooseFullPath() {
   if (isYes(UniqueNames)) {
     const std::int32_t number = nextSequenceValue("filename_id");
     if (number == 0) throw std::runtime_error("No number for the file's name could be drawn.");
-    fileName_ = BaseName + std::to_string(number) + "." + fileType_;
+    entry_.fileName = BaseName + std::to_string(number) + "." + entry_.fileType;
   }
-  fullPath_ = joined(savePath_, cleanFileName(fileName_));
+  entry_.fullPath = joined(entry_.savePath, cleanFileName(entry_.fileName));
 }
 
 void DownloadProcess::receiveChunks() {
@@ -369,34 +342,34 @@ void DownloadProcess::receiveChunks() {
       return;
     }
     file_->write(chunk);
-    bytesReceived_ += std::ssize(chunk);
+    entry_.bytesReceived += std::ssize(chunk);
   }
-  showSaveProgress(bytesReceived_);
-  showReceived(bytesReceived_);
+  showSaveProgress(entry_.bytesReceived);
+  showReceived(entry_.bytesReceived);
   yieldThen([this] { receive(&DownloadProcess::receiveChunks); });
 }
 
 void DownloadProcess::showReceived(std::int64_t bytes) {
-  show(receivedText_, "Received: " + std::to_string(bytes));
-  show(leftText_, "Left: " + std::to_string(contentLength_ - bytes));
+  show(status_.received, bytes);
+  show(status_.left, entry_.contentLength - bytes);
 }
 
 void DownloadProcess::showSaveProgress(std::int64_t bytes) {
   // Progress bars count in int: a larger file is shown in larger units.
-  const std::int64_t maximum = contentLength_ + std::int64_t{kChunkSize};
+  const std::int64_t maximum = entry_.contentLength + std::int64_t{kChunkSize};
   const std::int64_t unit = maximum / std::numeric_limits<int>::max() + 1;
   setProgress(static_cast<long>(std::min(bytes, maximum) / unit), static_cast<long>(maximum / unit));
 }
 
 void DownloadProcess::fileReceived() {
-  if (bytesReceived_ != contentLength_)
-    throw std::runtime_error("The file has " + std::to_string(bytesReceived_) + " bytes, the server announced " +
-                             std::to_string(contentLength_) + ".");
-  showSaveProgress(contentLength_ + std::int64_t{kChunkSize});
-  showReceived(contentLength_);
+  if (entry_.bytesReceived != entry_.contentLength)
+    throw std::runtime_error("The file has " + std::to_string(entry_.bytesReceived) + " bytes, the server announced " +
+                             std::to_string(entry_.contentLength) + ".");
+  showSaveProgress(entry_.contentLength + std::int64_t{kChunkSize});
+  showReceived(entry_.contentLength);
   file_->commit();
   file_.reset();
-  Q_EMIT fileSaved(fullPath_);
+  Q_EMIT fileSaved(entry_.fullPath);
   enableWorkTimer();
 }
 
@@ -404,7 +377,7 @@ void DownloadProcess::receivingFailed(const std::exception& error) {
   file_.reset();
   if (gAppClosing) return;
   countError(error.what(), errorNumber(error));
-  errorFlag_ = true;
+  entry_.failed = true;
   enableWorkTimer();
 }
 

@@ -5,6 +5,8 @@
 #include <cctype>
 #include <cstddef>
 
+#include "base/Text.h"
+
 namespace mv {
 
 namespace {
@@ -31,10 +33,9 @@ bool isDeviceName(std::string_view name) {
 // The first bytes of `text`, at most `length`, with no UTF-8 character cut in two.
 std::string_view wholeCharacters(std::string_view text, std::size_t length) {
   if (text.size() <= length) return text;
-  const auto continues = [&text](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xc0) == 0x80; };
   std::size_t end = length;
-  while (end > 0 && length - end < 3 && continues(end)) --end;
-  return text.substr(0, continues(end) ? length : end);  // no UTF-8 at all: any byte is a boundary
+  while (end > 0 && length - end < 3 && continuesCharacter(text[end])) --end;
+  return text.substr(0, continuesCharacter(text[end]) ? length : end);  // no UTF-8 at all: any byte is a boundary
 }
 
 std::string shortenedName(std::string_view name) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "transfer/TextDecoding.h"
+#include "base/Text.h"
 
 namespace mv {
 

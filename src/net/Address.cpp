@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+#include "base/Text.h"
+
 namespace mv {
 
 namespace {
@@ -20,8 +22,6 @@ std::size_t endOfUserInfo(std::string_view address) {
   const auto at = address.substr(0, address.find_first_of("/?#")).rfind('@');
   return at == std::string_view::npos ? 0 : at + 1;
 }
-
-bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
 }  // namespace
 
@@ -59,19 +59,10 @@ std::string withCredentials(std::string_view address, std::string_view user, std
 }
 
 std::string shortened(std::string_view address) {
-  std::size_t characters = 0;
-  for (const char byte : address) characters += startsCharacter(byte) ? 1U : 0U;
+  const auto characters = characterCount(address);
   if (characters <= kLongestShown) return std::string(address);
-
-  std::size_t headEnd = 0;
-  std::size_t tailStart = 0;
-  std::size_t seen = 0;
-  for (std::size_t at = 0; at < address.size(); ++at) {
-    if (!startsCharacter(address[at])) continue;
-    if (seen == kShownEnd) headEnd = at;
-    if (seen == characters - kShownEnd) tailStart = at;
-    ++seen;
-  }
+  const auto headEnd = advanceCharacters(address, 0, kShownEnd);
+  const auto tailStart = advanceCharacters(address, headEnd, characters - 2 * kShownEnd);
   return std::string(address.substr(0, headEnd)).append("...").append(address.substr(tailStart));
 }
 

@@ -6,6 +6,7 @@
 #include "app/ErrorLog.h"
 #include "base/Clock.h"
 #include "net/Address.h"
+#include "process/ProcessTexts.h"
 
 namespace mv {
 
@@ -77,7 +78,7 @@ void Process::run(const std::function<void()>& work) {
 void Process::workDue() {
   // A message box of the last tick may still stand: one work step at a time.
   if (isBusy() || !tmrOKToDownload.isActive()) return;
-  if (TimeBudget::turnIsSpent()) {
+  if (TimeBudget::iterationIsSpent()) {
     // Sites that were started together have their ticks together.
     QTimer::singleShot(0, this, &Process::workDue);
     return;
@@ -101,30 +102,19 @@ void Process::touch() {
   viewTimer_.start(static_cast<int>(std::clamp<qint64>(kViewInterval - since, 0, kViewInterval)));
 }
 
-void Process::setCaption(std::string caption) {
-  if (caption_ == caption) return;
-  caption_ = std::move(caption);
-  touch();
-}
-
 void Process::setProgress(long value, long maximum) {
-  if (progressValue_ == value && progressMaximum_ == maximum) return;
-  progressValue_ = value;
-  progressMaximum_ = maximum;
-  touch();
+  show(progressValue_, value);
+  show(progressMaximum_, maximum);
 }
 
-void Process::showError(const std::string& subject, const std::string& reason, long code) {
-  errorPanel_.subject = subject;
-  errorPanel_.reason = "Code: " + std::to_string(code) + "  -  Reason: " + reason;
-  errorPanel_.time = "Time: " + dateTimeText(now());
-  errorPanel_.count = "Errors: " + std::to_string(errorCount_);
+void Process::showError(std::string subject, std::string reason, long code) {
+  lastError_ = {std::move(subject), std::move(reason), code, now(), errorCount_};
   touch();
 }
 
 void Process::logError(std::int64_t linkId, const std::string& url) {
-  tryAppendToErrorLog({std::to_string(linkId), asOneLine(maskUserInfo(url)), asOneLine(errorPanel_.subject),
-                       asOneLine(errorPanel_.reason), errorPanel_.time, ""});
+  tryAppendToErrorLog({std::to_string(linkId), asOneLine(maskUserInfo(url)), asOneLine(lastError_.subject),
+                       asOneLine(errorReasonText(lastError_)), errorTimeText(lastError_), ""});
 }
 
 }  // namespace mv

@@ -30,6 +30,16 @@ const char* stateText(RowState state) {
   return "";
 }
 
+const std::string& listedText(const RowAddress& address) {
+  const auto* escaped = std::get_if<EscapedAddress>(&address);
+  return escaped ? escaped->text() : std::get<std::string>(address);
+}
+
+std::string plainAddress(const RowAddress& address) {
+  const auto* escaped = std::get_if<EscapedAddress>(&address);
+  return escaped ? escaped->restored() : std::get<std::string>(address);
+}
+
 WorkList::WorkList(const QStringList& titles, QObject* parent) : QAbstractTableModel(parent), titles_(titles) {}
 
 void WorkList::append(WorkRow row) {
@@ -48,7 +58,7 @@ void WorkList::append(std::vector<WorkRow> rows) {
 void WorkList::add(WorkRow row) {
   // Of rows with the same id the first in the list is the one that is found.
   byLink_.emplace(row.linkId, count());
-  if (row.tagged) addresses_.insert(row.url);
+  if (row.tagged) addresses_.insert(listedText(row.url));
   rows_.push_back(std::move(row));
 }
 
@@ -153,7 +163,7 @@ std::string WorkList::cellText(const WorkRow& row, int column) const {
     case kId:
       return std::to_string(row.linkId);
     case kUrl:
-      return maskUserInfo(row.url);
+      return maskUserInfo(listedText(row.url));
     case kUserName:
       return row.userName;
     case kPassword:

@@ -3,37 +3,9 @@
 #include <algorithm>
 #include <bitset>
 
-#include "app/Settings.h"
-#include "database/Database.h"
-
 namespace mv {
 
 namespace {
-
-constexpr std::string_view kCount = "count(*) as outCount";
-constexpr std::string_view kColumns = "r.name, r.search_value, r.operator, vf.name, vr.name";
-constexpr std::string_view kRulesOfFilter =
-    "FROM filter AS f, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS vr";
-constexpr std::string_view kRulesOfSiteFilter =
-    "FROM filter AS f, site_filter_xref AS sfx, filter_rule_xref AS frx, rule AS r, valid_field AS vf, valid_rule AS "
-    "vr";
-constexpr std::string_view kJoin =
-    "WHERE frx.rule_id=r.id AND frx.filter_id=f.id AND r.valid_field_id=vf.id AND r.valid_rule_type_id = vr.id and ";
-
-std::string statement(std::string_view columns, std::string_view tables, const std::string& condition) {
-  return std::string("SELECT ").append(columns).append(" ").append(tables).append(" ").append(kJoin).append(condition);
-}
-
-std::vector<FilterRule> loadRules(std::string_view tables, const std::string& condition) {
-  std::vector<FilterRule> rules;
-  const std::int64_t expected = gDatabase.count(statement(kCount, tables, condition));
-  if (expected <= 0) return rules;
-  rules.reserve(static_cast<std::size_t>(expected));
-  for (Recordset rows = gDatabase.query(statement(kColumns, tables, condition)); !rows.endOfRows(); rows.moveNext())
-    rules.push_back({rows.text("vf.name"), rows.text("Operator"), rows.text("vr.name"), rows.text("r.name"),
-                     rows.text("search_value")});
-  return rules;
-}
 
 constexpr std::array<std::string_view, 3> kFields = {"Link", "Domain", "Filetype"};
 
@@ -116,12 +88,6 @@ bool RuleSet::Tests::anyPasses(std::string_view text) const {
 bool RuleSet::anyMatches(const FilterSubject& subject) const {
   return tests_[0].anyPasses(subject.link) || tests_[1].anyPasses(subject.domain) ||
          tests_[2].anyPasses(subject.fileType);
-}
-
-std::vector<FilterRule> loadGlobalRules() { return loadRules(kRulesOfFilter, "f.global=" + quoted("yes")); }
-
-std::vector<FilterRule> loadSiteRules(std::int32_t siteId) {
-  return loadRules(kRulesOfSiteFilter, "f.id = sfx.filter_id and sfx.site_id = " + std::to_string(siteId));
 }
 
 }  // namespace mv

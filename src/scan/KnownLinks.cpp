@@ -2,32 +2,26 @@
 
 #include <utility>
 
-#include "app/Settings.h"
-#include "database/Database.h"
+#include "store/LinkStore.h"
 
 namespace mv {
 
 void KnownLinks::refresh() {
-  std::int64_t mark = -1;
-  try {
-    mark = gDatabase.lossMark("link", "url");
-  } catch (const DatabaseError&) {
-    // Whoever reads or writes next will tell.
-  }
-  if (mark >= 0 && mark == mark_) return;
+  const std::optional<std::int64_t> mark = linkLossMark();
+  if (mark && mark == mark_) return;
   mark_ = mark;
   newer_.clear();
   older_.clear();
 }
 
-bool KnownLinks::contains(const std::string& url) {
+bool KnownLinks::contains(const EscapedAddress& url) {
   if (newer_.contains(url)) return true;
   if (!older_.contains(url)) return false;
   add(url);
   return true;
 }
 
-void KnownLinks::add(const std::string& url) {
+void KnownLinks::add(const EscapedAddress& url) {
   if (newer_.size() == kGeneration) {
     older_ = std::exchange(newer_, {});
   }

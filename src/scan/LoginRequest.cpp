@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <algorithm>
 
-#include "app/Settings.h"
 #include "net/Address.h"
 
 namespace mv {
@@ -22,33 +21,7 @@ std::string formEncoded(std::string_view text) {
   return encoded;
 }
 
-void takeSiteValue(LoginField& field, const std::string& fieldId, std::int32_t siteId) {
-  const Recordset rows = gDatabase.query(
-      "select field_value from site_field_xref where site_id = " + std::to_string(siteId) + " and field_id=" + fieldId);
-  if (!rows.endOfRows()) field.value = rows.text("field_value");
-}
-
 }  // namespace
-
-std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId) {
-  const std::string ofForm = " from field_info where form_id = " + std::to_string(formId);
-  std::vector<LoginField> fields;
-  fields.reserve(static_cast<std::size_t>(gDatabase.count("select count(*) as outCount" + ofForm)));
-  // The number is kept as text: without the sum 10 would come before 2.
-  for (Recordset rows = gDatabase.query("select field_name, field_value, logical_number, name, prompt, search_string, "
-                                        "supplied_by_user, id" +
-                                        ofForm + " order by logical_number + 0");
-       !rows.endOfRows(); rows.moveNext()) {
-    LoginField& field = fields.emplace_back();
-    field.name = rows.text("name");
-    field.searchString = rows.text("search_string");
-    field.suppliedByUser = isYes(rows.text("supplied_by_user"));
-    field.parameter = rows.text("field_name");
-    field.value = rows.text("field_value");
-    if (field.suppliedByUser) takeSiteValue(field, rows.text("id"), siteId);
-  }
-  return fields;
-}
 
 // Where in the form the search for the next field starts.
 struct LoginRequest::Place {

@@ -41,9 +41,9 @@ void TagIndex::clear() {
 bool TagIndex::advance(std::string_view page, std::size_t bytes) {
   const std::size_t last = std::min(page.size(), kFurthestPlace);
   const std::size_t end = knownTo_ + std::min(bytes, last - knownTo_);
-  const std::string_view stretch = page.substr(0, end);
+  const std::string_view searched = page.substr(0, end);
   while (knownTo_ < end && placeCount_ < kMostPlaces) {
-    const std::size_t at = stretch.find('<', knownTo_);
+    const std::size_t at = searched.find('<', knownTo_);
     if (at == std::string_view::npos) {
       knownTo_ = end;
       break;

@@ -3,21 +3,13 @@
 #include <algorithm>
 #include <string_view>
 
-#include "app/ReportError.h"
-#include "app/Settings.h"
-#include "database/Database.h"
+#include "base/Text.h"
 #include "net/Address.h"
-#include "store/EscapeText.h"
-#include "store/Sequence.h"
 
 namespace mv {
 
 namespace {
 
-constexpr const char* kDocument = "Document";
-constexpr const char* kDirectory = "Directory";
-constexpr const char* kFile = "File";
-constexpr const char* kEmailAddress = "Email Address";
 constexpr std::string_view kMailTo = "mailto:";
 
 // Start of the addresses of a music-download service, whose links do not end with their type. The name is a reserved
@@ -32,9 +24,7 @@ std::string extensionOf(std::string_view url) {
   const std::size_t dot = url.rfind('.');
   if (dot == std::string_view::npos) return {};
   std::string_view extension = url.substr(dot + 1);
-  const auto characters = std::count_if(extension.begin(), extension.end(),
-                                        [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
-  if (static_cast<std::size_t>(characters) > kLongestExtension) return {};
+  if (characterCount(extension) > kLongestExtension) return {};
   if (extension.ends_with('"')) extension.remove_suffix(1);
   return std::string(extension);
 }
@@ -54,13 +44,13 @@ void clsLinkParser::BuildFilters() {
   siteRules_ = RuleSet(loadSiteRules(SiteID));
 }
 
-void clsLinkParser::beginStretch() {
-  inStretch_ = true;
+void clsLinkParser::cacheLookups() {
+  lookupsCached_ = true;
   knownLinks_.refresh();
 }
 
-void clsLinkParser::endStretch() {
-  inStretch_ = false;
+void clsLinkParser::forgetLookups() {
+  lookupsCached_ = false;
   fileTypes_.clear();
 }
 
@@ -97,60 +87,51 @@ void clsLinkParser::AddLinkToDatabase() {
   Flag = false;
   classify();
   if (!typeIsWanted() || !passesFilters() || !passesDomainHopper() || URL.starts_with(kMailTo)) return;
-  URL = std::string(withoutScheme(escaped(std::move(URL))));
+  link_.url = EscapedAddress::escape(std::string(withoutScheme(URL)));
+  URL = link_.url.text();
   insertUnlessKnown();
 }
 
 void clsLinkParser::classify() {
   LinkType.clear();
-  fileType_.clear();
-  if (URL.ends_with("htm") || URL.ends_with("html") || URL.ends_with("shtml")) LinkType = kDocument;
-  if (URL.ends_with('/')) LinkType = kDirectory;
-  if (URL.starts_with(kMailTo)) LinkType = kEmailAddress;
+  link_.fileType.clear();
+  if (URL.ends_with("htm") || URL.ends_with("html") || URL.ends_with("shtml")) LinkType = kDocumentLink;
+  if (URL.ends_with('/')) LinkType = kDirectoryLink;
+  if (URL.starts_with(kMailTo)) LinkType = kEmailLink;
   if (LinkType.empty()) {
-    LinkType = kFile;
-    fileType_ = extensionOf(URL);
+    LinkType = kFileLink;
+    link_.fileType = extensionOf(URL);
   }
   if (URL.starts_with(kMusicService)) {
-    LinkType = kFile;
-    fileType_ = URL.ends_with(".ram") ? "ram" : "mp3";
+    LinkType = kFileLink;
+    link_.fileType = URL.ends_with(".ram") ? "ram" : "mp3";
   }
-  storedType_ = LinkType;
+  link_.linkType = LinkType;
 }
 
 bool clsLinkParser::typeIsWanted() {
-  if (storedType_ != kFile) return true;
-  const FileType type = fileType();
-  if (type == FileType::Unknown) {
-    storedType_ = kDocument;
-    fileType_.clear();
+  if (link_.linkType != kFileLink) return true;
+  const FileTypeUse use = fileTypeUse();
+  if (use == FileTypeUse::Unknown) {
+    link_.linkType = kDocumentLink;
+    link_.fileType.clear();
   }
-  return type != FileType::NotOfTheSite;
+  return use != FileTypeUse::NotOfTheSite;
 }
 
-clsLinkParser::FileType clsLinkParser::fileType() {
-  if (!inStretch_) return readFileType();
-  const auto known = fileTypes_.find(fileType_);
-  return known != fileTypes_.end() ? known->second : fileTypes_.emplace(fileType_, readFileType()).first->second;
-}
-
-clsLinkParser::FileType clsLinkParser::readFileType() const {
-  const std::string named = " from valid_filetypes where name = " + quoted(fileType_);
-  if (gDatabase.count("select count(*) as outCount" + named) == 0) return FileType::Unknown;
-  const Recordset type = gDatabase.query("select id" + named);
-  const bool ofTheSite =
-      type.endOfRows() ||
-      gDatabase.count("select count(*) as outCount from site_filetype_xref where site_id = " + std::to_string(SiteID) +
-                      " and file_type_id = " + std::to_string(type.number("id"))) > 0;
-  return ofTheSite ? FileType::OfTheSite : FileType::NotOfTheSite;
+FileTypeUse clsLinkParser::fileTypeUse() {
+  if (!lookupsCached_) return loadFileTypeUse(SiteID, link_.fileType);
+  const auto known = fileTypes_.find(link_.fileType);
+  if (known != fileTypes_.end()) return known->second;
+  return fileTypes_.emplace(link_.fileType, loadFileTypeUse(SiteID, link_.fileType)).first->second;
 }
 
 void clsLinkParser::applyGlobalFilters() {
-  if (globalRules_.anyMatches({Link, Domain, fileType_})) Flag = true;
+  if (globalRules_.anyMatches({Link, Domain, link_.fileType})) Flag = true;
 }
 
 void clsLinkParser::applySiteFilters() {
-  if (siteRules_.anyMatches({Link, Domain, fileType_})) Flag = true;
+  if (siteRules_.anyMatches({Link, Domain, link_.fileType})) Flag = true;
 }
 
 bool clsLinkParser::passesFilters() {
@@ -188,38 +169,15 @@ bool clsLinkParser::passesDomainHopper() {
 }
 
 void clsLinkParser::insertUnlessKnown() {
-  if (inStretch_ && knownLinks_.contains(URL)) return;
-  const std::string url = quoted(URL);
-  if (gDatabase.count("select count(*) as outCount from link where url = " + url) != 0) {
-    if (inStretch_) knownLinks_.add(URL);
-    return;
+  if (lookupsCached_ && knownLinks_.contains(link_.url)) return;
+  if (!isLinkStored(link_.url)) {
+    link_.siteId = SiteID;
+    link_.userName = UserName;
+    link_.password = Password;
+    LinkID = insertLink(link_);
+    Flag = true;
   }
-  LinkID = 0;
-  try {
-    Transaction idAndRow(gDatabase);
-    LinkID = drawSequenceValue("link_id");
-    if (LinkID != 0) insertRow(url, idAndRow);
-  } catch (const std::exception& error) {
-    if (LinkID != 0) throw;
-    reportException(error, "nextSequenceValue");
-  }
-  if (LinkID == 0) throw NoLinkId();
-  if (inStretch_) knownLinks_.add(URL);
-  Flag = true;
-}
-
-void clsLinkParser::insertRow(const std::string& url, Transaction& idAndRow) {
-  try {
-    gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                      std::to_string(SiteID) + ", " + url + ", " + quoted(storedType_) + ", " + quoted(UserName) +
-                      ", " + quoted(Password) + ", " + std::to_string(LinkID) + ", " + quoted("False") + ", " +
-                      quoted(fileType_) + ")");
-  } catch (const DatabaseError&) {
-    // An id that is refused must not be drawn again.
-    idAndRow.commit();
-    throw;
-  }
-  idAndRow.commit();
+  if (lookupsCached_) knownLinks_.add(link_.url);
 }
 
 }  // namespace mv

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Text.h"
+
 namespace mv {
 
 namespace {
@@ -12,26 +14,11 @@ constexpr auto kEnd = std::string_view::npos;
 // come on top of the longest link.
 constexpr std::size_t kLongestValue = clsPageScanner::kLongestLink + 8;
 
-bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
-
 // Start of the character before `at`, not before `first`.
 std::size_t characterBefore(std::string_view text, std::size_t at, std::size_t first) {
   while (at > first && continuesCharacter(text[--at])) {
   }
   return at;
-}
-
-// The place `count` characters behind `at`, at most the end.
-std::size_t charactersOn(std::string_view text, std::size_t at, std::size_t count) {
-  for (; count > 0 && at < text.size(); --count) {
-    ++at;
-    while (at < text.size() && continuesCharacter(text[at])) ++at;
-  }
-  return std::min(at, text.size());
-}
-
-std::size_t characterCount(std::string_view text) {
-  return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesCharacter));
 }
 
 bool needsBasePath(std::string_view link) {
@@ -98,11 +85,11 @@ bool clsPageScanner::seek(std::size_t bytes) {
     if (!index_.advance(page, bytes)) return false;
     if (seekPlace()) return true;
   }
-  // Overlapping stretches, so that an occurrence across their border is seen.
-  const std::size_t stretch = std::min(bytes, page.size() - seeked_);
-  const std::size_t at = page.substr(seeked_, stretch + searchString_.size() - 1).find(searchString_);
+  // Overlapping pieces, so that an occurrence across their border is seen.
+  const std::size_t piece = std::min(bytes, page.size() - seeked_);
+  const std::size_t at = page.substr(seeked_, piece + searchString_.size() - 1).find(searchString_);
   atOccurrence_ = at != kEnd;
-  seeked_ += atOccurrence_ ? at : stretch;
+  seeked_ += atOccurrence_ ? at : piece;
   return atOccurrence_ || seeked_ >= page.size();
 }
 
@@ -146,8 +133,8 @@ std::string_view clsPageScanner::takeTag(std::size_t at) {
 // before it ends the walk.
 std::optional<std::string_view> clsPageScanner::takeAttribute(std::size_t at) {
   const std::string_view page = page_;
-  const std::size_t from = charactersOn(page, at + searchString_.size(), 1);
-  position_ = charactersOn(page, from, characterCount(searchString_));
+  const std::size_t from = advanceCharacters(page, at + searchString_.size(), 1);
+  position_ = advanceCharacters(page, from, characterCount(searchString_));
   const std::size_t last = from + std::min(kLongestValue, page.size() - from);
   const std::size_t space = space_.next(page, ' ', from, last);
   if (space == from && space < last) return std::nullopt;

@@ -1,6 +1,6 @@
 #include "shell/PictureFolder.h"
 
-#include <QElapsedTimer>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QImageReader>
 #include <algorithm>
@@ -10,9 +10,16 @@ namespace mv {
 
 namespace {
 
-constexpr int kSliceMs = 8;
-
 QDateTime lastChange(const QString& folder) { return QFileInfo(folder).lastModified(); }
+
+std::vector<QString> pictureNames(const QString& folder) {
+  std::vector<QString> names;
+  QDirIterator files(folder, QDir::Files | QDir::Hidden);
+  while (files.hasNext())
+    if (PictureFolder::isPicture(files.next())) names.push_back(files.fileName());
+  std::sort(names.begin(), names.end(), NameOrder());
+  return names;
+}
 
 }  // namespace
 
@@ -35,35 +42,15 @@ bool PictureFolder::isPicture(const QString& path) {
 }
 
 void PictureFolder::list(const QString& folder) {
-  const bool scheduled = isReading();
   folder_ = folder;
   changed_ = lastChange(folder);
-  found_.clear();
-  sorted_.clear();
-  reading_ = std::make_unique<QDirIterator>(folder, QDir::Files | QDir::Hidden);
-  if (!scheduled) QMetaObject::invokeMethod(this, &PictureFolder::readSome, Qt::QueuedConnection);
-}
-
-void PictureFolder::takeName(const QString& path) {
-  if (isPicture(path)) found_.insert(reading_->fileName());
-}
-
-void PictureFolder::readSome() {
-  QElapsedTimer clock;
-  clock.start();
-  while (reading_->hasNext() || !found_.empty()) {
-    if (clock.hasExpired(kSliceMs)) {
-      QMetaObject::invokeMethod(this, &PictureFolder::readSome, Qt::QueuedConnection);
-      return;
-    }
-    if (reading_->hasNext())
-      takeName(reading_->next());
-    else
-      sorted_.push_back(std::move(found_.extract(found_.begin()).value()));
-  }
-  names_ = std::exchange(sorted_, {});
-  reading_.reset();
-  Q_EMIT listed();
+  reading_ = true;
+  work_.start([folder] { return pictureNames(folder); },
+              [this](std::vector<QString> names) {
+                names_ = std::move(names);
+                reading_ = false;
+                Q_EMIT listed();
+              });
 }
 
 bool PictureFolder::isCurrent(const QString& folder) const {

@@ -40,14 +40,4 @@ void escapeText(std::string_view mode, std::string& text) {
     for (const Token& token : kTokens) replaceAll(text, token.token, token.character);
 }
 
-std::string escaped(std::string text) {
-  escapeText(kRemoveQuotes, text);
-  return text;
-}
-
-std::string restored(std::string text) {
-  escapeText(kRestoreQuotes, text);
-  return text;
-}
-
 }  // namespace mv

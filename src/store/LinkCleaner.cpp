@@ -1,11 +1,11 @@
 #include "store/LinkCleaner.h"
 
 #include <QMetaObject>
-#include <string>
 
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "store/LinkStore.h"
 
 namespace mv {
 
@@ -13,6 +13,10 @@ namespace {
 
 // At ten million rows this many deletions stay below ten milliseconds.
 constexpr int kRowsAtOnce = 1000;
+
+bool siteIsThere(std::int32_t siteId) {
+  return gDatabase.count("select count(*) as outCount from site where id = " + number(siteId)) > 0;
+}
 
 }  // namespace
 
@@ -22,7 +26,7 @@ LinkCleaner& LinkCleaner::instance() {
 }
 
 void LinkCleaner::clear(std::int32_t siteId) {
-  const std::int64_t newest = gDatabase.query("select max(id) as newest from link").number("newest");
+  const std::int64_t newest = newestLink();
   const bool first = work_.empty();
   work_.push_back({siteId, newest});
   if (first) deleteSome();
@@ -31,14 +35,8 @@ void LinkCleaner::clear(std::int32_t siteId) {
 
 void LinkCleaner::resume() {
   // From one site's links to the next one's by the index: as quick as there are few sites.
-  std::string last = "-1";
-  while (true) {
-    const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + last);
-    if (next.isNull("next")) return;
-    last = next.text("next");
-    if (gDatabase.count("select count(*) as outCount from site where id = " + last) == 0)
-      clear(static_cast<std::int32_t>(next.number("next")));
-  }
+  for (std::optional<std::int32_t> site = nextSiteWithLinks(-1); site; site = nextSiteWithLinks(*site))
+    if (!siteIsThere(*site)) clear(*site);
 }
 
 void LinkCleaner::finish() {
@@ -47,15 +45,14 @@ void LinkCleaner::finish() {
 
 void LinkCleaner::deleteSome() {
   const Work now = work_.front();
+  std::int64_t deleted = 0;
   try {
-    gDatabase.execute(
-        "delete from link where id in (select id from link where site_id = " + std::to_string(now.siteId) +
-        " and id <= " + std::to_string(now.lastLink) + " limit " + std::to_string(kRowsAtOnce) + ")");
+    deleted = deleteLinks(now.siteId, now.lastLink, kRowsAtOnce);
   } catch (const DatabaseError&) {
     work_.pop_front();
     throw;
   }
-  if (gDatabase.rowsAffected() < kRowsAtOnce) work_.pop_front();
+  if (deleted < kRowsAtOnce) work_.pop_front();
 }
 
 void LinkCleaner::goOn() {

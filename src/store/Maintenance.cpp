@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/Settings.h"
+#include "store/LinkStore.h"
 #include "store/ProgramDatabase.h"
 
 namespace mv {
@@ -12,7 +13,7 @@ namespace {
 
 // A copy that was overtaken by a change is made anew; a program that changes its database all the time is busy.
 constexpr int kMostCopies = 5;
-constexpr unsigned long kCancelInterval = 10;  // milliseconds
+constexpr int kCancelInterval = 10;  // milliseconds
 
 }  // namespace
 
@@ -20,11 +21,8 @@ Compaction::Compaction(std::string databasePath, std::string tempPath)
     : databasePath_(std::move(databasePath)), tempPath_(std::move(tempPath)), copiesLeft_(kMostCopies) {}
 
 Compaction::~Compaction() {
-  if (!thread_) return;
-  disconnect(thread_.get(), nullptr, this, nullptr);
-  do {
-    copy_->cancel();
-  } while (!thread_->wait(kCancelInterval));
+  writing_.abandon();
+  while (!writing_.wait(kCancelInterval)) copy_->cancel();
 }
 
 int Compaction::percentWritten() const { return copy_->percentWritten(); }
@@ -33,23 +31,20 @@ void Compaction::writeCopy() {
   --copiesLeft_;
   CompactCopy::removeFiles(tempPath_);
   copy_ = std::make_unique<CompactCopy>(databasePath_, tempPath_);
-  failure_ = nullptr;
-  thread_.reset(QThread::create([this] {
+  const auto write = [copy = copy_.get()]() -> std::exception_ptr {
     try {
-      copy_->write();
+      copy->write();
+      return nullptr;
     } catch (...) {
-      failure_ = std::current_exception();
+      return std::current_exception();
     }
-  }));
-  connect(thread_.get(), &QThread::finished, this, &Compaction::copyWritten);
-  thread_->start();
+  };
+  writing_.start(write, [this](std::exception_ptr failure) { copyWritten(std::move(failure)); });
 }
 
-void Compaction::copyWritten() {
-  thread_->wait();
-  thread_.release()->deleteLater();  // this is its own signal
+void Compaction::copyWritten(std::exception_ptr failure) {
   try {
-    if (failure_) std::rethrow_exception(failure_);
+    if (failure) std::rethrow_exception(failure);
     if (!copy_->isCurrent() && copiesLeft_ > 0) {
       copy_.reset();
       writeCopy();
@@ -57,9 +52,8 @@ void Compaction::copyWritten() {
     }
     replace();
   } catch (...) {
-    failure_ = std::current_exception();
+    failure = std::current_exception();
   }
-  const std::exception_ptr failure = std::exchange(failure_, nullptr);
   Q_EMIT finished(failure);
 }
 
@@ -90,6 +84,6 @@ std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, con
   return compaction;
 }
 
-void clearLinkCache() { gDatabase.execute("delete from link"); }
+void clearLinkCache() { deleteAllLinks(); }
 
 }  // namespace mv

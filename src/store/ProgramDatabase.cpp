@@ -34,7 +34,7 @@ const Database::TableNames kTables{"site",
                                    "pref",
                                    "win_pos"};
 
-constexpr std::string_view kUpgrade[] = {
+constexpr SqlText kUpgrade[] = {
     "alter table [site] add column [unique_names] text(3)",
     "alter table [site] add column [base_name] text(200)",
     "insert into valid_sid (sid_name, next_value) values (\"filename_id\",1)",
@@ -43,7 +43,7 @@ constexpr std::string_view kUpgrade[] = {
     "update site set alternate_matchpath = \"no\" where alternate_matchpath <> \"yes\"",
 };
 
-constexpr std::string_view kIndexes[] = {
+constexpr SqlText kIndexes[] = {
     "create index if not exists link_url on link (url)",
     "create index if not exists link_site_status_type on link (site_id, status, link_type)",
     "create index if not exists win_pos_name on win_pos (wname)",
@@ -82,12 +82,12 @@ void upgradeDatabase() {
   if (!lacksUniqueNames()) return;
   // Half an upgrade would pass for a whole one at the next start.
   Transaction upgrade(gDatabase);
-  for (const std::string_view statement : kUpgrade) gDatabase.execute(statement);
+  for (const SqlText statement : kUpgrade) gDatabase.execute(statement);
   upgrade.commit();
 }
 
 void ensureIndexes() {
-  for (const std::string_view statement : kIndexes) gDatabase.execute(statement);
+  for (const SqlText statement : kIndexes) gDatabase.execute(statement);
 }
 
 }  // namespace mv

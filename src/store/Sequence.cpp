@@ -1,16 +1,14 @@
 #include "store/Sequence.h"
 
-#include <string>
-
 #include "app/ReportError.h"
 #include "app/Settings.h"
 
 namespace mv {
 
 std::int32_t drawSequenceValue(std::string_view sidName) {
-  const std::string where = " where sid_name = '" + std::string(sidName) + '\'';
+  const Statement where = " where sid_name = " + quoted(sidName);
   const auto value = gDatabase.query("select next_value from valid_sid" + where).number("next_value");
-  gDatabase.execute("update valid_sid set next_value = " + std::to_string(value + 1) + where);
+  gDatabase.execute("update valid_sid set next_value = " + number(value + 1) + where);
   return static_cast<std::int32_t>(value);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "LeadingNumber.h"
+#include "base/Text.h"
 
 namespace mv {
 
@@ -12,11 +13,6 @@ constexpr std::string_view kScheme = "http://";
 constexpr std::int64_t kMostHops = 100;
 constexpr std::size_t kBaseNameLimit = 200;
 constexpr const char* kDefaultBaseName = "NewFile";
-
-std::size_t characterCount(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
 
 }  // namespace
 

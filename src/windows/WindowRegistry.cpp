@@ -1,5 +1,6 @@
 #include "windows/WindowRegistry.h"
 
+#include <QScopeGuard>
 #include <algorithm>
 
 #include "LoadedWindows.h"
@@ -21,15 +22,6 @@ ChildWindow* firstWindow(Is is) {
   const auto match = std::find_if(loadedWindows().begin(), loadedWindows().end(), is);
   return match == loadedWindows().end() ? nullptr : *match;
 }
-
-// While one stands, a process window that is asked to unload really does.
-class ClosingProcesses {
- public:
-  ClosingProcesses() { gClosingProcesses = true; }
-  ~ClosingProcesses() { gClosingProcesses = false; }
-  ClosingProcesses(const ClosingProcesses&) = delete;
-  ClosingProcesses& operator=(const ClosingProcesses&) = delete;
-};
 
 }  // namespace
 
@@ -60,7 +52,9 @@ bool closeProcess(const QString& key) {
   ChildWindow* window = WindowRegistry::instance().findByKey(key);
   if (!window) return false;
   {
-    const ClosingProcesses closing;
+    // A process window that is asked to unload only hides, except now.
+    gClosingProcesses = true;
+    const auto closed = qScopeGuard([] { gClosingProcesses = false; });
     window->unload();
   }
   Q_EMIT events().processesChanged();

@@ -38,8 +38,8 @@ class FileTypes : public WindowTest {
   std::string row(const std::string& name) const {
     return value(
         "select name || '|' || description || '|' || can_delete || '|' || download_by_default from valid_filetypes "
-        "where name = " +
-        mv::quoted(name));
+        "where name = '" +
+        name + "'");
   }
 
   mv::frmFileTypeManager* manager = nullptr;
@@ -124,7 +124,7 @@ TEST_F(FileTypes, ARecordDeletedMeanwhileIsNotWrittenAndTheTextIsKept) {
 
 TEST_F(FileTypes, DeleteTakesTheTypeOutOfEverySiteUnlessItIsBuiltIn) {
   const std::string site = std::to_string(addSite("site.example", "/x", {"jpg", "zip"}));
-  const std::string jpg = value("select id from valid_filetypes where name = " + mv::quoted("jpg"));
+  const std::string jpg = value("select id from valid_filetypes where name = 'jpg'");
   insert("site_paths", {{site, jpg, "/p"}, {site, "999", "/q"}});
 
   choose("jpg");

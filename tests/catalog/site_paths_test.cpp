@@ -24,7 +24,7 @@ class SitePaths : public WindowTest {
   mv::ListView& list() const { return control<mv::ListView>(window, "lvwFiletypesAssigned"); }
   QString shown() const { return textOf(window, "txtPath"); }
   std::string typeId(const std::string& name) const {
-    return value("select id from valid_filetypes where name = " + mv::quoted(name));
+    return value("select id from valid_filetypes where name = '" + name + "'");
   }
   std::string stored(const std::string& name) const {
     return value("select path from site_paths where site_id = " + std::to_string(siteId) +

@@ -10,6 +10,7 @@
 
 #include "app/Settings.h"
 #include "download/DownloadProcess.h"
+#include "download/DownloadTexts.h"
 #include "testkit/Fixture.h"
 #include "testkit/TestSite.h"
 
@@ -57,7 +58,8 @@ class DownloadTest : public Base {
     QObject::connect(&process.lvwLinks, &QAbstractItemModel::dataChanged, &process,
                      [this, &process](QModelIndex index) {
                        const mv::WorkRow& row = process.lvwLinks.row(index.row());
-                       outcomes[row.fileName] = {mv::stateText(row.state), process.fileLabel(), process.sizeText()};
+                       outcomes[row.fileName] = {mv::stateText(row.state), mv::fileText(process.status()),
+                                                 mv::sizeText(process.status())};
                      });
   }
   bool allDone() { return this->count("link", "status <> \"Done\"") == 0; }

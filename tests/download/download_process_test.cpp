@@ -6,7 +6,7 @@
 
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
-#include "testkit/LongestTurn.h"
+#include "process/ProcessTexts.h"
 
 namespace {
 
@@ -170,7 +170,7 @@ TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
   for (const char* name : {"gone", "reset", "short", "refused", "garbage", "closed"})
     EXPECT_EQ(state(name + std::string(".jpg")), "Error") << name;
   EXPECT_EQ(savedFiles(), Names{"good.jpg"});
-  EXPECT_EQ(process->errorPanel().subject, "File: closed.jpg");
+  EXPECT_EQ(process->lastError().subject, "File: closed.jpg");
 
   const std::vector<std::string> log = logLines();
   ASSERT_EQ(log.size(), 36u);
@@ -193,7 +193,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
 
   std::ofstream(folder() + "/plain") << "x";
   for (const std::string& unusable : {folder() + "/plain/below", std::string()}) {
-    setSite("download_path = " + mv::quoted(unusable));
+    setSite("download_path = '" + unusable + "'");
     addFile("/a.jpg", "a");
     waitForAll();
     EXPECT_EQ(state("a.jpg"), "Error") << unusable;
@@ -201,7 +201,7 @@ TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) 
   EXPECT_EQ(process->ErrorCount(), 4);
   EXPECT_TRUE(dialogs.messages().empty());
 
-  setSite("download_path = " + mv::quoted(saveFolder));
+  setSite("download_path = '" + saveFolder + "'");
   addFile("/later.jpg", "later");
   waitForAll();
   EXPECT_EQ(readFile(path("later.jpg")), "later");
@@ -211,7 +211,7 @@ TEST_F(DownloadProcessTest, AThousandSkippedFilesDoNotHoldTheThread) {
   setSite("pages_to_scan = 5000");
   write("a.jpg", "x");
   for (int i = 0; i < 1500; ++i) addLink(site.host() + "/" + std::to_string(i) + "/a.jpg", "jpg");
-  const LongestTurn turn;
+  const LoopMeter turn;
   process->initWindow();
   EXPECT_EQ(process->lvwLinks.count(), 1000) << "the rest comes with the next list";
   ASSERT_TRUE(waitFor([this] { return process->lvwLinks.count() == 0 && allDone(); }));
@@ -224,12 +224,12 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
   setSite("upper_limit = 100");
   const std::string body(std::size_t{5} << 20, 'b');
   for (const std::string& below : {saveFolder, saveFolder + "/not/made/yet"}) {
-    setSite("download_path = " + mv::quoted(below));
+    setSite("download_path = '" + below + "'");
     addFile("/whole.bin", body);
     renew();
     downloadAll();
     EXPECT_TRUE(readFile(below + "/whole.bin") == body);
-    EXPECT_EQ(process->receivedText(), "Received: 5242880");
+    EXPECT_EQ(process->status().received, 5242880);
   }
   EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
 
@@ -237,7 +237,7 @@ TEST_F(DownloadProcessTest, ALargeFileBecomesTheFileThatItWasReceivedInto) {
   addFile("/full.bin", body);
   waitForAll();
   EXPECT_EQ(state("full.bin"), "Error");
-  EXPECT_EQ(process->errorPanel().reason, "Code: 23  -  Reason: No space left on device");
+  EXPECT_EQ(mv::errorReasonText(process->lastError()), "Code: 23  -  Reason: No space left on device");
   EXPECT_EQ(savedFiles(), (Names{"whole.bin", "whole.bin"}));
 }
 
@@ -250,12 +250,12 @@ TEST_F(DownloadProcessTest, ALargeFileIsSavedInShortSlices) {
   process->initWindow();
   bool saved = false;
   QObject::connect(process.get(), &DownloadProcess::fileSaved, [&](const std::string&) { saved = true; });
-  const LongestTurn turn;
+  const LoopMeter turn;
   ASSERT_TRUE(waitFor([&] { return saved; }));
   EXPECT_LT(turn.longest, 50);
   EXPECT_TRUE(readFile(path("large.bin")) == body);
-  EXPECT_EQ(process->receivedText(), "Received: 16777216");
-  EXPECT_EQ(process->leftText(), "Left: 0");
+  EXPECT_EQ(process->status().received, 16777216);
+  EXPECT_EQ(process->status().left, 0);
   EXPECT_EQ(site.requestCount("/large.bin"), 1);
 }
 
@@ -266,11 +266,11 @@ TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
   for (int stopAt = 1;; ++stopAt) {
     renew();
     int seen = 0;
-    std::string last = "Received: 0";
+    std::int64_t last = 0;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&] {
-      const std::string received = process->receivedText();
-      const bool midway = received != "Received:" && received != last && process->leftText() != "Left: 0";
+      const std::int64_t received = process->status().received.value_or(0);
+      const bool midway = received != last && process->status().left != 0;
       last = received;
       if (midway && ++seen == stopAt) process->requestStop();
     });
@@ -289,7 +289,7 @@ TEST_F(DownloadProcessTest, StoppedAtAnyYieldLeavesNoPartOfAFile) {
 
 TEST_F(DownloadProcessTest, AnIdleProcessPollsQuietly) {
   process->initWindow();
-  ASSERT_TRUE(waitFor([this] { return process->fileLabel() == "File: "; }));
+  ASSERT_TRUE(waitFor([this] { return mv::fileText(process->status()) == "File: "; }));
   QSignalSpy changed(process.get(), &mv::Process::viewChanged);
   QSignalSpy ticks(&process->tmrOKToDownload, &QTimer::timeout);
   ASSERT_TRUE(waitFor([&] { return ticks.count() > 100; }));  // the last change has been shown by then
@@ -311,7 +311,8 @@ TEST_F(DownloadProcessTest, ARefusingDatabasePausesTheProcessAndNoMore) {
   ASSERT_TRUE(waitFor([this] { return process->tmrWaitForAWhile.isActive(); }));
   EXPECT_EQ(process->tmrWaitForAWhile.interval(), 60'000);
   EXPECT_EQ(process->ErrorCount(), 1);
-  EXPECT_TRUE(process->errorPanel().reason.starts_with("Code: 3078  -  Reason: ")) << process->errorPanel().reason;
+  EXPECT_TRUE(mv::errorReasonText(process->lastError()).starts_with("Code: 3078  -  Reason: "))
+      << process->lastError().reason;
   EXPECT_EQ(logLines().size(), 6u);
 
   mv::gDatabase.execute("alter table away rename to site_paths");

@@ -10,6 +10,7 @@
 #include <future>
 
 #include "database/CompactCopy.h"
+#include "database/RawStatement.h"
 #include "testkit/Fixture.h"
 
 namespace {
@@ -17,7 +18,10 @@ namespace {
 using namespace mvtest;
 using mv::Database;
 using mv::DatabaseError;
+using mv::number;
+using mv::quoted;
 using mv::Recordset;
+using mv::Statement;
 using namespace std::string_literals;
 namespace fs = std::filesystem;
 
@@ -44,15 +48,15 @@ class DatabaseTest : public ::testing::Test {
     db.execute("begin");
     for (int i = 1; i <= count; ++i)
       db.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                 std::to_string(site) + ", " + mv::quoted("host/" + std::to_string(i)) + ", \"File\", \"\", \"\", " +
-                 std::to_string(i) + ", \"False\", \"jpg\")");
+                 number(site) + ", " + quoted("host/" + std::to_string(i)) + ", \"File\", \"\", \"\", " + number(i) +
+                 ", \"False\", \"jpg\")");
     db.execute("commit");
   }
 
-  std::int64_t count(const std::string& tableAndWhere) {
+  std::int64_t count(const Statement& tableAndWhere) {
     return db.count("select count(*) as outCount from " + tableAndWhere);
   }
-  std::string plan(const std::string& sql) {
+  std::string plan(const Statement& sql) {
     std::string text;
     for (Recordset rows = db.query("explain query plan " + sql); !rows.endOfRows(); rows.moveNext())
       text += rows.text("detail") + '\n';
@@ -76,9 +80,9 @@ TEST_F(DatabaseTest, TextsComeBackAsTheyWereTyped) {
       "Zo\xc3\xab", "\xff\xfe bad", "?1",   "[x]",        std::string(100'000, '"')};
   for (const std::string& text : texts) {
     db.execute("delete from valid_tag");
-    db.execute("insert into valid_tag (tag) values (" + mv::quoted(text) + ")");
+    db.execute("insert into valid_tag (tag) values (" + quoted(text) + ")");
     EXPECT_EQ(db.query("select tag from valid_tag").text("Tag"), text);
-    EXPECT_EQ(count("valid_tag where tag = " + mv::quoted(text)), 1) << text;
+    EXPECT_EQ(count("valid_tag where tag = " + quoted(text)), 1) << text;
   }
 }
 
@@ -122,7 +126,7 @@ TEST_F(DatabaseTest, AResultStaysAsItWasWhileRowsAreWritten) {
       db.query("select id, status from link where site_id = 7 and link_type = \"File\" and status <> \"Done\"");
   int seen = 0;
   for (; !rows.endOfRows(); rows.moveNext(), ++seen) {
-    const std::string id = rows.text("id");
+    const mv::Literal id = number(rows.number("id"));
     EXPECT_EQ(rows.text("status"), "False");
     db.execute("update link set status = \"Done\" where id = " + id);
     db.execute("insert into link (id, site_id, link_type, status) values (" + id + " + 1000, 7, \"File\", \"False\")");
@@ -146,23 +150,25 @@ TEST_F(DatabaseTest, AResultThatOutlivesItsDatabaseSaysSo) {
 
 TEST_F(DatabaseTest, FailuresCarryTheirNumberAndNoValues) {
   db.execute("insert into site (id, name) values (1, \"a\")");
-  const std::pair<const char*, long> cases[] = {
-      {"select id from site where nmae = \"secret\"", DatabaseError::kUnknownColumn},
-      {"insert into site (id, nmae) values (2, \"secret\")", DatabaseError::kUnknownColumn},
-      {"select id from sites where name = \"secret\"", DatabaseError::kUnknownTable},
-      {"insert into site (id, name) values (1, \"secret\")", DatabaseError::kDuplicateKey},
-      {"select id from site where name == = \"secret\"", DatabaseError::kSyntaxError},
+  const mv::Literal secret = quoted("secret");
+  const std::pair<Statement, long> cases[] = {
+      {"select id from site where nmae = " + secret, DatabaseError::kUnknownColumn},
+      {"insert into site (id, nmae) values (2, " + secret + ")", DatabaseError::kUnknownColumn},
+      {"select id from sites where name = " + secret, DatabaseError::kUnknownTable},
+      {"insert into site (id, name) values (1, " + secret + ")", DatabaseError::kDuplicateKey},
+      {"select id from site where name == = " + secret, DatabaseError::kSyntaxError},
+      {"select id from site where name = 1 " + secret, DatabaseError::kSyntaxError},
       {"insert into site (id, name) values (2, \"secret)", DatabaseError::kSyntaxError},
       {"create index link_url on link (url)", DatabaseError::kAlreadyExists},
       {"alter table [site] add column [name] text(3)", DatabaseError::kAlreadyExists},
   };
-  for (const auto& [sql, number] : cases) {
+  for (const auto& [sql, errorNumber] : cases) {
     try {
       db.execute(sql);
-      ADD_FAILURE() << sql;
+      ADD_FAILURE() << sql.shape();
     } catch (const DatabaseError& error) {
-      EXPECT_EQ(error.number(), number) << sql << ": " << error.description();
-      EXPECT_EQ(error.description().find("secret\""), std::string::npos) << error.description();
+      EXPECT_EQ(error.number(), errorNumber) << sql.shape() << ": " << error.description();
+      EXPECT_EQ(error.description().find("secret"), std::string::npos) << error.description();
       EXPECT_EQ(error.description().find('?'), std::string::npos) << error.description();
     }
   }
@@ -170,7 +176,7 @@ TEST_F(DatabaseTest, FailuresCarryTheirNumberAndNoValues) {
 }
 
 TEST_F(DatabaseTest, IndexesServeWhatRunsPerLinkAndPerTick) {
-  const std::pair<const char*, const char*> plans[] = {
+  const std::pair<mv::SqlText, const char*> plans[] = {
       {R"(select count(*) as outCount from link where url = "x")", "INDEX link_url (url=?)"},
       {R"(update link set status = "Done" where id = 5)", "INTEGER PRIMARY KEY (rowid=?)"},
       {"delete from link where site_id = 7", "(site_id=?)"},
@@ -182,8 +188,8 @@ TEST_F(DatabaseTest, IndexesServeWhatRunsPerLinkAndPerTick) {
   };
   for (const auto& [sql, step] : plans) {
     const std::string text = plan(sql);
-    EXPECT_NE(text.find(step), std::string::npos) << sql << '\n' << text;
-    EXPECT_EQ(text.find("SCAN"), std::string::npos) << sql << '\n' << text;
+    EXPECT_NE(text.find(step), std::string::npos) << sql.text() << '\n' << text;
+    EXPECT_EQ(text.find("SCAN"), std::string::npos) << sql.text() << '\n' << text;
   }
 }
 
@@ -230,51 +236,51 @@ TEST_F(DatabaseTest, AWriterWaitsItsTurn) {
 }
 
 // Whoever remembers what he found in a column must learn when it may be gone.
-TEST_F(DatabaseTest, TellsWhenAValueMayBeGone) {
+TEST_F(DatabaseTest, CountsWhatMayRemoveAValue) {
   addLinks(10);
   db.execute("create table copy (url)");
-  const auto mark = [this] { return db.lossMark("link", "url"); };
-  const auto changes = [&](const std::string& sql) {
-    const auto before = mark();
+  const auto invalidations = [this] { return db.invalidationCount("link", "url"); };
+  const auto changes = [&](const Statement& sql) {
+    const auto before = invalidations();
     const bool failed = errorOf([&] { db.execute(sql); }) != 0;
-    return mark() != before ? (failed ? "failed, changed" : "changed") : "same";
+    return invalidations() != before ? (failed ? "failed, changed" : "changed") : "same";
   };
-  for (const char* sql :
-       {"delete from link where id = 1", "delete from link where id in (select 2)", "delete from link",
-        "update link set url = \"x\"", "update link set status = \"Done\", url = \"x\" where id = 3",
-        "replace into link (id, url) values (4, \"x\")", "INSERT OR REPLACE into link (id) values (5)",
-        "insert into link (id) values (6) on conflict do update set url = \"x\"",
-        "update or replace link set id = 7 where id = 8", "alter table link drop column password"})
-    EXPECT_STREQ(changes(sql), "changed") << sql;
-  for (const char* sql :
-       {"insert into link (id, url) values (100, \"x\")", "update link set status = \"Done\"", "delete from copy",
-        "update copy set url = 1", "update site set name = \"x\"", "begin", "commit"})
-    EXPECT_STREQ(changes(sql), "same") << sql;
+  for (const mv::SqlText sql : std::initializer_list<mv::SqlText>{
+           "delete from link where id = 1", "delete from link where id in (select 2)", "delete from link",
+           "update link set url = \"x\"", "update link set status = \"Done\", url = \"x\" where id = 3",
+           "replace into link (id, url) values (4, \"x\")", "INSERT OR REPLACE into link (id) values (5)",
+           "insert into link (id) values (6) on conflict do update set url = \"x\"",
+           "update or replace link set id = 7 where id = 8", "alter table link drop column password"})
+    EXPECT_STREQ(changes(sql), "changed") << sql.text();
+  for (const mv::SqlText sql : std::initializer_list<mv::SqlText>{
+           "insert into link (id, url) values (100, \"x\")", "update link set status = \"Done\"", "delete from copy",
+           "update copy set url = 1", "update site set name = \"x\"", "begin", "commit"})
+    EXPECT_STREQ(changes(sql), "same") << sql.text();
 
-  const auto before = mark();
+  const auto before = invalidations();
   { const mv::Transaction takenBack(db); }
-  EXPECT_NE(mark(), before);
+  EXPECT_NE(invalidations(), before);
   EXPECT_STREQ(changes("insert into link (id) values (100)"), "failed, changed");
-  const auto own = mark();
-  EXPECT_EQ(mark(), own);
+  const auto own = invalidations();
+  EXPECT_EQ(invalidations(), own);
   Database other;
   other.open(path);
   other.execute("delete from link");
-  EXPECT_NE(mark(), own);
+  EXPECT_NE(invalidations(), own);
 
-  const auto last = mark();
+  const auto last = invalidations();
   db.execute("delete from link");
   db.close();
   db.open(path);
-  EXPECT_NE(mark(), last);
+  EXPECT_NE(invalidations(), last);
 }
 
 // It is copied meanwhile, and begins anew even when the changes never rest.
 TEST_F(DatabaseTest, TheJournalDoesNotGrowForEver) {
-  for (int i = 0; i < 50; ++i) db.execute("insert into site (id) values (" + std::to_string(i) + ")");
+  for (int i = 0; i < 50; ++i) db.execute("insert into site (id) values (" + number(i) + ")");
   for (int i = 0; i < 8'000; ++i)
-    db.execute("update site set name = " + mv::quoted(std::string(20'000, static_cast<char>('a' + i / 50 % 26))) +
-               " where id = " + std::to_string(i % 50));
+    db.execute("update site set name = " + quoted(std::string(20'000, static_cast<char>('a' + i / 50 % 26))) +
+               " where id = " + number(i % 50));
   EXPECT_LT(fs::file_size(path + "-wal"), 180'000'000U) << "220 MB were written";
   db.close();
   EXPECT_FALSE(sidecars());
@@ -347,13 +353,13 @@ TEST_F(DatabaseFileTest, RecoversAKilledRun) {
     if (child == 0) {
       Database killed;
       killed.open(path);
-      killed.query("pragma journal_mode=" + mode);
+      killed.query("pragma journal_mode=" + mv::rawStatement(mode));
       killed.query("pragma cache_size=10");  // so that the unfinished change reaches the file
       killed.execute("delete from link");
       killed.execute("insert into link (id, url) values (1, \"finished\")");
       killed.execute("begin");
       for (int i = 2; i <= 2000; ++i)
-        killed.execute("insert into link (id, url) values (" + std::to_string(i) + ", \"unfinished\")");
+        killed.execute("insert into link (id, url) values (" + number(i) + ", \"unfinished\")");
       kill(getpid(), SIGKILL);
     }
     waitpid(child, nullptr, 0);

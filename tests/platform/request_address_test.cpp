@@ -61,6 +61,7 @@ TEST(RequestAddress, CredentialsFollowARedirectToTheSameHostOverTlsOnly) {
       {"https:/evil/", Drop},
       {"https:///evil", Drop},
       {"https://host\\@evil/", Drop},
+      {"https://evil @host/", Drop},
       {"//evil/", Drop},
       {"/\\evil/", Drop},
       {"in.htm", Drop},

@@ -17,7 +17,6 @@
 
 #include "base/TimeBudget.h"
 #include "testkit/Fixture.h"
-#include "testkit/LongestTurn.h"
 #include "testkit/TestSite.h"
 #include "transfer/InternetTransfer.h"
 
@@ -246,6 +245,28 @@ TEST_F(TransferTest, CredentialsGoToTheirHostOnly) {
   EXPECT_EQ(other.requests()[0].headers.count("authorization"), 0U);
   get("/page");
   EXPECT_EQ(site.requests().back().headers.count("authorization"), 0U) << "nor to a later request";
+
+  // The first one is followed, whatever the second one says.
+  site.add("/two", {.status = 302, .headers = {{"Location", other.url("/")}, {"location", "https://" + site.host()}}});
+  EXPECT_TRUE(get(user + "/two"));
+  ASSERT_EQ(other.requests().size(), 2U);
+  EXPECT_EQ(authorisation(other), "");
+}
+
+TEST_F(TransferTest, ADigestChallengeIsAnswered) {
+  site.setRule([](const Request& request) {
+    const auto sent = request.headers.find("authorization");
+    if (sent != request.headers.end() && sent->second.starts_with("Digest ")) return Resource{.body = "in"};
+    return Resource{.status = 401, .headers = {{"WWW-Authenticate", "digest realm=\"r\", nonce=\"n\""}}};
+  });
+  EXPECT_TRUE(get("http://me:secret@" + site.host() + "/", BodyMode::File));
+  EXPECT_EQ(client.body(ChunkType::Bytes), "in");
+  EXPECT_EQ(site.requests()[0].headers["authorization"], basic("me:secret"));
+  EXPECT_NE(authorisation(site).find("username=\"me\""), std::string::npos);
+  EXPECT_EQ(site.requests().back().headers["accept-encoding"], "identity");
+
+  get("http://me%0d%0aX-Other%3a%20one:secret@" + site.host() + "/");
+  EXPECT_EQ(site.requests().back().headers.count("x-other"), 0U) << "a user name is no way to write into the request";
 }
 
 TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
@@ -419,7 +440,7 @@ TEST_F(TransferTest, ManyLargeBodiesAtOnceLeaveTheWindowsAlive) {
   site.page("/page", page);
   site.file("/file", "video/mpeg", page);
   Client clients[8];
-  const LongestTurn turn;
+  const LoopMeter turn;
   for (auto& one : clients)
     one.begin(site.url(&one < clients + 4 ? "/page" : "/file"), &one < clients + 4 ? BodyMode::Text : BodyMode::File);
   ASSERT_TRUE(

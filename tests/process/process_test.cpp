@@ -85,13 +85,13 @@ TEST_F(ProcessTest, NoSecondStepBeginsWhileABoxOfTheFirstStands) {
   EXPECT_EQ(ticksDuringBox, 1);
 }
 
-TEST_F(ProcessTest, TicksThatAreDueTogetherTakeTurns) {
-  int ofThisTurn = 0, most = 0;
+TEST_F(ProcessTest, TicksThatAreDueTogetherComeOneALoopIteration) {
+  int ofThisIteration = 0, most = 0;
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &process,
-                   [&] { ofThisTurn = 0; });
+                   [&] { ofThisIteration = 0; });
   Probe others[9];
   const auto work = [&] {
-    most = std::max(most, ++ofThisTurn);
+    most = std::max(most, ++ofThisIteration);
     std::this_thread::sleep_for(std::chrono::milliseconds(6));
   };
   for (Probe& other : others) other.onTick = work;

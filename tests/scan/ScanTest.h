@@ -49,10 +49,8 @@ class ScanTest : public Base {
     return result;
   }
   bool waitForStatus(const std::string& path, const std::string& status) {
-    return waitFor([&] {
-      return this->count("link", "url = " + mv::quoted(site.host() + path) + " and status = " + mv::quoted(status)) ==
-             1;
-    });
+    return waitFor(
+        [&] { return this->count("link", "url = '" + site.host() + path + "' and status = '" + status + "'") == 1; });
   }
   static std::string anchors(const std::string& path, int from, int to, const std::string& end = ".htm") {
     std::string html;

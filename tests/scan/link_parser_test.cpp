@@ -112,18 +112,18 @@ TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
 
 // A page's links are not looked up again and again, but never is one taken for stored that has gone.
 TEST_F(LinkStoring, AnAddressThatWasClearedIsStoredAgain) {
-  const auto addInStretch = [&](const std::string& url) {
-    const mv::clsLinkParser::Stretch stretch(parser);
+  const auto addCached = [&](const std::string& url) {
+    const mv::clsLinkParser::CachedLookups lookups(parser);
     return add(url);
   };
-  EXPECT_TRUE(addInStretch("host1/a.htm"));
-  EXPECT_FALSE(addInStretch("host1/a.htm"));
+  EXPECT_TRUE(addCached("host1/a.htm"));
+  EXPECT_FALSE(addCached("host1/a.htm"));
   mv::gDatabase.execute("update link set status = \"Done\"");
-  EXPECT_FALSE(addInStretch("http://host1/a.htm"));
+  EXPECT_FALSE(addCached("http://host1/a.htm"));
   mv::gDatabase.execute("delete from link where url = \"host1/a.htm\"");
-  EXPECT_TRUE(addInStretch("host1/a.htm"));
+  EXPECT_TRUE(addCached("host1/a.htm"));
   mv::gDatabase.execute("delete from link");
-  EXPECT_TRUE(addInStretch("host1/a.htm"));
+  EXPECT_TRUE(addCached("host1/a.htm"));
   // More than are remembered.
   mv::gDatabase.execute("begin");
   for (int i = 0; i < 20'000; ++i)
@@ -131,17 +131,17 @@ TEST_F(LinkStoring, AnAddressThatWasClearedIsStoredAgain) {
   mv::gDatabase.execute("commit");
   parser.DomainHops = 1;
   for (int round = 0; round < 2; ++round)
-    for (int i = 0; i < 20'000; ++i) ASSERT_FALSE(addInStretch("h/" + std::to_string(i)));
+    for (int i = 0; i < 20'000; ++i) ASSERT_FALSE(addCached("h/" + std::to_string(i)));
 }
 
 // File types are read anew as soon as the user could have changed them.
-TEST_F(LinkStoring, FileTypesHoldForAStretchOnly) {
+TEST_F(LinkStoring, FileTypesAreCachedForOneRunOnly) {
   const auto assign = [&] {
     insert("site_filetype_xref",
            {{std::to_string(parser.SiteID), value("select id from valid_filetypes where name = \"gif\"")}});
   };
   {
-    const mv::clsLinkParser::Stretch stretch(parser);
+    const mv::clsLinkParser::CachedLookups lookups(parser);
     EXPECT_FALSE(add("host1/a.gif"));
     assign();
     EXPECT_FALSE(add("host1/a.gif"));

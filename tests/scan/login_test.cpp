@@ -5,6 +5,7 @@
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
 #include "scan/LoginRequest.h"
+#include "scan/ScanTexts.h"
 #include "scan_windows/frmScan.h"
 #include "testkit/Controls.h"
 
@@ -88,7 +89,7 @@ class LoginTest : public ScanTest<WindowTest> {
     ASSERT_TRUE(waitFor([&] { return done + static_cast<int>(process().ErrorCount() - failed) >= pages; }));
     QObject::disconnect(counting);
     process().tmrOKToDownload.stop();
-    EXPECT_TRUE(waitFor([this] { return status() == process().loginText(); }));
+    EXPECT_TRUE(waitFor([this] { return status() == mv::loginText(process().status().login); }));
   }
   int logins() const {
     const auto requests = site.requests();
@@ -98,7 +99,7 @@ class LoginTest : public ScanTest<WindowTest> {
   void expectSecretNotShown() {
     std::string shown = readFile(mv::errorLogPath());
     for (const QLabel* label : window->findChildren<QLabel*>()) shown += label->text().toStdString() + "\n";
-    shown += process().pageUrlText() + process().errorPanel().subject + process().errorPanel().reason;
+    shown += mv::pageAddressText(process().status()) + process().lastError().subject + process().lastError().reason;
     EXPECT_EQ(shown.find("sec"), std::string::npos) << shown;
   }
   static constexpr const char* kLogin = "/cgi/in?user=ann&password=sec%2Fret+%3F%23%26%2541&token=T0kEn";

@@ -1,10 +1,12 @@
 #include <QSignalSpy>
 #include <optional>
 
+#include "BasePath.h"
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
+#include "process/ProcessTexts.h"
 #include "scan/ScanProcess.h"
-#include "testkit/LongestTurn.h"
+#include "scan/ScanTexts.h"
 
 namespace {
 
@@ -17,8 +19,9 @@ class ScanProcessTest : public ScanTest<ProgramTest> {
     process.initWindow();
   }
   static void expectNotShown(const mv::ScanProcess& scan, const std::string& secret) {
-    for (const std::string& shown : {scan.pageLabel(), scan.pageUrlText(), scan.lvwLinks.row(0).url,
-                                     scan.errorPanel().subject, readFile(mv::errorLogPath())})
+    for (const std::string& shown :
+         {mv::pageText(scan.status()), mv::pageAddressText(scan.status()), mv::listedText(scan.lvwLinks.row(0).url),
+          scan.lastError().subject, readFile(mv::errorLogPath())})
       EXPECT_EQ(shown.find(secret), std::string::npos) << shown;
   }
   mv::ScanProcess process;
@@ -78,8 +81,9 @@ TEST_F(ScanProcessTest, TheQueueHoldsWaitingPagesOnlyAndTheStartPageFirst) {
   addLink(13, "h/dir/", "Directory");
   begin();
   ASSERT_EQ(process.lvwLinks.count(), 3);
-  EXPECT_EQ(process.lvwLinks.row(0).url, "http://" + process.SiteName);
-  EXPECT_FALSE(process.lvwLinks.holdsAddress(process.lvwLinks.row(0).url));
+  const std::string startPage = "http://" + process.SiteName;
+  EXPECT_EQ(mv::listedText(process.lvwLinks.row(0).url), startPage);
+  EXPECT_FALSE(process.lvwLinks.holdsAddress(startPage));
   EXPECT_GT(process.lvwLinks.findLink(12), 0);
   EXPECT_GT(process.lvwLinks.findLink(13), 0);
 }
@@ -90,12 +94,12 @@ TEST_F(ScanProcessTest, AFailedPageIsShownLoggedAndPassedOver) {
   site.page("/good.htm", "x");
   begin();
   ASSERT_TRUE(waitFor([this] { return process.ErrorCount() == 1; }));
-  const mv::ErrorPanelTexts panel = process.errorPanel();
-  EXPECT_EQ(panel.subject, site.host() + "/gone.htm");
-  EXPECT_EQ(panel.reason, "Code: 404  -  Reason: Not Found");
-  EXPECT_EQ(readFile(mv::errorLogPath()), value("select id from link where url like '%gone.htm'") + "\r\n" +
-                                              panel.subject + "\r\n" + panel.subject + "\r\n" + panel.reason + "\r\n" +
-                                              panel.time + "\r\n\r\n");
+  const mv::ProcessError error = process.lastError();
+  EXPECT_EQ(error.subject, site.host() + "/gone.htm");
+  EXPECT_EQ(mv::errorReasonText(error), "Code: 404  -  Reason: Not Found");
+  EXPECT_EQ(readFile(mv::errorLogPath()),
+            value("select id from link where url like '%gone.htm'") + "\r\n" + error.subject + "\r\n" + error.subject +
+                "\r\n" + mv::errorReasonText(error) + "\r\n" + mv::errorTimeText(error) + "\r\n\r\n");
   ASSERT_TRUE(waitForStatus("/good.htm", "Done"));
   EXPECT_EQ(process.ErrorCount(), 2);
   EXPECT_EQ(count("link", "status = \"Done\""), 3) << "failed pages are not taken up again";
@@ -103,24 +107,27 @@ TEST_F(ScanProcessTest, AFailedPageIsShownLoggedAndPassedOver) {
 
 TEST_F(ScanProcessTest, PlacesRelativeLinksByThePageOrItsBaseHref) {
   const struct {
-    const char *page, *alternate, *basePath;
-  } cases[] = {{"host1/a/page.htm", "no", "host1/a/"},
-               {"host1/a/b/", "no", "host1/a/"},
-               {"host1", "no", "host1/"},
-               {"host1/x.htm", "no", "host1/x.htm/"},
-               {"host1/x.htm", "yes", "host1/"},
-               {"host1/a.shtml/b", "yes", "host1/"},
-               {"host1/a.htm/b", "no", "host1/a.htm/"},
-               {"host1/a.php/b", "yes", "host1/a.php/"},
-               {"", "no", "host1/"}};
-  for (const auto& c : cases) {
-    setSite(std::string("alternate_matchpath = \"") + c.alternate + "\"");
+    const char* page;
+    bool alternate;
+    const char* basePath;
+  } cases[] = {{"host1/a/page.htm", false, "host1/a/"},
+               {"host1/a/b/", false, "host1/a/"},
+               {"host1", false, "host1/"},
+               {"host1/x.htm", false, "host1/x.htm/"},
+               {"host1/x.htm", true, "host1/"},
+               {"host1/a.shtml/b", true, "host1/"},
+               {"host1/a.htm/b", false, "host1/a.htm/"},
+               {"host1/a.php/b", true, "host1/a.php/"},
+               {"", false, "host1/"}};
+  for (const auto& c : cases) EXPECT_EQ(mv::basePathOf(c.page, "host1", c.alternate), c.basePath) << c.page;
+
+  setSite("alternate_matchpath = \"yes\"");
+  {
     mv::ScanProcess scan;
-    scan.SiteID = siteId;
-    scan.SiteName = c.page;
-    scan.Domain = "host1";
+    prepare(scan);
+    scan.SiteName = "host1/x.htm";
     scan.initWindow();
-    EXPECT_EQ(scan.computeBasePath(), c.basePath) << c.page << ' ' << c.alternate;
+    EXPECT_EQ(scan.computeBasePath(), "host1/");
   }
   site.page("/", "<base href=\"http://" + site.host() + "/first/\"><a href=\"a.htm\"><base href=\"http://" +
                      site.host() + "/last\">");
@@ -154,7 +161,7 @@ TEST_F(ScanProcessTest, APageOfTenThousandLinksLeavesTheWindowsAlive) {
   setSite("pages_to_scan = 20000");
   site.page("/", anchors("/p", 0, 5000) + anchors("/q", 0, 5000, ".jpg"));
   begin();
-  const LongestTurn turn;
+  const LoopMeter turn;
   ASSERT_TRUE(waitFor([this] { return pages.count() == 1; }, 120'000));
   EXPECT_EQ(count("link"), 10'000);
   EXPECT_EQ(process.lvwLinks.count(), 5001);
@@ -167,7 +174,7 @@ TEST_F(ScanProcessTest, AnUnterminatedPageOfAMillionTagsLeavesTheWindowsAlive) {
   site.page("/", page);
   begin();
   // Receiving and decoding the page is the transfer's work.
-  std::optional<LongestTurn> turn;
+  std::optional<LoopMeter> turn;
   QObject::connect(&process.Inet2, &mv::InternetTransfer::StateChanged, &process, [&turn](int, int state) {
     if (state == mv::kResponseCompleted) turn.emplace();
   });
@@ -180,10 +187,10 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   setSite("pages_to_scan = 20000");
   insertNumbered("link (id, site_id, url, link_type, status)", 100, 12'000,
                  "i, " + std::to_string(siteId) + ", 'h/p' || i, 'Document', 'False'");
-  const LongestTurn turn;
+  const LoopMeter turn;
   begin();
   ASSERT_TRUE(waitFor([this] { return process.tmrOKToDownload.isActive(); }));
-  EXPECT_EQ(process.lvwLinks.count(), mv::ScanProcess::kQueueLimit);
+  EXPECT_EQ(process.lvwLinks.count(), mv::ScanQueue::kLimit);
   EXPECT_LT(turn.longest, 50.0);
 
   process.buildQueue();
@@ -193,7 +200,7 @@ TEST_F(ScanProcessTest, TheLargestQueueIsBuiltInSlicesAndCanBeStoppedInOne) {
   EXPECT_EQ(process.lvwLinks.count(), rows);
 }
 
-// Stopped after any number of turns of the event loop, the process comes to rest at once and may go.
+// Stopped after any number of loop iterations, the process comes to rest at once and may go.
 TEST_F(ScanProcessTest, CanBeStoppedAtAnyMoment) {
   site.page("/", anchors("/p", 0, 40));
   for (int moment = 0; moment < 120; ++moment) {
@@ -202,7 +209,7 @@ TEST_F(ScanProcessTest, CanBeStoppedAtAnyMoment) {
     scan->tmrOKToDownload.setInterval(0);
     QSignalSpy stopped(scan.get(), &mv::Process::stopped);
     scan->initWindow();
-    for (int turn = 0; turn < moment; ++turn) QCoreApplication::processEvents();
+    for (int iteration = 0; iteration < moment; ++iteration) QCoreApplication::processEvents();
     scan->requestStop();
     ASSERT_EQ(stopped.count(), 1) << moment;
     const long before = count("link");

@@ -12,7 +12,6 @@
 #include "sites_windows/frmWebSites.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
-#include "testkit/LongestTurn.h"
 #include "testkit/TestSite.h"
 #include "transfer/InternetTransfer.h"
 
@@ -314,7 +313,7 @@ TEST_F(MessageTest, AVeryLongMessageDoesNotHoldTheProgram) {
   int id = 6;
   for (const std::string& text : {std::string(2'000'000, 'm') + "\n", std::string(999'999, '\n')}) {
     serve(kMessage, std::to_string(id++) + "\nu\n" + text);
-    LongestTurn turn;
+    LoopMeter turn;
     pressStart();
     ASSERT_NE(shown(), nullptr);
     const auto* box = control<QPlainTextEdit>(shown(), "tbMsg").document();
@@ -352,7 +351,7 @@ TEST_F(OnlineUpdatesTest, TenThousandDefinitionsAndTopicsAreNotFelt) {
   serve("/form.txt", form("Form") + field("One") + field("Two"));
   serve(kHelpOverview, topics + "---END---\n");
   start();
-  LongestTurn turn;
+  LoopMeter turn;
   main()->getFormUpdates();
   ASSERT_TRUE(waitFor([this] { return count("form_def_update", "retrieved = \"yes\"") >= 200; }, 120'000));
   main()->getHelp();

@@ -12,7 +12,6 @@
 #include "shell/frmPictureViewer.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
-#include "testkit/LongestTurn.h"
 
 namespace {
 
@@ -138,7 +137,7 @@ TEST_F(PictureViewerTest, AFolderOfAHundredThousandFilesHoldsNothingUp) {
     else
       ASSERT_EQ(link(qPrintable(picture), qPrintable(pictures_.filePath(name))), 0);
   }
-  LongestTurn turn;
+  LoopMeter turn;
   open(pictures_.filePath("050000.png"));
   viewer_->setFocus();
   key(Qt::Key_Right);  // while the folder is read

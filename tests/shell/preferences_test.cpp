@@ -10,7 +10,6 @@
 #include "shell/frmPreferences.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
-#include "testkit/LongestTurn.h"
 
 namespace {
 
@@ -209,7 +208,7 @@ TEST_F(PreferencesTest, ALargeDatabaseHoldsNothingUp) {
   clickCompact();
   PaintWatch watch;
   waiting()->findChild<QWidget*>("pbarPleaseWait")->installEventFilter(&watch);
-  LongestTurn turn;
+  LoopMeter turn;
   ASSERT_TRUE(waitFor([&] { return !waiting(); }, 300'000));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);

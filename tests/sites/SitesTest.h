@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/Text.h"
+#include "database/RawStatement.h"
 #include "sites_windows/frmNew.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
@@ -52,7 +53,7 @@ class SitesTest : public WindowTest {
   // A column of all rows, as one text with commas.
   static std::string all(const std::string& column, const std::string& tableAndWhere) {
     QStringList texts;
-    for (mv::Recordset rows = mv::gDatabase.query("select " + column + " as v from " + tableAndWhere);
+    for (mv::Recordset rows = mv::gDatabase.query(mv::rawStatement("select " + column + " as v from " + tableAndWhere));
          !rows.endOfRows(); rows.moveNext())
       texts << mv::toQString(rows.text("v"));
     return mv::toUtf8(texts.join(','));

@@ -67,13 +67,13 @@ TEST_F(Assignments, FileTypesMoveAndAreStoredByApplyOnly) {
 // The next save would store what the lists have lost.
 TEST_F(Assignments, ARebuildThatFailsLeavesTheListsAsTheyWere) {
   openEdit(id, kFilters);
-  for (const char* table : {"filter", "valid_filetypes"}) {
-    mv::gDatabase.execute(std::string("alter table ") + table + " rename to elsewhere");
+  for (const mv::SqlText table : {mv::SqlText("filter"), mv::SqlText("valid_filetypes")}) {
+    mv::gDatabase.execute("alter table " + table + " rename to elsewhere");
     switchAwayAndBack();
     EXPECT_FALSE(dialogs.messages().empty());
-    mv::gDatabase.execute(std::string("alter table elsewhere rename to ") + table);
-    EXPECT_EQ(names(list("lvwFiletypesAssigned")), "gif,jpg") << table;
-    EXPECT_EQ(names(list("lvwFiltersAssigned")), "Own,Everywhere") << table;
+    mv::gDatabase.execute("alter table elsewhere rename to " + table);
+    EXPECT_EQ(names(list("lvwFiletypesAssigned")), "gif,jpg") << table.text();
+    EXPECT_EQ(names(list("lvwFiltersAssigned")), "Own,Everywhere") << table.text();
   }
 }
 

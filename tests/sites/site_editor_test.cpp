@@ -170,14 +170,14 @@ TEST_F(SiteEditor, AFailedSaveKeepsTheTextAndCanBeRepeated) {
   auto* sites = mv::showSingle<mv::frmWebSites>();
   openNew();
   QTest::keyClicks(&box("txtURL"), "www.example.test");
-  for (const char* table : {"site", "site_form_xref"}) {
-    mv::gDatabase.execute(std::string("alter table ") + table + " rename to elsewhere");
+  for (const mv::SqlText table : {mv::SqlText("site"), mv::SqlText("site_form_xref")}) {
+    mv::gDatabase.execute("alter table " + table + " rename to elsewhere");
     lastMessage();
     click(editor, "cmdOK");
-    ASSERT_TRUE(isOpen()) << table;
+    ASSERT_TRUE(isOpen()) << table.text();
     EXPECT_EQ(dialogs.messages().size(), 1u);
     EXPECT_EQ(box("txtURL").text(), "www.example.test");
-    mv::gDatabase.execute(std::string("alter table elsewhere rename to ") + table);
+    mv::gDatabase.execute("alter table elsewhere rename to " + table);
   }
   click(editor, "cmdOK");
   EXPECT_FALSE(isOpen());

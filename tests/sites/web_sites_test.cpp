@@ -49,7 +49,7 @@ class WebSites : public SitesTest {
     }));
   }
   void setMaximum(int connections) {
-    mv::gDatabase.execute("update pref set max_connections = " + std::to_string(connections));
+    mv::gDatabase.execute("update pref set max_connections = " + mv::number(connections));
   }
 
   mv::frmWebSites* window = nullptr;
@@ -153,10 +153,10 @@ TEST_F(WebSites, ARebuildDuringAStartMarksNoOtherRow) {
 
 TEST_F(WebSites, AutoScanLooksAtTheFirstRowsOnly) {
   openWith({"a", "b", "c", "d", "e"});
-  const std::pair<const char*, const char*> cases[] = {
+  const std::pair<mv::SqlText, const char*> cases[] = {
       {"4, 5", "00000"}, {"1, 3", "10100"}, {"1, 2, 3, 4, 5", "11100"}};
   for (const auto& [automatic, started] : cases) {
-    mv::gDatabase.execute(std::string("update site set auto_scan = iif(id in (") + automatic + "), 'yes', 'no')");
+    mv::gDatabase.execute("update site set auto_scan = iif(id in (" + automatic + "), 'yes', 'no')");
     window->buildWorkingLists("init");
     window->autoScan();
     EXPECT_EQ(states(), started);
@@ -232,7 +232,7 @@ TEST_F(WebSites, AnEditedRunningSiteStaysOnWithItsNewValues) {
   openWith({"a", "b"});
   clickRow(*list, 0);
   press("Start");
-  mv::gDatabase.execute("update site set hops = 9 where id = " + list->cell(0, 1).toStdString());
+  mv::gDatabase.execute("update site set hops = 9 where id = " + mv::number(list->cell(0, 1).toLong()));
   window->buildWorkingLists("websiteedited", list->cell(0, 1).toLong());
   EXPECT_EQ(list->cell(0, 5), "9");
   EXPECT_EQ(states(), "10");

@@ -7,6 +7,7 @@
 #include "app/ErrorLog.h"
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "database/RawStatement.h"
 #include "testkit/Fixture.h"
 #include "testkit/ProgramRun.h"
 #include "testkit/TestSite.h"
@@ -19,7 +20,7 @@ using namespace mvtest;
 std::string fileOf(char letter, std::size_t size) { return std::string(size, letter); }
 
 std::int64_t links(const std::string& where) {
-  return gDatabase.count("select count(*) as outCount from link where " + where);
+  return gDatabase.count("select count(*) as outCount from link where " + rawStatement(where));
 }
 
 // What a file of one letter holds, short enough to read in a failure: "50000 s".
@@ -50,7 +51,7 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
   Resource slow{.type = "image/jpeg", .body = fileOf('s', 50000), .fault = Fault::HeaderOnly};
   site.add("/slow.jpg", slow);
 
-  ProgramRun program(MORVANE_PROGRAM, MORVANE_SHIPPED_DATABASE);
+  ProgramRun program(MORVANE_PROGRAM);
   program.addAutoScanSite(site.host(), "10", "1", {"jpg"});
   ASSERT_TRUE(program.start());
   ASSERT_TRUE(waitFor([&] { return site.requestCount("/slow.jpg") > 0; }, 60'000));

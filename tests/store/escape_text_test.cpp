@@ -1,8 +1,16 @@
 #include <gtest/gtest.h>
 
-#include "store/EscapeText.h"
+#include "store/EscapedAddress.h"
 
 namespace {
+
+using mv::EscapedAddress;
+
+// Neither stored raw nor restored twice.
+static_assert(!std::is_constructible_v<EscapedAddress, std::string>);
+static_assert(!std::is_constructible_v<EscapedAddress, const char*>);
+static_assert(!std::is_assignable_v<EscapedAddress&, std::string>);
+static_assert(!std::is_convertible_v<EscapedAddress, std::string>);
 
 TEST(EscapeText, EscapesAndRestores) {
   const std::pair<const char*, const char*> cases[] = {
@@ -13,14 +21,14 @@ TEST(EscapeText, EscapesAndRestores) {
       {"||'", "&PIPE&PIPE&MV1Q"},
   };
   for (const auto& [plain, escaped] : cases) {
-    EXPECT_EQ(mv::escaped(plain), escaped);
-    EXPECT_EQ(mv::restored(escaped), plain);
+    EXPECT_EQ(EscapedAddress::escape(plain).text(), escaped);
+    EXPECT_EQ(EscapedAddress::escape(plain).restored(), plain);
   }
 }
 
 TEST(EscapeText, ATokenThatWasThereBeforeDoesNotSurvive) {
-  EXPECT_EQ(mv::restored(mv::escaped("A&CRB")), "A\rB");
-  EXPECT_EQ(mv::restored("&mv1q &MV1q"), "&mv1q &MV1q") << "no token: small letters";
+  EXPECT_EQ(EscapedAddress::escape("A&CRB").restored(), "A\rB");
+  EXPECT_EQ(EscapedAddress::escape("&mv1q &MV1q").restored(), "&mv1q &MV1q") << "no token: small letters";
 }
 
 }  // namespace

@@ -8,6 +8,9 @@ namespace {
 
 using namespace mvtest;
 using mv::gDatabase;
+using mv::number;
+using mv::SqlText;
+using mv::Statement;
 
 class ProgramDatabaseTest : public ProgramTest {};
 
@@ -39,18 +42,18 @@ TEST_F(ProgramDatabaseTest, ShipsTheRowsThatTheProgramCountsOn) {
 
 // The queues of scan and download: what "<>" gives, without reading past the links that are handled.
 TEST_F(ProgramDatabaseTest, UnwantedValuesAreNotReadAndNoWantedOneIsMissed) {
-  const char* const types[] = {"\"File\"", "\"file\"", "\"Document\"", "\"Email Address\"", "\"\"", "\"Zoo\"", "null"};
-  const char* const states[] = {"\"Done\"", "\"False\"", "\"done\"", "\"Error\"", "\"\"", "null"};
+  const SqlText types[] = {"\"File\"", "\"file\"", "\"Document\"", "\"Email Address\"", "\"\"", "\"Zoo\"", "null"};
+  const SqlText states[] = {"\"Done\"", "\"False\"", "\"done\"", "\"Error\"", "\"\"", "null"};
   int id = 0;
-  for (const char* site : {"7", "8"})
-    for (const char* type : types)
-      for (const char* status : states)
-        gDatabase.execute("insert into link (id, site_id, link_type, status) values (" + std::to_string(++id) + ", " +
-                          site + ", " + type + ", " + status + ")");
-  const std::string files = "site_id = 7 and link_type = \"File\" and ",
-                    pages = "site_id = 7 and status = \"False\" and ";
+  for (const int site : {7, 8})
+    for (const SqlText type : types)
+      for (const SqlText status : states)
+        gDatabase.execute("insert into link (id, site_id, link_type, status) values (" + number(++id) + ", " +
+                          number(site) + ", " + type + ", " + status + ")");
+  const Statement files = "site_id = 7 and link_type = \"File\" and ",
+                  pages = "site_id = 7 and status = \"False\" and ";
   const struct {
-    std::string plain, narrow;
+    Statement plain, narrow;
     int rows;
   } cases[] = {
       {files + "status <> \"Done\"", files + mv::noneOf("status", {"Done"}, "link", "site_id = 7"), 6},
@@ -58,9 +61,13 @@ TEST_F(ProgramDatabaseTest, UnwantedValuesAreNotReadAndNoWantedOneIsMissed) {
        pages + mv::noneOf("link_type", {"File", "Email Address"}, "link", "site_id = 7 and status = \"False\""), 3},
   };
   for (const auto& c : cases) {
-    const std::string ids = "select group_concat(id) from (select id from link where ";
-    EXPECT_EQ(value(ids + c.narrow + " order by id)"), value(ids + c.plain + " order by id)"));
-    EXPECT_EQ(count("link", c.narrow), c.rows);
+    const auto ids = [](const Statement& where) {
+      return gDatabase
+          .query("select group_concat(id) as ids from (select id from link where " + where + " order by id)")
+          .text("ids");
+    };
+    EXPECT_EQ(ids(c.narrow), ids(c.plain));
+    EXPECT_EQ(gDatabase.count("select count(*) as outCount from link where " + c.narrow), c.rows);
     std::string plan;
     for (mv::Recordset step = gDatabase.query("explain query plan select * from link where " + c.narrow);
          !step.endOfRows(); step.moveNext())

@@ -21,6 +21,7 @@
 #include "shell/frmDownloadManager.h"
 #include "sites_windows/frmWebSites.h"
 #include "testkit/Controls.h"
+#include "testkit/EventLoop.h"
 #include "testkit/ProgramRun.h"
 #include "testkit/TestSite.h"
 
@@ -116,7 +117,7 @@ bool showMessage() {
   if (!startUp.run(mv::gProgramFolder)) return false;
   click(find<mv::frmWebSites>(), "Start");
   const auto message = [] { return find<mv::frmMessage>(); };
-  const bool shown = QTest::qWaitFor([&] { return message() != nullptr; }, kMessageDeadlineMs);
+  const bool shown = waitFor([&] { return message() != nullptr; }, kMessageDeadlineMs);
   if (shown) std::printf("Message shown:\n  %s\n", qPrintable(message()->Message().section('\r', 0, 0)));
   startUp.mainWindow()->close();
   return shown;
@@ -140,7 +141,7 @@ int main(int argc, char** argv) {
 
   TestSite site;
   fillGallery(site);
-  ProgramRun program(argv[1], MORVANE_SHIPPED_DATABASE);
+  ProgramRun program(argv[1]);
   useAsUpdateServer(site);
   gDatabase.execute("update pref set auto_update = \"yes\", help_server = \"yes\"");
   mv::clsPath paths;

@@ -37,6 +37,7 @@
 #include "sites_windows/frmNew.h"
 #include "sites_windows/frmWebSites.h"
 #include "testkit/Controls.h"
+#include "testkit/EventLoop.h"
 #include "testkit/ProgramRun.h"
 #include "testkit/SiteRow.h"
 
@@ -70,7 +71,7 @@ void saveTabs(ChildWindow* window, const char* name, const QString& prefix) {
   }
 }
 
-bool waitFor(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, kPatienceMs); }
+bool arrives(const std::function<bool()>& condition) { return waitFor(condition, kPatienceMs); }
 
 // In twips, within the main window of the picture.
 void arrange() {
@@ -88,7 +89,7 @@ void harvest(frmDownloadManager& window) {
   arrange();
   control<QTabWidget>(find<frmDownload>(), "SSTab1").setCurrentIndex(1);
   // In the middle of the work: some pages done, some waiting.
-  waitFor([] {
+  arrives([] {
     return gDatabase.count(
                "select count(*) as outCount from link where status = \"Done\" and link_type = \"Document\"") >= 4;
   });
@@ -165,13 +166,13 @@ void onlineUpdates(frmDownloadManager& window, const TestSite& server) {
   find<frmWebSites>()->setPlace({0, 0, 4200, 6600});
   window.getFormUpdates();
   window.getHelp();
-  waitFor([&] { return server.requestCount(kSlowTopic) > 0; });
+  arrives([&] { return server.requestCount(kSlowTopic) > 0; });
   window.getMessage();
-  waitFor([] { return find<frmMessage>() != nullptr; });
+  arrives([] { return find<frmMessage>() != nullptr; });
   find<frmMessage>()->setPlace({2000, 3200, 2805, 5430});
   save(&window, "online-updates");
   find<frmMessage>()->unload();
-  waitFor([&] { return !control<QWidget>(&window, "pictHelpUpdates").isVisible(); });
+  arrives([&] { return !control<QWidget>(&window, "pictHelpUpdates").isVisible(); });
 }
 
 void help() {
@@ -272,11 +273,11 @@ int main(int argc, char** argv) try {
   TestSite gallery;
   fillGallery(gallery);
   gallery.add(kSlowTopic, {.type = "text/plain", .body = "13\nQuestions\nTopic\nText.\n", .delayMs = kSlowTopicMs});
-  ProgramRun folder(argv[0], MORVANE_SHIPPED_DATABASE);
+  ProgramRun folder(argv[0]);
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
   useAsUpdateServer(gallery);
   const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
-  setSite(site, "auto_scan = \"no\", download_path = " + quoted(kFolderShown));
+  setSite(site, "auto_scan = \"no\", download_path = '" + std::string(kFolderShown) + "'");
   const std::string owner = std::to_string(site);
   insert("site_form_xref", {{owner, "20"}});
   insert("site_field_xref (site_id, field_id, field_value)", {{owner, "17", "anna"}, {owner, "18", "secret"}});

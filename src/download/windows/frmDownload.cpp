@@ -11,6 +11,7 @@
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
+#include "download/DownloadTexts.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -27,7 +28,7 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
 
 QString frmDownload::positionKey() const { return kDownloadTitle + toQString(process_->SiteName); }
 
-QString frmDownload::settledCaption() const { return toQString(process_->title()); }
+QString frmDownload::settledCaption() const { return toQString(downloadTitle(process_->SiteName)); }
 
 void frmDownload::initWindow() {
   run([this] {
@@ -37,9 +38,9 @@ void frmDownload::initWindow() {
 }
 
 void frmDownload::buildSummary() {
-  lblFile_ = new ElidedLabel("lblFile", process_->fileLabel());
-  lblFilesInQueue_ = new ElidedLabel("lblFilesInQueue", process_->queueText());
-  lblFilesProcessed_ = new ElidedLabel("lblFilesProcessed", process_->processedText());
+  lblFile_ = new ElidedLabel("lblFile", fileText(process_->status()));
+  lblFilesInQueue_ = new ElidedLabel("lblFilesInQueue", queueText(process_->status()));
+  lblFilesProcessed_ = new ElidedLabel("lblFilesProcessed", filesProcessedText(process_->status()));
   addSummary(lblFile_, lblFilesInQueue_, lblFilesProcessed_);
 }
 
@@ -80,13 +81,13 @@ QWidget* frmDownload::makeInfoTab() {
 QWidget* frmDownload::makeDownloadPanel() {
   auto* panel = new QGroupBox("Download Information");
   panel->setObjectName("frmDownloading");
-  lblInfoSize_ = new QLabel(toQString(process_->sizeText()));
+  lblInfoSize_ = new QLabel(toQString(sizeText(process_->status())));
   lblInfoSize_->setObjectName("lblInfoSize");
   lblInfoSize_->setTextFormat(Qt::PlainText);
   lblInfoSize_->setWordWrap(true);
-  lblInfoBytesReceived_ = new ElidedLabel("lblInfoBytesReceived", process_->receivedText());
-  lblInfoBytesLeft_ = new ElidedLabel("lblInfoBytesLeft", process_->leftText());
-  txtInfoSavePath_ = makeReadOnlyLine("txtInfoSavePath", "Saving to", process_->savePathText());
+  lblInfoBytesReceived_ = new ElidedLabel("lblInfoBytesReceived", receivedText(process_->status()));
+  lblInfoBytesLeft_ = new ElidedLabel("lblInfoBytesLeft", leftText(process_->status()));
+  txtInfoSavePath_ = makeReadOnlyLine("txtInfoSavePath", "Saving to", savePathText(process_->status()));
   auto* layout = new QVBoxLayout(panel);
   layout->setContentsMargins(kTightMargins);
   layout->setSpacing(kTightSpacing);
@@ -99,13 +100,13 @@ QWidget* frmDownload::makeDownloadPanel() {
 
 void frmDownload::refresh() {
   ProcessWindow::refresh();
-  lblFile_->setLine(process_->fileLabel());
-  lblFilesInQueue_->setLine(process_->queueText());
-  lblFilesProcessed_->setLine(process_->processedText());
-  lblInfoSize_->setText(toQString(process_->sizeText()));
-  lblInfoBytesReceived_->setLine(process_->receivedText());
-  lblInfoBytesLeft_->setLine(process_->leftText());
-  showLine(*txtInfoSavePath_, process_->savePathText());
+  lblFile_->setLine(fileText(process_->status()));
+  lblFilesInQueue_->setLine(queueText(process_->status()));
+  lblFilesProcessed_->setLine(filesProcessedText(process_->status()));
+  lblInfoSize_->setText(toQString(sizeText(process_->status())));
+  lblInfoBytesReceived_->setLine(receivedText(process_->status()));
+  lblInfoBytesLeft_->setLine(leftText(process_->status()));
+  showLine(*txtInfoSavePath_, savePathText(process_->status()));
 }
 
 bool frmDownload::eventFilter(QObject* watched, QEvent* event) {

@@ -7,15 +7,15 @@ namespace mv {
 
 namespace {
 
-constexpr std::chrono::milliseconds kTurn{5};
+constexpr std::chrono::milliseconds kIteration{5};
 constexpr std::chrono::microseconds kLeastShare{250};
 
-// What budgets have been used up of this turn of the event loop.
-class Turn : public QObject {
+// What budgets have used up of this iteration of the event loop.
+class Iteration : public QObject {
  public:
-  static Turn& current() {
-    static Turn turn;
-    return turn;
+  static Iteration& current() {
+    static Iteration iteration;
+    return iteration;
   }
   void follow(QAbstractEventDispatcher* loop) {
     if (loop_ == loop) return;
@@ -32,15 +32,15 @@ class Turn : public QObject {
 
 }  // namespace
 
-TimeBudget::TimeBudget() { Turn::current().follow(QAbstractEventDispatcher::instance()); }
+TimeBudget::TimeBudget() { Iteration::current().follow(QAbstractEventDispatcher::instance()); }
 
-TimeBudget::~TimeBudget() { Turn::current().used += used(); }
+TimeBudget::~TimeBudget() { Iteration::current().used += used(); }
 
-bool TimeBudget::turnIsSpent() {
-  Turn::current().follow(QAbstractEventDispatcher::instance());
-  return Turn::current().used > kTurn;
+bool TimeBudget::iterationIsSpent() {
+  Iteration::current().follow(QAbstractEventDispatcher::instance());
+  return Iteration::current().used > kIteration;
 }
 
-bool TimeBudget::spent() const { return used() > kLeastShare && Turn::current().used + used() > kTurn; }
+bool TimeBudget::spent() const { return used() > kLeastShare && Iteration::current().used + used() > kIteration; }
 
 }  // namespace mv

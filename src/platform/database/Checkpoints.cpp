@@ -9,7 +9,11 @@ Checkpoints::Checkpoints(sqlite3* writer, std::string path) : writer_(writer), p
   sqlite3_wal_hook(writer, &Checkpoints::written, this);
 }
 
-Checkpoints::~Checkpoints() { sqlite3_wal_hook(writer_, nullptr, nullptr); }
+Checkpoints::~Checkpoints() {
+  sqlite3_wal_hook(writer_, nullptr, nullptr);
+  work_.abandon();
+  work_.wait();
+}
 
 int Checkpoints::written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) {
   static_cast<Checkpoints*>(self)->journalIs(pages);
@@ -27,7 +31,7 @@ void Checkpoints::journalIs(int pages) {
     requestAt_ = pages + kPages;
     finishDue_ = pages >= kLongPages;
     copying_ = true;
-    job_.request();
+    work_.start([this] { copy(); });
   }
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Sqlite.h"
-#include "base/BackgroundJob.h"
+#include "base/BackgroundWork.h"
 
 namespace mv::engine {
 
@@ -26,7 +26,7 @@ class Checkpoints {
 
   static int written(void* self, sqlite3* writer, const char* database, int pages);
   void journalIs(int pages);
-  // Runs on the job's thread. What fails here is tried again at the next request.
+  // Runs beside the others. What fails here is tried again at the next request.
   void copy();
 
   sqlite3* writer_;
@@ -35,8 +35,8 @@ class Checkpoints {
   int requestAt_ = kPages;
   bool finishDue_ = false;
   std::atomic<bool> copying_ = false;
-  ConnectionPtr connection_;  // the thread's
-  BackgroundJob job_{[this] { copy(); }};
+  ConnectionPtr connection_;  // of the copying thread
+  BackgroundWork work_;
 };
 
 }  // namespace mv::engine

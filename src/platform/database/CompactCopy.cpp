@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QScopeGuard>
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
@@ -78,23 +79,14 @@ struct CompactCopy::Private {
   }
 
   // The progress handler is not asked during the engine's long steps, the walk of the integrity check above all.
-  class Interruptible {
-   public:
-    Interruptible(Private& work, sqlite3* connection) : work_(work) { use(connection); }
-    ~Interruptible() { use(nullptr); }
-    Interruptible(const Interruptible&) = delete;
-    Interruptible& operator=(const Interruptible&) = delete;
-
-   private:
-    void use(sqlite3* connection) {
-      const std::lock_guard lock(work_.interrupting);
-      work_.interruptible = connection;
-    }
-    Private& work_;
-  };
+  void makeInterruptible(sqlite3* used) {
+    const std::lock_guard lock(interrupting);
+    interruptible = used;
+  }
 
   void rewrite() {
-    const Interruptible working(*this, connection.get());
+    makeInterruptible(connection.get());
+    const auto done = qScopeGuard([this] { makeInterruptible(nullptr); });
     // What is brought into the file now need not be when everybody waits for the source to close.
     run(connection.get(), "pragma wal_checkpoint(passive)");
     version = currentVersion(connection.get());
@@ -110,7 +102,8 @@ struct CompactCopy::Private {
   void check() {
     checking = true;
     const ConnectionPtr copy = openWatched(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-    const Interruptible working(*this, copy.get());
+    makeInterruptible(copy.get());
+    const auto done = qScopeGuard([this] { makeInterruptible(nullptr); });
     bool same = firstText(copy.get(), "pragma integrity_check(1)") == "ok" &&
                 tableNames(copy.get()) == tableNames(connection.get());
     if (same)

@@ -20,14 +20,6 @@ DatabaseError::DatabaseError(long number, std::string description, std::string s
       description_(std::move(description)),
       source_(std::move(source)) {}
 
-std::string quoted(std::string_view text) {
-  std::string literal;
-  literal.reserve(text.size() + 2);
-  literal += '"';
-  for (const char c : text) literal.append(c == '"' ? 2 : 1, c);
-  return literal += '"';
-}
-
 namespace {
 
 // Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
@@ -115,11 +107,11 @@ struct Database::Connection {
   std::vector<std::weak_ptr<Reader>> readers;
   std::int64_t rowsAffected = 0;
 
-  void lose(const Losses& losses) {
-    for (const std::string& name : losses) ++lossCounts[name];
+  void invalidate(const Invalidations& names) {
+    for (const std::string& name : names) ++invalidations[name];
   }
-  void loseAnything() { ++lossCounts[""]; }
-  std::unordered_map<std::string, std::int64_t> lossCounts;
+  void invalidateAll() { ++invalidations[""]; }
+  std::unordered_map<std::string, std::int64_t> invalidations;
   std::int64_t dataVersion = 0;  // other programs' changes
 };
 
@@ -128,8 +120,8 @@ struct Database::Connection {
 // A short result is read whole at once. A long one is read through a reader, kRowsAhead rows at a time.
 struct Recordset::State {
   std::weak_ptr<Database::Connection> owner;
-  std::shared_ptr<const SqlPattern> pattern;
-  std::vector<SqlValue> values;
+  std::shared_ptr<const SqlTranslation> translation;
+  std::vector<SqlValue> values;           // of a long result
   std::vector<std::string> engineFields;  // where the statement's own do not tell
   std::size_t columns = 0;
   std::vector<ValuePtr> cells;  // of the rows at hand, row by row
@@ -146,15 +138,15 @@ struct Recordset::State {
     if (reader && connection) connection->giveBack(*reader);
   }
 
-  const SqlStatement& sql() const { return pattern->statement(); }
+  const std::string& name() const { return translation->name; }
   const std::vector<std::string>& fields() const {
-    return sql().fields.size() == columns ? sql().fields : engineFields;
+    return translation->fields.size() == columns ? translation->fields : engineFields;
   }
 
   void takeNames(sqlite3_stmt* statement) {
     columns = static_cast<std::size_t>(sqlite3_column_count(statement));
     engineFields.clear();
-    if (sql().fields.size() == columns) return;
+    if (translation->fields.size() == columns) return;
     for (std::size_t i = 0; i < columns; ++i)
       engineFields.emplace_back(sqlite3_column_name(statement, static_cast<int>(i)));
   }
@@ -164,7 +156,7 @@ struct Recordset::State {
     cells.clear();
     rows = row = 0;
     complete = true;
-    bool more = step(statement, sql().name);
+    bool more = step(statement, name());
     // Not before the first step: it is the one that notices a column added meanwhile.
     takeNames(statement);
     while (more) {
@@ -173,7 +165,7 @@ struct Recordset::State {
         complete = false;
         return;
       }
-      more = step(statement, sql().name);
+      more = step(statement, name());
     }
   }
 
@@ -184,10 +176,11 @@ struct Recordset::State {
     }
   }
 
-  void readThrough(std::shared_ptr<Reader> longReader) {
+  void readThrough(std::shared_ptr<Reader> longReader, const std::vector<SqlValue>& boundValues) {
     reader = std::move(longReader);
-    reader->statement = prepare(reader->connection.get(), sql().shape, sql().name);
-    bindValues(reader->statement.get(), values, sql().name);
+    values = boundValues;
+    reader->statement = prepare(reader->connection.get(), translation->sql, name());
+    bindValues(reader->statement.get(), values, name());
     readRows(reader->statement.get(), kRowsAhead);
   }
 
@@ -211,13 +204,13 @@ struct Recordset::State {
 
   [[noreturn]] void raiseItemNotFound(std::string_view field) const {
     throw DatabaseError(DatabaseError::kItemNotFound,
-                        sql().name + ": the result has no field \"" + std::string(field) + "\".");
+                        name() + ": the result has no field \"" + std::string(field) + "\".");
   }
 
   sqlite3_value* cell(std::string_view field) const {
     checkOpen();
     const std::size_t at = column(field);
-    if (row >= rows) raiseNoCurrentRecord(sql().name);
+    if (row >= rows) raiseNoCurrentRecord(name());
     return cells[row * columns + at].get();
   }
 };
@@ -230,11 +223,10 @@ Recordset::~Recordset() = default;
 std::int64_t Recordset::recordCount() const {
   state_->checkOpen();
   if (!state_->reader) return static_cast<std::int64_t>(state_->rows);
-  const SqlStatement& sql = state_->sql();
-  const StatementPtr counter =
-      prepare(state_->reader->connection.get(), "select count(*) from (" + sql.shape + ')', sql.name);
-  bindValues(counter.get(), state_->values, sql.name);
-  step(counter.get(), sql.name);
+  const std::string sql = "select count(*) from (" + state_->translation->sql + ')';
+  const StatementPtr counter = prepare(state_->reader->connection.get(), sql, state_->name());
+  bindValues(counter.get(), state_->values, state_->name());
+  step(counter.get(), state_->name());
   return sqlite3_column_int64(counter.get(), 0);
 }
 
@@ -249,7 +241,7 @@ void Recordset::moveFirst() {
 }
 
 void Recordset::moveNext() {
-  if (endOfRows()) raiseNoCurrentRecord(state_->sql().name);
+  if (endOfRows()) raiseNoCurrentRecord(state_->name());
   if (++state_->row == state_->rows && !state_->complete) state_->readRows(state_->reader->statement.get(), kRowsAhead);
 }
 
@@ -284,34 +276,33 @@ void Database::close() { connection_.reset(); }
 
 bool Database::isOpen() const { return connection_ != nullptr; }
 
-Recordset Database::query(std::string_view sql) {
+Recordset Database::query(const Statement& statement) {
   if (!connection_) raiseNotOpen();
   auto state = std::make_unique<Recordset::State>();
   state->owner = connection_;
-  const Prepared statement = connection_->statements->get(sql, state->values);
-  state->pattern = statement.pattern;
-  connection_->lose(*statement.losses);
+  const Prepared prepared = connection_->statements->get(statement.shape());
+  state->translation = prepared.translation;
+  connection_->invalidate(*prepared.invalidations);
   {
-    const Use use(statement.handle, state->values, state->sql().name);
+    const Use use(prepared.handle, statement.values(), state->name());
     // Rows that only an open transaction knows cannot be seen by a reader.
-    const bool readable = state->sql().isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
-    state->readRows(statement.handle, readable ? kRowsAhead : SIZE_MAX);
+    const bool readable = state->translation->isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
+    state->readRows(prepared.handle, readable ? kRowsAhead : SIZE_MAX);
   }
-  if (!state->complete) state->readThrough(connection_->takeReader());
+  if (!state->complete) state->readThrough(connection_->takeReader(), statement.values());
   return Recordset(std::move(state));
 }
 
-void Database::execute(std::string_view sql) {
+void Database::execute(const Statement& statement) {
   if (!connection_) raiseNotOpen();
-  std::vector<SqlValue> values;
-  const Prepared statement = connection_->statements->get(sql, values);
-  const std::string& name = statement.pattern->statement().name;
-  connection_->lose(*statement.losses);
+  const Prepared prepared = connection_->statements->get(statement.shape());
+  const std::string& name = prepared.translation->name;
+  connection_->invalidate(*prepared.invalidations);
   try {
-    const Use use(statement.handle, values, name);
-    while (step(statement.handle, name)) continue;
+    const Use use(prepared.handle, statement.values(), name);
+    while (step(prepared.handle, name)) continue;
   } catch (...) {
-    connection_->loseAnything();  // it may have ended its transaction
+    connection_->invalidateAll();  // it may have ended its transaction
     throw;
   }
   connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
@@ -319,23 +310,22 @@ void Database::execute(std::string_view sql) {
 
 std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
 
-std::int64_t Database::lossMark(const std::string& table, const std::string& column) {
+std::int64_t Database::invalidationCount(const std::string& table, const std::string& column) {
   const std::int64_t version = query("pragma data_version").number("data_version");
-  if (std::exchange(connection_->dataVersion, version) != version) connection_->loseAnything();
-  auto& counts = connection_->lossCounts;
+  if (std::exchange(connection_->dataVersion, version) != version) connection_->invalidateAll();
+  auto& counts = connection_->invalidations;
   return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
 }
 
-std::int64_t Database::count(std::string_view sql) {
+std::int64_t Database::count(const Statement& statement) {
   if (!connection_) raiseNotOpen();
-  std::vector<SqlValue> values;
-  const Prepared statement = connection_->statements->get(sql, values);
-  const SqlStatement& translated = statement.pattern->statement();
-  if (translated.fields.size() != 1 || !sameSqlName(translated.fields.front(), kCountField))
-    return query(sql).number(kCountField);
-  const Use use(statement.handle, values, translated.name);
-  if (!step(statement.handle, translated.name)) raiseNoCurrentRecord(translated.name);
-  return sqlite3_column_int64(statement.handle, 0);
+  const Prepared prepared = connection_->statements->get(statement.shape());
+  const SqlTranslation& translation = *prepared.translation;
+  if (translation.fields.size() != 1 || !sameSqlName(translation.fields.front(), kCountField))
+    return query(statement).number(kCountField);
+  const Use use(prepared.handle, statement.values(), translation.name);
+  if (!step(prepared.handle, translation.name)) raiseNoCurrentRecord(translation.name);
+  return sqlite3_column_int64(prepared.handle, 0);
 }
 
 // The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other

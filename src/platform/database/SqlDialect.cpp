@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <optional>
-#include <utility>
 
 #include "database/Database.h"
 
@@ -11,27 +9,32 @@ namespace mv {
 
 namespace {
 
-enum class Kind { Word, Identifier, Text, Number, Symbol };
+enum class Kind { Word, Identifier, Text, Value, Symbol };
 
 struct Token {
   Kind kind;
-  std::string_view raw;  // as it stands in the statement
-  bool spaceBefore = false;
+  std::string_view raw;  // as it stands in the shape
+  std::string_view gap;  // the blanks and comments before it
 };
 
 using Tokens = std::vector<Token>;
 
 [[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::kSyntaxError, reason); }
 
+char lowerLetter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+// Numbers are words, too.
+bool isWordLetter(char c) {
+  return (lowerLetter(c) >= 'a' && lowerLetter(c) <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+
 class Lexer {
  public:
   explicit Lexer(std::string_view sql) : sql_(sql) {}
 
   Tokens run() {
-    for (bool space = skipBlank(); at_ < sql_.size(); space = skipBlank()) {
-      tokens_.push_back(next());
-      tokens_.back().spaceBefore = space;
-    }
+    for (std::string_view gap = skipGap(); at_ < sql_.size(); gap = skipGap()) tokens_.push_back(next(gap));
     return std::move(tokens_);
   }
 
@@ -39,18 +42,17 @@ class Lexer {
   char peek(std::size_t ahead = 0) const { return at_ + ahead < sql_.size() ? sql_[at_ + ahead] : '\0'; }
   std::string_view from(std::size_t start) const { return sql_.substr(start, at_ - start); }
 
-  // Blanks and comments.
-  bool skipBlank() {
+  std::string_view skipGap() {
     const std::size_t start = at_;
     for (;;) {
-      if (isSqlSpace(peek()))
+      if (isSpace(peek()))
         ++at_;
       else if (peek() == '-' && peek(1) == '-')
         at_ = std::min(sql_.find('\n', at_), sql_.size());
       else if (peek() == '/' && peek(1) == '*')
         skipThrough("*/");
       else
-        return at_ > start;
+        return from(start);
     }
   }
 
@@ -59,54 +61,42 @@ class Lexer {
     at_ = found == std::string_view::npos ? sql_.size() : found + end.size();
   }
 
-  Token next() {
-    const char c = peek();
-    if (c == '"' || c == '\'') return text();
-    if (c == '[' || c == '`') return identifier(c == '[' ? ']' : c);
-    if (isSqlDigit(c) || (c == '.' && isSqlDigit(peek(1)) && !followsName())) return number();
-    if (startsSqlWord(c)) return word();
-    return symbol(c);
-  }
-
-  bool followsName() const {
-    return !tokens_.empty() && (tokens_.back().kind == Kind::Word || tokens_.back().kind == Kind::Identifier);
-  }
-
-  Token text() {
+  Token next(std::string_view gap) {
     const std::size_t start = at_;
-    at_ = sqlTextEnd(sql_, start);
-    if (at_ == std::string_view::npos) refuse("The statement has a text without an end.");
-    return {Kind::Text, from(start)};
+    const Kind kind = skipToken(peek());
+    return {kind, from(start), gap};
   }
 
-  Token identifier(char end) {
-    const std::size_t start = at_;
-    const std::size_t found = sql_.find(end, at_ + 1);
-    if (found == std::string_view::npos) refuse("The statement has a name without an end.");
-    at_ = found + 1;
-    if (from(start).find('\0') != std::string_view::npos) refuse("The statement has a NUL in a name.");
-    return {Kind::Identifier, from(start)};
-  }
-
-  Token number() {
-    const std::size_t start = at_;
-    at_ = sqlNumberEnd(sql_, start);
-    return {Kind::Number, from(start)};
-  }
-
-  Token word() {
-    const std::size_t start = at_;
-    while (continuesSqlWord(peek())) ++at_;
-    return {Kind::Word, from(start)};
-  }
-
-  Token symbol(char c) {
-    const std::size_t start = at_;
-    if (c == '\0') refuse("The statement has a NUL outside of a text.");
+  Kind skipToken(char c) {
+    if (c == '"' || c == '\'') return skipText(c);
+    if (c == '[' || c == '`') return skipIdentifier(c == '[' ? ']' : c);
+    if (isWordLetter(c)) return skipWord();
+    ++at_;
+    if (c == Statement::kValueMark) return Kind::Value;
     if (std::string_view("?:@$").find(c) != std::string_view::npos)
       refuse(std::string("The statement has a stray ") + c);
+    return Kind::Symbol;
+  }
+
+  Kind skipText(char delimiter) {
+    for (++at_;; ++at_) {
+      at_ = sql_.find(delimiter, at_);
+      if (at_ == std::string_view::npos) refuse("The statement has a text without an end.");
+      ++at_;
+      if (peek() != delimiter) return Kind::Text;
+    }
+  }
+
+  Kind skipIdentifier(char end) {
+    at_ = sql_.find(end, at_ + 1);
+    if (at_ == std::string_view::npos) refuse("The statement has a name without an end.");
     ++at_;
-    return {Kind::Symbol, from(start)};
+    return Kind::Identifier;
+  }
+
+  Kind skipWord() {
+    while (isWordLetter(peek()) || peek() == '$') ++at_;
+    return Kind::Word;
   }
 
   std::string_view sql_;
@@ -133,77 +123,35 @@ std::string plainName(const Token& token) {
 
 int depthStep(const Token& token) { return isSymbol(token, "(") ? 1 : isSymbol(token, ")") ? -1 : 0; }
 
-// ---- literals ----
+// ---- the engine's text ----
 
-class Translator {
- public:
-  explicit Translator(const Tokens& tokens) : tokens_(tokens) {
-    takesLiterals_ = isWord(tokens.front(), {"select", "insert", "update", "delete", "replace", "with", "explain"});
+// As the engine's language writes it, whichever delimiter it has.
+std::string engineText(std::string_view raw) {
+  const char delimiter = raw.front();
+  std::string text(1, '\'');
+  for (std::size_t i = 1; i + 1 < raw.size(); ++i) {
+    if (raw[i] == delimiter) ++i;  // it is doubled
+    text.append(raw[i] == '\'' ? 2 : 1, raw[i]);
   }
+  return text += '\'';
+}
 
-  void run(SqlStatement& into) {
-    for (std::size_t i = 0; i < tokens_.size(); ++i) put(i);
-    into.shape = std::move(shape_);
-    into.values = std::move(values_);
-    into.literalIsValue = std::move(literalIsValue_);
-  }
-
- private:
-  void put(std::size_t i) {
-    const Token& token = tokens_[i];
-    if (i > 0 && (token.spaceBefore || wouldGrow(i))) shape_ += ' ';
+std::string engineSql(const Tokens& tokens) {
+  std::string sql;
+  int values = 0;
+  bool mayGrow = false;  // what touches a text or a value must not become a part of it
+  for (const Token& token : tokens) {
+    sql += mayGrow && token.gap.empty() && token.kind != Kind::Symbol ? " " : token.gap;
+    mayGrow = token.kind == Kind::Text || token.kind == Kind::Value;
     if (token.kind == Kind::Text)
-      putText(token);
-    else if (token.kind == Kind::Number)
-      putNumber(token);
+      sql += engineText(token.raw);
+    else if (token.kind == Kind::Value)
+      sql += '?' + std::to_string(++values);
     else
-      shape_ += token.raw;
-    followClauses(token);
+      sql += token.raw;
   }
-
-  // A literal's replacement and what touches it stay two tokens.
-  bool wouldGrow(std::size_t i) const {
-    const Kind before = tokens_[i - 1].kind;
-    return (before == Kind::Text || before == Kind::Number) && tokens_[i].kind != Kind::Symbol;
-  }
-
-  void followClauses(const Token& token) {
-    if (isWord(token, {"where", "on", "having", "set", "values"})) numbersAreValues_ = true;
-    if (isWord(token, {"select", "order", "group", "limit"})) numbersAreValues_ = false;
-  }
-
-  void putText(const Token& token) {
-    std::string value = sqlTextValue(token.raw);
-    literalIsValue_.push_back(takesLiterals_);
-    if (takesLiterals_) return putValue(std::move(value));
-    if (value.find('\0') != std::string::npos) refuse("The statement has a NUL in a text.");
-    shape_ += '\'';
-    for (const char c : value) shape_.append(c == '\'' ? 2 : 1, c);
-    shape_ += '\'';
-  }
-
-  void putNumber(const Token& token) {
-    std::optional<SqlValue> value;
-    if (takesLiterals_ && numbersAreValues_) value = sqlNumberValue(token.raw);
-    literalIsValue_.push_back(value.has_value());
-    if (value)
-      putValue(std::move(*value));
-    else
-      shape_ += token.raw;
-  }
-
-  void putValue(SqlValue value) {
-    values_.push_back(std::move(value));
-    shape_ += '?' + std::to_string(values_.size());
-  }
-
-  const Tokens& tokens_;
-  bool takesLiterals_ = false;
-  bool numbersAreValues_ = false;
-  std::string shape_;
-  std::vector<SqlValue> values_;
-  std::vector<bool> literalIsValue_;
-};
+  return sql;
+}
 
 // ---- names ----
 
@@ -247,10 +195,10 @@ std::vector<std::string> selectFields(const Tokens& tokens) {
 
 std::string statementName(const Tokens& tokens) {
   std::string name;
-  for (const char c : tokens.front().raw) name += lowerSqlLetter(c);
+  for (const char c : tokens.front().raw) name += lowerLetter(c);
   for (std::size_t i = 1; i + 1 < tokens.size(); ++i) {
     if (!isWord(tokens[i], {"from", "into", "table", "index"}) || !isName(tokens[i + 1])) continue;
-    for (name += ' '; const char c : tokens[i].raw) name += lowerSqlLetter(c);
+    for (name += ' '; const char c : tokens[i].raw) name += lowerLetter(c);
     return name + ' ' + plainName(tokens[i + 1]);
   }
   return tokens.size() > 1 && isName(tokens[1]) ? name + ' ' + plainName(tokens[1]) : name;
@@ -266,20 +214,23 @@ void checkSingle(Tokens& tokens) {
 
 }  // namespace
 
-SqlStatement translateSql(std::string_view sql) {
-  Tokens tokens = Lexer(sql).run();
+SqlTranslation translateShape(std::string_view shape) {
+  if (shape.find('\0') != std::string_view::npos) refuse("The statement has a NUL.");
+  Tokens tokens = Lexer(shape).run();
   checkSingle(tokens);
-  SqlStatement statement;
-  Translator(tokens).run(statement);
-  statement.name = statementName(tokens);
-  statement.isSelect = isWord(tokens.front(), "select");
-  if (statement.isSelect) statement.fields = selectFields(tokens);
-  return statement;
+  SqlTranslation result;
+  result.sql = engineSql(tokens);
+  result.name = statementName(tokens);
+  result.isSelect = isWord(tokens.front(), "select");
+  if (result.isSelect) result.fields = selectFields(tokens);
+  result.saysReplace =
+      std::any_of(tokens.begin(), tokens.end(), [](const Token& token) { return isWord(token, "replace"); });
+  return result;
 }
 
 bool sameSqlName(std::string_view left, std::string_view right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return lowerSqlLetter(a) == lowerSqlLetter(b); });
+                    [](char a, char b) { return lowerLetter(a) == lowerLetter(b); });
 }
 
 }  // namespace mv

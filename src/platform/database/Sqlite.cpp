@@ -72,7 +72,6 @@ std::string withoutPlaces(std::string message) {
 
 int bindValue(sqlite3_stmt* statement, int place, const SqlValue& value) {
   if (const auto* whole = std::get_if<std::int64_t>(&value)) return sqlite3_bind_int64(statement, place, *whole);
-  if (const auto* real = std::get_if<double>(&value)) return sqlite3_bind_double(statement, place, *real);
   const auto& text = std::get<std::string>(value);
   return sqlite3_bind_text64(statement, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
 }
@@ -95,10 +94,9 @@ void raiseNoCurrentRecord(const std::string& statementName) {
   throw DatabaseError(DatabaseError::kNoCurrentRecord, statementName + ": there is no current row.");
 }
 
-StatementPtr prepare(sqlite3* connection, const std::string& shape, const std::string& name, unsigned flags) {
+StatementPtr prepare(sqlite3* connection, const std::string& sql, const std::string& name, unsigned flags) {
   sqlite3_stmt* handle = nullptr;
-  const int code =
-      sqlite3_prepare_v3(connection, shape.data(), static_cast<int>(shape.size()), flags, &handle, nullptr);
+  const int code = sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()), flags, &handle, nullptr);
   StatementPtr statement(handle);
   if (code != SQLITE_OK) raise(connection, code, name);
   return statement;

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "SqlLiterals.h"
 #include "database/Database.h"
 
 namespace mv::engine {
@@ -33,7 +32,7 @@ using ValuePtr = std::unique_ptr<sqlite3_value, FreeValue>;
 [[noreturn]] void raiseNotOpen();
 [[noreturn]] void raiseNoCurrentRecord(const std::string& statementName);
 
-StatementPtr prepare(sqlite3* connection, const std::string& shape, const std::string& name, unsigned flags = 0);
+StatementPtr prepare(sqlite3* connection, const std::string& sql, const std::string& name, unsigned flags = 0);
 // `values` must stay where they are until the bindings are cleared.
 void bindValues(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name);
 // True when there is a row.

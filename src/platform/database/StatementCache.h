@@ -1,4 +1,4 @@
-// Statements are translated and prepared once and kept, together with what they may take away.
+// Statements are translated and prepared once per shape and kept, together with the values that they may remove.
 #pragma once
 
 #include <list>
@@ -9,65 +9,63 @@
 #include <utility>
 #include <vector>
 
-#include "SqlOutline.h"
+#include "SqlDialect.h"
 #include "Sqlite.h"
 
 namespace mv::engine {
 
-// What a statement may take away: the rows of a "table", the values of a "table.column", with "" anything.
-using Losses = std::vector<std::string>;
+// What a statement may remove or change: the rows of a "table", the values of a "table.column", with "" anything.
+using Invalidations = std::vector<std::string>;
 
-// Hears from the engine what the statements do that it prepares.
-class LossRecorder {
+// Hears from the engine (as its authorizer) what the statements do that it prepares.
+class InvalidationRecorder {
  public:
-  explicit LossRecorder(sqlite3* connection) { sqlite3_set_authorizer(connection, &LossRecorder::authorize, this); }
-  LossRecorder(const LossRecorder&) = delete;
-  LossRecorder& operator=(const LossRecorder&) = delete;
+  explicit InvalidationRecorder(sqlite3* connection) {
+    sqlite3_set_authorizer(connection, &InvalidationRecorder::authorize, this);
+  }
+  InvalidationRecorder(const InvalidationRecorder&) = delete;
+  InvalidationRecorder& operator=(const InvalidationRecorder&) = delete;
 
   // Of what was prepared since the last call.
-  Losses take() { return std::exchange(losses_, {}); }
+  Invalidations take() { return std::exchange(invalidations_, {}); }
 
  private:
   static int authorize(void* self, int action, const char* first, const char* second, const char*, const char*);
   void record(int action, const std::string& first, const std::string& second);
 
-  Losses losses_;
+  Invalidations invalidations_;
 };
 
-// A statement ready for use, with what it was made from.
+// A statement ready for use.
 struct Prepared {
-  std::shared_ptr<const SqlPattern> pattern;
-  sqlite3_stmt* handle = nullptr;  // owned by the cache
-  const Losses* losses = nullptr;  // likewise
+  std::shared_ptr<const SqlTranslation> translation;
+  sqlite3_stmt* handle = nullptr;                // owned by the cache
+  const Invalidations* invalidations = nullptr;  // likewise
 };
 
-// The statements that were prepared last, by their outline; by their shape where the outline does not tell all.
+// The statements that were used last, by their shapes.
 class StatementCache {
  public:
   explicit StatementCache(sqlite3* connection) : connection_(connection), recorder_(connection) {}
 
-  // `values` becomes those of `sql`.
-  Prepared get(std::string_view sql, std::vector<SqlValue>& values);
+  // What it returns holds until the next call. Raises DatabaseError.
+  Prepared get(const std::string& shape);
 
  private:
-  static constexpr char kShapeMark = '\0';  // no outline begins like this
   struct Entry {
-    std::string key;
-    std::shared_ptr<const SqlPattern> pattern;
+    std::string shape;
+    std::shared_ptr<const SqlTranslation> translation;
     StatementPtr statement;
-    Losses losses;
+    Invalidations invalidations;
   };
   using Entries = std::list<Entry>;
 
-  const Entry* find(std::string_view key);
-  StatementPtr prepare(const SqlPattern& pattern);
-  const Entry& add(const std::string& key, std::shared_ptr<const SqlPattern> pattern, StatementPtr statement);
+  void add(const std::string& shape);
 
   sqlite3* connection_;
-  LossRecorder recorder_;
-  SqlOutline outline_;
+  InvalidationRecorder recorder_;
   Entries entries_;  // the last used one first
-  std::unordered_map<std::string_view, Entries::iterator> byKey_;
+  std::unordered_map<std::string_view, Entries::iterator> byShape_;
 };
 
 }  // namespace mv::engine

@@ -1,12 +1,8 @@
 #include "desktop/PictureDisplay.h"
 
 #include <QImageReader>
-#include <QMetaObject>
 #include <QPainter>
 #include <QResizeEvent>
-#include <QThreadPool>
-#include <atomic>
-#include <mutex>
 #include <utility>
 
 #include "base/Text.h"
@@ -30,67 +26,8 @@ struct PictureDisplay::Decoded {
   QImage image;
   QSize natural;
   QSize shown;
-};
 
-// Where the decoding thread leaves its result. It outlives the window as long as a decoder holds it, and knows which
-// request is the last one, so that overtaken ones end early.
-class PictureDisplay::Mailbox {
- public:
-  explicit Mailbox(PictureDisplay& owner) : owner_(&owner) {}
-
-  void close() {
-    const std::lock_guard lock(mutex_);
-    owner_ = nullptr;
-    ++last_;
-  }
-  quint64 newRequest() { return ++last_; }
-  bool isCurrent(quint64 request) const { return last_ == request; }
-  void deliver(quint64 request, Decoded decoded) {
-    const std::lock_guard lock(mutex_);
-    if (!owner_ || !isCurrent(request)) return;
-    // Still a posted event when the owner dies: it goes with the owner.
-    QMetaObject::invokeMethod(
-        owner_,
-        [owner = owner_, request, result = std::move(decoded)] {
-          if (owner->mailbox_->isCurrent(request)) owner->take(result);
-        },
-        Qt::QueuedConnection);
-  }
-
- private:
-  std::mutex mutex_;
-  PictureDisplay* owner_;
-  std::atomic<quint64> last_ = 0;
-};
-
-PictureDisplay::PictureDisplay(QWidget* parent) : QWidget(parent), mailbox_(std::make_shared<Mailbox>(*this)) {
-  resized_.setSingleShot(true);
-  resized_.setInterval(kRestMs);
-  connect(&resized_, &QTimer::timeout, this, [this] {
-    if (!image_.isNull() && shownSize(naturalSize_) != decodedFor_) startDecoding();
-  });
-}
-
-PictureDisplay::~PictureDisplay() { mailbox_->close(); }
-
-void PictureDisplay::setPicture(const std::string& path) {
-  path_ = path;
-  image_ = QImage();
-  naturalSize_ = QSize();
-  note_.clear();
-  zoom_ = 100;
-  update();
-  announced_ = path.empty();
-  if (path.empty())
-    mailbox_->newRequest();
-  else
-    startDecoding();
-}
-
-void PictureDisplay::startDecoding() {
-  QThreadPool::globalInstance()->start([mailbox = mailbox_, request = mailbox_->newRequest(), path = toQString(path_),
-                                        space = size(), scale = devicePixelRatioF()] {
-    if (!mailbox->isCurrent(request)) return;
+  static Decoded of(const QString& path, const QSize& space, double scale) {
     QImageReader::setAllocationLimit(kAllocationLimitMiB);
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
@@ -109,8 +46,37 @@ void PictureDisplay::startDecoding() {
       natural = image.size();
       shown = fitted(natural, space);
     }
-    mailbox->deliver(request, {std::move(image), natural, shown});
+    return {std::move(image), natural, shown};
+  }
+};
+
+PictureDisplay::PictureDisplay(QWidget* parent) : QWidget(parent) {
+  resized_.setSingleShot(true);
+  resized_.setInterval(kRestMs);
+  connect(&resized_, &QTimer::timeout, this, [this] {
+    if (!image_.isNull() && shownSize(naturalSize_) != decodedFor_) startDecoding();
   });
+}
+
+void PictureDisplay::setPicture(const std::string& path) {
+  path_ = path;
+  image_ = QImage();
+  naturalSize_ = QSize();
+  note_.clear();
+  zoom_ = 100;
+  update();
+  announced_ = path.empty();
+  if (path.empty())
+    decoding_.abandon();
+  else
+    startDecoding();
+}
+
+void PictureDisplay::startDecoding() {
+  const auto decode = [path = toQString(path_), space = size(), scale = devicePixelRatioF()] {
+    return Decoded::of(path, space, scale);
+  };
+  decoding_.start(decode, [this](const Decoded& decoded) { take(decoded); });
 }
 
 void PictureDisplay::take(const Decoded& decoded) {

@@ -1,5 +1,4 @@
-// A body of any length: in memory up to a threshold, beyond it in a file without a name, which can become the final
-// one.
+// A body of any length: in memory up to a threshold, beyond it in an unnamed file, which can become the final one.
 #pragma once
 
 #include <cstddef>

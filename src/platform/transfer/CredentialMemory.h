@@ -1,5 +1,5 @@
 // User names and passwords of hosts, for requests whose addresses hold none. In memory only, gone with the program.
-// Internal to the transfer component; others use InternetTransfer::rememberCredentials.
+// Other rooms use InternetTransfer::rememberCredentials.
 #pragma once
 
 #include <optional>

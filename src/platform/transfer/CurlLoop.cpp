@@ -84,8 +84,8 @@ CurlLoop::CurlLoop() {
   curl_multi_setopt(multi_, CURLMOPT_PIPELINING, static_cast<long>(CURLPIPE_NOTHING));
   timer_.setSingleShot(true);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
-  nextTurn_.setSingleShot(true);
-  QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] { readOn(); });
+  nextIteration_.setSingleShot(true);
+  QObject::connect(&nextIteration_, &QTimer::timeout, &nextIteration_, [this] { readOn(); });
 }
 
 CurlLoop::~CurlLoop() {
@@ -110,7 +110,7 @@ void CurlLoop::connected(const std::string& localEnd, CurlClient* client) { user
 void CurlLoop::readOnLater(CURL* easy) {
   curl_easy_pause(easy, CURLPAUSE_RECV);
   waiting_.push_back(easy);
-  nextTurn_.start(0);
+  nextIteration_.start(0);
 }
 
 void CurlLoop::remove(CURL* easy, CurlClient* client) {
@@ -187,7 +187,7 @@ void CurlLoop::readOn() {
     reportFinished();
   }
   budget_ = nullptr;
-  if (!waiting_.empty()) nextTurn_.start(0);
+  if (!waiting_.empty()) nextIteration_.start(0);
 }
 
 void CurlLoop::reportFinished() {

@@ -1,5 +1,4 @@
-// Runs libcurl on the thread's Qt event loop. Internal to the transfer component: the only header that shows curl.h is
-// this one and CurlRequest.h.
+// Runs libcurl on the thread's Qt event loop.
 #pragma once
 
 #include <curl/curl.h>
@@ -44,10 +43,11 @@ class CurlLoop {
   // The request has got its connection, fresh or used before: the end of that one is told to `client` from now on. The
   // connection is known by its local end, "address port": libcurl does not show the socket of one that is used again.
   void connected(const std::string& localEnd, CurlClient* client);
-  // From a request's write callback: what has come in keeps the user waiting long enough.
-  bool turnIsSpent() const { return budget_ != nullptr && budget_->spent(); }
-  // From a request's write callback: it reads on in the next turn of the event loop. Left to itself libcurl reads on
-  // while anything is there, of a large body and a near server a hundred buffers, each time that any socket is ready.
+  // From a request's write callback: what has come in has used up the time budget of this loop iteration.
+  bool budgetIsSpent() const { return budget_ != nullptr && budget_->spent(); }
+  // From a request's write callback: it reads on in the next iteration of the event loop. Left to itself libcurl reads
+  // on while anything is there, of a large body and a near server a hundred buffers, each time that any socket is
+  // ready.
   void readOnLater(CURL* easy);
   // Ends it without a word; harmless when it is over.
   void remove(CURL* easy, CurlClient* client);
@@ -70,9 +70,9 @@ class CurlLoop {
   CURLM* multi_;
   CURLSH* share_;
   QTimer timer_;
-  QTimer nextTurn_;
+  QTimer nextIteration_;
   const TimeBudget* budget_ = nullptr;  // while libcurl is at work
-  std::deque<CURL*> waiting_;          // for a later turn
+  std::deque<CURL*> waiting_;           // for a later iteration
   std::unordered_map<curl_socket_t, std::unique_ptr<Notifiers>> notifiers_;
   std::unordered_map<std::string, CurlClient*> users_;  // by local end
 };

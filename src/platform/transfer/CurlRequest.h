@@ -1,19 +1,18 @@
-// One request of the transfer component, from its address to its body. Internal to the transfer component.
+// One request of the transfer component, from its address to its body.
 #pragma once
 
 #include <curl/curl.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
-#include "BodySpool.h"
+#include "Authorization.h"
 #include "CurlLoop.h"
-#include "transfer/InternetTransfer.h"
-#include "transfer/RequestAddress.h"
+#include "ResponseBody.h"
+#include "ResponseHead.h"
+#include "StateReporter.h"
+#include "transfer/TransferTypes.h"
 
 namespace mv {
 
@@ -21,9 +20,7 @@ namespace mv {
 // kResponseCompleted, after a header request perhaps twice (once for the headers, once for the body that was resumed).
 class CurlRequest : private CurlClient {
  public:
-  using Raise = std::function<void(TransferState)>;
-
-  CurlRequest(const std::string& address, BodyMode mode, const InternetTransfer::Limits& limits, Raise raise);
+  CurlRequest(const std::string& address, BodyMode mode, const TransferLimits& limits, StateReporter::Raise raise);
   ~CurlRequest() override;
   CurlRequest(const CurlRequest&) = delete;
   CurlRequest& operator=(const CurlRequest&) = delete;
@@ -39,13 +36,13 @@ class CurlRequest : private CurlClient {
   // Gives the connection of a held response up; what has been received stays readable.
   void release();
 
-  // Before the body comes in: a large one is kept on the file system of this folder.
-  void keepFileNear(const std::string& folder);
-  bool moveBodyTo(AtomicFile& file) { return file_.moveTo(file); }
-  std::string takeText();
-  std::string takeChunk(std::size_t size, ChunkType type);
-  std::string header(std::string_view name) const;
+  // See ResponseBody.
+  ResponseBody& body() { return body_; }
+  // The last value of the final response's header field, name without regard to case; "" when there is none.
+  std::string header(const std::string& name) const { return head_.field(name.c_str()); }
+  // Where the last answer came from, without user information; "" before an answer.
   std::string responseAddress() const;
+  // After kError, see InternetTransfer.
   long code() const { return code_; }
   const std::string& info() const { return info_; }
 
@@ -57,66 +54,42 @@ class CurlRequest : private CurlClient {
   static std::size_t onHeader(char* data, std::size_t size, std::size_t count, void* self);
   static std::size_t onBody(char* data, std::size_t size, std::size_t count, void* self);
 
-  void socketClosed() override { closed_ = true; }
+  void socketClosed() override { states_.noteClosed(); }
   void finished(CURLcode result) override;
 
   void setOptions(const std::string& url);
+  void setLimits();
   void setBodyOptions();
-  void setCredentials(const Credentials& credentials);
-  void redirectCredentials(std::string_view location);
   void setObservers();
 
-  void takeHeaderLine(std::string_view line);
-  void beginResponse(std::string_view statusLine);
-  void takeHeaderField(std::string_view line);
-  void endOfHeaders();
-  bool isFinalResponse() const;
+  void endOfHead();
   std::size_t takeBody(std::string_view bytes);
-  bool written(bool success);
-
-  void beginHop();
-  void raise(TransferState state);
-  void raiseDisconnected();
   void conclude(CURLcode result);
   void fail(long code, const std::string& info);
 
-  struct SlistDeleter {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  struct EasyDeleter {
+    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
   };
-  using Slist = std::unique_ptr<curl_slist, SlistDeleter>;
 
   std::string address_;
   BodyMode mode_;
-  InternetTransfer::Limits limits_;
-  Raise raise_;
+  TransferLimits limits_;
+  StateReporter states_;
   std::shared_ptr<CurlLoop> loop_;
-  CURL* easy_ = nullptr;
-  bool running_ = false;
-  Slist plainHeaders_;
-  Slist basicHeaders_;
-  std::string credentialsHost_;  // of the credentials, "" without any
+  std::unique_ptr<CURL, EasyDeleter> easy_;
+  Authorization authorization_;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 
-  int lastState_ = 0;    // of this hop
-  bool closed_ = false;  // this hop's connection
-  bool held_ = false;    // the headers have been told, the body not asked for yet
+  bool running_ = false;
+  bool held_ = false;  // the headers have been told, the body not asked for yet
   bool paused_ = false;
   bool released_ = false;
   CURLcode heldResult_ = CURLE_OK;
 
-  long status_ = 0;
-  std::string reason_;
-  bool inHeaders_ = false;
-  std::size_t headerBytes_ = 0;
-  std::vector<std::pair<std::string, std::string>> headers_;  // names in lower case
-
-  std::string text_;
-  std::size_t textAt_ = 0;
-  std::size_t textChecked_ = 0;  // UTF-8 up to here
-  BodySpool file_;
+  ResponseHead head_;
+  std::size_t headBytes_ = 0;  // of all responses
+  ResponseBody body_;
   std::size_t errorBodyBytes_ = 0;
-  std::string ownError_;  // why this class ended the transfer
-  long ownErrorCode_ = 0;
 
   long code_ = 0;
   std::string info_;

@@ -62,7 +62,7 @@ void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   completed = false;
   request = std::make_unique<CurlRequest>(url, mode, its, [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
-  request->keepFileNear(targetFolder);
+  request->body().keepFileNear(targetFolder);
   request->start();
 }
 
@@ -72,7 +72,7 @@ bool InternetTransfer::Private::resume(const std::string& url) {
   holding = false;
   executing = true;
   completed = false;
-  request->keepFileNear(targetFolder);
+  request->body().keepFileNear(targetFolder);
   request->resume();
   return true;
 }
@@ -149,13 +149,13 @@ bool InternetTransfer::StillExecuting() const { return d->executing; }
 
 void InternetTransfer::setTargetFolder(const std::string& folder) { d->targetFolder = folder; }
 
-bool InternetTransfer::MoveBodyTo(AtomicFile& file) { return d->completed && d->request->moveBodyTo(file); }
+bool InternetTransfer::MoveBodyTo(AtomicFile& file) { return d->completed && d->request->body().moveTo(file); }
 
 std::string InternetTransfer::GetChunk(std::size_t size, ChunkType type) {
-  return d->completed ? d->request->takeChunk(size, type) : std::string();
+  return d->completed ? d->request->body().takeChunk(size, type) : std::string();
 }
 
-std::string InternetTransfer::TakeText() { return d->completed ? d->request->takeText() : std::string(); }
+std::string InternetTransfer::TakeText() { return d->completed ? d->request->body().takeText() : std::string(); }
 
 std::string InternetTransfer::GetHeader(const std::string& name) const {
   return d->request ? d->request->header(name) : std::string();

@@ -1,7 +1,10 @@
 #include "transfer/RequestAddress.h"
 
+#include <curl/curl.h>
+
 #include <QUrl>
 #include <algorithm>
+#include <memory>
 
 #include "base/Text.h"
 
@@ -9,7 +12,11 @@ namespace mv {
 
 namespace {
 
+// Addresses are taken apart here and not by libcurl's URL interface, which refuses blanks and controls, takes the path
+// of "http:///path" for a host, writes "127.1" anew, and gives no ASCII form of a host name. libcurl gets to see only
+// what is put together again, so that both mean the same host.
 constexpr std::string_view kEndOfAuthority = "/?#";
+constexpr std::string_view kHttps = "https://";
 
 bool isBlankOrControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
@@ -38,28 +45,12 @@ std::string_view takeScheme(std::string_view& address) {
   return scheme;
 }
 
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // A "%" that no two hexadecimal digits follow stands for itself.
 std::string percentDecoded(std::string_view text) {
-  std::string result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool complete = text[i] == '%' && i + 2 < text.size();
-    const int high = complete ? hexValue(text[i + 1]) : -1;
-    const int low = complete ? hexValue(text[i + 2]) : -1;
-    if (high < 0 || low < 0) {
-      result += text[i];
-    } else {
-      result += static_cast<char>(high * 16 + low);
-      i += 2;
-    }
-  }
-  return result;
+  int size = 0;
+  const std::unique_ptr<char, void (*)(void*)> decoded(
+      curl_easy_unescape(nullptr, std::string(text).c_str(), static_cast<int>(text.size()), &size), &curl_free);
+  return decoded ? std::string(decoded.get(), static_cast<std::size_t>(size)) : std::string();
 }
 
 std::optional<Credentials> takeUserInfo(std::string_view& authority) {
@@ -99,6 +90,7 @@ std::string comparableHost(std::string_view scheme, std::string host) {
   return host;
 }
 
+// QByteArray's own percent encoding would encode every "%" once more.
 void appendEncoded(std::string& out, char c) {
   constexpr std::string_view kForbidden = "<>\"{}|\\^`";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -138,7 +130,10 @@ std::string hostOf(std::string_view address) {
 }
 
 CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host) {
-  if (lowered(location.substr(0, 8)) == "https://" && !host.empty() && hostOf(location) == host)
+  const auto authority = location.substr(0, location.find_first_of(kEndOfAuthority, kHttps.size()));
+  // A blank may stand where a header field was folded: what libcurl goes to ends there.
+  const bool isWhole = authority.find_first_of(" \t") == std::string_view::npos;
+  if (lowered(location.substr(0, kHttps.size())) == kHttps && isWhole && !host.empty() && hostOf(location) == host)
     return CredentialsOnRedirect::Keep;
   const bool isPath = location.starts_with('/') && location.find_first_of("/\\", 1) != 1;
   return isPath ? CredentialsOnRedirect::AsBefore : CredentialsOnRedirect::Drop;

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/Text.h"
+
 namespace mv {
 
 namespace {
@@ -23,8 +25,6 @@ constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x0081, 0x201A, 0x019
 
 unsigned byteAt(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
 
-bool isContinuation(unsigned byte) { return (byte & 0xC0U) == 0x80U; }
-
 // Length of the well-formed character at `at`; 0 when there is none.
 std::size_t characterLength(std::string_view text, std::size_t at) {
   const auto lead = byteAt(text, at);
@@ -32,7 +32,7 @@ std::size_t characterLength(std::string_view text, std::size_t at) {
   const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
   if (lead < 0xC2 || lead > 0xF4 || text.size() - at < length) return 0;
   for (std::size_t i = 1; i < length; ++i) {
-    if (!isContinuation(byteAt(text, at + i))) return 0;
+    if (!continuesCharacter(text[at + i])) return 0;
   }
   // Overlong forms, surrogates and what lies beyond the last character.
   const auto second = byteAt(text, at + 1);
@@ -140,16 +140,6 @@ std::string decodeText(std::string bytes, std::string_view contentType, std::siz
   }
   if (wholeUtf8(bytes, checked) == bytes.size()) return withoutUtf8Mark(std::move(bytes));
   return saysUtf8 ? repairedUtf8(withoutUtf8Mark(std::move(bytes))) : fromWindows1252(bytes);
-}
-
-std::size_t advanceCharacters(std::string_view utf8, std::size_t from, std::size_t characters) {
-  auto at = from;
-  while (at < utf8.size() && characters > 0) {
-    ++at;
-    while (at < utf8.size() && isContinuation(byteAt(utf8, at))) ++at;
-    --characters;
-  }
-  return at;
 }
 
 }  // namespace mv

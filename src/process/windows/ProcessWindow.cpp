@@ -10,6 +10,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "process/ProcessTexts.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -176,10 +177,8 @@ void ProcessWindow::showTakenRow() {
 }
 
 void ProcessWindow::refresh() {
-  if (!process_.caption().empty()) {
-    const QString title = toQString(process_.caption());
-    if (title != caption()) setCaption(title);
-  }
+  const QString title = process_.rowsOpened() ? toQString(openingText(*process_.rowsOpened())) : settledCaption();
+  if (title != caption()) setCaption(title);
   pbarSave_->setMaximum(std::max(asProgress(process_.progressMaximum()), 1));
   pbarSave_->setValue(std::min(asProgress(process_.progressValue()), pbarSave_->maximum()));
   showTakenRow();
@@ -187,12 +186,12 @@ void ProcessWindow::refresh() {
 }
 
 void ProcessWindow::showErrorPanel() {
-  const ErrorPanelTexts& error = process_.errorPanel();
-  if (!errorSubject_ || error.reason.empty()) return;
+  const ProcessError& error = process_.lastError();
+  if (!errorSubject_ || error.time.isNull()) return;
   errorSubject_->setLine(error.subject);
-  errorReason_->setLine(error.reason);
-  errorTime_->setLine(error.time);
-  errorCount_->setLine(error.count);
+  errorReason_->setLine(errorReasonText(error));
+  errorTime_->setLine(errorTimeText(error));
+  errorCount_->setLine(errorCountText(error));
 }
 
 bool ProcessWindow::queryUnload() {

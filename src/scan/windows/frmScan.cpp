@@ -7,6 +7,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "scan/ScanTexts.h"
 
 namespace mv {
 
@@ -18,14 +19,14 @@ frmScan::frmScan(std::unique_ptr<ScanProcess> process) : ProcessWindow(*process)
 }
 
 void frmScan::buildSummary() {
-  lblPage_ = new ElidedLabel("lblPage", process_->pageLabel());
-  lblPagesToScan_ = new ElidedLabel("lblPagesToScan", process_->toScanText());
-  lblPagesProcessed_ = new ElidedLabel("lblPagesProcessed", process_->processedText());
+  lblPage_ = new ElidedLabel("lblPage", pageText(process_->status()));
+  lblPagesToScan_ = new ElidedLabel("lblPagesToScan", toScanText(process_->status()));
+  lblPagesProcessed_ = new ElidedLabel("lblPagesProcessed", pagesProcessedText(process_->status()));
   addSummary(lblPage_, lblPagesToScan_, lblPagesProcessed_);
 }
 
 void frmScan::buildDetails() {
-  txtInfoPageURL_ = makeReadOnlyLine("txtInfoPageURL", "Page URL", process_->pageUrlText());
+  txtInfoPageURL_ = makeReadOnlyLine("txtInfoPageURL", "Page URL", pageAddressText(process_->status()));
   lblInfoLogin_ = new ElidedLabel("lblInfoLogin");
   lblInfoLogin_->hide();
   QLayout& lines = *details().layout();
@@ -46,16 +47,17 @@ void frmScan::initWindow() {
 
 QString frmScan::positionKey() const { return kScanTitle + toQString(process_->SiteName); }
 
-QString frmScan::settledCaption() const { return toQString(process_->title()); }
+QString frmScan::settledCaption() const { return toQString(scanTitle(process_->SiteName)); }
 
 void frmScan::refresh() {
   ProcessWindow::refresh();
-  lblPage_->setLine(process_->pageLabel());
-  lblPagesToScan_->setLine(process_->toScanText());
-  lblPagesProcessed_->setLine(process_->processedText());
-  showLine(*txtInfoPageURL_, process_->pageUrlText());
-  lblInfoLogin_->setLine(process_->loginText());
-  lblInfoLogin_->setVisible(!process_->loginText().empty());
+  lblPage_->setLine(pageText(process_->status()));
+  lblPagesToScan_->setLine(toScanText(process_->status()));
+  lblPagesProcessed_->setLine(pagesProcessedText(process_->status()));
+  showLine(*txtInfoPageURL_, pageAddressText(process_->status()));
+  const LoginStatus& login = process_->status().login;
+  lblInfoLogin_->setLine(loginText(login));
+  lblInfoLogin_->setVisible(login.state != LoginState::NotNeeded);
 }
 
 }  // namespace mv

@@ -5,10 +5,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "catalog/clsPath.h"
+#include "download/DownloadStatus.h"
 #include "files/AtomicFile.h"
 #include "process/Process.h"
+#include "store/ProcessData.h"
 
 namespace mv {
 
@@ -41,15 +44,7 @@ class DownloadProcess : public Process {
   void checkIfFileExists(std::string& result);
   void receiveFile();
 
-  // What the window shows.
-  std::string title() const;                                   // "Download: " + the site's name without a password
-  const std::string& fileLabel() const { return fileLabel_; }  // "File: " + name + what became of it
-  const std::string& queueText() const { return queueText_; }  // "Queue: " + entries that this round may still take
-  const std::string& processedText() const { return processedText_; }  // "Processed: " + entries that it has taken
-  const std::string& sizeText() const { return sizeText_; }
-  const std::string& receivedText() const { return receivedText_; }  // "Received: " + bytes
-  const std::string& leftText() const { return leftText_; }          // "Left: " + bytes
-  const std::string& savePathText() const { return savePathText_; }  // "Saving to: " + folder
+  const DownloadStatus& status() const { return status_; }
 
  Q_SIGNALS:
   // A file has been saved under its final name.
@@ -62,12 +57,16 @@ class DownloadProcess : public Process {
 
  private:
   void loadSiteLimits();
+  // Files that this round may still take up.
+  std::int64_t queueSize() const { return limits_.queueSize - processedCount_; }
   void rebuildQueue();
   void beginEntry(const WorkRow& row);
   // Takes row `index` up; true when it was skipped and the next row is to be tried.
   bool takeUp(int index);
   void skipEntry(int index);
   void refuseFile();
+  void showSize(SizeStatus::Verdict verdict, std::int64_t limit = 0);
+  void showFile(FileStatus::Note note);
   void transferFailed();
   // Counts, shows and logs a failure of the current entry.
   void countError(const std::string& reason, long code);
@@ -80,36 +79,30 @@ class DownloadProcess : public Process {
   void showSaveProgress(std::int64_t bytes);
   void fileReceived();
   void receivingFailed(const std::exception& error);
-  // Changes one of the texts shown and has the window refreshed when it is a new one.
-  void show(std::string& shown, std::string text);
+
+  // The file taken up last. Every one begins with a new Entry.
+  struct Entry {
+    std::int64_t linkId = 0;
+    std::string url = {};
+    std::string fileName = {};  // of the address; of a numbered file, its name from the moment it is received
+    std::string fileType = {};
+    std::string savePath = {};
+    std::string fullPath = {};
+    std::string_view mode = {};        // what the running request is for
+    std::string announcedLength = {};  // as the header has it
+    std::int64_t contentLength = 0;    // bytes; 0: not known
+    std::int64_t bytesReceived = 0;
+    bool outcomeDue = false;  // still to be written
+    bool skippedExisting = false;
+    bool failed = false;
+  };
 
   clsPath path_;
   std::unique_ptr<AtomicFile> file_;  // open from the first to the last chunk
-  std::string requestKind_;
-  std::string url_;
-  std::string fileName_;
-  std::string fileType_;
-  std::string savePath_;
-  std::string fullPath_;
-  std::string downloadPath_;
-  std::string contentLengthText_;
-  std::int64_t contentLength_ = 0;
-  std::int64_t bytesReceived_ = 0;
-  std::int64_t linkId_ = 0;
-  std::int64_t pendingLinkId_ = 0;  // link whose outcome is still to be written, 0 when none
-  std::int64_t upperLimitMB_ = 0;
-  std::int64_t lowerLimitKB_ = 0;
-  std::int64_t queueSize_ = 0;
-  std::int64_t processedCount_ = 0;
-  bool skippedExisting_ = false;
-  bool errorFlag_ = false;  // the current entry ended in an error
-  std::string fileLabel_ = "File:";
-  std::string queueText_ = "Queue:";
-  std::string processedText_ = "Processed:";
-  std::string sizeText_ = "Size (In Kilobytes) :";
-  std::string receivedText_ = "Received:";
-  std::string leftText_ = "Left:";
-  std::string savePathText_ = "Saving to:";
+  Entry entry_;
+  DownloadLimits limits_;
+  std::int64_t processedCount_ = 0;  // in this round
+  DownloadStatus status_;
 };
 
 }  // namespace mv

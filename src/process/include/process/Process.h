@@ -6,13 +6,17 @@
 // process be deleted.
 #pragma once
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPersistentModelIndex>
 #include <QTimer>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "base/TimeBudget.h"
 #include "process/WorkList.h"
@@ -20,12 +24,13 @@
 
 namespace mv {
 
-// The error panel's texts.
-struct ErrorPanelTexts {
-  std::string subject;
-  std::string reason;  // "Code: " + code + "  -  Reason: " + reason
-  std::string time;    // "Time: " + date and time
-  std::string count;   // "Errors: " + count
+// A failure as the error panel shows it.
+struct ProcessError {
+  std::string subject;  // what it happened to, as it is shown
+  std::string reason;
+  long code = 0;
+  QDateTime time;  // null: there was none yet
+  long count = 0;  // of failures, this one included
 };
 
 class Process : public QObject {
@@ -46,8 +51,9 @@ class Process : public QObject {
   // One of its procedures is on the stack.
   bool isBusy() const { return depth_ > 0; }
 
-  const ErrorPanelTexts& errorPanel() const { return errorPanel_; }
-  const std::string& caption() const { return caption_; }
+  const ProcessError& lastError() const { return lastError_; }
+  // While the work list is built: rows so far.
+  std::optional<long> rowsOpened() const { return rowsOpened_; }
   long progressValue() const { return progressValue_; }
   long progressMaximum() const { return progressMaximum_; }
   long ErrorCount() const { return errorCount_; }
@@ -55,7 +61,7 @@ class Process : public QObject {
   const QPersistentModelIndex& takenRow() const { return takenRow_; }
 
  Q_SIGNALS:
-  // A text, counter, the progress or the row taken up has changed. At most 30 times a second, the first change at once:
+  // The status, the progress or the row taken up has changed. At most 30 times a second, the first change at once:
   // more than a window can show would be drawn for nobody.
   void viewChanged();
   void stopped();
@@ -81,10 +87,17 @@ class Process : public QObject {
 
   // Refreshes the window soon.
   void touch();
-  void setCaption(std::string caption);
+  // Changes a part of what is shown; refreshes the window when it is another value.
+  template <class T>
+  void show(T& part, std::type_identity_t<T> value) {
+    if (part == value) return;
+    part = std::move(value);
+    touch();
+  }
+  void setRowsOpened(std::optional<long> rows) { show(rowsOpened_, rows); }
   void setProgress(long value, long maximum);
-  // Fills the error panel (`subject` as it is to be shown) and counts nothing.
-  void showError(const std::string& subject, const std::string& reason, long code);
+  // Fills the error panel and counts nothing.
+  void showError(std::string subject, std::string reason, long code);
   // Appends the error panel's record to the error log; failures are ignored.
   void logError(std::int64_t linkId, const std::string& url);
 
@@ -94,8 +107,8 @@ class Process : public QObject {
   void workDue();
   class Entered;
 
-  std::string caption_;
-  ErrorPanelTexts errorPanel_;
+  std::optional<long> rowsOpened_;
+  ProcessError lastError_;
   long progressValue_ = 0;
   long progressMaximum_ = 0;
   int depth_ = 0;

@@ -9,7 +9,10 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <variant>
 #include <vector>
+
+#include "store/EscapedAddress.h"
 
 namespace mv {
 
@@ -17,10 +20,17 @@ enum class RowState { Waiting, Working, Done, Exists, Error };
 // "False", "Working", "Done", "Exists", "Error".
 const char* stateText(RowState state);
 
+// Plain, or as the table `link` keeps it.
+using RowAddress = std::variant<std::string, EscapedAddress>;
+// As the list shows it, but for the user information, which is masked there.
+const std::string& listedText(const RowAddress& address);
+// As it is asked for.
+std::string plainAddress(const RowAddress& address);
+
 struct WorkRow {
   RowState state = RowState::Waiting;
   std::int64_t linkId = 0;
-  std::string url;  // as stored or built; user information is masked where it is shown
+  RowAddress url;
   std::string userName;
   std::string password;
   std::string fileName;
@@ -47,7 +57,7 @@ class WorkList : public QAbstractTableModel {
   int nextWaiting() const;
   // First row in list order with that link id, -1 when none.
   int findLink(std::int64_t linkId) const;
-  // Does a tagged row bear exactly this address?
+  // Does a tagged row bear exactly this address, as listed?
   bool holdsAddress(const std::string& url) const;
 
   // Compares texts as shown, without case first; ties keep their order.

@@ -2,23 +2,14 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "store/ProcessData.h"
 #include "store/RuleOperators.h"
 
 namespace mv {
-
-// A rule as it is stored.
-struct FilterRule {
-  std::string fieldName;  // "Link", "Domain" or "Filetype"; any other is skipped
-  std::string op;         // one of kRuleOperators; any other is skipped
-  std::string ruleType;
-  std::string ruleName;
-  std::string searchValue;
-};
 
 // The parts of a link that rules look at.
 struct FilterSubject {
@@ -52,9 +43,5 @@ class RuleSet {
 
   std::array<Tests, 3> tests_;  // of Link, Domain, Filetype
 };
-
-// The rules of all global filters, and of the filters assigned to a site. Raise DatabaseError.
-std::vector<FilterRule> loadGlobalRules();
-std::vector<FilterRule> loadSiteRules(std::int32_t siteId);
 
 }  // namespace mv

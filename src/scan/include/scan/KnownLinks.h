@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <optional>
 #include <unordered_set>
+
+#include "store/EscapedAddress.h"
 
 namespace mv {
 
@@ -12,18 +14,18 @@ class KnownLinks {
  public:
   // Before it is asked: forgets everything when rows may have gone since the last time.
   void refresh();
-  // `url` as stored. False says nothing.
-  bool contains(const std::string& url);
+  // False says nothing.
+  bool contains(const EscapedAddress& url);
   // It was found in the table, or put there.
-  void add(const std::string& url);
+  void add(const EscapedAddress& url);
 
  private:
   static constexpr std::size_t kGeneration = 8192;
 
-  std::int64_t mark_ = -1;
+  std::optional<std::int64_t> mark_;  // LinkStore's, when it was last asked for
   // The older generation goes when the newer one is full; what is asked for again moves on to the newer.
-  std::unordered_set<std::string> newer_;
-  std::unordered_set<std::string> older_;
+  std::unordered_set<EscapedAddress> newer_;
+  std::unordered_set<EscapedAddress> older_;
 };
 
 }  // namespace mv

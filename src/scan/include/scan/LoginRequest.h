@@ -2,25 +2,13 @@
 // with the user's values for the site.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "store/ProcessData.h"
+
 namespace mv {
-
-// One field of a definition. Of the first one, `searchString` tells the form from others and `value` is the address of
-// the request.
-struct LoginField {
-  std::string name;
-  std::string searchString;  // found in lower-cased text only when it is in lower case itself
-  bool suppliedByUser = false;
-  std::string parameter;
-  std::string value;  // of a field supplied by the user: the site's, else the definition's default
-};
-
-// The fields of `formId` in the order of the request, with the values of the site. Raises DatabaseError.
-std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId);
 
 class LoginRequest {
  public:

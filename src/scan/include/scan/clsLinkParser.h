@@ -3,23 +3,17 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
-#include "database/Database.h"
 #include "scan/FilterRules.h"
 #include "scan/KnownLinks.h"
+#include "store/LinkStore.h"
+#include "store/ProcessData.h"
 
 namespace mv {
-
-// The sequence of link ids gave no id; the user has been told.
-class NoLinkId : public std::runtime_error {
- public:
-  NoLinkId() : std::runtime_error("no id for a new link") {}
-};
 
 class clsLinkParser {
  public:
@@ -35,21 +29,21 @@ class clsLinkParser {
   bool Flag = false;        // after AddLinkToDatabase: a new row was inserted
   long DomainHops = 0;      // foreign domains allowed
 
-  // While one lives, what is read about a file type or a stored address is kept for the links that follow. For links
+  // While one lives, what is read about a file type or a stored address is cached for the links that follow. For links
   // that are handled one after the other without the event loop, where the user could change what is stored.
-  class Stretch {
+  class CachedLookups {
    public:
-    explicit Stretch(clsLinkParser& parser) : parser_(parser) { parser_.beginStretch(); }
-    ~Stretch() { parser_.endStretch(); }
-    Stretch(const Stretch&) = delete;
-    Stretch& operator=(const Stretch&) = delete;
+    explicit CachedLookups(clsLinkParser& parser) : parser_(parser) { parser_.cacheLookups(); }
+    ~CachedLookups() { parser_.forgetLookups(); }
+    CachedLookups(const CachedLookups&) = delete;
+    CachedLookups& operator=(const CachedLookups&) = delete;
 
    private:
     clsLinkParser& parser_;
   };
 
-  // Ends the stretch before its time: a message box may stand open.
-  void endStretch();
+  // Ends the caching before its time: a message box may stand open.
+  void forgetLookups();
 
   // Loads the global and the site's rules; once, when the scan starts. Raises DatabaseError.
   void BuildFilters();
@@ -61,16 +55,16 @@ class clsLinkParser {
   // Stores URL unless it is known, filtered, foreign beyond the limit, or a mail address. Raises DatabaseError, and
   // NoLinkId.
   void AddLinkToDatabase();
+  // URL as AddLinkToDatabase leaves it.
+  const EscapedAddress& storedAddress() const { return link_.url; }
 
  private:
   // Link without its leading steps; BasePath goes up with them.
   std::string_view normalizeRelativeLink();
-  void beginStretch();
-  enum class FileType { Unknown, NotOfTheSite, OfTheSite };
+  void cacheLookups();
 
   void classify();
-  FileType fileType();
-  FileType readFileType() const;
+  FileTypeUse fileTypeUse();
   // True when the link's type, were it a file, is one the site takes. Turns files of unknown types into documents.
   bool typeIsWanted();
   void applyGlobalFilters();
@@ -80,14 +74,11 @@ class clsLinkParser {
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
   void insertUnlessKnown();
-  // `url` as a literal. Ends the transaction in which the row's id was drawn.
-  void insertRow(const std::string& url, Transaction& idAndRow);
 
-  bool inStretch_ = false;
-  std::unordered_map<std::string, FileType> fileTypes_;  // by extension
+  bool lookupsCached_ = false;
+  std::unordered_map<std::string, FileTypeUse> fileTypes_;  // by extension
   KnownLinks knownLinks_;
-  std::string fileType_;                        // extension of a file, "" for anything else
-  std::string storedType_;                      // LinkType, but "Document" for files of an unknown type
+  LinkRow link_;                                // as it is to be stored: a file of an unknown type as a document
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   RuleSet globalRules_;
   RuleSet siteRules_;

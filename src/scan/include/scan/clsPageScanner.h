@@ -51,7 +51,7 @@ class clsPageScanner {
   void getForm();
 
  private:
-  // The places of one character, remembered so that no stretch is searched twice in a walk.
+  // The places of one character, remembered so that no part of the page is searched twice in a walk.
   struct Finder {
     std::size_t searchedFrom = 0;
     std::size_t searchedTo = 0;

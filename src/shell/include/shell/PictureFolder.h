@@ -1,15 +1,14 @@
-// The picture files of one folder, in the order of their names. A folder is read in slices, so that one of a hundred
-// thousand files holds nothing up; until it has been read the list of the folder before is the one that counts.
+// The picture files of one folder, in the order of their names. A folder is read off the user-interface thread; until
+// it has been read the list of the folder before is the one that counts.
 #pragma once
 
 #include <QDateTime>
-#include <QDirIterator>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <memory>
-#include <set>
 #include <vector>
+
+#include "base/BackgroundWork.h"
 
 namespace mv {
 
@@ -31,7 +30,7 @@ class PictureFolder : public QObject {
   bool isCurrent(const QString& folder) const;
   // The folder that was asked for last.
   const QString& folder() const { return folder_; }
-  bool isReading() const { return reading_ != nullptr; }
+  bool isReading() const { return reading_; }
 
   int count() const { return static_cast<int>(names_.size()); }
   // Place of a name in the list, from 0; -1 when it is not there.
@@ -44,15 +43,11 @@ class PictureFolder : public QObject {
   void listed();
 
  private:
-  void readSome();
-  void takeName(const QString& path);
-
   QString folder_;
   QDateTime changed_;  // when the folder was changed last, as it was read
   std::vector<QString> names_;
-  std::unique_ptr<QDirIterator> reading_;
-  std::set<QString, NameOrder> found_;  // so far
-  std::vector<QString> sorted_;         // what has been taken out of found_ at the end
+  bool reading_ = false;
+  BackgroundWork work_;
 };
 
 }  // namespace mv

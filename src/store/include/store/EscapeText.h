@@ -14,7 +14,4 @@ inline constexpr std::string_view kRestoreQuotes = "kRestoreQuotes";
 // back.
 void escapeText(std::string_view mode, std::string& text);
 
-std::string escaped(std::string text);
-std::string restored(std::string text);
-
 }  // namespace mv

@@ -2,12 +2,12 @@
 #pragma once
 
 #include <QObject>
-#include <QThread>
 #include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
 
+#include "base/BackgroundWork.h"
 #include "database/CompactCopy.h"
 #include "database/Database.h"
 
@@ -38,15 +38,14 @@ class Compaction : public QObject {
   Compaction(std::string databasePath, std::string tempPath);
 
   void writeCopy();
-  void copyWritten();
+  void copyWritten(std::exception_ptr failure);
   void replace();
 
   std::string databasePath_;
   std::string tempPath_;
   std::unique_ptr<CompactCopy> copy_;
-  std::unique_ptr<QThread> thread_;
-  std::exception_ptr failure_;
   int copiesLeft_;
+  BackgroundWork writing_;
 };
 
 // Rewrites the database at `databasePath`, the one that gDatabase has open, by way of a copy at `tempPath` (full paths

@@ -1,6 +1,6 @@
 // Long work on the user-interface thread is done in slices: a loop tests spent() and goes on in a later event when the
-// time is up. All slices of one turn of the event loop share the time that a turn may take, so that ten workers keep
-// the user waiting no longer than one; each gets a little of it.
+// time is up. All slices of one iteration of the event loop share the time that an iteration may take, so that ten
+// workers keep the user waiting no longer than one; each gets a little of it.
 #pragma once
 
 #include <chrono>
@@ -14,8 +14,8 @@ class TimeBudget {
   TimeBudget(const TimeBudget&) = delete;
   TimeBudget& operator=(const TimeBudget&) = delete;
   bool spent() const;
-  // Work that has not begun is better left to the next turn.
-  static bool turnIsSpent();
+  // Work that has not begun is better left to the next iteration.
+  static bool iterationIsSpent();
 
  private:
   std::chrono::steady_clock::duration used() const { return std::chrono::steady_clock::now() - start_; }

@@ -1,11 +1,10 @@
-// The relational engine: one database in one file, driven by SQL texts.
+// The relational engine: one database in one file, driven by SQL statements (see Statement.h).
 //
-// The SQL dialect is the program's own, a small one:
-//   "text" and 'text'   a text literal, never an identifier; the delimiter doubled inside stands for itself
+// The constants of a statement are written in the program's own small dialect of SQL:
+//   "text" and 'text'   a text, never an identifier; the delimiter doubled inside stands for itself
 //   [name]              an identifier
 //   everything else     as SQLite reads it
-// A statement is translated once per shape (the statement with its literals taken out), prepared once and kept;
-// the literals are bound. So the ten-thousandth insert costs no parsing, and no text can change a statement.
+// A statement is translated and prepared once per shape and kept, so the ten-thousandth insert costs no parsing.
 //
 // Texts are UTF-8, paths are UTF-8 file-system paths, numbers are 64-bit.
 // One thread: a Database and its Recordsets belong to the thread that opened it. Only the engine's journal is copied
@@ -18,6 +17,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "database/Statement.h"
 
 namespace mv {
 
@@ -53,16 +54,6 @@ class DatabaseError : public std::runtime_error {
   std::string description_;
   std::string source_;
 };
-
-// `text` as a text literal of the dialect: between double quotes, embedded double quotes doubled. The only way in
-// which a text gets into a statement. A NUL byte is kept.
-std::string quoted(std::string_view text);
-// Exact matches, so that an unqualified call never finds the stream manipulator std::quoted instead.
-inline std::string quoted(const std::string& text) { return quoted(std::string_view(text)); }
-inline std::string quoted(std::string& text) { return quoted(std::string_view(text)); }
-inline std::string quoted(const char* text) { return quoted(std::string_view(text)); }
-// `value` as a number of the dialect: plain decimal.
-inline std::string number(std::int64_t value) { return std::to_string(value); }
 
 // The rows of a query as they were at the moment of the query, whatever is written meanwhile. A few are read ahead: a
 // million rows cost no more memory than a hundred. A long result keeps the journal from shrinking while it is held.
@@ -115,18 +106,20 @@ class Database {
   bool isOpen() const;
 
   // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
-  Recordset query(std::string_view sql);
-  void execute(std::string_view sql);
+  Recordset query(const Statement& statement);
+  void execute(const Statement& statement);
   // Rows that the last execute inserted, changed or deleted.
   std::int64_t rowsAffected() const;
 
-  // Stays the same as long as every value that `column` of `table` held is certain to be there still: at most rows were
-  // added. Other programs' changes count too, and so does opening. Names as the table was created with. Raises
-  // DatabaseError.
-  std::int64_t lossMark(const std::string& table, const std::string& column);
+  // The invalidation counter of a column: stays the same as long as every value that `column` of `table` held is
+  // certain to be there still, because at most rows were added. Counted is what the engine's authorizer reports of a
+  // statement when it is prepared (deletes from the table, updates of the column); every statement that says REPLACE,
+  // because the rows that INSERT OR REPLACE deletes do not reach the authorizer; rollbacks and failures; other
+  // programs' changes; opening. Names as the table was created with. Raises DatabaseError.
+  std::int64_t invalidationCount(const std::string& table, const std::string& column);
 
   // The `outCount` of a count query.
-  std::int64_t count(std::string_view sql);
+  std::int64_t count(const Statement& statement);
 
   struct Connection;
 

@@ -5,8 +5,9 @@
 #include <QImage>
 #include <QTimer>
 #include <QWidget>
-#include <memory>
 #include <string>
+
+#include "base/BackgroundWork.h"
 
 namespace mv {
 
@@ -14,7 +15,6 @@ class PictureDisplay : public QWidget {
   Q_OBJECT
  public:
   explicit PictureDisplay(QWidget* parent = nullptr);
-  ~PictureDisplay() override;
 
   // Loads `path` (UTF-8); a file that is no picture, or too large to decode in 256 MiB, shows as a short text. ""
   // clears.
@@ -35,7 +35,6 @@ class PictureDisplay : public QWidget {
 
  private:
   struct Decoded;
-  class Mailbox;
 
   void startDecoding();
   void take(const Decoded& decoded);
@@ -51,7 +50,7 @@ class PictureDisplay : public QWidget {
   int zoom_ = 100;
   bool announced_ = true;
   QTimer resized_;
-  std::shared_ptr<Mailbox> mailbox_;
+  BackgroundWork decoding_;
 };
 
 }  // namespace mv

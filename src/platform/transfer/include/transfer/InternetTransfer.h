@@ -15,36 +15,11 @@
 #include <memory>
 #include <string>
 
+#include "transfer/TransferTypes.h"
+
 namespace mv {
 
 class AtomicFile;
-
-// What a request wants of the response.
-enum class BodyMode {
-  Text,         // a page: decompressed, as UTF-8 (charset of the header, else valid UTF-8, else Windows-1252), at most
-                // 64 MiB (a longer one ends with state 11)
-  HeadersOnly,  // state 12 as soon as the headers are in; the response is held, see Execute
-  File,         // a file: bytes as sent, asked for without compression, on disk past 1 MiB
-};
-
-enum class ChunkType { Text, Bytes };
-
-// States of a request, in the numbering that a published transfer control made customary. Every one is raised by a real
-// event of the connection; a reused connection skips what it does not do again.
-enum TransferState {
-  kResolvingHost = 1,
-  kHostResolved = 2,
-  kConnecting = 3,
-  kConnected = 4,
-  kRequesting = 5,
-  kRequestSent = 6,
-  kReceivingResponse = 7,
-  kResponseReceived = 8,
-  kDisconnecting = 9,
-  kDisconnected = 10,
-  kError = 11,
-  kResponseCompleted = 12,
-};
 
 class InternetTransfer : public QObject {
   Q_OBJECT
@@ -99,14 +74,8 @@ class InternetTransfer : public QObject {
   // information carries these, as typed; another host never gets them. In memory only. Both empty: forgets the host's.
   static void rememberCredentials(const std::string& address, const std::string& user, const std::string& password);
 
-  // Limits in milliseconds, bytes and folders, process-wide, for tests and slow lines. Read when a request starts.
-  struct Limits {
-    long connectTimeoutMs = 60'000;
-    long stallTimeoutS = 60;
-    int holdMs = 30'000;
-    std::size_t textLimit = std::size_t{64} << 20;
-    std::size_t spoolThreshold = std::size_t{1} << 20;
-  };
+  // Process-wide, for tests and slow lines. Read when a request starts.
+  using Limits = TransferLimits;
   static Limits& limits();
   // Forgets cookies, credentials, HSTS entries and idle connections of the whole program.
   static void forgetSharedState();

@@ -19,7 +19,4 @@ std::string decodeText(std::string bytes, std::string_view contentType, std::siz
 // The end of the well-formed UTF-8 characters that begin at `from`: the text's size when all of it is UTF-8.
 std::size_t wholeUtf8(std::string_view text, std::size_t from);
 
-// Where the character that is `characters` behind `from` starts in valid UTF-8; the text's size when it is shorter.
-std::size_t advanceCharacters(std::string_view utf8, std::size_t from, std::size_t characters);
-
 }  // namespace mv

@@ -52,7 +52,7 @@ class ProcessWindow : public ChildWindow {
   // Before the process starts: keeps the site's id in the hidden `lblSiteId` and restores the stored place, expanded
   // when the stored height is kExpandedHeight, else collapsed.
   void prepareFor(std::int32_t siteId);
-  // Copies the process's texts into the controls; subclasses call this first.
+  // Brings the controls up to the process's state; subclasses call this first.
   virtual void refresh();
 
   bool queryUnload() override;

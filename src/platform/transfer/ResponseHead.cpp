@@ -1,0 +1,98 @@
+#include "ResponseHead.h"
+
+#include <algorithm>
+
+#include "transfer/TextDecoding.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kLastRequest = -1;
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlank = " \t\r\n";
+  const auto start = text.find_first_not_of(kBlank);
+  if (start == std::string_view::npos) return {};
+  return text.substr(start, text.find_last_not_of(kBlank) - start + 1);
+}
+
+// What follows the first blank of `text`.
+std::string_view behindBlank(std::string_view text) {
+  return trimmed(text.substr(std::min(text.find(' '), text.size())));
+}
+
+struct Phrase {
+  long status;
+  const char* text;
+};
+
+// For servers that send none: HTTP/2 has no reason phrases.
+constexpr Phrase kPhrases[] = {
+    {400, "Bad Request"},
+    {401, "Unauthorized"},
+    {402, "Payment Required"},
+    {403, "Forbidden"},
+    {404, "Not Found"},
+    {405, "Method Not Allowed"},
+    {406, "Not Acceptable"},
+    {407, "Proxy Authentication Required"},
+    {408, "Request Timeout"},
+    {410, "Gone"},
+    {414, "URI Too Long"},
+    {421, "Misdirected Request"},
+    {429, "Too Many Requests"},
+    {451, "Unavailable For Legal Reasons"},
+    {500, "Internal Server Error"},
+    {501, "Not Implemented"},
+    {502, "Bad Gateway"},
+    {503, "Service Unavailable"},
+    {504, "Gateway Timeout"},
+};
+
+std::string standardPhrase(long status) {
+  for (const Phrase& phrase : kPhrases)
+    if (phrase.status == status) return phrase.text;
+  return "HTTP status " + std::to_string(status);
+}
+
+}  // namespace
+
+ResponseHead::Event ResponseHead::take(std::string_view line) {
+  if (line.starts_with("HTTP/")) {
+    begin(line);
+    return Event::Begun;
+  }
+  if (!open_ || !trimmed(line).empty()) return Event::None;  // a trailer, or a field: libcurl keeps it
+  open_ = false;
+  return Event::Ended;
+}
+
+void ResponseHead::begin(std::string_view statusLine) {
+  open_ = true;
+  curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status_);
+  const auto reason = behindBlank(behindBlank(statusLine));
+  reason_ = reason.empty() ? standardPhrase(status_) : decodeText(std::string(reason), {});
+}
+
+std::vector<std::string> ResponseHead::fields(const char* name) const {
+  std::vector<std::string> values;
+  curl_header* header = nullptr;
+  while (curl_easy_header(easy_, name, values.size(), CURLH_HEADER, kLastRequest, &header) == CURLHE_OK)
+    values.emplace_back(header->value);
+  return values;
+}
+
+std::string ResponseHead::field(const char* name) const {
+  const auto values = fields(name);
+  return values.empty() ? std::string() : values.back();
+}
+
+std::string ResponseHead::redirection() const {
+  if (status_ < 300 || status_ >= 400) return {};
+  const auto values = fields("Location");
+  const auto first = std::find_if(values.begin(), values.end(), [](const auto& value) { return !value.empty(); });
+  return first == values.end() ? std::string() : *first;
+}
+
+}  // namespace mv

@@ -1,0 +1,48 @@
+// The head of the response that a request is receiving: its status line, and its header fields as libcurl keeps them.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mv {
+
+class ResponseHead {
+ public:
+  // What a line that CURLOPT_HEADERFUNCTION hands over has done.
+  enum class Event { None, Begun, Ended };
+
+  // `easy` outlives the object.
+  explicit ResponseHead(CURL* easy) : easy_(easy) {}
+
+  // Every line in turn. A new response takes the place of the one before it.
+  Event take(std::string_view line);
+
+  // 0 before a response has begun.
+  long status() const { return status_; }
+  // UTF-8; the status's usual phrase when the server sent none.
+  const std::string& reason() const { return reason_; }
+  // Lines of this response are still missing.
+  bool isOpen() const { return open_; }
+
+  // All values of a header field, name without regard to case, in the order received.
+  std::vector<std::string> fields(const char* name) const;
+  // The last one of them; "" when there is none.
+  std::string field(const char* name) const;
+  // Where libcurl goes on to: of several addresses the first. "" when this is no redirect.
+  std::string redirection() const;
+  // Neither an interim response nor a redirect.
+  bool isFinal() const { return status_ >= 200 && redirection().empty(); }
+
+ private:
+  void begin(std::string_view statusLine);
+
+  CURL* easy_;
+  long status_ = 0;
+  std::string reason_;
+  bool open_ = false;
+};
+
+}  // namespace mv

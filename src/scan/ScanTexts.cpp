@@ -1,0 +1,59 @@
+#include "scan/ScanTexts.h"
+
+#include "app/Settings.h"
+#include "net/Address.h"
+
+namespace mv {
+
+namespace {
+
+std::string stateText(const LoginStatus& login) {
+  switch (login.state) {
+    case LoginState::NotNeeded:
+      return {};
+    case LoginState::NoCredentials:
+      return "no user name and password given";
+    case LoginState::CredentialsInUse:
+      return "user name and password in use";
+    case LoginState::CredentialsRefused:
+      return "user name and password refused (401)";
+    case LoginState::FormAwaited:
+      return "no page has shown the login form yet";
+    case LoginState::FormHasNoFields:
+      return "nothing sent, the form has no fields";
+    case LoginState::FieldMissing:
+      return "nothing sent, the form lacks \"" + login.missingField + "\"";
+    case LoginState::OtherForm:
+      return "nothing sent, the form is another one";
+    case LoginState::Sent:
+      return "request sent to " + login.address;
+    case LoginState::Answered:
+      return "answered, the login form is gone";
+    case LoginState::FormCameAgain:
+      return "refused, the login form came again";
+    case LoginState::Failed:
+      return "failed (" + std::to_string(login.code) + " " + login.reason + ")";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string scanTitle(const std::string& siteName) { return kScanTitle + maskUserInfo(siteName); }
+
+std::string pageText(const ScanStatus& status) { return "Page: " + shortened(status.page); }
+
+std::string pageAddressText(const ScanStatus& status) { return "Page URL: " + status.lastPage; }
+
+std::string toScanText(const ScanStatus& status) { return "To Scan: " + std::to_string(status.pagesLeft); }
+
+std::string pagesProcessedText(const ScanStatus& status) {
+  return "Processed: " + std::to_string(status.pagesProcessed);
+}
+
+std::string loginText(const LoginStatus& login) {
+  if (login.state == LoginState::NotNeeded) return {};
+  return "Login: " + stateText(login) + (login.givenUp ? "; not tried any more" : "");
+}
+
+}  // namespace mv

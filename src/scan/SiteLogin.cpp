@@ -1,0 +1,98 @@
+#include "scan/SiteLogin.h"
+
+#include "net/Address.h"
+#include "store/BuiltInForms.h"
+#include "transfer/InternetTransfer.h"
+#include "transfer/RequestAddress.h"
+
+namespace mv {
+
+namespace {
+
+constexpr long kUnauthorized = 401;
+constexpr long kForbidden = 403;
+constexpr int kMostRefusals = 3;  // in a row: after some more a server locks the account
+
+}  // namespace
+
+void SiteLogin::start(std::int32_t siteId, const std::string& address, std::int32_t formId) {
+  siteId_ = siteId;
+  siteAddress_ = address;
+  formId_ = formId;
+  refusals_ = 0;
+  readCredentials();
+  if (usesCredentials_) {
+    // The site's files, which another process fetches, need them from the first one on.
+    InternetTransfer::rememberCredentials(siteAddress_, userName_, password_);
+    const bool none = userName_.empty() && password_.empty();
+    status_ = {.state = none ? LoginState::NoCredentials : LoginState::CredentialsInUse};
+  } else if (wantsForms()) {
+    status_ = {.state = LoginState::FormAwaited};
+  }
+}
+
+void SiteLogin::readCredentials() {
+  for (const AuthenticationForm& form : kAuthenticationForms) {
+    if (form.formId != formId_) continue;
+    usesCredentials_ = true;
+    userName_ = loadSiteField(siteId_, form.userNameField);
+    password_ = loadSiteField(siteId_, form.passwordField);
+  }
+}
+
+std::string SiteLogin::listedStartPage() const {
+  return usesCredentials_ ? maskUserInfo(withCredentials(siteAddress_, {}, {})) : "http://" + siteAddress_;
+}
+
+std::string SiteLogin::beginPage(const std::string& url, const std::string& location) {
+  isAnswerDue_ = false;
+  const std::string withPassword = withCredentials(location, userName_, password_);
+  credentialsSent_ = usesCredentials_ && hostOf(withPassword) == hostOf(siteAddress_);
+  return credentialsSent_ ? withPassword : url;
+}
+
+void SiteLogin::pageFailed(long code, const std::string& reason) {
+  if (credentialsSent_ && code == kUnauthorized) status_ = {.state = LoginState::CredentialsRefused};
+  if (!isAnswerDue_) return;
+  if (code == kUnauthorized || code == kForbidden) ++refusals_;
+  status_ = {.state = LoginState::Failed, .code = code, .reason = reason, .givenUp = isGivenUp()};
+}
+
+bool SiteLogin::wantsForms() const { return formId_ != 0 && formId_ != kNoLoginForm && !usesCredentials_; }
+
+bool SiteLogin::isGivenUp() const { return refusals_ >= kMostRefusals; }
+
+std::optional<LoginRequest> SiteLogin::submit(const PageForm& form) {
+  if (form.text.empty() && !isAnswerDue_) return std::nullopt;
+  LoginRequest request(loadLoginFields(formId_, siteId_), form.text, form.asFetched);
+  if (isAnswerDue_) {
+    answered(request);
+  } else if (request.outcome() != LoginRequest::Outcome::Ready) {
+    explain(request);
+  } else if (!isGivenUp()) {
+    isAnswerDue_ = everSent_ = true;
+    credentialsSent_ = false;
+    status_ = {.state = LoginState::Sent, .address = request.shownAddress()};
+    return request;
+  }
+  return std::nullopt;
+}
+
+// `request` is the one that the answer's form would make.
+void SiteLogin::answered(const LoginRequest& request) {
+  const bool refused = request.outcome() == LoginRequest::Outcome::Ready;
+  refusals_ = refused ? refusals_ + 1 : 0;
+  status_ = {.state = refused ? LoginState::FormCameAgain : LoginState::Answered, .givenUp = isGivenUp()};
+}
+
+void SiteLogin::explain(const LoginRequest& request) {
+  using Outcome = LoginRequest::Outcome;
+  if (request.outcome() == Outcome::NoFields)
+    status_ = {.state = LoginState::FormHasNoFields};
+  else if (request.outcome() == Outcome::FieldMissing)
+    status_ = {.state = LoginState::FieldMissing, .missingField = request.missingField()};
+  else if (!everSent_)
+    status_ = {.state = LoginState::OtherForm};
+}
+
+}  // namespace mv

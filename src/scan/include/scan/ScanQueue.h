@@ -1,0 +1,59 @@
+// The pages of one round of a scan: the start page, the stored ones that wait, and those found on the way. A round
+// takes so many pages as the site's limit allows.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "process/WorkList.h"
+#include "store/LinkStore.h"
+#include "store/ProcessData.h"
+
+namespace mv {
+
+class clsLinkParser;
+
+class ScanQueue {
+ public:
+  static constexpr long kLimit = 10000;                // rows
+  static constexpr std::int64_t kStartPageLinkId = 1;  // the sequence of link ids begins behind it
+
+  // The queue is `list`, which outlives it.
+  explicit ScanQueue(WorkList& list) : list_(list) {}
+
+  // A new round: empties the list and reads the site's limits. Raises DatabaseError.
+  void beginRound(std::int32_t siteId);
+  // Adds the start page and asks for the links that wait. Raises DatabaseError.
+  void build(std::int32_t siteId, const std::string& startPage);
+  // Adds waiting links until the time budget is spent. True when the queue is complete. Raises DatabaseError.
+  bool fill();
+  // Between build() and the last fill().
+  bool isFilling() const { return waiting_.has_value(); }
+  void stopFilling() { waiting_.reset(); }
+
+  // Has the link that `parser` has resolved stored, unless a row bears its address, and queues it when it is a page, is
+  // new, and has room. What AddLinkToDatabase raises is raised.
+  void store(clsLinkParser& parser);
+
+  // Row `index` is fetched now.
+  void takeUp(int index);
+  // The page is worked through, or its request has failed. Raises DatabaseError.
+  void finish(std::int64_t linkId, bool failed);
+
+  bool alternateMatchpath() const { return limits_.alternateMatchpath; }
+  long rowsAdded() const { return rowsAdded_; }
+  long pagesLeft() const { return static_cast<long>(limits_.pagesToScan) - pagesProcessed_; }
+  long pagesProcessed() const { return pagesProcessed_; }
+
+ private:
+  bool hasRoom() const { return rowsAdded_ < kLimit && rowsAdded_ < pagesLeft(); }
+
+  WorkList& list_;
+  ScanLimits limits_;
+  std::optional<LinkRows> waiting_;
+  long rowsAdded_ = 0;  // in this round
+  long pagesProcessed_ = 0;
+};
+
+}  // namespace mv

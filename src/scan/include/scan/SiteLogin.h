@@ -1,0 +1,65 @@
+// The login of a scan to its site: with a user name and a password in its requests, or with the site's login form. What
+// it keeps is the state of that; whoever scans sends the requests.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "scan/LoginRequest.h"
+#include "scan/ScanStatus.h"
+
+namespace mv {
+
+// The first form of a page, "" when it has none.
+struct PageForm {
+  std::string text;       // in lower case (ASCII letters only)
+  std::string asFetched;  // the same bytes as the page has them
+};
+
+class SiteLogin {
+ public:
+  // The scan starts, perhaps anew: reads the site's user name and password and gives them to all requests to the site,
+  // those of other windows too. `address`: the site's, without scheme. Raises DatabaseError.
+  void start(std::int32_t siteId, const std::string& address, std::int32_t formId);
+
+  const std::string& userName() const { return userName_; }
+  const std::string& password() const { return password_; }
+  const LoginStatus& status() const { return status_; }
+  // The page being fetched or worked through is the answer to a login request.
+  bool isAnswerDue() const { return isAnswerDue_; }
+
+  // The start page's address as lists show it: in place of user name and password stands a mask, whatever characters
+  // they hold.
+  std::string listedStartPage() const;
+  // A page is to be fetched: the address to ask for. It holds user name and password when they are used and the page,
+  // at `location` without scheme, is on the site's own host.
+  std::string beginPage(const std::string& url, const std::string& location);
+  // Its request failed.
+  void pageFailed(long code, const std::string& reason);
+  // Is there something to be done with the form of a page?
+  bool wantsForms() const;
+  // A page has come, with this form. The request that logs in, when one is to be sent now; a page that answers one is
+  // not answered with another, for a wrong password would go on for ever. Raises DatabaseError.
+  std::optional<LoginRequest> submit(const PageForm& form);
+
+ private:
+  void readCredentials();
+  void answered(const LoginRequest& request);
+  void explain(const LoginRequest& request);
+  bool isGivenUp() const;
+
+  std::int32_t siteId_ = 0;
+  std::string siteAddress_;
+  std::int32_t formId_ = 0;
+  bool usesCredentials_ = false;
+  std::string userName_;
+  std::string password_;
+  bool credentialsSent_ = false;  // with the page's request
+  bool isAnswerDue_ = false;
+  bool everSent_ = false;  // a login request, by this process
+  int refusals_ = 0;       // of the requests sent last
+  LoginStatus status_;
+};
+
+}  // namespace mv

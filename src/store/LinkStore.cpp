@@ -1,0 +1,115 @@
+#include "store/LinkStore.h"
+
+#include <utility>
+
+#include "app/ReportError.h"
+#include "app/Settings.h"
+#include "store/NoneOf.h"
+#include "store/Sequence.h"
+
+namespace mv {
+
+namespace {
+
+LinkRow readPage(const Recordset& row) {
+  LinkRow link;
+  link.id = row.number("id");
+  link.url = EscapedAddress::read(row);
+  return link;
+}
+
+LinkRow readFile(const Recordset& row) {
+  LinkRow link = readPage(row);
+  link.userName = row.text("username");
+  link.password = row.text("password");
+  link.fileType = row.text("file_type");
+  return link;
+}
+
+// The id is made durable even when its row is refused: it must not be drawn again.
+void insertRow(const LinkRow& link, std::int64_t id, Transaction& idAndRow) {
+  try {
+    gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
+                      number(link.siteId) + ", " + quoted(link.url.text()) + ", " + quoted(link.linkType) + ", " +
+                      quoted(link.userName) + ", " + quoted(link.password) + ", " + number(id) + ", \"False\", " +
+                      quoted(link.fileType) + ")");
+  } catch (const DatabaseError&) {
+    idAndRow.commit();
+    throw;
+  }
+  idAndRow.commit();
+}
+
+}  // namespace
+
+std::optional<LinkRow> LinkRows::next() {
+  if (atEnd()) return std::nullopt;
+  LinkRow link = read_(rows_);
+  rows_.moveNext();
+  return link;
+}
+
+// Walking past the finished links would cost every round of an old site a million rows: hence the condition on the
+// status, and noneOf.
+LinkRows waitingPages(std::int32_t siteId) {
+  return {gDatabase.query("select id, status, site_id, url, link_type  from link where site_id = " + number(siteId) +
+                          " and " +
+                          noneOf("link_type", {kFileLink, kEmailLink}, "link",
+                                 "site_id = " + number(siteId) + " and status = \"False\"") +
+                          " and status = \"False\""),
+          readPage};
+}
+
+LinkRows unfinishedFiles(std::int32_t siteId) {
+  return {gDatabase.query("select id, status, site_id, link_type, url, username, password, file_type from link where "
+                          "site_id = " +
+                          number(siteId) + " and link_type = \"File\" and " +
+                          noneOf("status", {"Done"}, "link", "site_id = " + number(siteId))),
+          readFile};
+}
+
+bool isLinkStored(const EscapedAddress& url) {
+  return gDatabase.count("select count(*) as outCount from link where url = " + quoted(url.text())) != 0;
+}
+
+std::int64_t insertLink(const LinkRow& link) {
+  std::int64_t id = 0;
+  try {
+    Transaction idAndRow(gDatabase);
+    id = drawSequenceValue("link_id");
+    if (id != 0) insertRow(link, id, idAndRow);
+  } catch (const std::exception& error) {
+    if (id != 0) throw;
+    reportException(error, "nextSequenceValue");
+  }
+  if (id == 0) throw NoLinkId();
+  return id;
+}
+
+void markLinkDone(std::int64_t id) { gDatabase.execute("update link set status = \"Done\" where id = " + number(id)); }
+
+std::optional<std::int64_t> linkLossMark() {
+  try {
+    return gDatabase.invalidationCount("link", "url");
+  } catch (const DatabaseError&) {
+    return std::nullopt;
+  }
+}
+
+std::int64_t newestLink() { return gDatabase.query("select max(id) as newest from link").number("newest"); }
+
+std::int64_t deleteLinks(std::int32_t siteId, std::int64_t newest, std::int64_t most) {
+  gDatabase.execute("delete from link where id in (select id from link where site_id = " + number(siteId) +
+                    " and id <= " + number(newest) + " limit " + number(most) + ")");
+  return gDatabase.rowsAffected();
+}
+
+void deleteAllLinks() { gDatabase.execute("delete from link"); }
+
+std::optional<std::int32_t> nextSiteWithLinks(std::int32_t siteId) {
+  const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + number(siteId));
+  if (next.isNull("next")) return std::nullopt;
+  return static_cast<std::int32_t>(next.number("next"));
+}
+
+}  // namespace mv
