@@ -60,8 +60,8 @@ struct AtomicFile::Private {
     buffer.clear();
   }
 
-  // Gives the nameless file its final name when that is free, else a temporary one to be renamed. True when done.
-  bool linkNameless() {
+  // Gives the unnamed file its final name when that is free, else a temporary one to be renamed. True when done.
+  bool linkUnnamed() {
     int error = file.link(path);
     if (error == 0) return true;
     if (error != EEXIST) raise(error, path);
@@ -82,7 +82,7 @@ AtomicFile::AtomicFile(const std::string& path) : d(std::make_unique<Private>())
   const bool isFolder = stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
   if (path.empty() || path.back() == '/' || isFolder) raise(EISDIR, path);
   const std::string folder = folderOf(path);
-  if (d->file.openNameless(folder) != 0) d->openNamed(folder);
+  if (d->file.openUnnamed(folder) != 0) d->openNamed(folder);
 }
 
 AtomicFile::~AtomicFile() {
@@ -109,7 +109,7 @@ std::uint64_t AtomicFile::size() const { return d->file.size() + d->buffer.size(
 
 void AtomicFile::commit() {
   d->flush();
-  if (d->temporary.empty() && d->linkNameless()) return;
+  if (d->temporary.empty() && d->linkUnnamed()) return;
   d->check(d->file.close());
   if (std::rename(d->temporary.c_str(), d->path.c_str()) != 0) raise(errno, d->path);
   d->temporary.clear();

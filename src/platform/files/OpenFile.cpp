@@ -33,7 +33,7 @@ OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
   return *this;
 }
 
-int OpenFile::openNameless(const std::string& folder) {
+int OpenFile::openUnnamed(const std::string& folder) {
   *this = OpenFile();
   const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFileMode);
   if (file < 0) return errno;
@@ -45,7 +45,7 @@ int OpenFile::openNameless(const std::string& folder) {
 }
 
 int OpenFile::openScratch(const std::string& folder) {
-  if (openNameless(folder) == 0) return 0;
+  if (openUnnamed(folder) == 0) return 0;
   std::string path = folder + "/morvane2000-XXXXXX";
   descriptor_ = ::mkostemp(path.data(), O_CLOEXEC);
   if (descriptor_ < 0) return errno;

@@ -49,7 +49,7 @@ bool BodySpool::flush() {
 int BodySpool::openFile() {
   int error = ENOENT;
   for (fs::path folder = folder_; error == ENOENT && !folder.empty(); folder = folder.parent_path()) {
-    error = file_.openNameless(folder.string());
+    error = file_.openUnnamed(folder.string());
     if (folder == folder.parent_path()) break;
   }
   return file_.isOpen() ? 0 : file_.openScratch(spoolFolder());

@@ -1,6 +1,6 @@
-// Long work on the user-interface thread is done in slices: a loop tests spent() and goes on in a later event when the
-// time is up. All slices of one iteration of the event loop share the time that an iteration may take, so that ten
-// workers keep the user waiting no longer than one; each gets a little of it.
+// Long work on the user-interface thread stays within a time budget: a loop tests spent() and goes on in a later event
+// when the time is up. All budgets of one iteration of the event loop share the time that an iteration may take, so
+// that ten workers keep the user waiting no longer than one; each gets a little of it.
 #pragma once
 
 #include <chrono>

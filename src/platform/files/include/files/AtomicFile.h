@@ -1,4 +1,4 @@
-// Writes a file so that its final name only ever shows the whole content: the bytes go to a nameless or temporary file
+// Writes a file so that its final name only ever shows the whole content: the bytes go to an unnamed or temporary file
 // in the same folder, which takes the final name in one step. A crash, a full disk or a forgotten commit leaves what
 // was there before, and nothing half-written.
 #pragma once

@@ -18,7 +18,7 @@ class OpenFile {
   OpenFile& operator=(OpenFile&& other) noexcept;
 
   // Without a name, on the file system of `folder`, able to take one there. A killed program leaves nothing behind.
-  int openNameless(const std::string& folder);
+  int openUnnamed(const std::string& folder);
   // The same; where the file system has no such files, one that can never take a name.
   int openScratch(const std::string& folder);
   // A new file of that name; EEXIST when there is one.
