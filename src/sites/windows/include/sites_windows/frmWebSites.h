@@ -52,7 +52,7 @@ class frmWebSites : public ListWindow {
   void stopRow(int row);
   void closeProcesses(const QString& siteName);
 
-  void addSiteRow(const SiteListRow& site);
+  int addSiteRow(const SiteListRow& site);
   void refreshRow(long siteId);
   SiteListRow siteOfRow(int row);
   int rowOf(long siteId);  // -1 when it has none
