@@ -116,7 +116,7 @@ class FirstSizeTest : public ProgramTest, public ::testing::WithParamInterface<L
   }
 
   std::unique_ptr<frmDownloadManager> main_;
-  std::int32_t site_ = 0;
+  Id site_ = 0;
 
  private:
   QFont before_;
