@@ -5,6 +5,7 @@
 #include "BasePath.h"
 #include "app/ReportError.h"
 #include "net/Address.h"
+#include "transfer/RequestAddress.h"
 
 namespace mv {
 
@@ -119,7 +120,12 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
-  walk_.begin(Inet2.TakeText(), computeBasePath());
+  if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
+    parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
+  walk_.begin({.text = Inet2.TakeText(),
+               .basePath = computeBasePath(),
+               .address = answeringAddress(),
+               .contentType = Inet2.GetHeader("Content-Type")});
   walkPage();
 }
 
@@ -171,6 +177,14 @@ bool ScanProcess::logIn() {
 std::string ScanProcess::computeBasePath() const {
   if (login_.isAnswerDue()) return folderOf(Inet2.ResponseAddress());
   return basePathOf(page_.location, Domain, queue_.alternateMatchpath());
+}
+
+// As a link to it is stored: when nobody led the request elsewhere, the address that was asked for, as readable as a
+// page wrote it.
+std::string ScanProcess::answeringAddress() const {
+  std::string answered = Inet2.ResponseAddress();
+  const auto asked = toRequestAddress(page_.location);
+  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {
