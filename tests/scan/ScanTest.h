@@ -65,7 +65,7 @@ class ScanTest : public Base {
   }
 
   TestSite site;
-  int siteId;
+  mv::Id siteId;
 };
 
 }  // namespace mvtest
