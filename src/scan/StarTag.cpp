@@ -40,7 +40,7 @@ Parts partsOf(std::string_view text) {
   parts.hasStar = text.size() > 2 && isHtmlBlank(text.front()) && behind.starts_with('*');
   if (!behind.starts_with('*')) return parts;
   text = behind.substr(1);
-  parts.hasStar = parts.hasStar && !text.empty() && isHtmlBlank(text.front());
+  parts.hasStar = parts.hasStar && (text.empty() || isHtmlBlank(text.front()));
   text = withoutBlanks(text);
   parts.attribute = takeName(text);
   parts.rest = withoutBlanks(text);
