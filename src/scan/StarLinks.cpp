@@ -56,13 +56,24 @@ void StarLinks::want(const std::string& element, const std::string& attribute, H
 void StarLinks::begin(std::string_view page, std::string_view address, AddressResolver::Encode encode) {
   page_ = page;
   resolver_.setPage(address, std::move(encode));
-  tokenizer_.begin();
   hasBase_ = false;
-  atEnd_ = page.empty();
+  if (found_.capacity() > kRememberedFound) found_ = {};
+  given_ = passed_ = 0;
+  start();
+}
+
+// The base that was found stays.
+void StarLinks::goBack(std::size_t count) {
+  given_ = passed_ = count;
+  start();
+}
+
+void StarLinks::start() {
+  tokenizer_.begin();
+  atEnd_ = page_.empty();
   isFinding_ = !atEnd_;
   next_ = 0;
   found_.clear();
-  if (found_.capacity() > kRememberedFound) found_.shrink_to_fit();
 }
 
 bool StarLinks::seek(std::size_t bytes) {
@@ -81,6 +92,7 @@ bool StarLinks::next(std::string& link) {
   seek(page_.size());
   if (next_ == found_.size()) return false;
   follow(found_[next_++], link);
+  ++given_;
   return true;
 }
 
@@ -90,7 +102,7 @@ void StarLinks::take(const HtmlTokenizer::StartTag& tag) {
     if (holds == Holds::Base)
       takeBase(attribute.value);
     else if (holds != Holds::HttpEquiv && (holds != Holds::Refresh || isRefresh(tag)))
-      found_.push_back({attribute.value, holds});
+      passed_ > 0 ? static_cast<void>(--passed_) : found_.push_back({attribute.value, holds});
   }
 }
 

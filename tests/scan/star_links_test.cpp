@@ -268,6 +268,21 @@ TEST(StarLinks, ComeInTheOrderOfThePage) {
   for (const auto& c : cases)
     for (const std::size_t stretch : {1u, 10u, 1000u}) EXPECT_EQ(linksOf(stars, c.page, stretch), c.links) << c.why;
 
+  // Back to any place, whatever has been given since.
+  const std::string page = "<a href=0><a href=1><base href=/b/><a href=2><a href=3>";
+  for (std::size_t back = 0; back <= 4; ++back) {
+    stars.begin(page, "host1/d/p.htm", nullptr);
+    std::string link;
+    for (std::size_t given = 0; given < 4; ++given) stars.next(link);
+    stars.goBack(back);
+    EXPECT_EQ(stars.given(), back);
+    for (std::size_t next = back; next < 4; ++next) {
+      ASSERT_TRUE(stars.next(link));
+      EXPECT_EQ(link, "host1/b/" + std::to_string(next));
+    }
+    EXPECT_FALSE(stars.next(link));
+  }
+
   const std::string longest(mv::StarLinks::kLongestLink - std::string("host1/d/").size(), 'x');
   EXPECT_EQ(linksOf(stars, "<a href=" + longest + "><a href=" + longest + "x><a href=1>", 1000),
             (std::vector<std::string>{"host1/d/" + longest, "", "host1/d/1"}));

@@ -31,6 +31,10 @@ class StarLinks {
   bool next(std::string& link);
   static constexpr std::size_t kLongestLink = 8192;
 
+  // So many links of the page next() has given; and back to where it had given `count`, at most that.
+  std::size_t given() const { return given_; }
+  void goBack(std::size_t count);
+
  private:
   // What an attribute holds.
   enum class Holds : std::uint8_t { Address, Candidates, Refresh, Base, HttpEquiv };
@@ -40,6 +44,7 @@ class StarLinks {
   };
 
   void want(const std::string& element, const std::string& attribute, Holds holds);
+  void start();
   void take(const HtmlTokenizer::StartTag& tag);
   bool isRefresh(const HtmlTokenizer::StartTag& tag) const;
   void takeBase(std::string_view value);
@@ -58,6 +63,8 @@ class StarLinks {
   bool isFinding_ = false;
   std::vector<Found> found_;  // in the pieces gone through last
   std::size_t next_ = 0;      // of them
+  std::size_t given_ = 0;
+  std::size_t passed_ = 0;  // so many more were given before going back
 };
 
 }  // namespace mv
