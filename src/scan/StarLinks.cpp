@@ -99,10 +99,12 @@ bool StarLinks::next(std::string& link) {
 void StarLinks::take(const HtmlTokenizer::StartTag& tag) {
   for (const HtmlTokenizer::Attribute& attribute : tag.attributes) {
     const Holds holds = holds_[tag.element][attribute.name];
-    if (holds == Holds::Base)
-      takeBase(attribute.value);
-    else if (holds != Holds::HttpEquiv && (holds != Holds::Refresh || isRefresh(tag)))
-      passed_ > 0 ? static_cast<void>(--passed_) : found_.push_back({attribute.value, holds});
+    if (holds == Holds::Base) takeBase(attribute.value);
+    if (holds == Holds::Base || holds == Holds::HttpEquiv || (holds == Holds::Refresh && !isRefresh(tag))) continue;
+    if (passed_ == 0)
+      found_.push_back({attribute.value, holds});
+    else
+      --passed_;
   }
 }
 
