@@ -165,7 +165,7 @@ bool FormUpdates::importForm(const FormRecord& form) {
     refuse(what, "its name stands for no login");
     return true;
   }
-  const std::int32_t id = nextSequenceValue("form_id");
+  const Id id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
   insertForm({id, form.name, form.description, form.formType});
   formId_ = id;
@@ -180,7 +180,7 @@ bool FormUpdates::importField(const FieldRecord& field) {
   if (isRefused("field " + field.name, {field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
                                         field.prompt, field.fieldName, field.fieldValue}))
     return true;
-  const std::int32_t id = nextSequenceValue("field_info_id");
+  const Id id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
   insertFormField({id, *formId_, field.name, field.logicalNumber, field.searchString, field.suppliedByUser != "no",
                    field.prompt, field.fieldName, field.fieldValue});

@@ -181,10 +181,7 @@ void CompactCopy::replaceSource() {
   }
 }
 
-void CompactCopy::removeFiles(const std::string& path) {
-  std::error_code ignored;
-  for (const char* suffix : kFileSuffixes) std::filesystem::remove(path + suffix, ignored);
-}
+void CompactCopy::removeFiles(const std::string& path) { engine::removeFiles(path); }
 
 bool CompactCopy::isWhole(const std::string& path, const Database::TableNames& neededTables) try {
   checkDatabase(path, neededTables);

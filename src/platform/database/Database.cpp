@@ -9,17 +9,10 @@
 #include "SqlDialect.h"
 #include "Sqlite.h"
 #include "StatementCache.h"
-#include "database/CompactCopy.h"
 
 namespace mv {
 
 using namespace engine;
-
-DatabaseError::DatabaseError(long number, std::string description, std::string source)
-    : std::runtime_error(description),
-      number_(number),
-      description_(std::move(description)),
-      source_(std::move(source)) {}
 
 namespace {
 
@@ -98,7 +91,7 @@ struct Database::Connection {
   void takeJournalAlong() {
     statements.reset();
     sqlite3_wal_checkpoint_v2(main.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
-    if (fileSize(path) < 0) CompactCopy::removeFiles(path);
+    if (fileSize(path) < 0) removeFiles(path);
   }
 
   void giveBack(Reader& reader) {

@@ -15,6 +15,8 @@ namespace mv::engine {
 namespace {
 
 constexpr int kBusyTimeoutMs = 2000;
+// A database and what the engine keeps beside it: what their names add to the database's.
+constexpr const char* kFileSuffixes[] = {"", "-journal", "-wal", "-shm"};
 constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page
 
 long numberOfMessage(std::string_view message) {
@@ -158,6 +160,10 @@ void keepPrivate(const std::string& path) {
   for (const char* suffix : kFileSuffixes) chmod((path + suffix).c_str(), S_IRUSR | S_IWUSR);
 }
 
+void removeFiles(const std::string& path) {
+  for (const char* suffix : kFileSuffixes) unlink((path + suffix).c_str());
+}
+
 bool hasMoved(sqlite3* connection) {
   int moved = 0;
   return sqlite3_file_control(connection, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
@@ -205,7 +211,7 @@ void checkHeader(sqlite3* connection, const std::string& path) {
               "has a newer file format than this program knows. Please use the program that wrote it.");
 }
 
-void checkTables(sqlite3* connection, const std::string& path, const Database::TableNames& needed) {
+void checkTables(sqlite3* connection, const std::string& path, const std::vector<std::string_view>& needed) {
   const StatementPtr find =
       prepare(connection, "select 1 from sqlite_schema where type = 'table' and name = ?1 collate nocase", "check");
   for (const std::string_view table : needed) {
@@ -236,7 +242,7 @@ void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
 
 // Reading "immutable" leaves no trace; it must not be used where a
 // journal may hold pages that the file has not: after a killed run, or beside another one.
-void checkDatabase(const std::string& path, const Database::TableNames& needed) {
+void checkDatabase(const std::string& path, const std::vector<std::string_view>& needed) {
   checkFile(path);
   const bool rollBack = fileSize(path + "-journal") > 0;
   const bool journal = rollBack || fileSize(path + "-wal") >= 0;

@@ -80,10 +80,10 @@ void endProcess(const std::string& siteName, Window* own) {
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
   const Id loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
-  scan->process().SiteID = static_cast<std::int32_t>(site.id);
+  scan->process().SiteID = site.id;
   scan->process().SiteName = site.name;
   scan->process().Domain = site.domain;
-  scan->process().LoginFormID = static_cast<std::int32_t>(loginForm);
+  scan->process().LoginFormID = loginForm;
   scan->process().DomainHops = site.hops;
   scan->setCaption(scan->settledCaption());
   scan->showChild();
@@ -93,7 +93,7 @@ QPointer<ChildWindow> openScan(const SiteListRow& site) {
 
 QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   const QPointer<frmDownload> download = new frmDownload;
-  download->process().SiteId = static_cast<std::int32_t>(site.id);
+  download->process().SiteId = site.id;
   download->process().SiteName = site.name;
   download->process().UniqueNames = yesNo(site.uniqueNames);
   download->process().BaseName = site.baseName;
@@ -242,7 +242,7 @@ void frmWebSites::addSiteRow(const SiteListRow& site) {
   list().addRow(textsOf(site));
 }
 
-void frmWebSites::refreshRow(long siteId) {
+void frmWebSites::refreshRow(Id siteId) {
   const int row = rowOf(siteId);
   if (row < 0) return;
   const bool running = isRunning(row);
@@ -262,7 +262,7 @@ SiteListRow frmWebSites::siteOfRow(int row) const {
   return found == sites_.end() ? SiteListRow() : found->second;
 }
 
-int frmWebSites::rowOf(long siteId) { return list().findRow(kId, QString::number(siteId)); }
+int frmWebSites::rowOf(Id siteId) { return list().findRow(kId, QString::number(siteId)); }
 
 bool frmWebSites::isRunning(int row) { return list().isBold(row); }
 
@@ -277,7 +277,7 @@ void frmWebSites::offerStart(bool start) {
 }
 
 void frmWebSites::rowWasChosen(int row) {
-  selectedSiteID_ = static_cast<long>(idOfRow(row));
+  selectedSiteID_ = idOfRow(row);
   offerStart(!isRunning(row));
 }
 
@@ -297,8 +297,8 @@ void frmWebSites::openEdit() {
   if (selectedSiteID_ == 0) return;
   auto* editor = new frmNew;
   editor->Mode = "edit";
-  editor->SiteID = static_cast<std::int32_t>(selectedSiteID_);
   const std::string name = sites_[selectedSiteID_].name;
+  editor->SiteID = selectedSiteID_;
   editor->SiteName = toQString(name);
   editor->setCaption("Edit: " + shownAddress(name));
   editor->open();

@@ -6,11 +6,13 @@
 
 #include "base/Text.h"
 
+#include "store/Id.h"
+
 namespace mv {
 
 // Built-in authentication: a site's values of two fields are the user name and the password of its web requests.
 struct AuthenticationForm {
-  std::int32_t formId;
+  Id formId;
   int userNameField;
   int passwordField;
 };
@@ -22,7 +24,7 @@ constexpr bool isAuthenticationForm(std::int64_t formId) {
   return false;
 }
 
-inline constexpr std::int32_t kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
+inline constexpr Id kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
 inline constexpr const char* kNoLoginFormName = "***None***";
 // A form of this name would be taken for that one, and hidden.
 inline bool standsForNoLogin(std::string_view name) {

@@ -5,6 +5,7 @@
 
 #include "catalog/clsPath.h"
 #include "desktop/ListView.h"
+#include "store/Id.h"
 #include "windows/ChildWindow.h"
 
 class QLineEdit;
@@ -17,9 +18,8 @@ class frmSitePaths : public ChildWindow {
  public:
   frmSitePaths();
 
-  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName, whose
-  // password is masked.
-  std::int32_t SiteID = 0;
+  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName, whose password is masked.
+  Id SiteID = 0;
   QString SiteName;
 
   // Restores the place, builds the list and shows the window.

@@ -56,11 +56,11 @@ class frmWebSites : public ListWindow {
   void closeProcesses(const SiteListRow& site);
 
   void addSiteRow(const SiteListRow& site);
-  void refreshRow(long siteId);
+  void refreshRow(Id siteId);
   Id idOfRow(int row) const;
   // As it is stored; the row shows the name without its password.
   SiteListRow siteOfRow(int row) const;
-  int rowOf(long siteId);  // -1 when it has none
+  int rowOf(Id siteId);  // -1 when it has none
   bool isRunning(int row);
   void setRunning(int row, bool running);
   void offerStart(bool start);
@@ -75,7 +75,7 @@ class frmWebSites : public ListWindow {
   void dropFilters(const QString& text);
   void quitWhenDue();
 
-  long selectedSiteID_ = 0;          // the row last clicked; 0 when none, or when it is gone
+  Id selectedSiteID_ = 0;            // the row last clicked; 0 when none, or when it is gone
   std::map<Id, SiteListRow> sites_;  // those of the rows
   std::set<Id> runningSites_;        // started and not yet stopped by this window
   long maxConnections_ = 0;
