@@ -1,17 +1,16 @@
 // The entry of the program.
 
 #include <QApplication>
-#include <QDir>
 #include <QIcon>
 #include <QStandardPaths>
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include "base/EndSignals.h"
 #include "base/ProgramName.h"
 #include "base/Text.h"
 #include "program/StartUp.h"
-#include "shell/frmDownloadManager.h"
 
 namespace {
 
@@ -53,11 +52,10 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(programIcon());
 
   mv::StartUp startUp;
-  const std::string folder =
-      mv::findProgramFolder(mv::toUtf8(QCoreApplication::applicationDirPath()),
-                            mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
-  if (!startUp.run(folder)) return 1;
-  // A request of the system to end (a log-out, Ctrl+C) closes the program as its close box does.
-  mv::onEndSignal([&] { startUp.mainWindow()->close(); });
-  return QApplication::exec();
+  mv::onEndSignal([&] { startUp.end(); });
+  const bool hasWindow =
+      startUp.run(mv::toUtf8(QCoreApplication::applicationDirPath()),
+                  mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
+  if (startUp.isEnded()) return EXIT_SUCCESS;
+  return hasWindow ? QApplication::exec() : EXIT_FAILURE;
 }

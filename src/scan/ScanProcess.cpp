@@ -4,7 +4,7 @@
 
 #include "BasePath.h"
 #include "app/ReportError.h"
-#include "net/Address.h"
+#include "base/WebAddress.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
@@ -102,7 +102,7 @@ void ScanProcess::takeUp(int index) {
 }
 
 void ScanProcess::showPage() {
-  show(status_.page, maskUserInfo(page_.url));
+  show(status_.page, maskPassword(page_.url));
   show(status_.lastPage, status_.page);
 }
 
@@ -112,7 +112,7 @@ void ScanProcess::updateStatus(const std::string& kind, const std::string& reaso
     show(status_.pagesLeft, queue_.pagesLeft());
     show(status_.pagesProcessed, queue_.pagesProcessed());
   } else if (kind == "error") {
-    showError(maskUserInfo(page_.url), reason, code);
+    showError(maskPassword(page_.url), reason, code);
   }
 }
 
