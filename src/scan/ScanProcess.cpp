@@ -5,6 +5,7 @@
 #include "BasePath.h"
 #include "app/ReportError.h"
 #include "base/WebAddress.h"
+#include "net/Address.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
