@@ -9,6 +9,7 @@
 #include "ContentsSize.h"
 #include "FreeSpace.h"
 #include "LoadedWindows.h"
+#include "app/Settings.h"
 #include "base/Text.h"
 #include "store/WindowPlaces.h"
 #include "windows/MainFrame.h"
@@ -252,7 +253,7 @@ bool ChildWindow::restorePosition() {
 }
 
 void ChildWindow::savePosition() {
-  if (isMinimised()) return;
+  if (isMinimised() || !gDatabase.isOpen()) return;
   const TwipRect at = place();
   saveWindowPosition(toUtf8(positionKey()), at.top, at.left, at.height, at.width);
 }

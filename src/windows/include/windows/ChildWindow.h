@@ -118,7 +118,7 @@ class ChildWindow : public QWidget {
 
   // The stored place under positionKey(), when there is one. True when it was applied. Raises DatabaseError.
   bool restorePosition();
-  // Stores the place, unless the window is minimised. Raises DatabaseError.
+  // Stores the place, unless the window is minimised or the database has gone. Raises DatabaseError.
   void savePosition();
   void closeEvent(QCloseEvent* event) override;
 
