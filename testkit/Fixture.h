@@ -70,10 +70,12 @@ class TestFrame : public QMainWindow, public mv::MainFrame {
   void setClipboardItemsEnabled(bool enabled) override { clipboardEnabled = enabled; }
   void setDeleteWebSiteEnabled(bool enabled) override { deleteWebSiteEnabled = enabled; }
   void hideStatusIndicators() override { ++indicatorsHidden; }
+  void say(const QString& line) override { said = line; }
 
   std::optional<bool> clipboardEnabled;
   std::optional<bool> deleteWebSiteEnabled;
   int indicatorsHidden = 0;
+  QString said;
 
  private:
   QMdiArea* area_;

@@ -23,7 +23,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 200;  // milliseconds
+constexpr int kWorkInterval = 200;      // milliseconds
+constexpr int kArrivingInterval = 100;  // milliseconds
 constexpr const char* kSkip = "skip";
 
 // The leading whole number of a header's value; 0 for anything that is no size.
@@ -78,6 +79,8 @@ WorkRow workRow(LinkRow link) {
 
 DownloadProcess::DownloadProcess()
     : Process({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}, kWorkInterval) {
+  arriving_.setInterval(kArrivingInterval);
+  connect(&arriving_, &QTimer::timeout, this, [this] { run([this] { showArriving(); }); });
   // A file half received when the process is stopped goes at once, not with the window.
   connect(this, &Process::stopped, this, [this] { file_.reset(); });
 }
@@ -185,7 +188,22 @@ void DownloadProcess::beginEntry(const WorkRow& row) {
 
 void DownloadProcess::showFile(FileStatus::Note note) { show(status_.file, FileStatus{entry_.fileName, note}); }
 
+bool DownloadProcess::hasNothingLeft() const {
+  return lvwLinks.count() == 0 && !entry_.outcomeDue && !Inet2.StillExecuting();
+}
+
+void DownloadProcess::count(long DownloadCounts::*outcome) {
+  ++(status_.counts.*outcome);
+  touch();
+}
+
+void DownloadProcess::fileIsAt(const std::string& path) {
+  if (const int row = lvwLinks.findLink(entry_.linkId); row >= 0) lvwLinks.setSavedPath(row, path);
+}
+
 void DownloadProcess::skipEntry(int index) {
+  count(&DownloadCounts::existing);
+  fileIsAt(joined(entry_.savePath, cleanFileName(entry_.fileName)));
   showFile(FileStatus::Note::Exists);
   lvwLinks.setState(index, RowState::Exists);
   markLinkDone();
@@ -193,6 +211,7 @@ void DownloadProcess::skipEntry(int index) {
 }
 
 void DownloadProcess::transferEvent(int state) {
+  if (state == kError || state == kResponseCompleted) arriving_.stop();
   if (state == kError) transferFailed();
   if (state != kResponseCompleted) return;
   if (entry_.mode == kGetFile)
@@ -232,14 +251,17 @@ void DownloadProcess::checkHeader() {
 
 void DownloadProcess::refuseFile() {
   if (entry_.contentLength == 0) {
+    count(&DownloadCounts::unknownSize);
     showSize(SizeStatus::Verdict::Unknown);
     return;
   }
   if (entry_.contentLength < lowerLimit(limits_)) {
+    count(&DownloadCounts::tooSmall);
     showSize(SizeStatus::Verdict::TooSmall, lowerLimit(limits_));
     showFile(FileStatus::Note::TooSmall);
   }
   if (entry_.contentLength > upperLimit(limits_)) {
+    count(&DownloadCounts::tooBig);
     showSize(SizeStatus::Verdict::TooBig, upperLimit(limits_));
     showFile(FileStatus::Note::TooBig);
   }
@@ -253,6 +275,19 @@ void DownloadProcess::requestFile() {
   entry_.mode = kGetFile;
   Inet2.setTargetFolder(entry_.savePath);
   Inet2.Execute(entry_.url, "Get", BodyMode::File);
+  showArriving();
+  arriving_.start();
+}
+
+// The body is read from memory or the spool when it is whole; over a network it is the arriving that takes the time.
+void DownloadProcess::showArriving() {
+  if (entry_.mode != kGetFile || !Inet2.StillExecuting()) {
+    arriving_.stop();
+    return;
+  }
+  const std::int64_t bytes = std::min(Inet2.BytesReceived(), entry_.contentLength);
+  showSaveProgress(bytes);
+  showReceived(bytes);
 }
 
 // When the statement fails it is tried again, with the same outcome.
@@ -272,6 +307,7 @@ void DownloadProcess::showCounters(const std::string& kind, const std::string& r
   if (kind == "filesinqueue") {
     show(status_.queue, queueSize());
     show(status_.processed, processedCount_);
+    show(status_.waiting, lvwLinks.waitingCount());
   } else if (kind == "error") {
     showError(fileText(status_), reason, code);
   }
@@ -369,6 +405,9 @@ void DownloadProcess::fileReceived() {
   showReceived(entry_.contentLength);
   file_->commit();
   file_.reset();
+  fileIsAt(entry_.fullPath);
+  count(&DownloadCounts::saved);
+  status_.counts.bytes += entry_.bytesReceived;
   Q_EMIT fileSaved(entry_.fullPath);
   enableWorkTimer();
 }

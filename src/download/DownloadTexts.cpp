@@ -5,6 +5,7 @@
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "base/WebAddress.h"
+#include "process/ProcessTexts.h"
 
 namespace mv {
 
@@ -70,6 +71,17 @@ std::string sizeText(const DownloadStatus& status) {
 std::string receivedText(const DownloadStatus& status) { return captioned("Received:", status.received); }
 
 std::string leftText(const DownloadStatus& status) { return captioned("Left:", status.left); }
+
+std::string outcomeText(const DownloadStatus& status, long failed) {
+  const DownloadCounts& counts = status.counts;
+  const std::string outcomes = joinedCounts({{counts.saved, "file saved", "files saved"},
+                                             {counts.existing, "there already"},
+                                             {counts.tooSmall, "too small"},
+                                             {counts.tooBig, "too big"},
+                                             {counts.unknownSize, "of unknown size"},
+                                             {failed, "failed"}});
+  return (outcomes.empty() ? "No file yet" : outcomes) + ". " + waitingText(status.waiting, "file");
+}
 
 std::string savePathText(const DownloadStatus& status) { return captioned("Saving to:", status.savePath); }
 

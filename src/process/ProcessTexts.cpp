@@ -14,4 +14,19 @@ std::string errorTimeText(const ProcessError& error) { return "Time: " + dateTim
 
 std::string errorCountText(const ProcessError& error) { return "Errors: " + std::to_string(error.count); }
 
+std::string joinedCounts(const std::vector<CountText>& counts) {
+  std::string text;
+  for (const auto& [number, one, many] : counts) {
+    if (number == 0) continue;
+    if (!text.empty()) text += ", ";
+    text += std::to_string(number) + " " + (many && number != 1 ? many : one);
+  }
+  return text;
+}
+
+std::string waitingText(long waiting, const std::string& what) {
+  if (waiting == 0) return "Nothing waits.";
+  return std::to_string(waiting) + " " + what + (waiting == 1 ? " waits." : "s wait.");
+}
+
 }  // namespace mv

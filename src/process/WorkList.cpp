@@ -59,6 +59,7 @@ void WorkList::append(std::vector<WorkRow> rows) {
 void WorkList::add(WorkRow row) {
   // Of rows with the same id the first in the list is the one that is found.
   byLink_.emplace(row.linkId, count());
+  if (row.state == RowState::Waiting) ++waitingCount_;
   if (row.tagged) addresses_.insert(listedText(row.url));
   rows_.push_back(std::move(row));
 }
@@ -68,12 +69,15 @@ void WorkList::clear() {
   rows_.clear();
   byLink_.clear();
   addresses_.clear();
+  waitingCount_ = 0;
   waitingCursor_ = 0;
   endResetModel();
 }
 
 void WorkList::setState(int index, RowState state) {
-  rows_[static_cast<std::size_t>(index)].state = state;
+  RowState& shown = rows_[static_cast<std::size_t>(index)].state;
+  waitingCount_ += (state == RowState::Waiting ? 1 : 0) - (shown == RowState::Waiting ? 1 : 0);
+  shown = state;
   if (state == RowState::Waiting) waitingCursor_ = std::min(waitingCursor_, index);
   const QModelIndex cell = this->index(index, kState);
   Q_EMIT dataChanged(cell, cell);

@@ -112,6 +112,8 @@ void ScanProcess::updateStatus(const std::string& kind, const std::string& reaso
   if (kind == "pagestoscan") {
     show(status_.pagesLeft, queue_.pagesLeft());
     show(status_.pagesProcessed, queue_.pagesProcessed());
+    show(status_.waiting, lvwLinks.waitingCount());
+    show(status_.onlyStartPage, queue_.rowsAdded() == 1);
   } else if (kind == "error") {
     showError(maskPassword(page_.url), reason, code);
   }
@@ -146,6 +148,9 @@ void ScanProcess::walkPage() {
     return;
   }
   if (StopRequested()) return;
+  ++status_.pagesRead;
+  status_.linksKeptOut = parser_.linksKeptOut();
+  updateStatus("pagestoscan");
   const bool loggingIn = logIn();
   walk_.end();
   if (!loggingIn) enableWorkTimer();
@@ -154,7 +159,9 @@ void ScanProcess::walkPage() {
 
 bool ScanProcess::storeLink() {
   try {
+    parser_.Flag = false;
     queue_.store(parser_);
+    if (parser_.Flag) ++status_.linksFound;
   } catch (const NoLinkId&) {
     return false;  // the user has been told, and would be told again for every further link of the page
   } catch (const std::exception& error) {

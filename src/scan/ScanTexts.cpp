@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 #include "base/WebAddress.h"
 #include "net/Address.h"
+#include "process/ProcessTexts.h"
 
 namespace mv {
 
@@ -50,6 +51,16 @@ std::string toScanText(const ScanStatus& status) { return "To Scan: " + std::to_
 
 std::string pagesProcessedText(const ScanStatus& status) {
   return "Processed: " + std::to_string(status.pagesProcessed);
+}
+
+std::string scanOutcomeText(const ScanStatus& status, long failed) {
+  const std::string outcomes = joinedCounts({{status.pagesRead, "page read", "pages read"},
+                                             {status.linksFound, "link found", "links found"},
+                                             {status.linksKeptOut, "kept out by filters"},
+                                             {failed, "failed"}});
+  if (outcomes.empty()) return "No page yet. " + waitingText(status.waiting, "page");
+  if (status.waiting > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
+  return outcomes + ". Start page next.";
 }
 
 std::string loginText(const LoginStatus& login) {

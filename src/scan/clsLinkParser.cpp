@@ -139,6 +139,7 @@ bool clsLinkParser::passesFilters() {
   applyGlobalFilters();
   if (!Flag) applySiteFilters();
   const bool passes = !Flag;
+  if (!passes) ++linksKeptOut_;
   Flag = false;
   return passes;
 }

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "NormalPlace.h"
+#include "StatusFoot.h"
 #include "WindowList.h"
 #include "app/ErrorLog.h"
 #include "app/Events.h"
@@ -89,7 +90,7 @@ void frmDownloadManager::addItem(QMenu& menu, const MenuItem& item) {
     connect(entry, &QAction::triggered, this, [this, item] { guarded(item.name.c_str(), [&] { item.work(*this); }); });
 }
 
-// The online checks stand below the child windows.
+// The online checks and the foot stand below the child windows.
 void frmDownloadManager::layOut() {
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -99,6 +100,8 @@ void frmDownloadManager::layOut() {
   whole->setSpacing(0);
   whole->addWidget(area_, 1);
   whole->addWidget(online_);
+  foot_ = new StatusFoot(central);
+  whole->addWidget(foot_);
   setCentralWidget(central);
 }
 
@@ -135,6 +138,8 @@ void frmDownloadManager::setClipboardItemsEnabled(bool enabled) {
 void frmDownloadManager::setDeleteWebSiteEnabled(bool enabled) { setItemEnabled(kDeleteWebSiteItem, enabled); }
 
 void frmDownloadManager::hideStatusIndicators() { online_->hidePanels(); }
+
+void frmDownloadManager::say(const QString& line) { foot_->say(line); }
 
 void frmDownloadManager::getFormUpdates() { online_->formUpdates.getFormUpdates(); }
 void frmDownloadManager::fetchNextFormUpdate() { online_->formUpdates.fetchNextFormUpdate(); }

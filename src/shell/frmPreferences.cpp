@@ -89,6 +89,10 @@ QWidget* leftAligned(QPushButton* button) {
   return line;
 }
 
+bool countsFromNextStart(const Preferences& before, const Preferences& now) {
+  return before.autoScan != now.autoScan || before.autoUpdate != now.autoUpdate || before.helpServer != now.helpServer;
+}
+
 }  // namespace
 
 frmPreferences::frmPreferences() : ChildWindow(kWidth, kHeight) {
@@ -295,6 +299,7 @@ void frmPreferences::refreshPreferenceControls() {
 
 void frmPreferences::sliderMoved(int hours) {
   if (loading_) return;
+  hoursChanged_ = true;
   preferences_.quitTime = hours;
   txtGenQuitAfterThisManyHours_->setText(QString::number(hours));
 }
@@ -309,7 +314,10 @@ void frmPreferences::savePreferences() {
 }
 
 void frmPreferences::saveAndClose() {
+  const Preferences before = preferences_;
   if (SSTabPrefs_->isEnabled()) savePreferences();
+  if (countsFromNextStart(before, preferences_) || hoursChanged_)
+    sayInFoot("The changed settings of AutoScan, AutoUpdate and the Help Server count from the next start.");
   unload();
 }
 

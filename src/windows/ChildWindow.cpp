@@ -210,13 +210,15 @@ QPoint ChildWindow::firstPoint(const QSize& size) const {
     std::vector<QRect> taken;
     for (const ChildWindow* other : loadedWindows())
       if (other != this && other->keepsItsPlace()) taken.push_back(other->frame_->normalGeometry());
+    if (const ChildWindow* above = standsBelow()) {
+      const QRect place(above->frame_->geometry().bottomLeft() + QPoint(0, 1), size);
+      if (isFree(room, place, taken)) return place.topLeft();
+    }
     const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
     if (const auto place = freePlace(room, withFollowers, taken)) return *place;
     if (const auto place = freePlace(room, size, taken)) return *place;
   }
-  const QPoint place = cascadedPoint();
-  return {std::clamp(place.x(), 0, std::max(0, room.width() - size.width())),
-          std::clamp(place.y(), 0, std::max(0, room.height() - size.height()))};
+  return within(cascadedPoint(), size);
 }
 
 QPoint ChildWindow::cascadedPoint() const {
@@ -234,6 +236,13 @@ void ChildWindow::setOwnHeight(int height) {
   size_.setOwnHeight(height);
   const QSize given(size_.kept(frame_->normalGeometry().size()).width(), height);
   frame_->resize(shownSize(given));
+  if (frame_->mdiArea()->isVisible()) frame_->move(within(frame_->pos(), frame_->size()));
+}
+
+// `place`, moved so that a window of `size` is in view as a whole, where it has room.
+QPoint ChildWindow::within(const QPoint& place, const QSize& size) const {
+  const QSize spare = frame_->mdiArea()->viewport()->size() - size;
+  return {std::clamp(place.x(), 0, std::max(0, spare.width())), std::clamp(place.y(), 0, std::max(0, spare.height()))};
 }
 
 void ChildWindow::returnToOwnSize() {

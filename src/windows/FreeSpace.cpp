@@ -5,6 +5,11 @@
 
 namespace mv {
 
+bool isFree(const QSize& room, const QRect& place, const std::vector<QRect>& taken) {
+  return QRect(QPoint(), room).contains(place) &&
+         std::none_of(taken.begin(), taken.end(), [&](const QRect& other) { return other.intersects(place); });
+}
+
 // The leftmost place stands at the left edge or right of a window, the topmost at the upper edge or below one.
 std::optional<QPoint> freePlace(const QSize& room, const QSize& size, const std::vector<QRect>& taken) {
   std::set<int> lefts{0};
@@ -13,14 +18,9 @@ std::optional<QPoint> freePlace(const QSize& room, const QSize& size, const std:
     lefts.insert(window.right() + 1);
     tops.insert(window.bottom() + 1);
   }
-  const QRect whole(QPoint(), room);
   for (const int left : lefts)
-    for (const int top : tops) {
-      const QRect place(QPoint(left, top), size);
-      const bool free =
-          std::none_of(taken.begin(), taken.end(), [&](const QRect& other) { return other.intersects(place); });
-      if (free && whole.contains(place)) return place.topLeft();
-    }
+    for (const int top : tops)
+      if (isFree(room, QRect(QPoint(left, top), size), taken)) return QPoint(left, top);
   return std::nullopt;
 }
 

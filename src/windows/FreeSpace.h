@@ -9,6 +9,9 @@
 
 namespace mv {
 
+// Whether `place` lies within `room` and overlaps none of `taken`.
+bool isFree(const QSize& room, const QRect& place, const std::vector<QRect>& taken);
+
 // Of the places within `room` where a window of `size` overlaps none of `taken`, the topmost of the leftmost; none when
 // there is no such place.
 std::optional<QPoint> freePlace(const QSize& room, const QSize& size, const std::vector<QRect>& taken);

@@ -1,5 +1,6 @@
 #include "windows/ListHelpers.h"
 
+#include <QFileInfo>
 #include <QSet>
 #include <QUrl>
 
@@ -27,6 +28,19 @@ void openInBrowser(QWidget* owner, const QString& url) {
     showMessage(owner, applicationTitle(), "This is no address of a web page:\r\n" + url, MessageIcon::Exclamation);
   else if (!openWithDefaultBrowser(address))
     showMessage(owner, applicationTitle(), "Sorry, couldn't find your browser.", MessageIcon::None);
+}
+
+void openPath(QWidget* owner, const QString& path) {
+  if (!QFileInfo::exists(path))
+    showMessage(owner, applicationTitle(), "It is not there:\r\n" + path, MessageIcon::Exclamation);
+  else if (!openWithDefaultBrowser(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)))
+    showMessage(owner, applicationTitle(), "No program of this desktop opens it:\r\n" + path, MessageIcon::Exclamation);
+}
+
+QString publicAddress(const QString& address) {
+  QUrl url(QUrl(address).isRelative() || !address.contains("://") ? "http://" + address : address);
+  url.setUserInfo({});
+  return url.toString();
 }
 
 void takeFirstLine(std::string& text, std::string& line) {

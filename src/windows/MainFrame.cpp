@@ -15,4 +15,8 @@ MainFrame::~MainFrame() {
 
 MainFrame* MainFrame::current() { return theFrame; }
 
+void sayInFoot(const QString& line) {
+  if (theFrame) theFrame->say(line);
+}
+
 }  // namespace mv

@@ -3,11 +3,15 @@
 #include <QBuffer>
 #include <QImage>
 #include <QPointer>
+#include <QProgressBar>
+#include <QScopeGuard>
+#include <thread>
 
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTest.h"
 #include "download_windows/frmDownload.h"
 #include "testkit/Controls.h"
+#include "testkit/LoopbackServer.h"
 
 namespace {
 
@@ -35,6 +39,47 @@ TEST_F(DownloadWindowTest, ShowsTheStateOfItsProcess) {
   ASSERT_TRUE(waitFor([this] { return text("lblInfoErrorCount") == "Errors: 1"; }));
   EXPECT_EQ(text("lblInfoErrorFile"), "File: closed.jpg");
   EXPECT_TRUE(waitFor([this] { return text("lblFilesInQueue") == "Queue: 50"; }));
+}
+
+// The server sends a part, and then nothing for a while.
+TEST_F(DownloadWindowTest, ShowsHowMuchOfAFileHasArrivedWhileItArrives) {
+  const std::string part(40'000, 'x');
+  LoopbackServer server([&](std::string_view, Reply& reply) {
+    reply.text = "HTTP/1.1 200 OK\r\nContent-Type: image/jpeg\r\nContent-Length: 100000\r\n\r\n";
+    reply.body = part;
+    reply.after = AfterReply::Hold;
+  });
+  std::thread serving([&] { server.run(); });
+  const auto stopped = qScopeGuard([&] {
+    server.stop();
+    serving.join();
+  });
+  addLink("127.0.0.1:" + std::to_string(server.port()) + "/slow.jpg", "jpg");
+  window->initWindow();
+  EXPECT_TRUE(waitFor([this] { return text("lblInfoBytesReceived") == "Received: 40000"; }));
+  EXPECT_EQ(text("lblInfoBytesLeft"), "Left: 60000");
+  const auto& bar = control<QProgressBar>(window, "pbarSave");
+  EXPECT_NEAR(static_cast<double>(bar.value()) / bar.maximum(), 0.4, 0.02);
+  EXPECT_FALSE(allDone());
+  endForGood(window);
+}
+
+TEST_F(DownloadWindowTest, TheFootSaysWhatCameOfTheFiles) {
+  setSite("lower_limit = 1");
+  addFile("/good.jpg", std::string(2000, 'g'));
+  addFile("/small.jpg", "s");
+  addFile("/there.jpg", std::string(2000, 't'));
+  write("there.jpg", "mine");
+  addLink("127.0.0.1:1/closed.jpg", "jpg");
+  window->initWindow();
+  EXPECT_FALSE(control<QPushButton>(window, "btnDetails").isVisible() &&
+               !control<QPushButton>(window, "btnDetails").icon().isNull());
+  EXPECT_TRUE(waitFor([this] {
+    return text("lblState") == "1 file saved, 1 there already, 1 too small, 1 failed. Nothing waits.";
+  })) << qPrintable(text("lblState"));
+  EXPECT_FALSE(control<QPushButton>(window, "btnDetails").icon().isNull()) << "an error that nobody has seen";
+  click(window, "btnDetails");
+  EXPECT_TRUE(control<QPushButton>(window, "btnDetails").icon().isNull());
 }
 
 TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {

@@ -1,6 +1,7 @@
 #include "download_windows/frmDownload.h"
 
 #include <QEvent>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -10,8 +11,10 @@
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTexts.h"
+#include "windows/ListHelpers.h"
 #include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -28,6 +31,47 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
 QString frmDownload::positionKey() const { return settledCaption(); }
 
 QString frmDownload::settledCaption() const { return toQString(downloadTitle(process_->SiteName)); }
+
+Totals frmDownload::totals() const {
+  const DownloadStatus& status = process_->status();
+  return {.waiting = status.waiting,
+          .saved = status.counts.saved,
+          .failed = process_->ErrorCount(),
+          .bytes = status.counts.bytes};
+}
+
+const ChildWindow* frmDownload::standsBelow() const {
+  const ChildWindow* scan =
+      WindowRegistry::instance().findByKey(kScanTitle + positionKey().mid(QLatin1String(kDownloadTitle).size()));
+  return scan && scan->isChildVisible() ? scan : nullptr;
+}
+
+std::string frmDownload::stateText() const { return outcomeText(process_->status(), process_->ErrorCount()); }
+
+// --- the way to the files
+
+Commands frmDownload::fileCommands(const QString& path, const QString& folder) {
+  return {{"mnuRowOpen", "&Open", [this, path] { run([&] { openPath(this, path); }); }, !path.isEmpty()},
+          {"mnuRowFolder", "Open &Folder", [this, folder] { run([&] { openPath(this, folder); }); }}};
+}
+
+Commands frmDownload::commandsOf(int row) {
+  const QString path = toQString(process_->lvwLinks.row(row).savedPath);
+  Commands all = fileCommands(path, path.isEmpty() ? toQString(process_->folder()) : QFileInfo(path).path());
+  for (Command& command : ProcessWindow::commandsOf(row)) all.push_back(std::move(command));
+  return all;
+}
+
+void frmDownload::openRow(int row) {
+  const QString path = toQString(process_->lvwLinks.row(row).savedPath);
+  if (!path.isEmpty()) openPath(this, path);
+}
+
+Commands frmDownload::previewCommands() {
+  const QString path = toQString(lastSaved_);
+  if (path.isEmpty()) return {};
+  return fileCommands(path, QFileInfo(path).path());
+}
 
 void frmDownload::initWindow() {
   run([this] {
@@ -59,6 +103,7 @@ QWidget* frmDownload::makePreviewTab() {
   Gear1_->setObjectName("Gear1");
   Gear1_->setAccessibleName("Preview");
   Gear1_->installEventFilter(this);
+  offerCommands(*Gear1_, [this] { return previewCommands(); });
   auto* layout = new QVBoxLayout(frame);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(Gear1_);

@@ -1,6 +1,7 @@
 #include "FolderDialog.h"
 
 #include <QDir>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHBoxLayout>
@@ -9,14 +10,21 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QStandardPaths>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include "base/ProgramName.h"
+#include "base/UserSettings.h"
 
 namespace mv {
 namespace {
 
 constexpr QSize kInitialSize(420, 460);
 constexpr int kSettleMs = 50;
+constexpr const char* kSettings = "FolderDialog";
+constexpr const char* kLastFolder = "LastFolder";
 
 QString absoluteFolder(const QString& path) {
   return QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
@@ -83,6 +91,7 @@ void FolderDialog::layOut(const QString& promptText) {
   lineRow->addWidget(line_, 1);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(prompt);
+  layout->addLayout(makePlaces());
   layout->addWidget(tree_, 1);
   layout->addLayout(lineRow);
   layout->addWidget(status_);
@@ -92,6 +101,9 @@ void FolderDialog::layOut(const QString& promptText) {
 QTreeView* FolderDialog::makeTree() {
   model_->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
   model_->setRootPath(QDir::rootPath());
+  // The model's own icons are the theme's, and there may be no theme.
+  static QFileIconProvider icons;
+  model_->setIconProvider(&icons);
   auto* tree = new QTreeView(this);
   tree->setObjectName("folders");
   tree->setModel(model_);
@@ -99,6 +111,33 @@ QTreeView* FolderDialog::makeTree() {
   tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
   for (int column = 1; column < model_->columnCount(); ++column) tree->hideColumn(column);
   return tree;
+}
+
+// The folders where files usually go, and the one chosen last.
+QLayout* FolderDialog::makePlaces() {
+  auto* row = new QHBoxLayout;
+  const auto add = [&](const char* name, const QString& caption, const QString& path) {
+    if (!QFileInfo(path).isDir()) return;
+    auto* button = new QToolButton(this);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setText(caption);
+    button->setToolTip(path.toHtmlEscaped());
+    button->setIcon(QFileIconProvider().icon(QFileIconProvider::Folder));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    connect(button, &QToolButton::clicked, this, [this, path] { showFolder(path); });
+    row->addWidget(button);
+  };
+  add("home", "Home", QDir::homePath());
+  add("downloads", "Downloads", QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+  add("pictures", "Pictures", QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+  add("last", "Last One", readUserSetting(kProgramName, kSettings, kLastFolder));
+  row->addStretch();
+  return row;
+}
+
+void FolderDialog::accept() {
+  saveUserSetting(kProgramName, kSettings, kLastFolder, folder());
+  QDialog::accept();
 }
 
 QLayout* FolderDialog::makeButtons() {

@@ -21,11 +21,14 @@ class FolderDialog : public QDialog {
 
   // The folder in the line, absolute, without a trailing separator (the root keeps its own).
   QString folder() const;
+  // Remembers the folder for the next dialogs.
+  void accept() override;
 
  private:
   QTreeView* makeTree();
   void layOut(const QString& promptText);
   QLayout* makeButtons();
+  QLayout* makePlaces();
   void treeMoved(const QModelIndex& index);
   void lineEdited();
   void makeFolder();

@@ -147,6 +147,8 @@ void InternetTransfer::cancel() { d->drop(); }
 
 bool InternetTransfer::StillExecuting() const { return d->executing; }
 
+std::int64_t InternetTransfer::BytesReceived() const { return d->request ? d->request->body().received() : 0; }
+
 void InternetTransfer::setTargetFolder(const std::string& folder) { d->targetFolder = folder; }
 
 bool InternetTransfer::MoveBodyTo(AtomicFile& file) { return d->completed && d->request->body().moveTo(file); }

@@ -19,7 +19,10 @@ constexpr std::size_t kShortText = std::size_t{1} << 20;
 ResponseBody::ResponseBody(BodyMode mode, const TransferLimits& limits)
     : isText_(mode == BodyMode::Text), limits_(limits), file_(limits.spoolThreshold, {}) {}
 
-bool ResponseBody::append(std::string_view bytes) { return isText_ ? appendText(bytes) : written(file_.append(bytes)); }
+bool ResponseBody::append(std::string_view bytes) {
+  received_ += std::ssize(bytes);
+  return isText_ ? appendText(bytes) : written(file_.append(bytes));
+}
 
 bool ResponseBody::appendText(std::string_view bytes) {
   if (text_.size() + bytes.size() > limits_.textLimit) {

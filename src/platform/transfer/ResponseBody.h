@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,8 @@ class ResponseBody {
   // After the last append, false as there. A page becomes UTF-8, from the charset that `contentType` names.
   bool finish(const std::string& contentType);
 
+  // Bytes of the body that have arrived, unpacked.
+  std::int64_t received() const { return received_; }
   bool hasFailed() const { return !failureText_.empty(); }
   long failureCode() const { return failureCode_; }  // a CURLcode
   const std::string& failureText() const { return failureText_; }
@@ -37,6 +40,7 @@ class ResponseBody {
   bool written(bool success);
 
   bool isText_;
+  std::int64_t received_ = 0;
   TransferLimits limits_;
   std::string text_;
   std::size_t textAt_ = 0;

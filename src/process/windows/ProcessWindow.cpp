@@ -1,5 +1,7 @@
 #include "process_windows/ProcessWindow.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -12,6 +14,7 @@
 #include "base/Text.h"
 #include "desktop/ListColumns.h"
 #include "process/ProcessTexts.h"
+#include "windows/ListHelpers.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -48,6 +51,7 @@ void ProcessWindow::buildControls() {
   pbarSave_->setRange(0, 1);
   btnDetails_ = new QPushButton(kShowDetails);
   btnDetails_->setObjectName("btnDetails");
+  lblState_ = new ElidedLabel("lblState");
   lblSiteId_ = new QLabel("Please Wait...", this);
   lblSiteId_->setObjectName("lblSiteId");
   lblSiteId_->hide();
@@ -71,6 +75,7 @@ void ProcessWindow::layOut() {
   lines->addLayout(summary_);
   lines->addLayout(lastLine);
   lines->addWidget(details_, 1);
+  lines->addWidget(lblState_);
   lines->addStretch(0);  // takes what a collapsed window has too much
 }
 
@@ -104,7 +109,15 @@ void ProcessWindow::buildLinkView() {
   lvwLinks_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
 }
 
+Commands ProcessWindow::commandsOf(int row) {
+  const QString address = publicAddress(toQString(plainAddress(process_.lvwLinks.row(row).url)));
+  return {{"mnuRowBrowser", "Open in &Browser", [this, address] { openInBrowser(this, address); }},
+          {"mnuRowCopy", "&Copy Address", [address] { QApplication::clipboard()->setText(address); }}};
+}
+
 void ProcessWindow::wire() {
+  offerCommands(*lvwLinks_, [this](int row) { return commandsOf(row); });
+  connect(lvwLinks_, &QTreeView::activated, this, [this](const QModelIndex& row) { run([&] { openRow(row.row()); }); });
   connect(btnDetails_, &QPushButton::clicked, this, [this] { run([this] { toggleDetails(); }); });
   connect(lvwLinks_->header(), &QHeaderView::sectionClicked, this,
           [this](int column) { run([this, column] { sortLinks(column); }); });
@@ -163,6 +176,7 @@ void ProcessWindow::setDetailsShown(bool shown) {
   collapsed_ = !shown;
   details_->setVisible(shown);
   btnDetails_->setText(shown ? kHideDetails : kShowDetails);
+  markErrors();
   setOwnHeight(shown ? kExpandedHeight : kCollapsedHeight);
 }
 
@@ -186,8 +200,19 @@ void ProcessWindow::refresh() {
   if (title != caption()) setCaption(title);
   pbarSave_->setMaximum(std::max(asProgress(process_.progressMaximum()), 1));
   pbarSave_->setValue(std::min(asProgress(process_.progressValue()), pbarSave_->maximum()));
+  lblState_->setLine(stateText());
   showTakenRow();
   showErrorPanel();
+  markErrors();
+}
+
+// A failure is seen in the details only.
+void ProcessWindow::markErrors() {
+  if (!collapsed_) errorsSeen_ = process_.ErrorCount();
+  const bool unseen = process_.ErrorCount() > errorsSeen_;
+  if (unseen == !btnDetails_->icon().isNull()) return;
+  btnDetails_->setIcon(unseen ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
+  btnDetails_->setToolTip(unseen ? "Something has failed since the details were open" : "");
 }
 
 void ProcessWindow::showErrorPanel() {
@@ -208,7 +233,10 @@ bool ProcessWindow::queryUnload() {
   return true;
 }
 
-void ProcessWindow::unloading() { savePosition(); }
+void ProcessWindow::unloading() {
+  keepTotals(totals());
+  savePosition();
+}
 
 bool ProcessWindow::canDeleteNow() const { return !process_.isBusy(); }
 

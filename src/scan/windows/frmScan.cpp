@@ -36,6 +36,10 @@ void frmScan::buildDetails() {
                                  "lblInfoErrorCount", "Page:"));
 }
 
+Totals frmScan::totals() const { return {.sites = 1, .failed = process_->ErrorCount()}; }
+
+std::string frmScan::stateText() const { return scanOutcomeText(process_->status(), process_->ErrorCount()); }
+
 void frmScan::initWindow() {
   run([this] {
     prepareFor(process_->SiteID);

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "SiteMenu.h"
+#include "SiteWatch.h"
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
@@ -154,6 +156,7 @@ void frmWebSites::buildList() {
   list().installEventFilter(this);
   setKeepSorted(false);
   connect(&list(), &ListView::rowChosen, this, [this](int row) { run([&] { rowWasChosen(row); }); });
+  offerCommands(list(), [this](int row) { return commandsOf(row); });
   connect(&list(), &ListView::textDropped, this, [this](const QString& text) { run([&] { dropFilters(text); }); });
 }
 
@@ -290,6 +293,19 @@ void frmWebSites::forgetVanishedSelection() {
   if (rowOf(selectedSiteID_) < 0) selectedSiteID_ = 0;
 }
 
+// --- the context menu
+
+// A right click has selected the row, but chosen none.
+Commands frmWebSites::commandsOf(int row) {
+  Q_EMIT list().rowChosen(row);
+  Commands all = {{"mnuSiteStart", "&Start", [this] { run([this] { startSelected(); }); }, !isRunning(row)},
+                  {"mnuSiteStop", "S&top", [this] { run([this] { stopSelected(); }); }, isRunning(row)},
+                  {"mnuSiteEdit", "&Edit", [this] { run([this] { openEdit(); }); }},
+                  {"", ""}};
+  for (Command& command : siteCommands(this, idOfRow(row), list().cell(row, kName))) all.push_back(std::move(command));
+  return all;
+}
+
 // --- New, Edit, Delete
 
 void frmWebSites::openNew() {
@@ -327,8 +343,17 @@ void frmWebSites::editChosen() { startSelected(); }
 
 void frmWebSites::startSelected() {
   Q_EMIT events().sitesStarting();
-  for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
-    if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && mayStart(idOfRow(row))) startRow(row);
+  if (list().selectedRows().empty()) sayInFoot("Select a web site first, then press Start.");
+  QStringList beyond;
+  for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row) {
+    if (!list().isRowSelected(row) || list().cell(row, kOnOff) != kOff) continue;
+    if (mayStart(idOfRow(row)))
+      startRow(row);
+    else
+      beyond << list().cell(row, kName);
+  }
+  if (!beyond.isEmpty())
+    sayInFoot(QString("Max Connections is %1. Not started: %2").arg(maxConnections_).arg(beyond.join(", ")));
 }
 
 void frmWebSites::startRow(int row) {
@@ -351,12 +376,19 @@ void frmWebSites::startSite(const SiteListRow& site) {
   // A message box of the scan may have run the end of the program.
   if (isUnloaded()) return;
   const QPointer<ChildWindow> download = broughtForward(downloadOf(site.id), [&] { return openDownload(site); });
+  watch(site.id);
   if (isYes(gHideProcesses)) {
     if (scan) scan->hideChild();
     if (download) download->hideChild();
   }
   Q_EMIT events().processesChanged();
   runningSites_.insert(site.id);
+}
+
+void frmWebSites::watch(Id siteId) {
+  auto* scan = dynamic_cast<frmScan*>(scanOf(siteId));
+  auto* download = dynamic_cast<frmDownload*>(downloadOf(siteId));
+  if (scan && download) SiteWatch::begin(*scan, *download);
 }
 
 void frmWebSites::stopSelected() {
@@ -418,7 +450,13 @@ void frmWebSites::setConnections(long connections) {
 
 void frmWebSites::dropFilters(const QString& text) {
   if (gDragKind != kDropFilter) return;
-  for (const int row : list().selectedRows()) addDroppedFilters(idOfRow(row), toUtf8(text));
+  QStringList sites;
+  for (const int row : list().selectedRows()) {
+    addDroppedFilters(idOfRow(row), toUtf8(text));
+    sites << list().cell(row, kName);
+  }
+  sayInFoot(sites.isEmpty() ? QString("Select the web sites first that the filters are dropped on.")
+                            : "The filters apply to " + sites.join(", "));
   gDragKind.clear();
 }
 

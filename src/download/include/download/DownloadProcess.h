@@ -46,6 +46,10 @@ class DownloadProcess : public Process {
   void receiveFile();
 
   const DownloadStatus& status() const { return status_; }
+  // No stored link of the site waits, none is being fetched.
+  bool hasNothingLeft() const;
+  // The site's download folder.
+  const std::string& folder() const { return limits_.folder; }
 
  Q_SIGNALS:
   // A file has been saved under its final name.
@@ -77,6 +81,9 @@ class DownloadProcess : public Process {
   void chooseFullPath();
   void receiveChunks();
   void showReceived(std::int64_t bytes);
+  void showArriving();
+  void fileIsAt(const std::string& path);
+  void count(long DownloadCounts::*outcome);
   void showSaveProgress(std::int64_t bytes);
   void fileReceived();
   void receivingFailed(const std::exception& error);
@@ -102,6 +109,7 @@ class DownloadProcess : public Process {
   std::unique_ptr<AtomicFile> file_;  // open from the first to the last chunk
   Entry entry_;
   DownloadLimits limits_;
+  QTimer arriving_;                  // shows how much of a file has arrived
   std::int64_t processedCount_ = 0;  // in this round
   DownloadStatus status_;
 };

@@ -30,6 +30,16 @@ struct SizeStatus {
   bool operator==(const SizeStatus&) const = default;
 };
 
+// What came of the files since the process was started.
+struct DownloadCounts {
+  long saved = 0;
+  long existing = 0;
+  long tooSmall = 0;
+  long tooBig = 0;
+  long unknownSize = 0;
+  std::int64_t bytes = 0;  // saved
+};
+
 struct DownloadStatus {
   std::optional<FileStatus> file;
   std::optional<std::int64_t> queue;      // files that this round may still take up
@@ -38,6 +48,8 @@ struct DownloadStatus {
   std::optional<std::int64_t> received;  // bytes
   std::optional<std::int64_t> left;      // bytes
   std::optional<std::string> savePath;   // folder
+  DownloadCounts counts;
+  long waiting = 0;  // rows of the work list that have not been taken up
 };
 
 }  // namespace mv

@@ -14,6 +14,8 @@ std::string filesProcessedText(const DownloadStatus& status);  // "Processed: " 
 std::string sizeText(const DownloadStatus& status);            // kilobytes, or why the file is not wanted
 std::string receivedText(const DownloadStatus& status);        // "Received: " + bytes
 std::string leftText(const DownloadStatus& status);            // "Left: " + bytes
-std::string savePathText(const DownloadStatus& status);        // "Saving to: " + folder
+// What came of the files, `failed` among them, and what waits: "3 files saved, 1 failed. Nothing waits."
+std::string outcomeText(const DownloadStatus& status, long failed);
+std::string savePathText(const DownloadStatus& status);  // "Saving to: " + folder
 
 }  // namespace mv

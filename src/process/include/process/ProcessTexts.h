@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "process/ProcessError.h"
 
@@ -13,5 +14,16 @@ std::string openingText(long rows);
 std::string errorReasonText(const ProcessError& error);  // "Code: " + code + "  -  Reason: " + reason
 std::string errorTimeText(const ProcessError& error);    // "Time: " + date and time
 std::string errorCountText(const ProcessError& error);   // "Errors: " + count
+
+// A number with what it counts, in the singular and, where it differs, in the plural.
+struct CountText {
+  long number;
+  const char* one;
+  const char* many = nullptr;
+};
+// Those that are not 0, joined by commas.
+std::string joinedCounts(const std::vector<CountText>& counts);
+// "Nothing waits.", "1 page waits.", "2 pages wait."
+std::string waitingText(long waiting, const std::string& what);
 
 }  // namespace mv

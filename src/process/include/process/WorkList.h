@@ -35,7 +35,8 @@ struct WorkRow {
   std::string password;
   std::string fileName;
   std::string fileType;
-  bool tagged = true;  // counts for holdsAddress
+  std::string savedPath = {};  // of the file that it became, or that was there already; "" without one
+  bool tagged = true;          // counts for holdsAddress
 };
 
 class WorkList : public QAbstractTableModel {
@@ -52,6 +53,9 @@ class WorkList : public QAbstractTableModel {
   int count() const { return static_cast<int>(rows_.size()); }
   const WorkRow& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
   void setState(int index, RowState state);
+  void setSavedPath(int index, const std::string& path) { rows_[static_cast<std::size_t>(index)].savedPath = path; }
+  // Rows whose state is Waiting.
+  int waitingCount() const { return waitingCount_; }
 
   // First row in list order whose state is Waiting, -1 when none.
   int nextWaiting() const;
@@ -78,6 +82,7 @@ class WorkList : public QAbstractTableModel {
   std::vector<WorkRow> rows_;
   std::unordered_map<std::int64_t, int> byLink_;
   std::unordered_set<std::string> addresses_;
+  int waitingCount_ = 0;
   mutable int waitingCursor_ = 0;  // no row before it is waiting
 };
 

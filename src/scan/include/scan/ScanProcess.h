@@ -42,6 +42,8 @@ class ScanProcess : public Process {
   std::string computeBasePath() const;
 
   const ScanStatus& status() const { return status_; }
+  // It has read pages, and looks at the start page only from now on.
+  bool hasNothingLeft() const { return status_.pagesRead > 0 && status_.onlyStartPage; }
 
  Q_SIGNALS:
   // A page has been worked through and its links are stored.

@@ -40,6 +40,12 @@ struct ScanStatus {
   long pagesLeft = 0;       // that this round may still fetch
   long pagesProcessed = 0;  // that it has fetched
   LoginStatus login;
+  // Since the process was started.
+  long pagesRead = 0;
+  long linksFound = 0;         // new ones, stored
+  long linksKeptOut = 0;       // by filters
+  long waiting = 0;            // pages of the queue that have not been taken up
+  bool onlyStartPage = false;  // this round has no other page
 };
 
 }  // namespace mv

@@ -12,6 +12,8 @@ std::string pageText(const ScanStatus& status);            // "Page: " + the add
 std::string pageAddressText(const ScanStatus& status);     // "Page URL: " + the address
 std::string toScanText(const ScanStatus& status);          // "To Scan: " + pages left
 std::string pagesProcessedText(const ScanStatus& status);  // "Processed: " + pages
-std::string loginText(const LoginStatus& login);           // "Login: " + how it stands; "" when none is needed
+// What came of the scan, `failed` pages among it, and what waits.
+std::string scanOutcomeText(const ScanStatus& status, long failed);
+std::string loginText(const LoginStatus& login);  // "Login: " + how it stands; "" when none is needed
 
 }  // namespace mv

@@ -61,6 +61,8 @@ class clsLinkParser {
   void AddLinkToDatabase();
   // URL as AddLinkToDatabase leaves it.
   const EscapedAddress& storedAddress() const { return link_.url; }
+  // Links that filters have kept out so far.
+  long linksKeptOut() const { return linksKeptOut_; }
 
  private:
   // Link without its leading steps; BasePath goes up with them.
@@ -81,6 +83,7 @@ class clsLinkParser {
   void insertUnlessKnown();
 
   bool lookupsCached_ = false;
+  long linksKeptOut_ = 0;
   std::unordered_map<std::string, FileTypeUse> fileTypes_;  // by extension
   KnownLinks knownLinks_;
   LinkRow link_;  // as it is to be stored: a file of an unknown type as a document

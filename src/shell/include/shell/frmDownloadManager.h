@@ -14,6 +14,7 @@ namespace mv {
 
 class NormalPlace;
 class OnlineUpdates;
+class StatusFoot;
 class frmSplash;
 
 class frmDownloadManager : public QMainWindow, public MainFrame {
@@ -30,6 +31,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   void setClipboardItemsEnabled(bool enabled) override;
   void setDeleteWebSiteEnabled(bool enabled) override;
   void hideStatusIndicators() override;
+  void say(const QString& line) override;
 
   // The online checks. Each works in the background; what it needs of a server that is not there it goes without.
   void getFormUpdates();
@@ -62,6 +64,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   QMdiArea* area_;
   std::unique_ptr<NormalPlace> normalPlace_;
   OnlineUpdates* online_;
+  StatusFoot* foot_ = nullptr;
   frmSplash* splash_ = nullptr;
 };
 

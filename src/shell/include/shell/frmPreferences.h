@@ -69,6 +69,7 @@ class frmPreferences : public ChildWindow {
 
   Preferences preferences_;  // as they were read, and as they will be written
   bool loading_ = false;
+  bool hoursChanged_ = false;
   std::int64_t freeMegabytes_ = 0;
   std::int64_t databaseMegabytes_ = 0;
 

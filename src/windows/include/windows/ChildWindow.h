@@ -67,6 +67,8 @@ class ChildWindow : public QWidget {
   void setOpens(Opens where) { opens_ = where; }
   // Windows of its size that will want to stand below it: it opens where there is room for them, too.
   virtual int windowsToFollow() const { return 0; }
+  // The window that it stands below if that place is free.
+  virtual const ChildWindow* standsBelow() const { return nullptr; }
   // Other windows that open in free space keep clear of this one.
   virtual bool keepsItsPlace() const { return isChildVisible() && !isMinimised(); }
   // What the contents need, without the frame, when they are `width` wide at least; pixels.
@@ -134,6 +136,7 @@ class ChildWindow : public QWidget {
   void openFirst();
   QPoint firstPoint(const QSize& size) const;
   QPoint cascadedPoint() const;
+  QPoint within(const QPoint& place, const QSize& size) const;
 
   Frame* frame_;
   FirstSize size_;

@@ -14,6 +14,13 @@ class ListView;
 // scheme it is http.
 void openInBrowser(QWidget* owner, const QString& url);
 
+// Opens a file with the program that the desktop has for it, or a folder with its file manager; that it is not there,
+// or that nothing opens it, is a message.
+void openPath(QWidget* owner, const QString& path);
+
+// `address` with its scheme, http when it has none, and without user name and password: to be shown or given away.
+QString publicAddress(const QString& address);
+
 // Cuts the first line, ended by CR LF, off `text` into `line`. Without a CR LF `line` is the whole text and `text`
 // empty.
 void takeFirstLine(std::string& text, std::string& line);

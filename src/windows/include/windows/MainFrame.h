@@ -1,6 +1,8 @@
 // What other windows need of the main window. Implemented by frmDownloadManager; a test has a frame of its own.
 #pragma once
 
+#include <QString>
+
 class QMdiArea;
 class QWidget;
 
@@ -17,6 +19,8 @@ class MainFrame {
   virtual void setDeleteWebSiteEnabled(bool enabled) = 0;
   // The picture and label that say what an online check is doing.
   virtual void hideStatusIndicators() = 0;
+  // A line in the foot of the main window, for a while: what would otherwise be silent.
+  virtual void say(const QString& line) = 0;
 
   // The one main window; nullptr before it exists.
   static MainFrame* current();
@@ -25,5 +29,8 @@ class MainFrame {
   MainFrame();
   virtual ~MainFrame();
 };
+
+// The one main window says it; nothing happens before there is one.
+void sayInFoot(const QString& line);
 
 }  // namespace mv

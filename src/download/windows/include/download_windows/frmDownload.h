@@ -24,7 +24,14 @@ class frmDownload : public ProcessWindow {
   QString positionKey() const override;
   QString settledCaption() const override;
 
+  Totals totals() const override;
+
  protected:
+  // The scan of its site.
+  const ChildWindow* standsBelow() const override;
+  std::string stateText() const override;
+  Commands commandsOf(int row) override;
+  void openRow(int row) override;
   void refresh() override;
   // The preview comes into view.
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -40,6 +47,8 @@ class frmDownload : public ProcessWindow {
   // Pictures are decoded only while they can be seen; the last one saved is caught up with.
   void fileSaved(const std::string& path);
   void showPreview();
+  Commands previewCommands();
+  Commands fileCommands(const QString& path, const QString& folder);
 
   std::unique_ptr<DownloadProcess> process_;
   std::string lastSaved_;

@@ -12,6 +12,7 @@
 
 #include <QObject>
 #include <QString>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -46,6 +47,9 @@ class InternetTransfer : public QObject {
 
   // All of the completed text that GetChunk has not handed out yet, without a copy; GetChunk has nothing left then.
   std::string TakeText();
+
+  // Bytes of the body that have arrived since the last Execute, while they arrive and afterwards.
+  std::int64_t BytesReceived() const;
 
   // The folder that the bodies of File requests are meant for, from the next Execute on. A body that does not stay in
   // memory is then kept on its file system, so that it can become the final file; "" or a folder without such files

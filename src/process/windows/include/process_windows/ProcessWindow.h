@@ -10,7 +10,9 @@
 #include "process/Process.h"
 #include "store/Id.h"
 #include "windows/ChildWindow.h"
+#include "windows/CommandMenu.h"
 #include "windows/ElidedLabel.h"
+#include "windows/Totals.h"
 
 class QGroupBox;
 class QLineEdit;
@@ -22,11 +24,11 @@ inline constexpr int kProcessWidth = 4800;     // twips
 inline constexpr int kCollapsedHeight = 1600;  // twips
 inline constexpr int kExpandedHeight = 5175;   // twips
 
-// A collapsed window has room for three lines below its title bar, and not a pixel more.
+// A collapsed window has little room for the lines below its title bar.
 inline constexpr QMargins kTightMargins(4, 2, 4, 2);
 inline constexpr int kTightSpacing = 2;
 
-class ProcessWindow : public ChildWindow {
+class ProcessWindow : public ChildWindow, public Counted {
   Q_OBJECT
  public:
   // Collapsed: only the upper lines; expanded: the details too.
@@ -53,6 +55,12 @@ class ProcessWindow : public ChildWindow {
   // Before the process starts: keeps the site's id in the hidden `lblSiteId` and restores the stored place, expanded
   // when the stored height is kExpandedHeight, else collapsed.
   void prepareFor(Id siteId);
+  // The line in the foot: what came of the process, and what it waits for.
+  virtual std::string stateText() const = 0;
+  // What is offered for a row of the work list.
+  virtual Commands commandsOf(int row);
+  // A double click on a row, or Enter.
+  virtual void openRow(int) {}
   // Brings the controls up to the process's state; subclasses call this first.
   virtual void refresh();
 
@@ -72,16 +80,19 @@ class ProcessWindow : public ChildWindow {
   void sortLinks(int column);
   void showTakenRow();
   void showErrorPanel();
+  void markErrors();
 
   Process& process_;
   bool collapsed_ = true;
   bool sortDescending_ = false;
+  long errorsSeen_ = 0;  // when the details were open last
   QPersistentModelIndex shownRow_;
   QLabel* lblSiteId_ = nullptr;
   QVBoxLayout* summary_ = nullptr;
   QWidget* details_ = nullptr;
   QProgressBar* pbarSave_ = nullptr;
   QPushButton* btnDetails_ = nullptr;
+  ElidedLabel* lblState_ = nullptr;
   QTreeView* lvwLinks_ = nullptr;
   ElidedLabel* errorSubject_ = nullptr;
   ElidedLabel* errorReason_ = nullptr;

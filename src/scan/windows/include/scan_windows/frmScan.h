@@ -21,9 +21,12 @@ class frmScan : public ProcessWindow {
   QString positionKey() const override;
   QString settledCaption() const override;
 
+  Totals totals() const override;
+
  protected:
   // The download of its site.
   int windowsToFollow() const override { return 1; }
+  std::string stateText() const override;
   void refresh() override;
 
  private:

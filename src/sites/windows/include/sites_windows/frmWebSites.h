@@ -7,6 +7,7 @@
 #include <set>
 
 #include "store/SiteStore.h"
+#include "windows/CommandMenu.h"
 #include "windows/ListWindow.h"
 
 class QToolButton;
@@ -67,6 +68,8 @@ class frmWebSites : public ListWindow {
   void rowWasChosen(int row);
   void forgetVanishedSelection();
 
+  Commands commandsOf(int row);
+  void watch(Id siteId);
   void setOneConnection();
   void setConnections(long connections);
   void askConnections();
