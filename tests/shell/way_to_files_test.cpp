@@ -105,7 +105,7 @@ TEST_F(WayToFilesTest, ARowLeadsToItsFile) {
                                   "http://" + toQString(web_.host()) + "/picture.jpg"}));
   Q_EMIT list.activated(list.model()->index(row, 0));
   EXPECT_EQ(opened_.last(), file);
-  EXPECT_EQ(textOf(download, "lblState").left(13), "1 file saved,");
+  EXPECT_TRUE(waitFor([&] { return textOf(download, "lblState").startsWith("1 file saved"); }));
 }
 
 TEST_F(WayToFilesTest, TheFootSaysWhatWouldBeSilent) {

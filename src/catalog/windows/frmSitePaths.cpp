@@ -23,7 +23,6 @@ namespace {
 constexpr int kWidth = 5500;   // twips
 constexpr int kHeight = 3600;  // twips
 // What the controls need before the window scrolls, in pixels.
-constexpr int kNarrowestList = 110;
 constexpr int kLowestList = 45;
 constexpr QMargins kPageMargins(8, 4, 8, 6);
 constexpr QMargins kFrameMargins(8, 6, 8, 6);
@@ -60,7 +59,6 @@ frmSitePaths::frmSitePaths()
 QWidget* frmSitePaths::buildFileTypesFrame() {
   auto* frame = new QGroupBox("Filetypes");
   frame->setObjectName("frmFileTypes");
-  frame->setMinimumWidth(kNarrowestList);
   auto* label = wrappedLabel("lblFileTypesList", "Filetypes being downloaded from this site");
   label->setBuddy(lvwFiletypesAssigned_);
   lvwFiletypesAssigned_->setObjectName("lvwFiletypesAssigned");

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/Events.h"
+#include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTexts.h"
