@@ -10,6 +10,7 @@
 #include "base/Text.h"
 #include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
+#include "transfer/HttpsHosts.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
@@ -18,10 +19,10 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName("morvane2000");
   QApplication::setWindowIcon(QIcon(":/morvane2000.svg"));
 
+  const std::string userFolder = mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+  mv::keepHttpsHosts(userFolder);
   mv::StartUp startUp;
-  const std::string folder =
-      mv::findProgramFolder(mv::toUtf8(QCoreApplication::applicationDirPath()),
-                            mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
+  const std::string folder = mv::findProgramFolder(mv::toUtf8(QCoreApplication::applicationDirPath()), userFolder);
   if (!startUp.run(folder)) return 1;
   // A request of the system to end (a log-out, Ctrl+C) closes the program as its close box does.
   mv::onEndSignal([&] { startUp.mainWindow()->close(); });

@@ -9,6 +9,7 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "net/CookieFile.h"
 #include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
@@ -16,6 +17,8 @@
 #include "store/LinkCleaner.h"
 #include "store/Preferences.h"
 #include "store/ProgramDatabase.h"
+#include "store/SiteStore.h"
+#include "transfer/SiteLocation.h"
 #include "windows/NoticeBoxes.h"
 #include "windows/WindowRegistry.h"
 
@@ -27,11 +30,17 @@ constexpr int kSecondsPerHour = 3600;
 constexpr const char* kDatabaseName = "/morvane2000.mdb";
 // A database is there even when a maintenance that was cut off has left it under its temporary name only.
 constexpr const char* kCopyName = "/mv2000TempDB.mdb";
+constexpr const char* kCookieFile = "/cookies.txt";
 constexpr const char* kSharedFolder = "/../share/morvane2000";
 
 bool holdsDatabase(const QString& folder) {
   return QFile::exists(folder + QString::fromLatin1(kDatabaseName)) ||
          QFile::exists(folder + QString::fromLatin1(kCopyName));
+}
+
+// Whichever site is started first: none may ask by http what another has to ask by https.
+void announceSites() {
+  for (const SiteListRow& site : listSites()) SiteLocation(site.name).announce();
 }
 
 }  // namespace
@@ -74,6 +83,8 @@ void StartUp::openData(const std::string& programFolder) {
   guarded("loadPreferences", loadPreferences);
   upgradeDatabase();
   ensureIndexes();
+  guarded("listSites", announceSites);
+  cookies_ = std::make_unique<CookieFile>(gProgramFolder + kCookieFile);
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
 }
 

@@ -5,6 +5,7 @@
 #include "BasePath.h"
 #include "app/ReportError.h"
 #include "net/Address.h"
+#include "net/StoredAddress.h"
 
 namespace mv {
 
@@ -21,7 +22,11 @@ void ScanProcess::initWindow() {
 }
 
 void ScanProcess::start() {
-  login_.start(SiteID, SiteName, LoginFormID);
+  location_ = SiteLocation(SiteName);
+  location_.announce();
+  if (location_.address() != SiteName) Domain = location_.host();
+  Inet2.setSite(SiteID);
+  login_.start(SiteID, location_, LoginFormID);
   show(status_.login, login_.status());
   parser_.SiteID = SiteID;
   parser_.Domain = Domain;
@@ -45,7 +50,7 @@ void ScanProcess::buildTagArray() {
 
 void ScanProcess::buildQueue() {
   if (StopRequested()) return;
-  page_.location = SiteName;
+  page_.location = location_.address();
   queue_.build(SiteID, login_.listedStartPage());
   fillQueue();
 }
@@ -91,7 +96,7 @@ void ScanProcess::takeUp(int index) {
   disableWorkTimer();
   const WorkRow& row = lvwLinks.row(index);
   page_ = {.linkId = row.linkId, .url = plainAddress(row.url)};
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? SiteName : page_.url;
+  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);
@@ -119,6 +124,7 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
+  page_.encoding = Inet2.TextEncoding();
   walk_.begin(Inet2.TakeText(), computeBasePath());
   walkPage();
 }
@@ -147,6 +153,7 @@ void ScanProcess::walkPage() {
 
 bool ScanProcess::storeLink() {
   try {
+    parser_.URL = storedAddress(std::move(parser_.URL), page_.encoding);
     queue_.store(parser_);
   } catch (const NoLinkId&) {
     return false;  // the user has been told, and would be told again for every further link of the page

@@ -2,20 +2,27 @@
 
 #include <QByteArrayView>
 #include <QString>
-#include <QStringDecoder>
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
+#include "CharsetSearch.h"
 #include "base/Text.h"
+#include "transfer/Encoding.h"
 
 namespace mv {
 
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf8 = "utf-8";
+constexpr std::string_view kUtf16Big = "utf-16be";
+constexpr std::string_view kUtf16Little = "utf-16le";
+constexpr std::string_view kWindows = "windows-1252";
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+constexpr std::size_t kDeclaredWithin = 1024;  // bytes, by the HTML standard
+constexpr std::size_t kLongestCharacter = 4;   // bytes of UTF-8
 
 // Windows-1252 of 0x80 to 0x9F; the five bytes without a character stand for the control of the same number.
 constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -25,11 +32,13 @@ constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x0081, 0x201A, 0x019
 
 unsigned byteAt(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
 
+std::size_t lengthBy(unsigned lead) { return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2; }
+
 // Length of the well-formed character at `at`; 0 when there is none.
 std::size_t characterLength(std::string_view text, std::size_t at) {
   const auto lead = byteAt(text, at);
   if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  const std::size_t length = lengthBy(lead);
   if (lead < 0xC2 || lead > 0xF4 || text.size() - at < length) return 0;
   for (std::size_t i = 1; i < length; ++i) {
     if (!continuesCharacter(text[at + i])) return 0;
@@ -65,56 +74,54 @@ void appendWindows1252(std::string& out, unsigned byte) {
   }
 }
 
-std::string fromWindows1252(std::string_view bytes) {
-  std::string result;
-  result.reserve(bytes.size() + bytes.size() / 8);
-  for (std::size_t at = 0; at < bytes.size(); ++at) appendWindows1252(result, byteAt(bytes, at));
-  return result;
-}
-
-std::string repairedUtf8(std::string_view bytes) {
-  std::string result;
-  result.reserve(bytes.size() + bytes.size() / 8);
+void appendFromWindows1252(std::string& out, std::string_view bytes) {
+  constexpr std::size_t kBlock = 8;  // which skipAscii stops before
   for (std::size_t at = 0; at < bytes.size();) {
-    const auto length = characterLength(bytes, at);
-    if (length == 0) {
-      appendWindows1252(result, byteAt(bytes, at++));
-    } else {
-      result.append(bytes.substr(at, length));
-      at += length;
-    }
+    const auto ascii = skipAscii(bytes, at);
+    out.append(bytes.substr(at, ascii - at));
+    const auto end = std::min(ascii + kBlock, bytes.size());
+    for (at = ascii; at < end; ++at) appendWindows1252(out, byteAt(bytes, at));
   }
-  return result;
 }
 
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-  return std::find(names.begin(), names.end(), name) != names.end();
+// Bytes that the next ones may make a character of.
+bool isCutCharacter(std::string_view text, std::size_t at) {
+  const auto lead = byteAt(text, at);
+  return lead >= 0xC2 && lead <= 0xF4 && text.size() - at < lengthBy(lead) &&
+         std::all_of(text.begin() + static_cast<std::ptrdiff_t>(at) + 1, text.end(), continuesCharacter);
 }
 
-// On the web these all mean Windows-1252, which holds every character of theirs.
-bool meansWindows1252(std::string_view charset) {
-  return isOneOf(charset, {"windows-1252", "cp1252", "x-cp1252", "iso-8859-1", "iso8859-1", "iso_8859-1", "latin1",
-                           "latin-1", "us-ascii", "ascii"});
+// Appends `bytes` as UTF-8, a stray byte as Windows-1252. Unless they are the last, a character that is not whole yet
+// is left: the number of bytes taken.
+std::size_t appendRepaired(std::string& out, std::string_view bytes, bool last) {
+  std::size_t at = 0;
+  while (at < bytes.size()) {
+    const auto end = wholeUtf8(bytes, at);
+    out.append(bytes.substr(at, end - at));
+    at = end;
+    if (at == bytes.size() || (!last && isCutCharacter(bytes, at))) break;
+    appendWindows1252(out, byteAt(bytes, at++));
+  }
+  return at;
 }
 
-std::string withoutUtf8Mark(std::string bytes) {
-  if (bytes.starts_with(kUtf8Mark)) bytes.erase(0, kUtf8Mark.size());
-  return bytes;
+struct Mark {
+  std::string_view bytes;
+  std::string_view encoding;
+};
+
+constexpr Mark kMarks[] = {{"\xEF\xBB\xBF", kUtf8}, {"\xFE\xFF", kUtf16Big}, {"\xFF\xFE", kUtf16Little}};
+
+// Two ASCII characters at the start of a page, as UTF-16 writes them.
+std::string_view looksLikeUtf16(std::string_view start) {
+  if (start.size() < 4) return {};
+  const auto isText = [start](std::size_t at) { return start[at] != 0 && byteAt(start, at) < 0x80; };
+  if (isText(0) && start[1] == 0 && isText(2) && start[3] == 0) return kUtf16Little;
+  if (start[0] == 0 && isText(1) && start[2] == 0 && isText(3)) return kUtf16Big;
+  return {};
 }
 
 }  // namespace
-
-std::string charsetOf(std::string_view contentType) {
-  std::string lower(contentType);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  constexpr std::string_view kParameter = "charset=";
-  const auto parameter = lower.find(kParameter);
-  if (parameter == std::string::npos) return {};
-  const auto start = lower.find_first_not_of(" \t\"'", parameter + kParameter.size());
-  if (start == std::string::npos) return {};
-  return lower.substr(start, lower.find_first_of(" \t\"';,", start) - start);
-}
 
 std::size_t wholeUtf8(std::string_view text, std::size_t from) {
   auto at = skipAscii(text, from);
@@ -127,19 +134,96 @@ std::size_t wholeUtf8(std::string_view text, std::size_t from) {
   return at;
 }
 
-std::string decodeText(std::string bytes, std::string_view contentType, std::size_t checked) {
-  const auto charset = charsetOf(contentType);
-  if (meansWindows1252(charset)) return fromWindows1252(bytes);
-  const bool saysUtf8 = isOneOf(charset, {"utf-8", "utf8"}) || bytes.starts_with(kUtf8Mark);
-  if (!charset.empty() && !saysUtf8) {
-    QStringDecoder decoder(charset.c_str());
-    if (decoder.isValid()) {
-      const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-      return text.toStdString();
-    }
+TextDecoder::TextDecoder(std::string_view contentType) : headerEncoding_(encodingOf(charsetIn(contentType))) {}
+
+void TextDecoder::append(std::string_view bytes) {
+  if (way_ != Way::Undecided) {
+    convert(bytes);
+    return;
   }
-  if (wholeUtf8(bytes, checked) == bytes.size()) return withoutUtf8Mark(std::move(bytes));
-  return saysUtf8 ? repairedUtf8(withoutUtf8Mark(std::move(bytes))) : fromWindows1252(bytes);
+  held_.append(bytes);
+  if (held_.size() >= kDeclaredWithin) decide();
+}
+
+void TextDecoder::decide() {
+  const std::string start = std::exchange(held_, {});
+  std::string_view bytes = start;
+  for (const auto& [mark, encoding] : kMarks) {
+    if (!bytes.starts_with(mark)) continue;
+    begin(encoding);
+    convert(bytes.substr(mark.size()));
+    return;
+  }
+  auto encoding = headerEncoding_;
+  if (encoding.empty()) encoding = declaredEncoding(bytes.substr(0, kDeclaredWithin));
+  if (encoding.empty()) encoding = looksLikeUtf16(bytes);
+  begin(encoding);
+  convert(bytes);
+}
+
+void TextDecoder::begin(std::string_view encoding) {
+  encoding_ = encoding.empty() ? kUtf8 : encoding;
+  const std::string_view decoder = decoderOf(encoding_);
+  if (encoding.empty()) {
+    way_ = Way::PerhapsUtf8;
+  } else if (encoding == kUtf8) {
+    way_ = Way::Utf8;
+  } else if (decoder == kWindows) {
+    way_ = Way::Windows1252;
+  } else if (decoder.empty()) {
+    way_ = Way::Nothing;
+    text_ = kReplacementCharacter;
+  } else {
+    way_ = Way::Other;
+    decoder_ = QStringDecoder(decoder.data());
+  }
+}
+
+void TextDecoder::convert(std::string_view bytes) {
+  switch (way_) {
+    case Way::Undecided:
+    case Way::Nothing:
+      return;
+    case Way::PerhapsUtf8:
+      return appendPerhapsUtf8(bytes);
+    case Way::Windows1252:
+      return appendFromWindows1252(text_, bytes);
+    case Way::Utf8:
+      held_.append(bytes);
+      held_.erase(0, appendRepaired(text_, held_, false));
+      return;
+    case Way::Other:
+      const QString text = decoder_(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+      const QByteArray utf8 = encoder_(text);
+      text_.append(utf8.data(), static_cast<std::size_t>(utf8.size()));
+  }
+}
+
+void TextDecoder::appendPerhapsUtf8(std::string_view bytes) {
+  text_.append(bytes);
+  checked_ = wholeUtf8(text_, checked_);
+  if (text_.size() - checked_ >= kLongestCharacter) fallBack();
+}
+
+void TextDecoder::fallBack() {
+  const std::string bytes = std::exchange(text_, {});
+  way_ = Way::Windows1252;
+  encoding_ = kWindows;
+  text_.reserve(bytes.size() + bytes.size() / 8);
+  appendFromWindows1252(text_, bytes);
+}
+
+void TextDecoder::finish() {
+  if (way_ == Way::Undecided) decide();
+  if (way_ == Way::PerhapsUtf8 && checked_ < text_.size()) fallBack();
+  if (way_ == Way::Utf8) appendRepaired(text_, std::exchange(held_, {}), true);
+}
+
+std::string decodeText(std::string_view bytes, std::string_view contentType) {
+  TextDecoder decoder(contentType);
+  decoder.append(bytes);
+  decoder.finish();
+  return std::move(decoder.text());
 }
 
 }  // namespace mv

@@ -6,6 +6,7 @@
 
 namespace mv {
 
+class CookieFile;
 class frmDownloadManager;
 
 // The folder that holds database, log and downloads: `executableFolder` when it holds the database and can be written;
@@ -28,6 +29,7 @@ class StartUp {
   void openData(const std::string& programFolder);
   void openWindows();
 
+  std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<frmDownloadManager> main_;
 };
 

@@ -12,6 +12,7 @@
 #include "scan/ScanStatus.h"
 #include "scan/SiteLogin.h"
 #include "scan/clsLinkParser.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -23,7 +24,7 @@ class ScanProcess : public Process {
   // Given by the opener before initWindow.
   std::int32_t SiteID = 0;
   std::string SiteName;  // the start address without "http://"
-  std::string Domain;
+  std::string Domain;    // taken from behind the scheme of a name that has one
   std::int32_t LoginFormID = 0;
   long DomainHops = 0;
 
@@ -57,6 +58,7 @@ class ScanProcess : public Process {
     std::int64_t linkId = 0;    // 0: its outcome is written
     std::string url = {};       // without parameters for a login's answer
     std::string location = {};  // its address without scheme and credentials
+    std::string encoding = {};  // of its text, see InternetTransfer::TextEncoding
     bool failed = false;
     std::string reported = {};  // error last shown; the same is not shown twice for a page
   };
@@ -73,6 +75,7 @@ class ScanProcess : public Process {
   bool logIn();
   void report(const std::exception& error);
 
+  SiteLocation location_;
   clsLinkParser parser_;
   ScanQueue queue_{lvwLinks};
   PageWalk walk_{parser_};

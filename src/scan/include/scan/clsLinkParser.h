@@ -73,6 +73,7 @@ class clsLinkParser {
   std::string extractLinkDomain() const;
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
+  void rememberHttpsHost();
   void insertUnlessKnown();
 
   bool lookupsCached_ = false;
@@ -80,6 +81,7 @@ class clsLinkParser {
   KnownLinks knownLinks_;
   LinkRow link_;                                // as it is to be stored: a file of an unknown type as a document
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
+  std::string httpsHost_;                       // of the last absolute https link
   RuleSet globalRules_;
   RuleSet siteRules_;
 };
