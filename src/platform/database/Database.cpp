@@ -14,12 +14,6 @@ namespace mv {
 
 using namespace engine;
 
-DatabaseError::DatabaseError(long number, std::string description, std::string source)
-    : std::runtime_error(description),
-      number_(number),
-      description_(std::move(description)),
-      source_(std::move(source)) {}
-
 namespace {
 
 // Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page

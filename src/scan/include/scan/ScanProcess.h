@@ -12,6 +12,7 @@
 #include "scan/ScanStatus.h"
 #include "scan/SiteLogin.h"
 #include "scan/clsLinkParser.h"
+#include "store/Id.h"
 #include "transfer/SiteLocation.h"
 
 namespace mv {
@@ -22,10 +23,10 @@ class ScanProcess : public Process {
   ScanProcess();
 
   // Given by the opener before initWindow.
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::string SiteName;  // the start address without "http://"
   std::string Domain;    // taken from behind the scheme of a name that has one
-  std::int32_t LoginFormID = 0;
+  Id LoginFormID = 0;
   long DomainHops = 0;
 
   // Starts the scan: credentials, limits, queue, tags, filters, work timer. When one of them fails the work timer's

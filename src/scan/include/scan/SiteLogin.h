@@ -2,12 +2,12 @@
 // it keeps is the state of that; whoever scans sends the requests.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "scan/LoginRequest.h"
 #include "scan/ScanStatus.h"
+#include "store/Id.h"
 #include "transfer/SiteLocation.h"
 
 namespace mv {
@@ -22,7 +22,7 @@ class SiteLogin {
  public:
   // The scan starts, perhaps anew: reads the site's user name and password and gives them to all requests of the site
   // to its own host, those of other windows too. Raises DatabaseError.
-  void start(std::int32_t siteId, const SiteLocation& location, std::int32_t formId);
+  void start(Id siteId, const SiteLocation& location, Id formId);
 
   const std::string& userName() const { return userName_; }
   const std::string& password() const { return password_; }
@@ -52,9 +52,9 @@ class SiteLogin {
   void explain(const LoginRequest& request);
   bool isGivenUp() const;
 
-  std::int32_t siteId_ = 0;
+  Id siteId_ = 0;
   SiteLocation site_;
-  std::int32_t formId_ = 0;
+  Id formId_ = 0;
   bool usesCredentials_ = false;
   std::string userName_;
   std::string password_;
