@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "transfer/Encoding.h"
+#include "decoding/Encoding.h"
 
 namespace mv {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "transfer/Encoding.h"
-#include "transfer/TextDecoding.h"
+#include "decoding/Encoding.h"
+#include "decoding/TextDecoding.h"
 
 namespace {
 

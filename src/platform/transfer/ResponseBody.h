@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "BodySpool.h"
-#include "Unpacker.h"
-#include "transfer/TextDecoding.h"
+#include "decoding/TextDecoding.h"
+#include "decoding/Unpacker.h"
 #include "transfer/TransferTypes.h"
 
 namespace mv {

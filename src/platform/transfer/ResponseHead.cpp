@@ -4,7 +4,7 @@
 #include <charconv>
 
 #include "TransportError.h"
-#include "transfer/TextDecoding.h"
+#include "decoding/TextDecoding.h"
 
 namespace mv {
 

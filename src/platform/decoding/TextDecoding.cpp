@@ -1,4 +1,4 @@
-#include "transfer/TextDecoding.h"
+#include "decoding/TextDecoding.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -10,7 +10,7 @@
 
 #include "CharsetSearch.h"
 #include "base/Text.h"
-#include "transfer/Encoding.h"
+#include "decoding/Encoding.h"
 
 namespace mv {
 

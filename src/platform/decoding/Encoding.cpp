@@ -1,4 +1,4 @@
-#include "transfer/Encoding.h"
+#include "decoding/Encoding.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>

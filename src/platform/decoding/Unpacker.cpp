@@ -1,4 +1,4 @@
-#include "Unpacker.h"
+#include "decoding/Unpacker.h"
 
 #include <zlib.h>
 

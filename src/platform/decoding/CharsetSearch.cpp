@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "transfer/Encoding.h"
+#include "decoding/Encoding.h"
 
 namespace mv {
 
