@@ -99,7 +99,6 @@ TEST_F(TransferTest, Outcomes) {
        {.body = "body", .headers = {{"Content-Encoding", "gzip"}}},
        CURLE_BAD_CONTENT_ENCODING,
        nullptr},
-      {"redirect without a place", {.body = "body", .status = 302}, 0, ""},
   };
   for (const auto& c : cases) {
     for (const auto mode : {BodyMode::Text, BodyMode::File}) {
