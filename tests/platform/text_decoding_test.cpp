@@ -88,6 +88,7 @@ TEST(TextDecoding, LabelsMeanWhatTheyMeanOnTheWeb) {
       {"ks_c_5601-1987", "\x81\x41", "\xEA\xB0\x82"},
       {" latin5\n", "\x80\xFD", "\xE2\x82\xAC\xC4\xB1"},
       {"tis-620", "\x80\xA1", "\xE2\x82\xAC\xE0\xB8\x81"},
+      {"iso-8859-16", "\x93\xA4\xFE", "\xC2\x93\xE2\x82\xAC\xC8\x9B"},
       {"l1", "\x93", "\xE2\x80\x9C"},
       {"visual", "\xE0", "\xD7\x90"},
       {"koi8-ru", "\xA4", "\xD1\x94"},

@@ -43,6 +43,7 @@ constexpr Labels kLabels[] = {
     {"iso-8859-13", "iso-8859-13", " iso8859-13 iso885913 "},
     {"iso-8859-14", "iso-8859-14", " iso8859-14 iso885914 "},
     {"iso-8859-15", "iso-8859-15", " csisolatin9 iso8859-15 iso885915 iso_8859-15 l9 "},
+    {"iso-8859-16", "iso-8859-16", " "},
     {"koi8-r", "koi8-r", " cskoi8r koi koi8 koi8_r "},
     {"koi8-u", "koi8-u", " koi8-ru "},
     {"macintosh", "macintosh", " csmacintosh mac x-mac-roman "},

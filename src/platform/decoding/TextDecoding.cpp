@@ -20,6 +20,7 @@ constexpr std::string_view kUtf8 = "utf-8";
 constexpr std::string_view kUtf16Big = "utf-16be";
 constexpr std::string_view kUtf16Little = "utf-16le";
 constexpr std::string_view kWindows = "windows-1252";
+constexpr std::string_view kLatin10Name = "iso-8859-16";
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 constexpr std::size_t kDeclaredWithin = 1024;  // bytes, by the HTML standard
 constexpr std::size_t kLongestCharacter = 4;   // bytes of UTF-8
@@ -60,8 +61,7 @@ std::size_t skipAscii(std::string_view text, std::size_t at) {
   return at;
 }
 
-void appendWindows1252(std::string& out, unsigned byte) {
-  const unsigned character = byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80] : byte;
+void appendCharacter(std::string& out, unsigned character) {
   if (character < 0x80) {
     out += static_cast<char>(character);
   } else if (character < 0x800) {
@@ -71,6 +71,26 @@ void appendWindows1252(std::string& out, unsigned byte) {
     out += static_cast<char>(0xE0U | (character >> 12U));
     out += static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
     out += static_cast<char>(0x80U | (character & 0x3FU));
+  }
+}
+
+void appendWindows1252(std::string& out, unsigned byte) {
+  appendCharacter(out, byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80] : byte);
+}
+
+// ISO 8859-16 from 0xA0 on, which the library does not have.
+constexpr std::u16string_view kLatin10 =
+    u"\u00A0\u0104\u0105\u0141\u20AC\u201E\u0160\u00A7\u0161\u00A9\u0218\u00AB\u0179\u00AD\u017A\u017B"
+    u"\u00B0\u00B1\u010C\u0142\u017D\u201D\u00B6\u00B7\u017E\u010D\u0219\u00BB\u0152\u0153\u0178\u017C"
+    u"\u00C0\u00C1\u00C2\u0102\u00C4\u0106\u00C6\u00C7\u00C8\u00C9\u00CA\u00CB\u00CC\u00CD\u00CE\u00CF"
+    u"\u0110\u0143\u00D2\u00D3\u00D4\u0150\u00D6\u015A\u0170\u00D9\u00DA\u00DB\u00DC\u0118\u021A\u00DF"
+    u"\u00E0\u00E1\u00E2\u0103\u00E4\u0107\u00E6\u00E7\u00E8\u00E9\u00EA\u00EB\u00EC\u00ED\u00EE\u00EF"
+    u"\u0111\u0144\u00F2\u00F3\u00F4\u0151\u00F6\u015B\u0171\u00F9\u00FA\u00FB\u00FC\u0119\u021B\u00FF";
+
+void appendFromLatin10(std::string& out, std::string_view bytes) {
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    const auto byte = byteAt(bytes, at);
+    appendCharacter(out, byte >= 0xA0 ? kLatin10[byte - 0xA0] : byte);
   }
 }
 
@@ -170,6 +190,8 @@ void TextDecoder::begin(std::string_view encoding) {
     way_ = Way::Utf8;
   } else if (decoder == kWindows) {
     way_ = Way::Windows1252;
+  } else if (encoding == kLatin10Name) {
+    way_ = Way::Latin10;
   } else if (decoder.empty()) {
     way_ = Way::Nothing;
     text_ = kReplacementCharacter;
@@ -188,6 +210,8 @@ void TextDecoder::convert(std::string_view bytes) {
       return appendPerhapsUtf8(bytes);
     case Way::Windows1252:
       return appendFromWindows1252(text_, bytes);
+    case Way::Latin10:
+      return appendFromLatin10(text_, bytes);
     case Way::Utf8:
       held_.append(bytes);
       held_.erase(0, appendRepaired(text_, held_, false));

@@ -28,7 +28,7 @@ class TextDecoder {
   std::string_view encoding() const { return encoding_; }
 
  private:
-  enum class Way { Undecided, PerhapsUtf8, Utf8, Windows1252, Other, Nothing };
+  enum class Way { Undecided, PerhapsUtf8, Utf8, Windows1252, Latin10, Other, Nothing };
 
   void decide();
   void begin(std::string_view encoding);
