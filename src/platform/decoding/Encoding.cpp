@@ -1,5 +1,6 @@
 #include "decoding/Encoding.h"
 
+#include <QList>
 #include <QStringDecoder>
 #include <QStringEncoder>
 #include <algorithm>
