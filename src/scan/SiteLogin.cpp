@@ -1,5 +1,6 @@
 #include "scan/SiteLogin.h"
 
+#include "base/WebAddress.h"
 #include "net/Address.h"
 #include "store/BuiltInForms.h"
 #include "transfer/InternetTransfer.h"
@@ -49,7 +50,7 @@ std::string SiteLogin::withLogin(std::string_view address, std::string_view user
 }
 
 std::string SiteLogin::listedStartPage() const {
-  return usesCredentials_ ? maskUserInfo(withLogin(site_.address(), {}, {})) : site_.withScheme();
+  return usesCredentials_ ? maskPassword(withLogin(site_.address(), userName_, {})) : site_.withScheme();
 }
 
 std::string SiteLogin::beginPage(const std::string& url, const std::string& location) {

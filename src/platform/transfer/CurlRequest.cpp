@@ -8,6 +8,7 @@
 
 #include "CredentialMemory.h"
 #include "TransportError.h"
+#include "base/WebAddress.h"
 #include "transfer/HttpsHosts.h"
 
 namespace mv {
@@ -375,7 +376,7 @@ void CurlRequest::failByTransport(CURLcode result) {
 void CurlRequest::fail(long code, const std::string& info) {
   states_.raiseDisconnected();
   code_ = code;
-  info_ = asPlainLine(withoutCredentials(info));
+  info_ = asPlainLine(maskPasswords(info));
   states_.raise(kError);
 }
 

@@ -71,6 +71,7 @@ class ScanProcess : public Process {
   void showPage();
   void pageFailed();
   void walkPage();
+  std::string answeringAddress() const;
   bool storeLink();
   // True when a login request is on its way: the page that answers it comes next.
   bool logIn();
