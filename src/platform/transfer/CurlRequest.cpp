@@ -22,7 +22,7 @@ constexpr long kMostRedirects = 20;
 constexpr long kFileBuffer = 512L * 1024;
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
-constexpr std::size_t kHeadLimit = std::size_t{1024} * 1024;
+constexpr std::size_t kHeadLimit = std::size_t{256} * 1024;  // less than libcurl's own
 
 }  // namespace
 
