@@ -3,6 +3,7 @@
 // database.
 #pragma once
 
+#include <QElapsedTimer>
 #include <cstdint>
 #include <string>
 
@@ -65,6 +66,7 @@ class ScanProcess : public Process {
   void start();
   void beginRound();
   void fillQueue();
+  int idleTime() const;
   void takeUp(int row);
   void showPage();
   void pageFailed();
@@ -82,6 +84,7 @@ class ScanProcess : public Process {
   Page page_;
   ScanStatus status_;
   bool started_ = false;
+  QElapsedTimer sinceStartPage_;  // was asked for
 };
 
 }  // namespace mv
