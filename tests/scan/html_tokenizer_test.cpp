@@ -125,10 +125,10 @@ TEST(HtmlTokenizer, HostilePagesAreReadOnce) {
         "--", "<script><!--", "</script", "<title>", "<svg><p>",   "<svg>",     "<![CDATA[",
         "]]", "<a href=x>",   "<a =",     "a",       "<math><mi>", "<iframe/>", "<xmp><noframes>"}) {
     std::string page;
-    while (page.size() < 8'000'000) page += piece;
+    while (page.size() < 2'000'000) page += piece;
     const std::clock_t start = std::clock();
     tagsOf(page, 1000);
-    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC) << piece;
+    EXPECT_LT(std::clock() - start, 2 * CLOCKS_PER_SEC) << piece;
   }
 }
 
