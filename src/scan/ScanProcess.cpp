@@ -7,6 +7,7 @@
 #include "app/ReportError.h"
 #include "base/WebAddress.h"
 #include "net/Address.h"
+#include "net/StoredAddress.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
@@ -25,7 +26,11 @@ void ScanProcess::initWindow() {
 }
 
 void ScanProcess::start() {
-  login_.start(SiteID, SiteName, LoginFormID);
+  location_ = SiteLocation(SiteName);
+  location_.announce();
+  if (location_.address() != SiteName) Domain = location_.host();
+  Inet2.setSite(SiteID);
+  login_.start(SiteID, location_, LoginFormID);
   show(status_.login, login_.status());
   parser_.SiteID = SiteID;
   parser_.Domain = Domain;
@@ -49,7 +54,7 @@ void ScanProcess::buildTagArray() {
 
 void ScanProcess::buildQueue() {
   if (StopRequested()) return;
-  page_.location = SiteName;
+  page_.location = location_.address();
   queue_.build(SiteID, login_.listedStartPage());
   fillQueue();
 }
@@ -106,8 +111,9 @@ void ScanProcess::takeUp(int index) {
   disableWorkTimer();
   const WorkRow& row = lvwLinks.row(index);
   page_ = {.linkId = row.linkId, .url = plainAddress(row.url)};
-  if (row.linkId == ScanQueue::kStartPageLinkId) sinceStartPage_.start();
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? SiteName : page_.url;
+  const bool isStartPage = row.linkId == ScanQueue::kStartPageLinkId;
+  if (isStartPage) sinceStartPage_.start();
+  page_.location = isStartPage ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);
@@ -135,6 +141,7 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
+  page_.encoding = Inet2.TextEncoding();
   if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
     parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
   walk_.begin({.text = Inet2.TakeText(),
@@ -168,6 +175,7 @@ void ScanProcess::walkPage() {
 
 bool ScanProcess::storeLink() {
   try {
+    parser_.URL = storedAddress(std::move(parser_.URL), page_.encoding);
     queue_.store(parser_);
   } catch (const NoLinkId&) {
     return false;  // the user has been told, and would be told again for every further link of the page
