@@ -40,7 +40,7 @@ void frmNewTag::loadRecord() {
 Tag frmNewTag::record() const { return {TagId, toUtf8(txtTagName_->text())}; }
 
 RecordEditor::Checks frmNewTag::checks(Choice) const {
-  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag"}};
+  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag", txtTagName_}};
 }
 
 void frmNewTag::insertRecord() { insertTag(record()); }
