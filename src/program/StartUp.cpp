@@ -77,9 +77,8 @@ StartUp::StartUp() { showNoticesInBoxes(); }
 
 StartUp::~StartUp() {
   watch_.reset();
-  single_.reset();
   main_.reset();
-  closeProgramDatabase();
+  if (!single_ || single_->isFirst()) closeProgramDatabase();
 }
 
 bool StartUp::run(const std::string& executableFolder, const std::string& userFolder) {

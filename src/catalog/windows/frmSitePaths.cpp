@@ -194,11 +194,12 @@ void frmSitePaths::takeTypedFolder() {
   if (row < 0 || !txtPath_->isModified()) return;
   txtPath_->setModified(false);
   const QString typed = txtPath_->text().trimmed();
+  const QString folder = QDir::cleanPath(QFileInfo(typed).absoluteFilePath());
   // An emptied box is no folder: the one that is stored stays.
-  if (typed.isEmpty() || !makeFolder(typed) || isUnloaded())
+  if (typed.isEmpty() || !makeFolder(folder) || isUnloaded())
     showPathOfRow(row);
   else
-    saveFolder(QDir::cleanPath(QFileInfo(typed).absoluteFilePath()));
+    saveFolder(folder);
 }
 
 void frmSitePaths::saveFolder(const QString& folder) {
