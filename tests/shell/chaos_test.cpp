@@ -11,6 +11,7 @@
 #include <set>
 #include <thread>
 
+#include "database/RawStatement.h"
 #include "download_windows/frmDownload.h"
 #include "program/ProgramMenus.h"
 #include "scan_windows/frmScan.h"
@@ -151,7 +152,7 @@ class ChaosTest : public ProgramTest {
   }
   void fillDatabase() {
     const std::int64_t pages = gDatabase.query("pragma page_count").number("page_count");
-    gDatabase.query("pragma max_page_count = " + number(pages));
+    gDatabase.query(rawStatement("pragma max_page_count = " + std::to_string(pages)));
   }
   void moveDatabase() {
     std::error_code ignored;
