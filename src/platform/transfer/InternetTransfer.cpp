@@ -1,5 +1,7 @@
 #include "transfer/InternetTransfer.h"
 
+#include <curl/curl.h>
+
 #include <QPointer>
 #include <QTimer>
 #include <QtGlobal>
@@ -182,6 +184,10 @@ InternetTransfer::Limits& InternetTransfer::limits() {
 void InternetTransfer::forgetSharedState() {
   forgetHostCredentials();
   CurlLoop::forgetCurrent();
+}
+
+std::string InternetTransfer::libraryVersion() {
+  return std::string("libcurl ") + curl_version_info(CURLVERSION_NOW)->version;
 }
 
 }  // namespace mv
