@@ -171,6 +171,20 @@ TEST_F(WebSites, StartOfASiteThatARebuildShowsOffMakesNoSecondPair) {
   EXPECT_EQ(processWindows(), 4) << "the half that was ended is there again";
 }
 
+TEST_F(WebSites, ADeletedSiteThatARebuildShowsOffStopsWorking) {
+  setMaximum(1);
+  openWith({"a", "b"});
+  clickRow(*list, 0);
+  press("Start");
+  window->buildWorkingLists("init");
+  clickRow(*list, 0);
+  press("Delete");
+  EXPECT_EQ(processWindows(), 0);
+  clickRow(*list, 0);
+  press("Start");
+  EXPECT_EQ(states(), "1") << "its connection is free";
+}
+
 TEST_F(WebSites, ASiteThatWasRenamedWhileItRunsIsStopped) {
   openWith({"a"});
   clickRow(*list, 0);

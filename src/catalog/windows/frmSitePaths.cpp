@@ -7,12 +7,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <stdexcept>
 
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
-#include "files/AtomicFile.h"
 #include "store/SiteStore.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
@@ -183,7 +183,7 @@ bool frmSitePaths::makeFolder(const QString& folder) {
     path_.Path = toUtf8(folder);
     path_.checkPath();
     return true;
-  } catch (const FileError& error) {
+  } catch (const std::runtime_error& error) {
     showMessage(this, applicationTitle(), QString::fromUtf8(error.what()), MessageIcon::Exclamation);
     return false;
   }

@@ -340,7 +340,7 @@ void frmWebSites::deleteChosen() {
   for (const Id id : deletableSites()) {
     if (!deleteSite(id))
       showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
-    runningSites_.erase(id);
+    endOwnProcesses(id);
     list().removeRow(rowOf(id));
     forgetVanishedSelection();
   }
@@ -401,6 +401,13 @@ void frmWebSites::closeProcesses(const SiteListRow& site) {
   endProcess(site.name, downloadOf(site.id));
   endProcess(site.name, scanOf(site.id));
   runningSites_.erase(site.id);
+}
+
+// A site that is gone, though a rebuild has shown it off, has no work left.
+void frmWebSites::endOwnProcesses(Id siteId) {
+  if (auto* download = downloadOf(siteId)) closeProcess(*download);
+  if (auto* scan = scanOf(siteId)) closeProcess(*scan);
+  runningSites_.erase(siteId);
 }
 
 void frmWebSites::autoScan() {

@@ -59,6 +59,7 @@ class frmWebSites : public ListWindow {
   void stopSelected();
   void stopRow(int row);
   void closeProcesses(const SiteListRow& site);
+  void endOwnProcesses(Id siteId);
 
   void addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
