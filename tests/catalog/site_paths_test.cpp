@@ -118,7 +118,7 @@ TEST_F(SitePaths, ATypedFolderIsStoredOrItIsSaidWhyNot) {
   EXPECT_EQ(shown().toStdString(), folder() + "/typed here");
 
   type(window, "txtPath", "/proc/none/of/this");
-  control<QPushButton>(window, "cmdClose").setFocus();
+  QTest::keyClick(&control<QLineEdit>(window, "txtPath"), Qt::Key_Return);
   EXPECT_NE(lastMessage().find("cannot be created"), std::string::npos);
   EXPECT_EQ(stored("gif"), folder() + "/typed here");
   EXPECT_EQ(shown().toStdString(), folder() + "/typed here");
