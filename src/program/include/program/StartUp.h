@@ -6,6 +6,7 @@
 
 namespace mv {
 
+class CookieFile;
 class DatabaseWatch;
 class SingleRun;
 class frmDownloadManager;
@@ -49,6 +50,7 @@ class StartUp {
 
   bool ended_ = false;
   std::unique_ptr<SingleRun> single_;
+  std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<DatabaseWatch> watch_;
   std::unique_ptr<frmDownloadManager> main_;
 };
