@@ -1,6 +1,7 @@
 #include "scan/HtmlTokenizer.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -21,6 +22,21 @@ constexpr std::size_t kLettersInKey = 8;
 constexpr std::size_t kDeepest = 64;
 
 std::size_t slotOf(std::uint64_t key) { return static_cast<std::size_t>(key * kHashFactor >> 55U); }
+
+// Words of eight bytes; what placeInWord does needs the first byte in the lowest place.
+constexpr std::size_t kNearWords = std::endian::native == std::endian::little ? 3 : 0;
+
+// Where the first `c` of eight bytes is; 8 for none. A byte that is `c` becomes zero, and only zeros borrow from their
+// own highest bit; what is wrong about bytes behind the first does not matter.
+std::size_t placeInWord(const char* bytes, char c) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  word ^= kOnes * static_cast<unsigned char>(c);
+  const std::uint64_t zeros = (word - kOnes) & ~word & kHighBits;
+  return static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+}
 
 }  // namespace
 
@@ -156,9 +172,14 @@ bool HtmlTokenizer::skip(Belongs belongs) {
 
 inline bool HtmlTokenizer::skipBlanks() { return skip(isHtmlBlank); }
 
-// Goes to the next `c`; false when the piece ends first.
+// Goes to the next `c`; false when the piece ends first. Mostly it is near, and memchr is for what is far.
 inline bool HtmlTokenizer::findNext(char c) {
   if (at_ >= stop_) return false;
+  for (std::size_t words = 0; words < kNearWords && stop_ - at_ >= sizeof(std::uint64_t); ++words) {
+    const std::size_t distance = placeInWord(page_.data() + at_, c);
+    at_ += distance;
+    if (distance < sizeof(std::uint64_t)) return true;
+  }
   const void* found = std::memchr(page_.data() + at_, c, stop_ - at_);
   at_ = found ? static_cast<std::size_t>(static_cast<const char*>(found) - page_.data()) : stop_;
   return found != nullptr;

@@ -43,7 +43,6 @@ void PageWalk::setTags(const std::vector<std::string>& tags) {
 void PageWalk::begin(Page page) {
   scanner_.setHtml(std::move(page.text));
   address_ = std::move(page.address);
-  encode_ = std::move(page.encode);
   starsDue_ = stars_.hasTags() && isHtml(page.contentType);
   tag_ = 0;
   phase_ = Phase::BaseHref;
@@ -98,7 +97,7 @@ bool PageWalk::beginNextSearch() {
   if (starsDue_ && tag_ == starPlace_) {
     starsDue_ = false;
     phase_ = Phase::Stars;
-    stars_.begin(scanner_.html(), address_, encode_);
+    stars_.begin(scanner_.html(), address_);
     return true;
   }
   if (tag_ >= tags_.size()) return false;
@@ -108,7 +107,7 @@ bool PageWalk::beginNextSearch() {
 }
 
 void PageWalk::end() {
-  stars_.begin({}, {}, nullptr);
+  stars_.begin({}, {});
   scanner_.setHtml({});
 }
 

@@ -184,8 +184,11 @@ std::string ScanProcess::computeBasePath() const {
 // page wrote it.
 std::string ScanProcess::answeringAddress() const {
   std::string answered = Inet2.ResponseAddress();
+  const std::string_view address = withoutScheme(answered);
   const auto asked = toRequestAddress(page_.location);
-  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
+  if (asked && withoutScheme(asked->url) == address)
+    answered.replace(answered.size() - address.size(), address.size(), page_.location);
+  return answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {
