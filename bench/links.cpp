@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "app/Settings.h"
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 #include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
 #include "transfer/TextDecoding.h"

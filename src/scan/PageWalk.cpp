@@ -6,7 +6,7 @@
 #include "BasePath.h"
 #include "HtmlCharacters.h"
 #include "base/TimeBudget.h"
-#include "scan/StarTag.h"
+#include "html/StarTag.h"
 
 namespace mv {
 

@@ -4,7 +4,7 @@
 #include "AddressAttributes.h"
 #include "CharacterReferences.h"
 #include "Fuzz.h"
-#include "scan/AddressResolver.h"
+#include "html/AddressResolver.h"
 
 namespace {
 

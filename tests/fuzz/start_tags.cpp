@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "Fuzz.h"
-#include "scan/StarLinks.h"
-#include "scan/StarTag.h"
+#include "html/StarLinks.h"
+#include "html/StarTag.h"
 
 namespace {
 

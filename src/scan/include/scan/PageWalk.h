@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "html/StarLinks.h"
 #include "scan/SiteLogin.h"
-#include "scan/StarLinks.h"
 #include "scan/clsLinkParser.h"
 #include "scan/clsPageScanner.h"
 

@@ -1,4 +1,4 @@
-#include "scan/HtmlTokenizer.h"
+#include "html/HtmlTokenizer.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "scan/AddressResolver.h"
+#include "html/AddressResolver.h"
 
 #include <algorithm>
 #include <array>

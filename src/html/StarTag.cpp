@@ -1,4 +1,4 @@
-#include "scan/StarTag.h"
+#include "html/StarTag.h"
 
 #include <algorithm>
 
