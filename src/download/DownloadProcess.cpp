@@ -18,6 +18,7 @@
 #include "net/TextBody.h"
 #include "store/LinkStore.h"
 #include "store/Sequence.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -86,6 +87,8 @@ DownloadProcess::~DownloadProcess() = default;
 
 void DownloadProcess::initWindow() {
   run([this] {
+    Inet2.setSite(SiteId);
+    SiteLocation(SiteName).announce();
     loadSiteLimits();
     showCounters("filesinqueue", "", 0);
     buildQueue();
