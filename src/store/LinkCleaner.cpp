@@ -4,7 +4,7 @@
 
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
-#include "app/Settings.h"
+#include "database/Database.h"
 #include "store/LinkStore.h"
 
 namespace mv {
@@ -14,10 +14,6 @@ namespace {
 // At ten million rows this many deletions stay below ten milliseconds.
 constexpr int kRowsAtOnce = 1000;
 
-bool siteIsThere(std::int32_t siteId) {
-  return gDatabase.count("select count(*) as outCount from site where id = " + number(siteId)) > 0;
-}
-
 }  // namespace
 
 LinkCleaner& LinkCleaner::instance() {
@@ -25,18 +21,16 @@ LinkCleaner& LinkCleaner::instance() {
   return cleaner;
 }
 
-void LinkCleaner::clear(std::int32_t siteId) {
+void LinkCleaner::clear(Id siteId) { add(siteId); }
+
+void LinkCleaner::resume() { add(std::nullopt); }
+
+void LinkCleaner::add(std::optional<Id> siteId) {
   const std::int64_t newest = newestLink();
   const bool first = work_.empty();
   work_.push_back({siteId, newest});
   if (first) deleteSome();
   goOn();
-}
-
-void LinkCleaner::resume() {
-  // From one site's links to the next one's by the index: as quick as there are few sites.
-  for (std::optional<std::int32_t> site = nextSiteWithLinks(-1); site; site = nextSiteWithLinks(*site))
-    if (!siteIsThere(*site)) clear(*site);
 }
 
 void LinkCleaner::finish() {
@@ -47,7 +41,8 @@ void LinkCleaner::deleteSome() {
   const Work now = work_.front();
   std::int64_t deleted = 0;
   try {
-    deleted = deleteLinks(now.siteId, now.lastLink, kRowsAtOnce);
+    deleted = now.siteId ? deleteLinks(*now.siteId, now.lastLink, kRowsAtOnce)
+                         : deleteOrphanedLinks(now.lastLink, kRowsAtOnce);
   } catch (const DatabaseError&) {
     work_.pop_front();
     throw;

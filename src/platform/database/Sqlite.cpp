@@ -15,7 +15,6 @@ namespace mv::engine {
 
 namespace {
 
-constexpr int kBusyTimeoutMs = 2000;
 constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page
 
 long numberOfMessage(std::string_view message) {

@@ -5,6 +5,9 @@
 #include <QObject>
 #include <cstdint>
 #include <deque>
+#include <optional>
+
+#include "store/Id.h"
 
 namespace mv {
 
@@ -15,7 +18,7 @@ class LinkCleaner : public QObject {
 
   // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
   // part done at once; a failure later is shown, and ends the work on that site.
-  void clear(std::int32_t siteId);
+  void clear(Id siteId);
   // Goes on where a killed program left off: clears what is left of the links of sites that are gone. Raises
   // DatabaseError.
   void resume();
@@ -25,10 +28,11 @@ class LinkCleaner : public QObject {
 
  private:
   struct Work {
-    std::int32_t siteId;
-    std::int64_t lastLink;  // the newest link when the clearing was asked for
+    std::optional<Id> siteId;  // nullopt: of all sites that are gone
+    std::int64_t lastLink;     // the newest link when the clearing was asked for
   };
 
+  void add(std::optional<Id> siteId);
   // Deletes some more of the first site's links; takes the site off the list when none are left.
   void deleteSome();
   void goOn();

@@ -30,6 +30,8 @@ class DatabaseError : public std::runtime_error {
   long number() const { return number_; }
   const std::string& description() const { return description_; }
   const std::string& source() const { return source_; }
+  // The statement is not at fault but what surrounds it: another program's lock, the disk. Later it may succeed.
+  bool mayPass() const;
 
   enum Number : long {
     kInvalidArgument = 3001,
@@ -87,6 +89,8 @@ class Recordset {
   std::unique_ptr<State> state_;
 };
 
+class CommitGroup;
+
 class Database {
  public:
   Database();
@@ -105,7 +109,8 @@ class Database {
   void close();
   bool isOpen() const;
 
-  // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
+  // Every statement is a transaction of its own, unless a Transaction or a CommitGroup is open. Raise DatabaseError;
+  // nothing is half done.
   Recordset query(const Statement& statement);
   void execute(const Statement& statement);
   // Rows that the last execute inserted, changed or deleted.
@@ -124,12 +129,46 @@ class Database {
   struct Connection;
 
  private:
+  friend class CommitGroup;
+  friend class Transaction;
+  void carryOut(const Statement& statement);
+
   std::shared_ptr<Connection> connection_;
   std::int64_t openings_ = 0;
+  CommitGroup* group_ = nullptr;  // the open one
+};
+
+// One commit for all that is stored while it lives, by whoever stores it: a commit each would cost more than the work.
+// The first statement that changes something takes the right to write, which other programs then wait for until
+// commit(); without commit() everything is taken back. When another program has that right, it is waited for some
+// milliseconds only: whoever groups does the whole again later.
+//
+// One at a time, for one slice of work: it ends before the event loop runs or a message box opens.
+class CommitGroup {
+ public:
+  explicit CommitGroup(Database& database);
+  ~CommitGroup();
+  CommitGroup(const CommitGroup&) = delete;
+  CommitGroup& operator=(const CommitGroup&) = delete;
+  // Raises DatabaseError: then nothing of it is stored. Some failures of a statement, a full disk above all, have the
+  // engine take everything back at once; every further change and commit() raise kDiskError then.
+  void commit();
+
+ private:
+  friend class Database;
+  friend class Transaction;
+  void join();
+  bool isLost() const;
+
+  Database& database_;
+  bool begun_ = false;
 };
 
 // Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
 // two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+//
+// While a CommitGroup is open it is a part of that: it becomes durable with the whole, and to take it back takes the
+// whole back.
 class Transaction {
  public:
   explicit Transaction(Database& database);
