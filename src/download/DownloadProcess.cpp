@@ -326,7 +326,7 @@ void DownloadProcess::beginReceiving() {
 
 void DownloadProcess::chooseFullPath() {
   if (isYes(UniqueNames)) {
-    const std::int32_t number = nextSequenceValue("filename_id");
+    const Id number = nextSequenceValue("filename_id");
     if (number == 0) throw std::runtime_error("No number for the file's name could be drawn.");
     entry_.fileName = BaseName + std::to_string(number) + "." + entry_.fileType;
   }

@@ -159,7 +159,7 @@ bool FormUpdates::importRecord() {
 bool FormUpdates::importForm(const FormRecord& form) {
   formId_.reset();
   if (isRefused("form " + form.name, {form.name, form.description, form.formType})) return true;
-  const std::int32_t id = nextSequenceValue("form_id");
+  const Id id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
   insertForm({id, form.name, form.description, form.formType});
   formId_ = id;
@@ -174,7 +174,7 @@ bool FormUpdates::importField(const FieldRecord& field) {
   if (isRefused("field " + field.name, {field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
                                         field.prompt, field.fieldName, field.fieldValue}))
     return true;
-  const std::int32_t id = nextSequenceValue("field_info_id");
+  const Id id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
   insertFormField({id, *formId_, field.name, field.logicalNumber, field.searchString, field.suppliedByUser != "no",
                    field.prompt, field.fieldName, field.fieldValue});

@@ -15,7 +15,7 @@ constexpr int kMostRefusals = 3;  // in a row: after some more a server locks th
 
 }  // namespace
 
-void SiteLogin::start(std::int32_t siteId, const std::string& address, std::int32_t formId) {
+void SiteLogin::start(Id siteId, const std::string& address, Id formId) {
   siteId_ = siteId;
   siteAddress_ = address;
   formId_ = formId;

@@ -59,7 +59,7 @@ std::optional<LinkRow> LinkRows::next() {
 
 // Walking past the finished links would cost every round of an old site a million rows: hence the condition on the
 // status, and noneOf.
-LinkRows waitingPages(std::int32_t siteId) {
+LinkRows waitingPages(Id siteId) {
   return {gDatabase.query("select id, status, site_id, url, link_type  from link where site_id = " + number(siteId) +
                           " and " +
                           noneOf("link_type", {kFileLink, kEmailLink}, "link",
@@ -68,7 +68,7 @@ LinkRows waitingPages(std::int32_t siteId) {
           readPage};
 }
 
-LinkRows unfinishedFiles(std::int32_t siteId) {
+LinkRows unfinishedFiles(Id siteId) {
   return {gDatabase.query("select id, status, site_id, link_type, url, username, password, file_type from link where "
                           "site_id = " +
                           number(siteId) + " and link_type = \"File\" and " +

@@ -31,7 +31,7 @@ class SitePaths : public WindowTest {
                  " and filetype_id = " + typeId(name));
   }
 
-  int siteId = 0;
+  mv::Id siteId = 0;
   mv::frmSitePaths* window = nullptr;
 };
 

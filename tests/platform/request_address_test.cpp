@@ -28,7 +28,8 @@ TEST(RequestAddress, WhatGoesOverTheWire) {
     ASSERT_TRUE(target) << address;
     EXPECT_EQ(target->url, url) << address;
   }
-  for (const auto* address : {"", "http://", "http:///path", "http://user:pass@/x", "http://a b/", "?x"}) {
+  for (const auto* address :
+       {"", "http://", "http:///path", "http://user:pass@/x", "http://a b/", "?x", "http://host:8\xC3\xA4/"}) {
     EXPECT_FALSE(toRequestAddress(address)) << address;
   }
 }

@@ -59,7 +59,7 @@ class ScanTest : public Base {
   }
 
   TestSite site;
-  int siteId;
+  mv::Id siteId;
 };
 
 }  // namespace mvtest

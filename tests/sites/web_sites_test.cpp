@@ -20,7 +20,7 @@ constexpr int kOnOff = 3;
 class WebSites : public SitesTest {
  protected:
   // Sites on a port that refuses at once; none of the tests waits for a request.
-  int site(const std::string& name) { return addSite("127.0.0.1:1/" + name, folder()); }
+  mv::Id site(const std::string& name) { return addSite("127.0.0.1:1/" + name, folder()); }
   void openWith(std::initializer_list<const char*> names) {
     for (const char* name : names) site(name);
     window = mv::showSingle<mv::frmWebSites>();
@@ -100,7 +100,7 @@ TEST_F(WebSites, StartsInListOrderUpToTheLimitAndStops) {
 }
 
 TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
-  const int id = site("a");
+  const mv::Id id = site("a");
   mv::gDatabase.execute("update site set hops = 4, unique_names = \"yes\", base_name = \"Stem\"");
   insert("site_form_xref", {{std::to_string(id), "20"}});
   mv::gOverwriteExisting = "yes";

@@ -15,17 +15,6 @@ namespace mv {
 
 using namespace engine;
 
-DatabaseError::DatabaseError(long number, std::string description, std::string source)
-    : std::runtime_error(description),
-      number_(number),
-      description_(std::move(description)),
-      source_(std::move(source)) {}
-
-bool DatabaseError::mayPass() const {
-  return number_ == kLocked || number_ == kDiskFull || number_ == kDiskError || number_ == kReadOnly ||
-         number_ == kNotOpen;
-}
-
 namespace {
 
 constexpr char kBegin[] = "begin immediate";

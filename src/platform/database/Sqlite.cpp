@@ -183,7 +183,7 @@ void checkFile(const std::string& path) {
     raiseFile(DatabaseError::kUnrecognizedFormat, path, "is not a database, or it is damaged.");
 }
 
-void checkTables(sqlite3* connection, const std::string& path, const Database::TableNames& needed) {
+void checkTables(sqlite3* connection, const std::string& path, const std::vector<std::string_view>& needed) {
   const StatementPtr find =
       prepare(connection, "select 1 from sqlite_schema where type = 'table' and name = ?1 collate nocase", "check");
   for (const std::string_view table : needed) {
@@ -214,7 +214,7 @@ void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
 
 // Reading "immutable" leaves no trace; it must not be used where a
 // journal may hold pages that the file has not: after a killed run, or beside another one.
-void checkDatabase(const std::string& path, const Database::TableNames& needed) {
+void checkDatabase(const std::string& path, const std::vector<std::string_view>& needed) {
   checkFile(path);
   const bool rollBack = fileSize(path + "-journal") > 0;
   const bool journal = rollBack || fileSize(path + "-wal") >= 0;

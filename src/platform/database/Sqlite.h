@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "database/Database.h"
+#include "database/DatabaseError.h"
+#include "database/Statement.h"
 
 namespace mv::engine {
 
@@ -71,6 +73,6 @@ std::int64_t fileSize(const std::string& path);
 // As the engine's own language writes a name.
 std::string quotedName(std::string name);
 // Everything is judged before anything is changed: the file, its tables, its content.
-void checkDatabase(const std::string& path, const Database::TableNames& needed);
+void checkDatabase(const std::string& path, const std::vector<std::string_view>& needed);
 
 }  // namespace mv::engine

@@ -70,8 +70,10 @@ std::string asciiHost(std::string_view host) {
   if (std::any_of(host.begin(), host.end(), isBlankOrControl)) return {};
   if (std::all_of(host.begin(), host.end(), isAscii)) return std::string(host);
   const auto portStart = std::min(host.rfind(':'), host.size());
+  const auto port = host.substr(portStart);
+  if (!std::all_of(port.begin(), port.end(), isAscii)) return {};
   const auto ace = QUrl::toAce(toQString(host.substr(0, portStart)));
-  return ace.isEmpty() ? std::string() : ace.toStdString().append(host.substr(portStart));
+  return ace.isEmpty() ? std::string() : ace.toStdString().append(port);
 }
 
 std::string lowered(std::string_view text) {

@@ -48,10 +48,10 @@ QStringList textsOf(const SiteListRow& site) {
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
   const Id loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
-  scan->process().SiteID = static_cast<std::int32_t>(site.id);
+  scan->process().SiteID = site.id;
   scan->process().SiteName = site.name;
   scan->process().Domain = site.domain;
-  scan->process().LoginFormID = static_cast<std::int32_t>(loginForm);
+  scan->process().LoginFormID = loginForm;
   scan->process().DomainHops = site.hops;
   scan->setCaption(scan->settledCaption());
   scan->showChild();
@@ -61,7 +61,7 @@ QPointer<ChildWindow> openScan(const SiteListRow& site) {
 
 QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   const QPointer<frmDownload> download = new frmDownload;
-  download->process().SiteId = static_cast<std::int32_t>(site.id);
+  download->process().SiteId = site.id;
   download->process().SiteName = site.name;
   download->process().UniqueNames = yesNo(site.uniqueNames);
   download->process().BaseName = site.baseName;
@@ -260,7 +260,7 @@ void frmWebSites::openEdit() {
   if (selectedSiteID_ == 0) return;
   auto* editor = new frmNew;
   editor->Mode = "edit";
-  editor->SiteID = static_cast<std::int32_t>(selectedSiteID_);
+  editor->SiteID = selectedSiteID_;
   editor->SiteName = selectedSiteName_;
   editor->setCaption("Edit: " + selectedSiteName_);
   editor->open();

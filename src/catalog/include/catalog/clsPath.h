@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <string>
 
+#include "store/Id.h"
+
 namespace mv {
 
 class clsPath {
  public:
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::string Path;  // UTF-8; what checkPath acts on, and the result of GetPathForFileType
 
   // Makes sure that the folder `Path` exists, missing parents included. A file of that name counts as existing. Raises

@@ -11,6 +11,7 @@
 #include "download/DownloadStatus.h"
 #include "files/AtomicFile.h"
 #include "process/Process.h"
+#include "store/Id.h"
 #include "store/ProcessData.h"
 
 namespace mv {
@@ -22,7 +23,7 @@ class DownloadProcess : public Process {
   ~DownloadProcess() override;
 
   // Given by the opener before initWindow.
-  std::int32_t SiteId = 0;
+  Id SiteId = 0;
   std::string SiteName;
   std::string UniqueNames;        // "yes": numbered file names
   std::string BaseName;           // their stem

@@ -15,6 +15,7 @@
 #include "scan/SiteLogin.h"
 #include "scan/StoreTrouble.h"
 #include "scan/clsLinkParser.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -24,10 +25,10 @@ class ScanProcess : public Process {
   ScanProcess();
 
   // Given by the opener before initWindow.
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::string SiteName;  // the start address without "http://"
   std::string Domain;
-  std::int32_t LoginFormID = 0;
+  Id LoginFormID = 0;
   long DomainHops = 0;
 
   // Starts the scan: credentials, limits, queue, tags, filters, work timer. When one of them fails the work timer's

@@ -12,6 +12,7 @@
 
 #include "scan/FilterRules.h"
 #include "scan/KnownLinks.h"
+#include "store/Id.h"
 #include "store/LinkStore.h"
 #include "store/ProcessData.h"
 
@@ -30,7 +31,7 @@ class clsLinkParser {
   std::string Domain;    // the site's host
   std::string UserName;  // stored with the link
   std::string Password;
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::int64_t LinkID = 0;  // of the last stored link
   std::string URL;          // ProcessLink's answer, AddLinkToDatabase's question; afterwards escaped, without scheme
   std::string LinkType;     // "Document", "Directory", "File" or "Email Address"

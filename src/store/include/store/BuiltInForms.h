@@ -3,11 +3,13 @@
 
 #include <cstdint>
 
+#include "store/Id.h"
+
 namespace mv {
 
 // Built-in authentication: a site's values of two fields are the user name and the password of its web requests.
 struct AuthenticationForm {
-  std::int32_t formId;
+  Id formId;
   int userNameField;
   int passwordField;
 };
@@ -19,7 +21,7 @@ constexpr bool isAuthenticationForm(std::int64_t formId) {
   return false;
 }
 
-inline constexpr std::int32_t kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
+inline constexpr Id kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
 inline constexpr const char* kNoLoginFormName = "***None***";
 
 }  // namespace mv

@@ -21,7 +21,7 @@ inline constexpr std::string_view kEmailLink = "Email Address";
 
 struct LinkRow {
   std::int64_t id = 0;
-  std::int32_t siteId = 0;
+  Id siteId = 0;
   EscapedAddress url;    // without scheme
   std::string linkType;  // one of those above
   std::string userName;  // of the site when the link was found
@@ -44,8 +44,8 @@ class LinkRows {
   bool atEnd() const { return rows_.endOfRows(); }
 
  private:
-  friend LinkRows waitingPages(std::int32_t siteId);
-  friend LinkRows unfinishedFiles(std::int32_t siteId);
+  friend LinkRows waitingPages(Id siteId);
+  friend LinkRows unfinishedFiles(Id siteId);
   using Reader = LinkRow (*)(const Recordset&);
   LinkRows(Recordset rows, Reader read) : rows_(std::move(rows)), read_(read) {}
 
@@ -54,9 +54,9 @@ class LinkRows {
 };
 
 // Pages that no scan has fetched yet: `id` and `url` are read.
-LinkRows waitingPages(std::int32_t siteId);
+LinkRows waitingPages(Id siteId);
 // Files that no download has taken up to the end: `linkType` and `siteId` are not read.
-LinkRows unfinishedFiles(std::int32_t siteId);
+LinkRows unfinishedFiles(Id siteId);
 
 // Is the address stored, for whichever site?
 bool isLinkStored(const EscapedAddress& url);

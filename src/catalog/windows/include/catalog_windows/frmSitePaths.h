@@ -5,6 +5,7 @@
 
 #include "catalog/clsPath.h"
 #include "desktop/ListView.h"
+#include "store/Id.h"
 #include "windows/ChildWindow.h"
 
 class QLineEdit;
@@ -18,7 +19,7 @@ class frmSitePaths : public ChildWindow {
   frmSitePaths();
 
   // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName.
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   QString SiteName;
 
   // Restores the place, builds the list and shows the window.
