@@ -86,6 +86,7 @@ DownloadProcess::~DownloadProcess() = default;
 
 void DownloadProcess::initWindow() {
   run([this] {
+    belongTo(SiteId, downloadTitle(SiteName));
     loadSiteLimits();
     showCounters("filesinqueue", "", 0);
     buildQueue();
@@ -117,6 +118,10 @@ void DownloadProcess::buildQueue() {
 }
 
 void DownloadProcess::rebuildQueue() {
+  if (!isSiteStored(SiteId)) {
+    endWithSite();
+    return;
+  }
   if (lvwLinks.count() > 0) lvwLinks.clear();
   loadSiteLimits();
   processedCount_ = 0;
