@@ -325,6 +325,10 @@ std::int64_t Database::invalidationCount(const std::string& table, const std::st
   return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
 }
 
+std::int64_t Database::openGroup() const { return group_ ? group_->number_ : 0; }
+
+void Database::beforeCommit(std::function<void()> work) { group_->beforeCommit_.push_back(std::move(work)); }
+
 std::int64_t Database::count(const Statement& statement) {
   if (!connection_) raiseNotOpen();
   const Prepared prepared = connection_->statements->get(statement.shape());
@@ -338,7 +342,9 @@ std::int64_t Database::count(const Statement& statement) {
 
 // ---- several statements ----
 
-CommitGroup::CommitGroup(Database& database) : database_(database) { database_.group_ = this; }
+CommitGroup::CommitGroup(Database& database) : database_(database), number_(++database.groups_) {
+  database_.group_ = this;
+}
 
 CommitGroup::~CommitGroup() {
   database_.group_ = nullptr;
@@ -356,6 +362,7 @@ bool CommitGroup::isLost() const {
 }
 
 void CommitGroup::join() {
+  if (!database_.connection_) raiseNotOpen();
   if (!begun_) {
     sqlite3* const main = database_.connection_->main.get();
     sqlite3_busy_timeout(main, kGroupPatienceMs);
@@ -368,6 +375,8 @@ void CommitGroup::join() {
 }
 
 void CommitGroup::commit() {
+  for (const auto& work : beforeCommit_) work();
+  beforeCommit_.clear();
   if (begun_) {
     join();
     database_.carryOut(kCommit);
@@ -378,13 +387,16 @@ void CommitGroup::commit() {
 // The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other
 // connections hold it for a moment now and then, even if they only read.
 Transaction::Transaction(Database& database) : database_(database) {
-  if (!database_.group_) database_.execute(kBegin);
+  if (database_.group_)
+    database_.group_->join();
+  else
+    database_.execute(kBegin);
 }
 
 Transaction::~Transaction() {
   if (!open_) return;
   try {
-    if (!database_.group_ || database_.group_->begun_) database_.execute(kRollback);
+    database_.execute(kRollback);
   } catch (const DatabaseError&) {
     // After some failures, a full disk above all, the engine has done so already.
   }

@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -88,6 +89,11 @@ class Database {
   // programs' changes; opening. Names as the table was created with. Raises DatabaseError.
   std::int64_t invalidationCount(const std::string& table, const std::string& column);
 
+  // While a CommitGroup is open: its number, no other has it. 0 without one.
+  std::int64_t openGroup() const;
+  // Has the open CommitGroup do some `work` before it commits: for what would else be stored again and again.
+  void beforeCommit(std::function<void()> work);
+
   // The `outCount` of a count query.
   std::int64_t count(const Statement& statement);
 
@@ -101,6 +107,7 @@ class Database {
   std::shared_ptr<Connection> connection_;
   std::int64_t openings_ = 0;
   CommitGroup* group_ = nullptr;  // the open one
+  std::int64_t groups_ = 0;       // so far
 };
 
 // One commit for all that is stored while it lives, by whoever stores it: a commit each would cost more than the work.
@@ -126,6 +133,8 @@ class CommitGroup {
   bool isLost() const;
 
   Database& database_;
+  std::int64_t number_;
+  std::vector<std::function<void()>> beforeCommit_;
   bool begun_ = false;
 };
 
