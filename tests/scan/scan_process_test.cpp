@@ -313,7 +313,8 @@ TEST_F(ScanProcessTest, APageWhoseLinksAreRefusedIsReadAgain) {
 TEST_F(ScanProcessTest, APageAddsNoMoreThanItsSizeAllows) {
   std::string page;
   for (int i = 0; i < 750; ++i) page += "<a href=" + std::to_string(i);
-  site.page("/", page + ">");
+  page += ">";
+  site.page("/", page);
   begin();
   ASSERT_TRUE(waitFor([this] { return pages.count() == 3; }, 60'000)) << "the start page is read again and again";
   const long bytes = std::stol(value("select sum(length(url)) from link"));
