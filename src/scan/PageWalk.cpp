@@ -1,11 +1,14 @@
 #include "scan/PageWalk.h"
 
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "BasePath.h"
+#include "HtmlCharacters.h"
 #include "base/TimeBudget.h"
+#include "scan/StarTag.h"
 
 namespace mv {
 
@@ -28,21 +31,41 @@ std::size_t fingerprintOf(std::string_view html, const std::string& basePath) {
   return std::hash<std::string>()(traits);
 }
 
+// A server that names no type mostly means HTML.
+bool isHtml(std::string_view contentType) {
+  const std::string_view type = withoutBlanks(contentType.substr(0, contentType.find(';')));
+  return type.empty() || equalsFolded(type, "text/html") || equalsFolded(type, "application/xhtml+xml");
+}
+
 }  // namespace
 
-void PageWalk::setTags(std::vector<std::string> tags) {
-  tags_ = std::move(tags);
+void PageWalk::setTags(const std::vector<std::string>& tags) {
+  tags_.clear();
+  std::vector<StarTag> stars;
+  for (const std::string& tag : tags) {
+    if (const std::optional<StarTag> star = StarTag::parse(tag)) {
+      if (stars.empty()) starPlace_ = tags_.size();
+      stars.push_back(*star);
+    } else {
+      tags_.push_back(tag);
+    }
+  }
+  stars_.setTags(stars);
   std::vector<std::string> searchStrings = tags_;
   searchStrings.emplace_back(kBaseTag);
   scanner_.expect(searchStrings);
 }
 
-void PageWalk::begin(std::string html, const std::string& basePath) {
-  fingerprint_ = fingerprintOf(html, basePath);
+void PageWalk::begin(Page page) {
+  fingerprint_ = fingerprintOf(page.text, page.basePath);
   const bool isFull = full_.contains(fingerprint_);
-  parser_.Room = {.bytes = isFull ? 0 : std::ssize(html) * kRoomPerByte + kLeastRoom};
-  scanner_.setHtml(std::move(html));
-  now_ = {.basePath = basePath};
+  parser_.Room = {.bytes = isFull ? 0 : std::ssize(page.text) * kRoomPerByte + kLeastRoom};
+  scanner_.setHtml(std::move(page.text));
+  address_ = std::move(page.address);
+  encode_ = std::move(page.encode);
+  now_ = {.starsDue = stars_.hasTags() && isHtml(page.contentType),
+          .isOver = tags_.empty(),  // tags with a star find the base themselves
+          .basePath = std::move(page.basePath)};
   beginSearch(0);
 }
 
@@ -50,13 +73,12 @@ bool PageWalk::goOn(const TakeLink& take) {
   const TimeBudget budget;
   const clsLinkParser::CachedLookups lookups(parser_);
   now_.position = scanner_.position();
+  now_.given = stars_.given();
   before_ = now_;
   do {
-    while (scanner_.LinkFound()) {
+    while (!now_.isOver) {
       if (budget.spent()) return false;
-      if (!scanner_.seek(kBytesAtOnce)) continue;
-      scanner_.getLink();
-      if (!scanner_.Link().empty() && !takeFound(take)) return true;
+      if (findLink() && !link_.empty() && !takeFound(take)) return true;
     }
   } while (beginNextSearch());
   return true;
@@ -66,27 +88,46 @@ void PageWalk::takeBack() {
   parser_.takeBack();
   now_ = before_;
   beginSearch(now_.position);
+  if (now_.phase == Phase::Stars) stars_.goBack(now_.given);
+}
+
+bool PageWalk::findLink() {
+  if (now_.phase == Phase::Stars) {
+    if (!stars_.seek(kBytesAtOnce)) return false;
+    now_.isOver = !stars_.next(link_);
+  } else {
+    if (!scanner_.seek(kBytesAtOnce)) return false;
+    scanner_.getLink();
+    link_ = scanner_.Link();
+    now_.isOver = !scanner_.LinkFound();
+  }
+  return true;
 }
 
 bool PageWalk::takeFound(const TakeLink& take) {
   if (now_.phase == Phase::BaseHref) {
-    now_.baseHref = scanner_.Link();  // the last one of a page counts
+    now_.baseHref = link_;  // the last one of a page counts
     return true;
   }
   parser_.BasePath = now_.basePath;
-  parser_.Link = scanner_.Link();
+  parser_.Link = link_;
   parser_.ProcessLink();
   return take();
 }
 
 bool PageWalk::beginNextSearch() {
-  if (now_.phase == Phase::BaseHref) {
-    now_.phase = Phase::Links;
-    if (!now_.baseHref.empty()) now_.basePath = endedBySlash(now_.baseHref);
-  } else {
-    ++now_.tag;
+  if (now_.phase == Phase::BaseHref && !now_.baseHref.empty()) now_.basePath = endedBySlash(now_.baseHref);
+  now_.isOver = false;
+  if (now_.starsDue && now_.tag == starPlace_) {
+    now_.starsDue = false;
+    now_.phase = Phase::Stars;
+    scanner_.restart();
+    stars_.begin(scanner_.html(), address_, encode_);
+    return true;
   }
   if (now_.tag >= tags_.size()) return false;
+  now_.phase = Phase::Plain;
+  ++now_.tag;
   beginSearch(0);
   return true;
 }
@@ -94,12 +135,17 @@ bool PageWalk::beginNextSearch() {
 void PageWalk::beginSearch(std::size_t position) {
   scanner_.BasePath = now_.basePath;
   scanner_.goTo(position);
-  scanner_.setSearchString(now_.phase == Phase::BaseHref ? kBaseTag : tags_[now_.tag]);
+  scanner_.setSearchString(now_.phase == Phase::Plain ? tags_[now_.tag - 1] : kBaseTag);
 }
 
 std::int64_t PageWalk::leftOut() {
   const std::int64_t count = parser_.Room.leftOut;
   return count > 0 && full_.insert(fingerprint_).second ? count : 0;
+}
+
+void PageWalk::end() {
+  stars_.begin({}, {}, nullptr);
+  scanner_.setHtml({});
 }
 
 PageForm PageWalk::form() {

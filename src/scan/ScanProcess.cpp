@@ -7,10 +7,12 @@
 #include "app/ReportError.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
+#include "base/WebAddress.h"
 #include "net/Address.h"
 #include "scan/ScanTexts.h"
 #include "store/LinkStore.h"
 #include "store/ProcessData.h"
+#include "transfer/RequestAddress.h"
 
 namespace mv {
 
@@ -143,7 +145,7 @@ void ScanProcess::takeUp(int index) {
 }
 
 void ScanProcess::showPage() {
-  show(status_.page, maskUserInfo(page_.url));
+  show(status_.page, maskPassword(page_.url));
   show(status_.lastPage, status_.page);
 }
 
@@ -153,7 +155,7 @@ void ScanProcess::updateStatus(const std::string& kind, const std::string& reaso
     show(status_.pagesLeft, queue_.pagesLeft());
     show(status_.pagesProcessed, queue_.pagesProcessed());
   } else if (kind == "error") {
-    showError(maskUserInfo(page_.url), reason, code);
+    showError(maskPassword(page_.url), reason, code);
   }
 }
 
@@ -161,7 +163,12 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
-  walk_.begin(Inet2.TakeText(), computeBasePath());
+  if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
+    parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
+  walk_.begin({.text = Inet2.TakeText(),
+               .basePath = computeBasePath(),
+               .address = answeringAddress(),
+               .contentType = Inet2.GetHeader("Content-Type")});
   walkPage();
 }
 
@@ -189,9 +196,8 @@ std::optional<bool> ScanProcess::walkSlice() {
   try {
     CommitGroup slice(gDatabase);
     const bool walked = walk_.goOn([this] { return storeLink(); });
-    slice.commit();
+    if (slice.commit()) trouble_.passed();
     queue_.keepStored();
-    trouble_.passed();
     return walked;
   } catch (const std::exception& error) {
     sliceFailed(error);
@@ -244,7 +250,7 @@ void ScanProcess::pageWalked() {
 void ScanProcess::logLeftOut() {
   const std::int64_t count = walk_.leftOut();
   if (count == 0) return;
-  tryAppendToErrorLog({std::to_string(page_.linkId), asOneLine(maskUserInfo(page_.url)),
+  tryAppendToErrorLog({std::to_string(page_.linkId), asOneLine(maskPassword(page_.url)),
                        "Addresses left out: " + std::to_string(count) +
                            ". Together the page's links would take far more room than the page itself.",
                        dateTimeText(now()), ""});
@@ -266,6 +272,14 @@ bool ScanProcess::logIn() {
 std::string ScanProcess::computeBasePath() const {
   if (login_.isAnswerDue()) return folderOf(Inet2.ResponseAddress());
   return basePathOf(page_.location, Domain, queue_.alternateMatchpath());
+}
+
+// As a link to it is stored: when nobody led the request elsewhere, the address that was asked for, as readable as a
+// page wrote it.
+std::string ScanProcess::answeringAddress() const {
+  std::string answered = Inet2.ResponseAddress();
+  const auto asked = toRequestAddress(page_.location);
+  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {

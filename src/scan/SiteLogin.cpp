@@ -1,5 +1,6 @@
 #include "scan/SiteLogin.h"
 
+#include "base/WebAddress.h"
 #include "net/Address.h"
 #include "store/BuiltInForms.h"
 #include "transfer/InternetTransfer.h"
@@ -41,7 +42,7 @@ void SiteLogin::readCredentials() {
 }
 
 std::string SiteLogin::listedStartPage() const {
-  return usesCredentials_ ? maskUserInfo(withCredentials(siteAddress_, {}, {})) : "http://" + siteAddress_;
+  return usesCredentials_ ? maskPassword(withCredentials(siteAddress_, userName_, {})) : "http://" + siteAddress_;
 }
 
 std::string SiteLogin::beginPage(const std::string& url, const std::string& location, bool isReadAgain) {

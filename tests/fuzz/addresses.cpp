@@ -2,6 +2,7 @@
 #include <string>
 
 #include "Fuzz.h"
+#include "base/WebAddress.h"
 #include "net/Address.h"
 #include "transfer/RequestAddress.h"
 
@@ -27,9 +28,9 @@ void mvfuzz::fuzzOne(std::string_view input) {
   const std::string host(takePart(input));
   checkRequest(address);
   checkRequest(mv::withCredentials(address, host, input));
-  const std::string masked = mv::maskUserInfo(address);
-  require(mv::maskUserInfo(masked) == masked, "a masked address stays masked");
-  mv::withoutCredentials(input);
+  const std::string masked = mv::maskPassword(address);
+  require(mv::maskPassword(masked) == masked, "a masked address stays masked");
+  mv::maskPasswords(input);
   mv::shortened(address);
   mv::lastSegment(address);
   // To whom the credentials go on: another host never gets them.

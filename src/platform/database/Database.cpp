@@ -82,6 +82,7 @@ struct Database::Connection {
         reader->statement.reset();
         reader->connection.reset();
       }
+    if (engine::hasMoved(main.get())) takeJournalAlong();
   }
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -93,6 +94,13 @@ struct Database::Connection {
     run(reader->connection.get(), "begin");
     readers.push_back(reader);
     return reader;
+  }
+
+  // The engine would leave the journal behind, in a place where it must not meet another database.
+  void takeJournalAlong() {
+    statements.reset();
+    sqlite3_wal_checkpoint_v2(main.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    if (fileSize(path) < 0) removeFiles(path);
   }
 
   void giveBack(Reader& reader) {
@@ -271,6 +279,7 @@ Database::~Database() = default;
 void Database::open(const std::string& path, const TableNames& neededTables) {
   close();
   checkDatabase(path, neededTables);
+  keepPrivate(path);
   connection_ = std::make_shared<Connection>(path);
   ++openings_;
 }
@@ -278,6 +287,8 @@ void Database::open(const std::string& path, const TableNames& neededTables) {
 void Database::close() { connection_.reset(); }
 
 bool Database::isOpen() const { return connection_ != nullptr; }
+
+bool Database::hasMoved() const { return connection_ && engine::hasMoved(connection_->main.get()); }
 
 Recordset Database::query(const Statement& statement) {
   if (!connection_) raiseNotOpen();
@@ -374,14 +385,14 @@ void CommitGroup::join() {
   }
 }
 
-void CommitGroup::commit() {
+bool CommitGroup::commit() {
   for (const auto& work : beforeCommit_) work();
   beforeCommit_.clear();
-  if (begun_) {
-    join();
-    database_.carryOut(kCommit);
-  }
+  if (!begun_) return false;
+  join();
+  database_.carryOut(kCommit);
   begun_ = false;
+  return true;
 }
 
 // The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other

@@ -141,21 +141,4 @@ CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std
   return isPath ? CredentialsOnRedirect::AsBefore : CredentialsOnRedirect::Drop;
 }
 
-std::string withoutCredentials(std::string_view text) {
-  std::string result;
-  for (auto slashes = text.find("://"); slashes != std::string_view::npos; slashes = text.find("://")) {
-    const auto start = slashes + 3;
-    const auto authority = text.substr(start, text.find_first_of("/?# \t\r\n'\"", start) - start);
-    const auto at = authority.rfind('@');
-    result.append(text.substr(0, start));
-    if (at == std::string_view::npos) {
-      result.append(authority);
-    } else {
-      result.append("***").append(authority.substr(at));
-    }
-    text.remove_prefix(start + authority.size());
-  }
-  return result.append(text);
-}
-
 }  // namespace mv

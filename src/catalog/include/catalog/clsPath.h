@@ -21,7 +21,8 @@ class clsPath {
   std::string GetPathForFileType(std::int64_t fileTypeId);
 
   // Stores `folder` as the site's one folder for the file type, replacing an earlier one. Raises DatabaseError.
-  void AddSitePath(const std::string& folder, std::int64_t fileTypeId);
+  // False, and nothing is stored, when the site or the type is gone.
+  bool AddSitePath(const std::string& folder, std::int64_t fileTypeId);
 
   // Stores `folder` as the site's default folder; no row changes for a site not yet inserted. Raises DatabaseError.
   void AddDefaultPathForSite(const std::string& folder);

@@ -81,6 +81,7 @@ class ScanProcess : public Process {
   // True when the page is walked through; none when the slice could not be stored, and is done again later.
   std::optional<bool> walkSlice();
   void sliceFailed(const std::exception& error);
+  std::string answeringAddress() const;
   bool storeLink();
   void reportRefusal();
   void pageWalked();

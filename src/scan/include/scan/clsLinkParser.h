@@ -28,7 +28,7 @@ class clsLinkParser {
  public:
   std::string Link;      // as found in the page
   std::string BasePath;  // the page's, without scheme
-  std::string Domain;    // the site's host
+  std::string Domain;    // the site's host; others are foreign, compared by hostOf
   std::string UserName;  // stored with the link
   std::string Password;
   Id SiteID = 0;
@@ -61,6 +61,9 @@ class clsLinkParser {
   // Empties the table of foreign domains entered.
   void InitializeDomainHopper();
 
+  // The host, as hostOf gives it, that answers for the site's own and counts as that too; "" for none.
+  void setAnsweringHost(const std::string& host) { answeringHost_ = host; }
+
   // Sets URL from Link, BasePath and Domain. BasePath is shortened by "../" steps.
   void ProcessLink();
   // Stores URL unless it is known, filtered, foreign beyond the limit, a mail address, or without room. Raises
@@ -83,6 +86,7 @@ class clsLinkParser {
   void applySiteFilters();
   bool passesFilters();
   std::string extractLinkDomain() const;
+  bool isOwnHost(const std::string& host) const;
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
   void insertUnlessKnown();
@@ -92,7 +96,8 @@ class clsLinkParser {
   bool lookupsCached_ = false;
   std::unordered_map<std::string, FileTypeUse> fileTypes_;  // by extension
   KnownLinks knownLinks_;
-  LinkRow link_;                                // as it is to be stored: a file of an unknown type as a document
+  LinkRow link_;  // as it is to be stored: a file of an unknown type as a document
+  std::string answeringHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::vector<std::string> newHops_;            // of them, since the caching began
   AddressRoom roomBefore_;                      // when the caching began

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+
+#include "base/Text.h"
 
 #include "store/Id.h"
 
@@ -23,5 +26,9 @@ constexpr bool isAuthenticationForm(std::int64_t formId) {
 
 inline constexpr Id kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
 inline constexpr const char* kNoLoginFormName = "***None***";
+// A form of this name would be taken for that one, and hidden.
+inline bool standsForNoLogin(std::string_view name) {
+  return toQString(name).trimmed().compare(QLatin1String(kNoLoginFormName), Qt::CaseInsensitive) == 0;
+}
 
 }  // namespace mv

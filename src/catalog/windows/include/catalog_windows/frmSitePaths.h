@@ -18,7 +18,7 @@ class frmSitePaths : public ChildWindow {
  public:
   frmSitePaths();
 
-  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName.
+  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName, whose password is masked.
   Id SiteID = 0;
   QString SiteName;
 
@@ -36,6 +36,7 @@ class frmSitePaths : public ChildWindow {
   QWidget* buildFileTypesFrame();
   QWidget* buildPathFrame();
   QWidget* buildCloseRow();
+  QString shownName() const;
   void fillList();
   void selectionChanged();
   void showPathOfRow(int row);

@@ -68,12 +68,16 @@ class Database {
 
   // Opens an existing file for reading and writing. Never creates one, and leaves a file that it refuses byte for byte
   // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged, without one of `neededTables`),
-  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first.
+  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first. The file
+  // and what is beside it can be read by their owner only from then on.
   // Write-ahead journal; a crash of the program loses no finished statement.
   void open(const std::string& path, const TableNames& neededTables = {});
-  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
+  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again. One that
+  // was moved while it was open has everything that was stored.
   void close();
   bool isOpen() const;
+  // The open file is no longer at its path: it was moved, deleted, or another was put in its place.
+  bool hasMoved() const;
 
   // Every statement is a transaction of its own, unless a Transaction or a CommitGroup is open. Raise DatabaseError;
   // nothing is half done.
@@ -123,8 +127,9 @@ class CommitGroup {
   CommitGroup(const CommitGroup&) = delete;
   CommitGroup& operator=(const CommitGroup&) = delete;
   // Raises DatabaseError: then nothing of it is stored. Some failures of a statement, a full disk above all, have the
-  // engine take everything back at once; every further change and commit() raise kDiskError then.
-  void commit();
+  // engine take everything back at once; every further change and commit() raise kDiskError then. False when there was
+  // nothing to commit.
+  bool commit();
 
  private:
   friend class Database;
