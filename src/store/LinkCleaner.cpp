@@ -1,9 +1,9 @@
 #include "store/LinkCleaner.h"
 
-#include <QMetaObject>
-
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
+#include "base/TimeBudget.h"
+#include "base/Turns.h"
 #include "database/Database.h"
 #include "store/LinkStore.h"
 
@@ -11,8 +11,8 @@ namespace mv {
 
 namespace {
 
-// At ten million rows this many deletions stay below ten milliseconds.
-constexpr int kRowsAtOnce = 1000;
+constexpr int kRowsAtOnce = 100;
+constexpr int kMostAtOnce = 10;  // times as many in one turn
 
 }  // namespace
 
@@ -38,6 +38,12 @@ void LinkCleaner::finish() {
 }
 
 void LinkCleaner::deleteSome() {
+  const TimeBudget budget;
+  for (int i = 0; i < kMostAtOnce && (i == 0 || !budget.spent()); ++i)
+    if (!deleteNext()) return;
+}
+
+bool LinkCleaner::deleteNext() {
   const Work now = work_.front();
   std::int64_t deleted = 0;
   try {
@@ -47,22 +53,21 @@ void LinkCleaner::deleteSome() {
     work_.pop_front();
     throw;
   }
-  if (deleted < kRowsAtOnce) work_.pop_front();
+  if (deleted == kRowsAtOnce) return true;
+  work_.pop_front();
+  return false;
 }
 
 void LinkCleaner::goOn() {
   if (scheduled_ || work_.empty()) return;
   scheduled_ = true;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        scheduled_ = false;
-        guarded("LinkCleaner", [this] {
-          if (!work_.empty()) deleteSome();
-        });
-        goOn();
-      },
-      Qt::QueuedConnection);
+  takeTurn(this, [this] {
+    scheduled_ = false;
+    guarded("LinkCleaner", [this] {
+      if (!work_.empty()) deleteSome();
+    });
+    goOn();
+  });
 }
 
 void finishClearing() {

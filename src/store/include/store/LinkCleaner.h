@@ -33,8 +33,10 @@ class LinkCleaner : public QObject {
   };
 
   void add(std::optional<Id> siteId);
-  // Deletes some more of the first site's links; takes the site off the list when none are left.
+  // Deletes more of the first site's links, for as long as one iteration of the event loop may take.
   void deleteSome();
+  // Deletes a few of them. False when none are left: the site is off the list.
+  bool deleteNext();
   void goOn();
 
   std::deque<Work> work_;
