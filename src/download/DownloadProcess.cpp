@@ -87,6 +87,7 @@ DownloadProcess::~DownloadProcess() = default;
 
 void DownloadProcess::initWindow() {
   run([this] {
+    belongTo(SiteId, downloadTitle(SiteName));
     Inet2.setSite(SiteId);
     SiteLocation(SiteName).announce();
     loadSiteLimits();
@@ -120,6 +121,10 @@ void DownloadProcess::buildQueue() {
 }
 
 void DownloadProcess::rebuildQueue() {
+  if (!isSiteStored(SiteId)) {
+    endWithSite();
+    return;
+  }
   if (lvwLinks.count() > 0) lvwLinks.clear();
   loadSiteLimits();
   processedCount_ = 0;

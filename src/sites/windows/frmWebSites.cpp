@@ -9,11 +9,14 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "base/TimeBudget.h"
+#include "base/Turns.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
 #include "download_windows/frmDownload.h"
@@ -305,15 +308,30 @@ void frmWebSites::openEdit() {
 }
 
 void frmWebSites::deleteChosen() {
-  std::vector<Id> ids;
-  for (const int row : list().selectedRows())
-    if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
-  for (const Id id : ids) {
-    if (!deleteSite(id))
-      showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
-    list().removeRow(rowOf(id));
-    forgetVanishedSelection();
+  std::deque<Id> ids;
+  for (const int row : list().selectedRows()) ids.push_back(idOfRow(row));
+  deleteSome(std::move(ids));
+}
+
+// Thousands of sites take seconds: what is left goes in later turns.
+void frmWebSites::deleteSome(std::deque<Id> ids) {
+  const TimeBudget budget;
+  while (!ids.empty() && !budget.spent()) {
+    const Id id = ids.front();
+    ids.pop_front();
+    deleteUnlessRunning(id);
   }
+  if (ids.empty()) return;
+  takeTurn(this, [this, left = std::move(ids)] { run([this, &left] { deleteSome(left); }); });
+}
+
+void frmWebSites::deleteUnlessRunning(Id id) {
+  const int row = rowOf(id);
+  if (row < 0 || list().cell(row, kOnOff) != kOff) return;
+  if (!deleteSite(id))
+    showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
+  list().removeRow(rowOf(id));
+  forgetVanishedSelection();
 }
 
 // --- Start, Stop

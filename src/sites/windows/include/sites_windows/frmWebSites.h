@@ -3,6 +3,7 @@
 
 #include <QTimer>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <set>
 
@@ -47,6 +48,8 @@ class frmWebSites : public ListWindow {
 
   void openNew();
   void openEdit();
+  void deleteSome(std::deque<Id> ids);
+  void deleteUnlessRunning(Id id);
   void startSelected();
   void startRow(int row);
   bool mayStart(Id siteId) const;
