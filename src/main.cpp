@@ -8,10 +8,12 @@
 #include "base/EndSignals.h"
 #include "base/ProgramName.h"
 #include "base/Text.h"
+#include "files/FileSignals.h"
 #include "program/StartUp.h"
 #include "shell/frmDownloadManager.h"
 
 int main(int argc, char** argv) {
+  mv::makeFileSignalsErrors();
   QApplication application(argc, argv);
   QApplication::setApplicationName(mv::kProgramName);
   QApplication::setApplicationVersion(QStringLiteral(MORVANE_VERSION));

@@ -9,6 +9,7 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "download/SaveFolders.h"
 #include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
@@ -60,6 +61,7 @@ StartUp::~StartUp() {
 bool StartUp::run(const std::string& programFolder) {
   guarded("main", [&] {
     openData(programFolder);
+    guarded("clearSaveFolders", clearSaveFolders);
     openWindows();
   });
   return main_ != nullptr;

@@ -11,6 +11,15 @@ std::optional<std::string> findSitePath(Id siteId, Id fileTypeId) {
                    [](const Recordset& rows) { return rows.text("path"); });
 }
 
+std::set<std::string> allSitePaths() {
+  std::set<std::string> folders;
+  for (Recordset rows = gDatabase.query("select download_path as path from site union select path from site_paths");
+       !rows.endOfRows(); rows.moveNext())
+    folders.insert(rows.text("path"));
+  folders.erase("");
+  return folders;
+}
+
 void saveSitePath(Id siteId, Id fileTypeId, const std::string& folder) {
   gDatabase.execute("delete from site_paths where site_id = " + number(siteId) +
                     " and filetype_id = " + number(fileTypeId));
