@@ -10,7 +10,7 @@ namespace {
 constexpr std::int64_t kSliceRows = 200'000;
 }
 
-void storeHandledLinks(std::int32_t site, const std::string& host, std::int64_t rows) {
+void storeHandledLinks(mv::Id site, const std::string& host, std::int64_t rows) {
   for (const mv::SqlText index :
        {mv::SqlText("link_url"), mv::SqlText("link_site_type_status"), mv::SqlText("link_site_status_type")})
     mv::gDatabase.execute("drop index if exists " + index);

@@ -24,10 +24,10 @@ std::vector<Window*> windowsOf() {
 
 }  // namespace
 
-std::int32_t addSite(const std::string& location) {
+mv::Id addSite(const std::string& location) {
   const std::string folder = mv::gProgramFolder + "/files of " + location.substr(0, location.find('/'));
   QDir().mkpath(mv::toQString(folder));
-  const std::int32_t id = mvtest::addSite(location, folder);
+  const mv::Id id = mvtest::addSite(location, folder);
   mvtest::setSite(id,
                   "auto_scan = \"yes\", upper_limit = 1000000, pages_to_scan = 1000000000, files_to_download = "
                   "1000000000");

@@ -8,6 +8,7 @@
 #include "download_windows/frmDownload.h"
 #include "program/StartUp.h"
 #include "scan_windows/frmScan.h"
+#include "store/Id.h"
 #include "testkit/EventLoop.h"
 #include "testkit/ProgramFolder.h"
 
@@ -15,7 +16,7 @@ namespace mvbench {
 
 // A site in the open database that files of every type and size are fetched from, and that starts with the program.
 // Returns its id.
-std::int32_t addSite(const std::string& location);
+mv::Id addSite(const std::string& location);
 
 // A QApplication that needs no display.
 class Application {

@@ -22,7 +22,7 @@ namespace {
 constexpr double kMB = 1e6;
 
 // One link of the site still waits.
-bool linksWait(std::int32_t site) {
+bool linksWait(mv::Id site) {
   return !mv::gDatabase
               .query("select id from link where site_id = " + mv::number(site) +
                      " and link_type <> \"Email Address\" and status = \"False\"")
@@ -93,7 +93,7 @@ void printTotals(const Meter& meter, long errors, double idle) {
 
 void harvest(const std::string& address, const std::string& folder, long step) {
   mvtest::openProgramFolder(folder);
-  const std::int32_t site = mvbench::addSite(std::string(mv::withoutScheme(address)));
+  const mv::Id site = mvbench::addSite(std::string(mv::withoutScheme(address)));
   mvbench::Program program;
   auto& scan = program.scans().at(0)->process();
   auto& download = program.downloads().at(0)->process();

@@ -1,13 +1,13 @@
 // What a page costs: from its text to its links, with all shipped tags.
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "Figures.h"
 #include "Pages.h"
-#include "app/Settings.h"
+#include "scan/StarLinks.h"
 #include "scan/clsPageScanner.h"
+#include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
 
 namespace {
@@ -15,65 +15,64 @@ namespace {
 using namespace mvbench;
 
 constexpr int kRuns = 9;
-constexpr const char* kBaseTag = "<base href=";
 constexpr std::size_t kStretch = std::size_t{1} << 20;
 
-std::vector<std::string> shippedTags() {
-  std::vector<std::string> tags;
-  for (mv::Recordset rows = mv::gDatabase.query("select tag from valid_tag"); !rows.endOfRows(); rows.moveNext())
-    tags.push_back(rows.text("tag"));
+// All of them have a star; a plain one would be no part of the figures.
+std::vector<mv::StarTag> shippedTags() {
+  std::vector<mv::StarTag> tags;
+  for (const std::string& text : mv::loadTags()) tags.push_back(mv::StarTag::parse(text).value());
   return tags;
 }
 
-std::size_t walk(mv::clsPageScanner& scanner, const std::string& tag) {
-  std::size_t links = 0;
-  scanner.restart();
-  scanner.setSearchString(tag);
-  while (scanner.LinkFound()) {
-    if (!scanner.seek(kStretch)) continue;
-    scanner.getLink();
-    if (scanner.LinkFound()) ++links;
-  }
-  return links;
-}
-
-std::size_t linksOf(mv::clsPageScanner& scanner, const std::string& page, const std::vector<std::string>& tags) {
+std::size_t linksOf(mv::clsPageScanner& scanner, mv::StarLinks& stars, const std::string& page) {
   scanner.setHtml(page);
-  scanner.BasePath = "www.host1.example/gallery/";
-  std::size_t links = walk(scanner, kBaseTag);
-  for (const std::string& tag : tags) links += walk(scanner, tag);
+  stars.begin(scanner.html(), "http://www.host1.example/gallery/", nullptr);
+  std::size_t links = 0;
+  std::string link;
+  do {
+    while (!stars.seek(kStretch)) {
+    }
+    links += link.empty() ? 0 : 1;
+  } while (stars.next(link));
   return links;
 }
 
 double megabytesPerSecond(std::size_t bytes, double seconds) { return static_cast<double>(bytes) / 1e6 / seconds; }
 
-void scanPages(const std::string& name, std::size_t count, std::size_t bytes, const std::vector<std::string>& tags) {
+struct Pages {
+  std::vector<std::string> texts;
+  std::size_t bytes = 0;
+};
+
+Pages make(std::string (PageMaker::*page)(std::size_t), std::size_t count, std::size_t bytes) {
   PageMaker maker;
-  std::vector<std::string> pages;
-  std::size_t total = 0;
+  Pages pages;
   for (std::size_t i = 0; i < count; ++i) {
-    pages.push_back(maker.page(bytes));
-    total += pages.back().size();
+    pages.texts.push_back((maker.*page)(bytes));
+    pages.bytes += pages.texts.back().size();
   }
+  return pages;
+}
+
+void scanPages(const std::string& name, const Pages& pages, double goal) {
   mv::clsPageScanner scanner;
-  std::vector<std::string> expected = tags;
-  expected.push_back(kBaseTag);
-  scanner.expect(expected);
+  mv::StarLinks stars;
+  stars.setTags(shippedTags());
   std::size_t links = 0;
   const Timing timing = medianOf(kRuns, [&] {
     links = 0;
-    for (const std::string& page : pages) links += linksOf(scanner, page, tags);
+    for (const std::string& page : pages.texts) links += linksOf(scanner, stars, page);
   });
-  std::printf("%zu pages, %zu bytes, %zu links\n", count, total, links);
-  printFigure(name, megabytesPerSecond(total, timing.cpu), "MB/s", Goal::AtLeast, 430);
-  printFigure(name + " (wall)", megabytesPerSecond(total, timing.wall), "MB/s", Goal::AtLeast, 430);
+  std::printf("%zu pages, %zu bytes, %zu links\n", pages.texts.size(), pages.bytes, links);
+  printFigure(name, megabytesPerSecond(pages.bytes, timing.cpu), "MB/s", Goal::AtLeast, goal);
+  printFigure(name + " (wall)", megabytesPerSecond(pages.bytes, timing.wall), "MB/s", Goal::AtLeast, goal);
 }
 
 }  // namespace
 
 int main() {
   const mvtest::ProgramFolder folder;
-  const std::vector<std::string> tags = shippedTags();
-  scanPages("page to links, pages of 100 KB", 100, 100'000, tags);
-  scanPages("page to links, a page of 20 MB", 1, 20'000'000, tags);
+  scanPages("page to links, pages of 100 KB", make(&PageMaker::page, 100, 100'000), 1000);
+  scanPages("page to links, a page of 20 MB", make(&PageMaker::page, 1, 20'000'000), 1000);
+  scanPages("page to links, pages of today, 100 KB", make(&PageMaker::pageOfToday, 100, 100'000), 430);
 }

@@ -23,7 +23,7 @@ constexpr double kGoalSpeed = 1800;   // MB/s; such a machine's memory and loopb
 constexpr double kGoalMemory = 17.0;  // MB
 
 // Adds the file to the links of the site.
-void addLink(std::int32_t site, const std::string& host, int run) {
+void addLink(mv::Id site, const std::string& host, int run) {
   mv::gDatabase.execute(
       "insert into link (site_id, url, link_type, username, password, id, status, file_type) values (" +
       mv::number(site) + ", " + mv::quoted(host + "/big/" + std::to_string(kSize) + ".jpg") +
@@ -32,7 +32,7 @@ void addLink(std::int32_t site, const std::string& host, int run) {
       mv::number(run + 10) + ", \"False\", \"jpg\")");
 }
 
-mvbench::Timing fetch(std::int32_t site, const std::string& host, int run) {
+mvbench::Timing fetch(mv::Id site, const std::string& host, int run) {
   addLink(site, host, run);
   mv::DownloadProcess download;
   download.SiteId = site;
@@ -56,7 +56,7 @@ void measure() {
   const mvbench::Application application;
   const QTemporaryDir folder;
   mvtest::openProgramFolder(mv::toUtf8(folder.filePath("program")));
-  const std::int32_t site = mvbench::addSite(server.host());
+  const mv::Id site = mvbench::addSite(server.host());
   const double idle = mvbench::memory("VmRSS");
   mvbench::forgetPeak();
   std::vector<double> cpu, wall;

@@ -25,9 +25,9 @@ ProgramRun::~ProgramRun() {
   if (isRunning()) kill();
 }
 
-std::int32_t ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB,
-                                         const std::string& upperMB, const std::vector<std::string>& extensions) {
-  const std::int32_t id = addSite(location, mv::gDownloadFolder, extensions);
+mv::Id ProgramRun::addAutoScanSite(const std::string& location, const std::string& lowerKB, const std::string& upperMB,
+                                   const std::vector<std::string>& extensions) {
+  const mv::Id id = addSite(location, mv::gDownloadFolder, extensions);
   setSite(id, "auto_scan = \"yes\", lower_limit = " + lowerKB + ", upper_limit = " + upperMB);
   mv::gDatabase.execute("update pref set auto_scan = \"yes\"");
   return id;

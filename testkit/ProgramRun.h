@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QProcess>
-#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "store/Id.h"
 #include "testkit/ProgramFolder.h"
 
 namespace mvtest {
@@ -21,8 +21,8 @@ class ProgramRun {
 
   // Adds a site with automatic scanning on, files from `lowerKB` to `upperMB`, and switches automatic scanning on.
   // Returns the site's id.
-  std::int32_t addAutoScanSite(const std::string& location, const std::string& lowerKB, const std::string& upperMB,
-                               const std::vector<std::string>& extensions);
+  mv::Id addAutoScanSite(const std::string& location, const std::string& lowerKB, const std::string& upperMB,
+                         const std::vector<std::string>& extensions);
 
   // Without a display (DISPLAY, WAYLAND_DISPLAY) on the offscreen platform. False when it did not start.
   bool start();

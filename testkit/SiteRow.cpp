@@ -23,10 +23,10 @@ void insertNumbered(const std::string& into, long first, long last, const std::s
                         ") select " + mv::rawStatement(values) + " from n");
 }
 
-std::int32_t addSite(const std::string& location, const std::string& downloadPath,
-                     const std::vector<std::string>& extensions) {
-  const auto id = static_cast<std::int32_t>(
-      mv::gDatabase.query("select next_value from valid_sid where sid_name = 'site_id'").number("next_value"));
+mv::Id addSite(const std::string& location, const std::string& downloadPath,
+               const std::vector<std::string>& extensions) {
+  const mv::Id id =
+      mv::gDatabase.query("select next_value from valid_sid where sid_name = 'site_id'").number("next_value");
   const std::string key = std::to_string(id);
   mv::gDatabase.execute("update valid_sid set next_value = next_value + 1 where sid_name = 'site_id'");
   insert(
@@ -40,12 +40,12 @@ std::int32_t addSite(const std::string& location, const std::string& downloadPat
   return id;
 }
 
-void allowEveryType(std::int32_t site) {
+void allowEveryType(mv::Id site) {
   mv::gDatabase.execute("insert into site_filetype_xref (site_id, file_type_id) select " + mv::number(site) +
                         ", id from valid_filetypes");
 }
 
-void setSite(std::int32_t id, const std::string& assignments) {
+void setSite(mv::Id id, const std::string& assignments) {
   mv::gDatabase.execute("update site set " + mv::rawStatement(assignments) + " where id = " + mv::number(id));
 }
 

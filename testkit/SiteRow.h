@@ -1,9 +1,10 @@
 // Rows in gDatabase.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "store/Id.h"
 
 namespace mvtest {
 
@@ -15,13 +16,13 @@ void insert(const std::string& into, const std::vector<RowValues>& rows);
 void insertNumbered(const std::string& into, long first, long last, const std::string& values);
 
 // Inserts a site with usable limits (0 KB to 24 MB, 50 pages) that fetches files of these types, and returns its id.
-std::int32_t addSite(const std::string& location, const std::string& downloadPath,
-                     const std::vector<std::string>& extensions = {});
+mv::Id addSite(const std::string& location, const std::string& downloadPath,
+               const std::vector<std::string>& extensions = {});
 
 // The site fetches files of every type.
-void allowEveryType(std::int32_t site);
+void allowEveryType(mv::Id site);
 
 // "column = value, ..." for a site's row.
-void setSite(std::int32_t id, const std::string& assignments);
+void setSite(mv::Id id, const std::string& assignments);
 
 }  // namespace mvtest

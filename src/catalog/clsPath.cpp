@@ -45,8 +45,8 @@ std::string clsPath::GetPathForFileType(std::int64_t fileTypeId) {
   return Path;
 }
 
-void clsPath::AddSitePath(const std::string& folder, std::int64_t fileTypeId) {
-  saveSitePath(SiteID, fileTypeId, folder);
+bool clsPath::AddSitePath(const std::string& folder, std::int64_t fileTypeId) {
+  return saveSitePath(SiteID, fileTypeId, folder);
 }
 
 void clsPath::AddDefaultPathForSite(const std::string& folder) { saveDefaultSitePath(SiteID, folder); }

@@ -35,7 +35,7 @@ void DownloadQueue::clear(const Test& keep) {
   list_.append(std::move(kept));
 }
 
-long DownloadQueue::build(std::int32_t siteId, std::int64_t most, const Test& passOver) {
+long DownloadQueue::build(Id siteId, std::int64_t most, const Test& passOver) {
   LinkRows links = unfinishedFiles(siteId);
   std::vector<WorkRow> rows;
   for (std::int64_t passed = 0; std::ssize(rows) < std::min(most, left()) && passed < most;) {

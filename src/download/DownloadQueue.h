@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "process/WorkList.h"
+#include "store/Id.h"
 #include "store/ProcessData.h"
 
 namespace mv {
@@ -16,14 +17,14 @@ class DownloadQueue {
   explicit DownloadQueue(WorkList& list) : list_(list) {}
 
   // The site's limits as they are now. Raises DatabaseError.
-  void loadLimits(std::int32_t siteId) { limits_ = loadDownloadLimits(siteId); }
+  void loadLimits(Id siteId) { limits_ = loadDownloadLimits(siteId); }
   const DownloadLimits& limits() const { return limits_; }
 
   // Ends the round: empties the list but for the rows that are to be kept.
   void clear(const Test& keep);
   // Appends the files that nobody has handled, up to `most` and what the round may still take up; not those that are
   // passed over, and when there are `most` of those, no further ones. How many they are. Raises DatabaseError.
-  long build(std::int32_t siteId, std::int64_t most, const Test& passOver);
+  long build(Id siteId, std::int64_t most, const Test& passOver);
   // Row `index` is being worked on.
   void takeUp(int index);
 

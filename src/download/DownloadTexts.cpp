@@ -4,7 +4,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
-#include "net/Address.h"
+#include "base/WebAddress.h"
 
 namespace mv {
 
@@ -49,7 +49,7 @@ std::string refusalText(const SizeStatus& size) {
 
 }  // namespace
 
-std::string downloadTitle(const std::string& siteName) { return kDownloadTitle + maskUserInfo(siteName); }
+std::string downloadTitle(const std::string& siteName) { return kDownloadTitle + maskPassword(siteName); }
 
 std::string fileText(const DownloadStatus& status) {
   const auto& file = status.file;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* kNumbers = "filename_id";
 
-std::string numberedPath(const FileTarget& target, std::int32_t number) {
+std::string numberedPath(const FileTarget& target, Id number) {
   if (number == 0) throw std::runtime_error("No number for the file's name could be drawn.");
   return filePath(target.folder, target.numbered->base + std::to_string(number) + "." + target.numbered->type);
 }

@@ -24,9 +24,9 @@ std::string lowered(std::string_view text) {
 
 }  // namespace
 
-void LoginWatch::start(std::int32_t siteId) {
+void LoginWatch::start(Id siteId) {
   searchString_.clear();
-  const auto form = static_cast<std::int32_t>(siteLoginForm(siteId));
+  const Id form = siteLoginForm(siteId);
   if (form == 0 || form == kNoLoginForm || isAuthenticationForm(form)) return;
   const std::vector<LoginField> fields = loadLoginFields(form, siteId);
   if (!fields.empty()) searchString_ = fields.front().searchString;

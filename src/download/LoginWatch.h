@@ -7,12 +7,14 @@
 #include <string>
 #include <string_view>
 
+#include "store/Id.h"
+
 namespace mv {
 
 class LoginWatch {
  public:
   // Reads what tells the form of the site's login, if it has one. Raises DatabaseError.
-  void start(std::int32_t siteId);
+  void start(Id siteId);
   // A file is asked for.
   void beginRequest() { loginsAtRequest_ = logins_; }
 

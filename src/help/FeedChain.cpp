@@ -15,6 +15,8 @@ namespace mv {
 namespace {
 
 constexpr int kMaintenanceWaitMs = 200;
+constexpr long kMostNamed = 10;
+const std::string kLogPrefix = "Online update: ";
 constexpr std::size_t kLongestFeed = std::size_t{4} << 20;  // bytes
 
 }  // namespace
@@ -41,6 +43,7 @@ void FeedChain::get(InternetTransfer& transfer, const QString& url) {
 void FeedChain::endChain() {
   work_.reset();
   nextSlice_.stop();
+  logUnnamedRefusals();
   Q_EMIT ended();
 }
 
@@ -88,21 +91,26 @@ void FeedChain::readOverview(std::string overview, std::function<bool(std::strin
         if (line && !line->empty() && !take(*line)) ++reading->unreadable;
         return line.has_value();
       },
-      [reading, then = std::move(then)] {
+      [this, reading, then = std::move(then)] {
         if (reading->unreadable > 0)
-          logRefusal(std::to_string(reading->unreadable) + " lines of an overview", "they cannot be read");
+          refuse(std::to_string(reading->unreadable) + " lines of an overview", "they cannot be read");
         then();
       });
 }
 
-void FeedChain::logRefusal(const std::string& what, const std::string& why) {
-  tryAppendToErrorLog({asOneLine("Online update: " + shortened(maskUserInfo(what)) + " not taken: " + why)});
+void FeedChain::refuse(const std::string& what, const std::string& why) {
+  if (++refusals_ <= kMostNamed) tryAppendToErrorLog({asOneLine(kLogPrefix + shortened(what) + " not taken: " + why)});
+}
+
+void FeedChain::logUnnamedRefusals() {
+  const long unnamed = std::exchange(refusals_, 0) - kMostNamed;
+  if (unnamed > 0) tryAppendToErrorLog({kLogPrefix + std::to_string(unnamed) + " more rows not taken"});
 }
 
 bool FeedChain::isRefused(const std::string& what, std::initializer_list<std::string_view> lines,
                           std::string_view text) {
   const std::string why = whyRefused(lines, text);
-  if (!why.empty()) logRefusal(what, why);
+  if (!why.empty()) refuse(what, why);
   return !why.empty();
 }
 

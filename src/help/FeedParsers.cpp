@@ -176,8 +176,12 @@ std::optional<NewsMessage> readNewsMessage(std::string_view file) {
 }
 
 std::string whyRefused(std::initializer_list<std::string_view> lines, std::string_view text) {
-  const auto holdsQuote = [](std::string_view one) { return one.find('"') != std::string_view::npos; };
-  if (holdsQuote(text) || std::any_of(lines.begin(), lines.end(), holdsQuote)) return "it holds a double quote";
+  const auto anyHolds = [&](char character) {
+    const auto holds = [character](std::string_view one) { return one.find(character) != std::string_view::npos; };
+    return holds(text) || std::any_of(lines.begin(), lines.end(), holds);
+  };
+  if (anyHolds('"')) return "it holds a double quote";
+  if (anyHolds('\0')) return "it holds a NUL character";
   const auto isTooLong = [](std::string_view line) { return line.size() > kLongestLine; };
   return std::any_of(lines.begin(), lines.end(), isTooLong) ? "it holds too long a line" : "";
 }

@@ -7,6 +7,7 @@
 #include "base/WebAddress.h"
 #include "help/VendorServers.h"
 #include "net/TextBody.h"
+#include "store/BuiltInForms.h"
 #include "store/FormStore.h"
 #include "store/Sequence.h"
 
@@ -84,7 +85,7 @@ void FormUpdates::registerDefinition(const FormUpdate& definition) {
   const auto& [name, releaseDate, url] = definition;
   const std::string what = "form definition " + name;
   if (isRefused(what, {name, releaseDate, url})) return;
-  if (!isWebAddress(toQString(url))) return logRefusal(what, "its address is not http or https");
+  if (!isWebAddress(toQString(url))) return refuse(what, "its address is not http or https");
   if (!hasFormUpdate(name)) insertFormUpdate(definition);
 }
 
@@ -149,7 +150,7 @@ bool FormUpdates::importSome() {
 bool FormUpdates::importRecord() {
   const auto record = takeDefinitionRecord(rest_);
   if (!record) {
-    if (!rest_.empty()) logRefusal("the rest of " + list_[first_].name, "it cannot be read");
+    if (!rest_.empty()) refuse("the rest of " + list_[first_].name, "it cannot be read");
     return false;
   }
   if (const auto* form = std::get_if<FormRecord>(&*record)) return importForm(*form);
@@ -158,8 +159,13 @@ bool FormUpdates::importRecord() {
 
 bool FormUpdates::importForm(const FormRecord& form) {
   formId_.reset();
-  if (isRefused("form " + form.name, {form.name, form.description, form.formType})) return true;
-  const std::int32_t id = nextSequenceValue("form_id");
+  const std::string what = "form " + form.name;
+  if (isRefused(what, {form.name, form.description, form.formType})) return true;
+  if (standsForNoLogin(form.name)) {
+    refuse(what, "its name stands for no login");
+    return true;
+  }
+  const Id id = nextSequenceValue("form_id");
   if (id == 0) return false;  // reported there
   insertForm({id, form.name, form.description, form.formType});
   formId_ = id;
@@ -168,13 +174,13 @@ bool FormUpdates::importForm(const FormRecord& form) {
 
 bool FormUpdates::importField(const FieldRecord& field) {
   if (!formId_) {
-    logRefusal("field " + field.name, "its form has not been taken");
+    refuse("field " + field.name, "its form has not been taken");
     return true;
   }
   if (isRefused("field " + field.name, {field.name, field.logicalNumber, field.searchString, field.suppliedByUser,
                                         field.prompt, field.fieldName, field.fieldValue}))
     return true;
-  const std::int32_t id = nextSequenceValue("field_info_id");
+  const Id id = nextSequenceValue("field_info_id");
   if (id == 0) return false;
   insertFormField({id, *formId_, field.name, field.logicalNumber, field.searchString, field.suppliedByUser != "no",
                    field.prompt, field.fieldName, field.fieldValue});

@@ -63,7 +63,7 @@ void HelpUpdates::chooseTopics() {
 bool HelpUpdates::isWanted(const TopicEntry& topic) {
   if (hasHelpTopic(topic.id)) return false;
   if (isWebAddress(toQString(topic.url))) return true;
-  logRefusal(nameOf(topic.id), "its address is not http or https");
+  refuse(nameOf(topic.id), "its address is not http or https");
   return false;
 }
 
@@ -92,12 +92,12 @@ void HelpUpdates::topicCompleted() {
 
 void HelpUpdates::importTopic(const std::string& file) {
   const auto topic = readHelpTopic(file);
-  if (!topic) return logRefusal(nameOf(list_[fetched_].topic.id), "its file cannot be read");
+  if (!topic) return refuse(nameOf(list_[fetched_].topic.id), "its file cannot be read");
   if (isRefused(nameOf(topic->id), {topic->subject, topic->topic}, topic->text)) return;
   Q_EMIT progress("Adding help for " + topic->subject);
   Q_EMIT progress("Adding help for " + topic->subject + ": " + topic->topic);
   // A file that bears another number than the overview gave it would be fetched, and stored, at every start.
-  if (hasHelpTopic(topic->id)) return logRefusal(nameOf(topic->id), "there is one of that number");
+  if (hasHelpTopic(topic->id)) return refuse(nameOf(topic->id), "there is one of that number");
   insertHelpTopic(*topic);
 }
 

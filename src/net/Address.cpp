@@ -37,16 +37,6 @@ std::string_view lastSegment(std::string_view address) {
   return slash == std::string_view::npos ? std::string_view() : address.substr(slash + 1);
 }
 
-std::string maskUserInfo(std::string_view address) {
-  // Any scheme counts here, in any case of letters: what is shown must not depend on how it was written.
-  const auto slashes = address.find("://");
-  const bool hasScheme = slashes != std::string_view::npos && slashes < address.find_first_of("/?#@");
-  const auto start = hasScheme ? slashes + 3 : 0;
-  const auto end = endOfUserInfo(address.substr(start));
-  if (end == 0) return std::string(address);
-  return std::string(address.substr(0, start)).append("***").append(address.substr(start + end - 1));
-}
-
 std::string withCredentials(std::string_view address, std::string_view user, std::string_view password) {
   address = withoutScheme(address);
   address.remove_prefix(endOfUserInfo(address));

@@ -5,7 +5,7 @@
 
 #include "app/ErrorLog.h"
 #include "base/Clock.h"
-#include "net/Address.h"
+#include "base/WebAddress.h"
 #include "process/ProcessTexts.h"
 
 namespace mv {
@@ -113,7 +113,7 @@ void Process::showError(std::string subject, std::string reason, long code) {
 }
 
 void Process::logError(std::int64_t linkId, const std::string& url) {
-  tryAppendToErrorLog({std::to_string(linkId), asOneLine(maskUserInfo(url)), asOneLine(lastError_.subject),
+  tryAppendToErrorLog({std::to_string(linkId), asOneLine(maskPassword(url)), asOneLine(lastError_.subject),
                        asOneLine(errorReasonText(lastError_)), errorTimeText(lastError_), ""});
 }
 

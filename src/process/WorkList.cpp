@@ -6,7 +6,8 @@
 #include <utility>
 
 #include "base/Text.h"
-#include "net/Address.h"
+#include "base/ToolTip.h"
+#include "base/WebAddress.h"
 
 namespace mv {
 
@@ -147,7 +148,7 @@ QVariant WorkList::data(const QModelIndex& index, int role) const {
   const bool shown = role == Qt::DisplayRole || (role == Qt::ToolTipRole && index.column() == kUrl);
   if (!shown || !checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const QString text = toQString(cellText(row(index.row()), index.column()));
-  return role == Qt::ToolTipRole ? text.toHtmlEscaped() : text;
+  return role == Qt::ToolTipRole ? plainToolTip(text) : text;
 }
 
 QVariant WorkList::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -163,7 +164,7 @@ std::string WorkList::cellText(const WorkRow& row, int column) const {
     case kId:
       return std::to_string(row.linkId);
     case kUrl:
-      return maskUserInfo(listedText(row.url));
+      return maskPassword(listedText(row.url));
     case kUserName:
       return row.userName;
     case kPassword:

@@ -1,12 +1,16 @@
 #include "program/StartUp.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <stdexcept>
 
+#include "app/DatabaseWatch.h"
 #include "app/ErrorLog.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
+#include "app/UserNotice.h"
 #include "base/Clock.h"
 #include "base/Text.h"
 #include "download/SaveFolders.h"
@@ -30,9 +34,22 @@ constexpr const char* kDatabaseName = "/morvane2000.mdb";
 constexpr const char* kCopyName = "/mv2000TempDB.mdb";
 constexpr const char* kSharedFolder = "/../share/morvane2000";
 
+constexpr const char* kLostText =
+    " has been moved, deleted or replaced while the program was running.\r\n\r\nAll web sites have been stopped, and "
+    "nothing "
+    "is stored any more. Please put the file back in its place and start the program again.";
+
 bool holdsDatabase(const QString& folder) {
   return QFile::exists(folder + QString::fromLatin1(kDatabaseName)) ||
          QFile::exists(folder + QString::fromLatin1(kCopyName));
+}
+
+// A name with bytes that are no character cannot be kept in the database, nor shown and typed.
+void requireText(const QString& folder) {
+  if (!folder.contains(QChar::ReplacementCharacter) || QFileInfo::exists(folder)) return;
+  throw std::runtime_error(
+      "The name of the folder " + toUtf8(folder) +
+      " is not valid UTF-8, so that the program cannot keep its data there. Please rename the folder.");
 }
 
 }  // namespace
@@ -41,34 +58,50 @@ std::string findProgramFolder(const std::string& executableFolder, const std::st
   const QString own = toQString(executableFolder);
   const QString shipped =
       QDir::cleanPath(own + QString::fromLatin1(kSharedFolder)) + QString::fromLatin1(kDatabaseName);
-  const bool writable = QFileInfo(own).isWritable();
-  if (writable && (holdsDatabase(own) || !QFile::exists(shipped))) return executableFolder;
-
   const QString users = toQString(userFolder);
+  requireText(own);
+  const bool isInstalled = QFile::exists(shipped);
+  const bool mayHoldData = holdsDatabase(own) || !isInstalled;
+  if (mayHoldData && QFileInfo(own).isWritable()) return executableFolder;
+  if (holdsDatabase(own) && !isInstalled && !holdsDatabase(users)) return executableFolder;
+
+  requireText(users);
   const QString copy = users + QString::fromLatin1(kDatabaseName);
   if (QDir().mkpath(users) && !holdsDatabase(users) && QFile::copy(shipped, copy))
-    QFile::setPermissions(copy, QFile::permissions(copy) | QFile::ReadOwner | QFile::WriteOwner);
+    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
   return userFolder;
 }
 
 StartUp::StartUp() { showNoticesInBoxes(); }
 
 StartUp::~StartUp() {
+  watch_.reset();
   main_.reset();
   closeProgramDatabase();
 }
 
+bool StartUp::run(const std::string& executableFolder, const std::string& userFolder) {
+  std::string folder;
+  return guarded("main", [&] { folder = findProgramFolder(executableFolder, userFolder); }) && run(folder);
+}
+
 bool StartUp::run(const std::string& programFolder) {
+  setProgramFolder(programFolder);
   guarded("main", [&] {
-    openData(programFolder);
-    guarded("clearSaveFolders", clearSaveFolders);
-    openWindows();
+    for (const auto step : {&StartUp::openData, &StartUp::openFrame, &StartUp::openSites, &StartUp::autoScan})
+      if (!ended_) (this->*step)();
   });
   return main_ != nullptr;
 }
 
-void StartUp::openData(const std::string& programFolder) {
-  setProgramFolder(programFolder);
+void StartUp::end() {
+  ended_ = true;
+  if (main_) main_->close();
+  // Ends the loops of message boxes, too, and those of the boxes that were still to come.
+  QCoreApplication::exit();
+}
+
+void StartUp::openData() {
   openProgramDatabase(gDatabasePath, gProgramFolder + gTempDatabaseFileName);
   gAppClosing = false;
   logOpened();
@@ -77,20 +110,41 @@ void StartUp::openData(const std::string& programFolder) {
   upgradeDatabase();
   ensureIndexes();
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
+  guarded("clearSaveFolders", clearSaveFolders);
+  if (ended_) logClosed();
 }
 
-void StartUp::openWindows() {
+void StartUp::openFrame() {
   main_ = std::make_unique<frmDownloadManager>(programMenus());
   guarded("frmDownloadManager", [this] { main_->initWindow(); });
   main_->show();
+  watch_ = std::make_unique<DatabaseWatch>();
+  QObject::connect(watch_.get(), &DatabaseWatch::lost, watch_.get(), [this] { databaseLost(); });
   if (isYes(gAutoUpdate)) main_->getFormUpdates();
   if (isYes(gHelpServer)) main_->getHelp();
-  auto* webSites = showSingle<frmWebSites>();
+}
+
+void StartUp::openSites() {
+  showSingle<frmWebSites>();
   main_->splash().showBriefly();
+}
+
+void StartUp::autoScan() {
   if (!isYes(gAutoScan)) return;
   gQuitAt = now().addSecs(qint64{gQuitTime} * kSecondsPerHour);
+  auto* webSites = showSingle<frmWebSites>();
   webSites->tmrQuit.start();
   webSites->autoScan();
+}
+
+// What was stored until now is in the file, wherever it is; nothing is stored in it any more.
+void StartUp::databaseLost() {
+  guarded("DatabaseWatch", [] {
+    if (auto* webSites = WindowRegistry::instance().find<frmWebSites>()) webSites->closeAllWebSites();
+    for (ChildWindow* window : processWindows()) closeProcess(*window);
+  });
+  closeProgramDatabase();
+  notifyUser({{}, "The database " + gDatabasePath + kLostText, NoticeIcon::Critical});
 }
 
 }  // namespace mv

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <algorithm>
 
-#include "net/Address.h"
+#include "base/WebAddress.h"
 
 namespace mv {
 
@@ -63,7 +63,7 @@ bool LoginRequest::append(const LoginField& field, Place& place) {
 }
 
 std::string LoginRequest::shownAddress() const {
-  return maskUserInfo(address_.substr(0, address_.find(kParametersStart)));
+  return maskPassword(address_.substr(0, address_.find(kParametersStart)));
 }
 
 }  // namespace mv

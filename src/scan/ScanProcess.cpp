@@ -4,7 +4,9 @@
 
 #include "BasePath.h"
 #include "app/ReportError.h"
+#include "base/WebAddress.h"
 #include "net/Address.h"
+#include "transfer/RequestAddress.h"
 
 namespace mv {
 
@@ -101,7 +103,7 @@ void ScanProcess::takeUp(int index) {
 }
 
 void ScanProcess::showPage() {
-  show(status_.page, maskUserInfo(page_.url));
+  show(status_.page, maskPassword(page_.url));
   show(status_.lastPage, status_.page);
 }
 
@@ -111,7 +113,7 @@ void ScanProcess::updateStatus(const std::string& kind, const std::string& reaso
     show(status_.pagesLeft, queue_.pagesLeft());
     show(status_.pagesProcessed, queue_.pagesProcessed());
   } else if (kind == "error") {
-    showError(maskUserInfo(page_.url), reason, code);
+    showError(maskPassword(page_.url), reason, code);
   }
 }
 
@@ -119,7 +121,12 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
-  walk_.begin(Inet2.TakeText(), computeBasePath());
+  if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
+    parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
+  walk_.begin({.text = Inet2.TakeText(),
+               .basePath = computeBasePath(),
+               .address = answeringAddress(),
+               .contentType = Inet2.GetHeader("Content-Type")});
   walkPage();
 }
 
@@ -171,6 +178,14 @@ bool ScanProcess::logIn() {
 std::string ScanProcess::computeBasePath() const {
   if (login_.isAnswerDue()) return folderOf(Inet2.ResponseAddress());
   return basePathOf(page_.location, Domain, queue_.alternateMatchpath());
+}
+
+// As a link to it is stored: when nobody led the request elsewhere, the address that was asked for, as readable as a
+// page wrote it.
+std::string ScanProcess::answeringAddress() const {
+  std::string answered = Inet2.ResponseAddress();
+  const auto asked = toRequestAddress(page_.location);
+  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {

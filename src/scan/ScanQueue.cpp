@@ -8,13 +8,13 @@
 
 namespace mv {
 
-void ScanQueue::beginRound(std::int32_t siteId) {
+void ScanQueue::beginRound(Id siteId) {
   list_.clear();
   limits_ = loadScanLimits(siteId);
   pagesProcessed_ = 0;
 }
 
-void ScanQueue::build(std::int32_t siteId, const std::string& startPage) {
+void ScanQueue::build(Id siteId, const std::string& startPage) {
   WorkRow row;
   row.linkId = kStartPageLinkId;
   row.url = startPage;

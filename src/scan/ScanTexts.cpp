@@ -1,6 +1,7 @@
 #include "scan/ScanTexts.h"
 
 #include "app/Settings.h"
+#include "base/WebAddress.h"
 #include "net/Address.h"
 
 namespace mv {
@@ -39,7 +40,7 @@ std::string stateText(const LoginStatus& login) {
 
 }  // namespace
 
-std::string scanTitle(const std::string& siteName) { return kScanTitle + maskUserInfo(siteName); }
+std::string scanTitle(const std::string& siteName) { return kScanTitle + maskPassword(siteName); }
 
 std::string pageText(const ScanStatus& status) { return "Page: " + shortened(status.page); }
 

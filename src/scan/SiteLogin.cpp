@@ -1,5 +1,6 @@
 #include "scan/SiteLogin.h"
 
+#include "base/WebAddress.h"
 #include "net/Address.h"
 #include "store/BuiltInForms.h"
 #include "transfer/InternetTransfer.h"
@@ -15,7 +16,7 @@ constexpr int kMostRefusals = 3;  // in a row: after some more a server locks th
 
 }  // namespace
 
-void SiteLogin::start(std::int32_t siteId, const std::string& address, std::int32_t formId) {
+void SiteLogin::start(Id siteId, const std::string& address, Id formId) {
   siteId_ = siteId;
   siteAddress_ = address;
   formId_ = formId;
@@ -41,7 +42,7 @@ void SiteLogin::readCredentials() {
 }
 
 std::string SiteLogin::listedStartPage() const {
-  return usesCredentials_ ? maskUserInfo(withCredentials(siteAddress_, {}, {})) : "http://" + siteAddress_;
+  return usesCredentials_ ? maskPassword(withCredentials(siteAddress_, userName_, {})) : "http://" + siteAddress_;
 }
 
 std::string SiteLogin::beginPage(const std::string& url, const std::string& location) {

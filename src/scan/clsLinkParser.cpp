@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 #include "net/Address.h"
+#include "transfer/RequestAddress.h"
 
 namespace mv {
 
@@ -148,6 +149,11 @@ std::string clsLinkParser::extractLinkDomain() const {
   return std::string(address.substr(0, address.find('/')));
 }
 
+// `host`: of the link, comparable.
+bool clsLinkParser::isOwnHost(const std::string& host) const {
+  return !host.empty() && (host == answeringHost_ || host == hostOf(Domain));
+}
+
 void clsLinkParser::checkDomainHop(const std::string& linkDomain) {
   Flag = false;
   if (hopDomains_.contains(linkDomain)) return;
@@ -159,10 +165,12 @@ void clsLinkParser::checkDomainHop(const std::string& linkDomain) {
 
 bool clsLinkParser::passesDomainHopper() {
   const std::string linkDomain = extractLinkDomain();
-  if (linkDomain == Domain) return true;
+  if (linkDomain == Domain) return true;  // as most are written
+  const std::string host = hostOf(URL);
+  if (isOwnHost(host)) return true;
   if (DomainHops == 0) return false;
   if (DomainHops < 0 || linkDomain.starts_with(kMailTo)) return true;
-  checkDomainHop(linkDomain);
+  checkDomainHop(host.empty() ? linkDomain : host);
   const bool passes = !Flag;
   Flag = false;
   return passes;

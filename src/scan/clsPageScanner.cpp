@@ -22,7 +22,7 @@ std::size_t characterBefore(std::string_view text, std::size_t at, std::size_t f
 }
 
 bool needsBasePath(std::string_view link) {
-  for (const std::string_view start : {"http://", "/", "mailto:", "./", "../"})
+  for (const std::string_view start : {"http://", "https://", "/", "mailto:", "./", "../"})
     if (link.starts_with(start)) return false;
   return true;
 }

@@ -16,6 +16,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "base/ToolTip.h"
 #include "desktop/Dialogs.h"
 #include "files/DiskSpace.h"
 #include "shell/frmPleaseWait.h"
@@ -274,7 +275,7 @@ void frmPreferences::showDatabaseInfo() {
   const double size = static_cast<double>(QFileInfo(toQString(gDatabasePath)).size()) / kMegabyte;
   txtDBFreeSpace_->setText(QString::number(freeSpace, 'f', 0));
   txtDBName_->setText(toQString(gDatabasePath));
-  txtDBName_->setToolTip(toQString(gDatabasePath));
+  txtDBName_->setToolTip(plainToolTip(toQString(gDatabasePath)));
   txtDBSize_->setText(QString::number(size, 'f', 2));
   freeMegabytes_ = std::llround(freeSpace);
   databaseMegabytes_ = std::llround(size);

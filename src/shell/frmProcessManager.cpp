@@ -11,16 +11,13 @@ constexpr int kWidth = 3050;   // twips
 constexpr int kHeight = 3600;  // twips
 constexpr const char* kProcessManager = "Process Manager";
 
-// The captions are for the user; a site's name in the key may hold a password.
-enum Column { kCaption, kKey };
-
 }  // namespace
 
 frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHeight) {
   setObjectName("frmProcessManager");
   list().setObjectName("lvwProcesses");
   list().setAccessibleName(kProcessManager);
-  list().setColumns({{"Process and Site Name"}, {"", 0, true}});
+  list().setColumns({{"Process and Site Name"}});
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });
   addButton("Delete", "End the selected process", toolIcon("delete"), [this] { deleteChosen(); });
   listenTo(&Events::processesChanged, [this] { buildWorkingLists("init"); });
@@ -28,14 +25,11 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
 }
 
 void frmProcessManager::fillList() {
-  list().sortAscending(kCaption);
-  for (const ChildWindow* window : processWindows()) list().addRow({window->settledCaption(), window->positionKey()});
+  list().sortAscending(0);
+  for (const ChildWindow* window : processWindows()) list().addRow({window->positionKey()});
 }
 
-QString frmProcessManager::chosenKey() const {
-  const int row = chosenRow();
-  return row < 0 ? QString() : list().cell(row, kKey);
-}
+QString frmProcessManager::chosenKey() const { return chosenRow() < 0 ? QString() : chosenText(); }
 
 void frmProcessManager::editChosen() {
   const QString key = chosenKey();

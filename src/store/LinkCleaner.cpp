@@ -14,7 +14,7 @@ namespace {
 // At ten million rows this many deletions stay below ten milliseconds.
 constexpr int kRowsAtOnce = 1000;
 
-bool siteIsThere(std::int32_t siteId) {
+bool siteIsThere(Id siteId) {
   return gDatabase.count("select count(*) as outCount from site where id = " + number(siteId)) > 0;
 }
 
@@ -25,7 +25,7 @@ LinkCleaner& LinkCleaner::instance() {
   return cleaner;
 }
 
-void LinkCleaner::clear(std::int32_t siteId) {
+void LinkCleaner::clear(Id siteId) {
   const std::int64_t newest = newestLink();
   const bool first = work_.empty();
   work_.push_back({siteId, newest});
@@ -35,7 +35,7 @@ void LinkCleaner::clear(std::int32_t siteId) {
 
 void LinkCleaner::resume() {
   // From one site's links to the next one's by the index: as quick as there are few sites.
-  for (std::optional<std::int32_t> site = nextSiteWithLinks(-1); site; site = nextSiteWithLinks(*site))
+  for (std::optional<Id> site = nextSiteWithLinks(-1); site; site = nextSiteWithLinks(*site))
     if (!siteIsThere(*site)) clear(*site);
 }
 

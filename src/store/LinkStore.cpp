@@ -51,7 +51,7 @@ std::optional<LinkRow> LinkRows::next() {
 
 // Walking past the finished links would cost every round of an old site a million rows: hence the condition on the
 // status, and noneOf.
-LinkRows waitingPages(std::int32_t siteId) {
+LinkRows waitingPages(Id siteId) {
   return {gDatabase.query("select id, status, site_id, url, link_type  from link where site_id = " + number(siteId) +
                           " and " +
                           noneOf("link_type", {kFileLink, kEmailLink}, "link",
@@ -60,7 +60,7 @@ LinkRows waitingPages(std::int32_t siteId) {
           readPage};
 }
 
-LinkRows unfinishedFiles(std::int32_t siteId) {
+LinkRows unfinishedFiles(Id siteId) {
   return {gDatabase.query("select id, status, site_id, link_type, url, username, password, file_type from link where "
                           "site_id = " +
                           number(siteId) + " and link_type = \"File\" and " +
@@ -104,7 +104,7 @@ std::optional<std::int64_t> linkLossMark() {
 
 std::int64_t newestLink() { return gDatabase.query("select max(id) as newest from link").number("newest"); }
 
-std::int64_t deleteLinks(std::int32_t siteId, std::int64_t newest, std::int64_t most) {
+std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most) {
   gDatabase.execute("delete from link where id in (select id from link where site_id = " + number(siteId) +
                     " and id <= " + number(newest) + " limit " + number(most) + ")");
   return gDatabase.rowsAffected();
@@ -112,10 +112,10 @@ std::int64_t deleteLinks(std::int32_t siteId, std::int64_t newest, std::int64_t 
 
 void deleteAllLinks() { gDatabase.execute("delete from link"); }
 
-std::optional<std::int32_t> nextSiteWithLinks(std::int32_t siteId) {
+std::optional<Id> nextSiteWithLinks(Id siteId) {
   const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + number(siteId));
   if (next.isNull("next")) return std::nullopt;
-  return static_cast<std::int32_t>(next.number("next"));
+  return next.number("next");
 }
 
 }  // namespace mv

@@ -20,11 +20,16 @@ std::set<std::string> allSitePaths() {
   return folders;
 }
 
-void saveSitePath(Id siteId, Id fileTypeId, const std::string& folder) {
+bool saveSitePath(Id siteId, Id fileTypeId, const std::string& folder) {
+  const bool bothAreThere =
+      gDatabase.count("select count(*) as outCount from site, valid_filetypes as vf where site.id = " + number(siteId) +
+                      " and vf.id = " + number(fileTypeId)) > 0;
+  if (!bothAreThere) return false;
   gDatabase.execute("delete from site_paths where site_id = " + number(siteId) +
                     " and filetype_id = " + number(fileTypeId));
   gDatabase.execute("insert into site_paths (site_id, filetype_id, path) values(" + number(siteId) + ", " +
                     number(fileTypeId) + ", " + quoted(folder) + ") ");
+  return true;
 }
 
 void saveDefaultSitePath(Id siteId, const std::string& folder) {

@@ -27,13 +27,13 @@ std::vector<FilterRule> loadRules(const Statement& from) {
 }
 
 // A field without a value of the site's keeps its default.
-void takeSiteValue(LoginField& field, std::int64_t fieldId, std::int32_t siteId) {
+void takeSiteValue(LoginField& field, std::int64_t fieldId, Id siteId) {
   const Recordset rows = gDatabase.query("select field_value from site_field_xref where site_id = " + number(siteId) +
                                          " and field_id=" + number(fieldId));
   if (!rows.endOfRows()) field.value = rows.text("field_value");
 }
 
-LoginField loginField(const Recordset& row, std::int32_t siteId) {
+LoginField loginField(const Recordset& row, Id siteId) {
   LoginField field;
   field.name = row.text("name");
   field.searchString = row.text("search_string");
@@ -46,13 +46,13 @@ LoginField loginField(const Recordset& row, std::int32_t siteId) {
 
 }  // namespace
 
-ScanLimits loadScanLimits(std::int32_t siteId) {
+ScanLimits loadScanLimits(Id siteId) {
   const Recordset site =
       gDatabase.query("select pages_to_scan, alternate_matchpath from site where id = " + number(siteId));
   return {site.number("pages_to_scan"), isYes(site.text("alternate_matchpath"))};
 }
 
-DownloadLimits loadDownloadLimits(std::int32_t siteId) {
+DownloadLimits loadDownloadLimits(Id siteId) {
   const Recordset site = gDatabase.query(
       "select upper_limit, lower_limit, files_to_download, download_path from site where id = " + number(siteId));
   const Recordset queue = gDatabase.query("select pages_to_scan from site where id = " + number(siteId));
@@ -60,7 +60,7 @@ DownloadLimits loadDownloadLimits(std::int32_t siteId) {
           site.text("download_path")};
 }
 
-std::string loadSitePath(std::int32_t siteId, std::string_view fileType) {
+std::string loadSitePath(Id siteId, std::string_view fileType) {
   std::string path;
   Recordset rows =
       gDatabase.query("select sp.path from site_paths sp, valid_filetypes vf where sp.site_id = " + number(siteId) +
@@ -69,13 +69,13 @@ std::string loadSitePath(std::int32_t siteId, std::string_view fileType) {
   return path;
 }
 
-std::string loadSiteField(std::int32_t siteId, std::int32_t fieldId) {
+std::string loadSiteField(Id siteId, Id fieldId) {
   const Recordset rows = gDatabase.query("select field_value from site_field_xref where field_id = " + number(fieldId) +
                                          " and site_id = " + number(siteId));
   return rows.endOfRows() ? std::string() : rows.text("field_value");
 }
 
-std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId) {
+std::vector<LoginField> loadLoginFields(Id formId, Id siteId) {
   const auto ofForm = " from field_info where form_id = " + number(formId);
   if (gDatabase.count("select count(*) as outCount" + ofForm) <= 0) return {};
   // The number is kept as text: without the sum 10 would come before 2.
@@ -91,7 +91,7 @@ std::vector<std::string> loadTags() {
   return readAll(gDatabase.query("select tag from valid_tag"), [](const Recordset& row) { return row.text("Tag"); });
 }
 
-FileTypeUse loadFileTypeUse(std::int32_t siteId, std::string_view fileType) {
+FileTypeUse loadFileTypeUse(Id siteId, std::string_view fileType) {
   const auto named = " from valid_filetypes where name = " + quoted(fileType);
   if (gDatabase.count("select count(*) as outCount" + named) == 0) return FileTypeUse::Unknown;
   const Recordset type = gDatabase.query("select id" + named);
@@ -105,7 +105,7 @@ std::vector<FilterRule> loadGlobalRules() {
   return loadRules(kOfFilters + (kTheirRules + ("f.global=" + quoted("yes"))));
 }
 
-std::vector<FilterRule> loadSiteRules(std::int32_t siteId) {
+std::vector<FilterRule> loadSiteRules(Id siteId) {
   return loadRules(kOfFilters +
                    (kOfSite + (kTheirRules + ("f.id = sfx.filter_id and sfx.site_id = " + number(siteId)))));
 }

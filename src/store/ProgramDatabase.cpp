@@ -34,15 +34,6 @@ const Database::TableNames kTables{"site",
                                    "pref",
                                    "win_pos"};
 
-constexpr SqlText kUpgrade[] = {
-    "alter table [site] add column [unique_names] text(3)",
-    "alter table [site] add column [base_name] text(200)",
-    "insert into valid_sid (sid_name, next_value) values (\"filename_id\",1)",
-    "update site set unique_names = \"no\"",
-    "update site set base_name = \"NewFile\"",
-    "update site set alternate_matchpath = \"no\" where alternate_matchpath <> \"yes\"",
-};
-
 constexpr SqlText kIndexes[] = {
     "create index if not exists link_url on link (url)",
     "create index if not exists link_site_status_type on link (site_id, status, link_type)",
@@ -59,6 +50,21 @@ bool lacksUniqueNames() {
     return error.number() == DatabaseError::kUnknownColumn || error.number() == kUnknownColumnInOlderEngines;
   }
   return false;
+}
+
+// False when the column is there already.
+bool addColumn(SqlText statement) {
+  try {
+    gDatabase.execute(statement);
+    return true;
+  } catch (const DatabaseError& error) {
+    if (error.number() != DatabaseError::kAlreadyExists) throw;
+    return false;
+  }
+}
+
+bool hasFileNumbers() {
+  return gDatabase.count("select count(*) as outCount from valid_sid where sid_name = \"filename_id\"") > 0;
 }
 
 }  // namespace
@@ -82,7 +88,12 @@ void upgradeDatabase() {
   if (!lacksUniqueNames()) return;
   // Half an upgrade would pass for a whole one at the next start.
   Transaction upgrade(gDatabase);
-  for (const SqlText statement : kUpgrade) gDatabase.execute(statement);
+  addColumn("alter table [site] add column [unique_names] text(3)");
+  const bool baseNameIsNew = addColumn("alter table [site] add column [base_name] text(200)");
+  if (!hasFileNumbers()) gDatabase.execute("insert into valid_sid (sid_name, next_value) values (\"filename_id\",1)");
+  gDatabase.execute("update site set unique_names = \"no\"");
+  if (baseNameIsNew) gDatabase.execute("update site set base_name = \"NewFile\"");
+  gDatabase.execute("update site set alternate_matchpath = \"no\" where alternate_matchpath <> \"yes\"");
   upgrade.commit();
 }
 

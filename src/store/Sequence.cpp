@@ -5,15 +5,15 @@
 
 namespace mv {
 
-std::int32_t drawSequenceValue(std::string_view sidName) {
+Id drawSequenceValue(std::string_view sidName) {
   const Statement where = " where sid_name = " + quoted(sidName);
   const auto value = gDatabase.query("select next_value from valid_sid" + where).number("next_value");
   gDatabase.execute("update valid_sid set next_value = " + number(value + 1) + where);
-  return static_cast<std::int32_t>(value);
+  return value;
 }
 
-std::int32_t nextSequenceValue(std::string_view sidName) {
-  std::int32_t result = 0;
+Id nextSequenceValue(std::string_view sidName) {
+  Id result = 0;
   guarded("nextSequenceValue", [&] { result = drawSequenceValue(sidName); });
   return result;
 }

@@ -124,7 +124,7 @@ void discardNewSite(Id siteId) {
   gDatabase.execute(kDeleteFilters + number(siteId));
 }
 
-void clearLinkCache(Id siteId) { LinkCleaner::instance().clear(static_cast<std::int32_t>(siteId)); }
+void clearLinkCache(Id siteId) { LinkCleaner::instance().clear(siteId); }
 
 // ---- file types ----
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "LoadedWindows.h"
+#include "app/Settings.h"
 #include "base/Text.h"
 #include "store/WindowPlaces.h"
 #include "windows/MainFrame.h"
@@ -190,7 +191,7 @@ bool ChildWindow::restorePosition() {
 }
 
 void ChildWindow::savePosition() {
-  if (isMinimised()) return;
+  if (isMinimised() || !gDatabase.isOpen()) return;
   const TwipRect at = place();
   saveWindowPosition(toUtf8(positionKey()), at.top, at.left, at.height, at.width);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "base/ToolTip.h"
 
 namespace mv {
 
@@ -23,7 +24,7 @@ void ElidedLabel::setLine(const std::string& line) {
   const QString text = toQString(line);
   if (text == this->text()) return;
   setText(text);
-  setToolTip(text.toHtmlEscaped());
+  setToolTip(plainToolTip(text));
 }
 
 QSize ElidedLabel::sizeHint() const {

@@ -48,17 +48,20 @@ std::vector<ChildWindow*> processWindows() {
   return found;
 }
 
-bool closeProcess(const QString& key) {
-  ChildWindow* window = WindowRegistry::instance().findByKey(key);
-  if (!window) return false;
+void closeProcess(ChildWindow& window) {
   {
     // A process window that is asked to unload only hides, except now.
     gClosingProcesses = true;
     const auto closed = qScopeGuard([] { gClosingProcesses = false; });
-    window->unload();
+    window.unload();
   }
   Q_EMIT events().processesChanged();
-  return true;
+}
+
+bool closeProcess(const QString& key) {
+  ChildWindow* window = WindowRegistry::instance().findByKey(key);
+  if (window) closeProcess(*window);
+  return window;
 }
 
 void WindowRegistry::tell(const QString& key, const std::string& command, long id) {

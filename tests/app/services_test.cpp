@@ -1,5 +1,9 @@
 // Settings, error log, error report, window places in the table, small helpers.
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDir>
 
 #include "app/ErrorLog.h"
@@ -32,6 +36,21 @@ TEST_F(ServicesTest, ALogThatCannotBeWrittenStopsOnlyThoseWhoMind) {
   QDir(QString::fromStdString(folder())).mkdir("MV2Errors.txt");
   EXPECT_THROW(mv::logOpened(), mv::FileError);
   mv::tryAppendToErrorLog({"lost"});
+}
+
+TEST_F(ServicesTest, APipeInTheLogsPlaceHoldsNobody) {
+  const std::string log = folder() + "/MV2Errors.txt";
+  ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);
+  for (const bool isRead : {false, true}) {
+    const int reader = isRead ? open(log.c_str(), O_RDONLY | O_NONBLOCK) : -1;
+    try {
+      mv::logOpened();
+      ADD_FAILURE() << "written";
+    } catch (const mv::FileError& error) {
+      EXPECT_EQ(error.what(), log + " is not a file.");
+    }
+    close(reader);
+  }
 }
 
 TEST_F(ServicesTest, ExceptionsAreShownOnFiveLinesAndHideTheStatusIndicators) {

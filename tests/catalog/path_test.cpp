@@ -49,6 +49,14 @@ TEST_F(PathTest, AnyOtherFailureOfTheLookUpIsAMessage) {
   EXPECT_TRUE(dialogs.messages()[0].text.startsWith("createPath\r\n\r\n" + QString::number(ELOOP) + " - "));
 }
 
+TEST_F(PathTest, StoresNoFolderForWhatIsGone) {
+  EXPECT_TRUE(path.AddSitePath("/kept", 3));
+  EXPECT_FALSE(path.AddSitePath("/lost", 987'654));
+  mv::gDatabase.execute("delete from site");
+  EXPECT_FALSE(path.AddSitePath("/lost", 3));
+  EXPECT_EQ(value("select group_concat(path) from site_paths"), "/kept");
+}
+
 TEST_F(PathTest, KeepsOneFolderPerFileType) {
   EXPECT_EQ(path.GetPathForFileType(3), "none");
   path.AddSitePath("/first", 3);

@@ -31,7 +31,7 @@ class SitePaths : public WindowTest {
                  " and filetype_id = " + typeId(name));
   }
 
-  int siteId = 0;
+  mv::Id siteId = 0;
   mv::frmSitePaths* window = nullptr;
 };
 
@@ -68,6 +68,28 @@ TEST_F(SitePaths, BrowseMakesTheFolderShownAndStoresTheChoiceOnce) {
   }
   EXPECT_EQ(shown().toStdString(), wanted);
   EXPECT_EQ(count("site_paths"), 1);
+}
+
+TEST_F(SitePaths, TheFolderOfADeletedSiteIsNotStored) {
+  open({"gif"});
+  mv::gDatabase.execute("delete from site");
+  dialogs.nextFolders = {"/lost"};
+  click(window, "cmdBrowse");
+  EXPECT_NE(lastMessage().find("has been deleted meanwhile"), std::string::npos);
+  EXPECT_EQ(shown().toStdString(), mv::gDownloadFolder);
+  EXPECT_EQ(count("site_paths"), 0);
+}
+
+TEST_F(SitePaths, APasswordInTheSitesAddressIsNotShown) {
+  siteId = addSite("anna:secret@site.example", "/nowhere", {"gif"});
+  window = new mv::frmSitePaths;
+  window->SiteID = siteId;
+  window->SiteName = "anna:secret@site.example";
+  window->open();
+  click(window, "cmdBrowse");
+  EXPECT_EQ(window->caption(), "Path Manager for: anna:***@site.example");
+  EXPECT_TRUE(dialogs.folderRequests[0].prompt.contains("anna:***@site.example"));
+  EXPECT_FALSE(dialogs.folderRequests[0].prompt.contains("secret"));
 }
 
 TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {

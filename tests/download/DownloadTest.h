@@ -82,7 +82,7 @@ class DownloadTest : public Base {
 
   TestSite site;
   std::string saveFolder;
-  int siteId = 0;
+  mv::Id siteId = 0;
   int lastLink = 100;
   std::map<std::string, Outcome> outcomes;  // by file name, as last shown
 };

@@ -177,7 +177,7 @@ TEST_F(DownloadProcessTest, AFailedTransferIsShownLoggedAndNotTriedAgain) {
   ASSERT_EQ(log.size(), 36u);
   EXPECT_EQ(log[0], std::to_string(first));
   EXPECT_EQ(log[3], "Code: 404  -  Reason: Not Found");
-  EXPECT_EQ(log[31], "***@127.0.0.1:1/closed.jpg");
+  EXPECT_EQ(log[31], "me:***@127.0.0.1:1/closed.jpg");
 }
 
 TEST_F(DownloadProcessTest, AFullDiskOrAFolderThatCannotBeMadeEndsTheEntryOnly) {

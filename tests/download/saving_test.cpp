@@ -185,7 +185,7 @@ TEST_F(SavingTest, ThousandsOfTakenNumbersDoNotHoldTheThread) {
 TEST_F(SavingTest, TheStartRemovesWhatAKilledRunLeftInAnyFolderOfTheSites) {
   mv::clsPath paths;
   paths.SiteID = siteId;
-  paths.AddSitePath(path("pictures"), 1);
+  ASSERT_TRUE(paths.AddSitePath(path("pictures"), std::stol(value("select max(id) from valid_filetypes"))));
   std::filesystem::create_directories(path("pictures"));
   for (const char* name : {".mv1-1.part", "pictures/.mv1-2.part", "kept.jpg"}) write(name, "x");
   mv::clearSaveFolders();

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QProcess>
 #include <QTemporaryDir>
 #include <chrono>
 #include <filesystem>
@@ -330,6 +331,102 @@ TEST_F(DatabaseFileTest, RefusesWhatIsMissingForeignOrDamaged) {
   EXPECT_FALSE(fs::exists(path));
   fs::create_directory(path);
   expectRefused(DatabaseError::kUnrecognizedFormat);
+}
+
+TEST_F(DatabaseFileTest, CallsANewerFormatNewer) {
+  const std::string whole = readFile(path);
+  for (const std::size_t at : {std::size_t{18}, std::size_t{19}, std::size_t{47}}) {
+    put(std::string(whole).replace(at, 1, 1, '\5'));
+    expectRefused(DatabaseError::kUnrecognizedFormat);
+    try {
+      db.open(path);
+    } catch (const DatabaseError& error) {
+      EXPECT_NE(error.description().find("newer"), std::string::npos) << error.description();
+    }
+  }
+}
+
+TEST_F(DatabaseFileTest, OnlyItsOwnerReadsItAndWhatIsBesideIt) {
+  const auto mode = [](const std::string& file) { return static_cast<unsigned>(fs::status(file).permissions()); };
+  constexpr auto kOpenToAll = fs::perms(0644);
+  fs::permissions(path, kOpenToAll);
+  std::ofstream(path + "-wal").close();  // a killed run's
+  fs::permissions(path + "-wal", kOpenToAll);
+  db.open(path);
+  addLinks(3);
+  for (const char* suffix : {"", "-wal", "-shm"}) EXPECT_EQ(mode(path + suffix), 0600U) << suffix;
+
+  const std::string target = folder.filePath("target.mdb").toStdString();
+  unsigned whileWritten = 0;
+  mv::CompactCopy::setStepHook([&](mv::CompactCopy::Step) {
+    if (fs::exists(target)) whileWritten |= mode(target);
+  });
+  mv::CompactCopy copy(path, target);
+  copy.write();
+  mv::CompactCopy::setStepHook({});
+  EXPECT_EQ(whileWritten, 0600U);
+}
+
+// ---- another process ----
+
+// Not a test of its own: what another program does to a database that is in use. Its exit code tells what came of it.
+constexpr int kWasRefused = 40;
+constexpr int kTookTheJournal = 41;
+constexpr const char* kIntruderPath = "MORVANE_TEST_DATABASE";
+
+TEST(AnotherProcess, DISABLED_TriesToTakeTheJournalAway) {
+  Database other;
+  other.open(qEnvironmentVariable(kIntruderPath).toStdString());
+  try {
+    other.query("pragma journal_mode=delete");
+    _exit(fs::exists(qEnvironmentVariable(kIntruderPath).toStdString() + "-wal") ? kWasRefused : kTookTheJournal);
+  } catch (const DatabaseError&) {
+    _exit(kWasRefused);
+  }
+}
+
+TEST_F(DatabaseFileTest, KeepsItsLocksWhateverIsDoneToTheFile) {
+  const auto intruder = [this] {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(kIntruderPath, QString::fromStdString(path));
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {"--gtest_also_run_disabled_tests", "--gtest_filter=AnotherProcess.*"});
+    EXPECT_TRUE(process.waitForFinished());
+    return process.exitCode();
+  };
+  db.open(path);
+  addLinks(100);
+  EXPECT_EQ(intruder(), kWasRefused);
+  {
+    mv::CompactCopy copy(path, folder.filePath("target.mdb").toStdString());
+    copy.write();
+    EXPECT_EQ(intruder(), kWasRefused) << "beside a running compaction";
+  }
+  EXPECT_TRUE(mv::CompactCopy::isWhole(path, {"link"}));
+  EXPECT_EQ(intruder(), kWasRefused);
+  EXPECT_EQ(count("link"), 100);
+  db.close();
+  EXPECT_EQ(intruder(), kTookTheJournal);
+}
+
+TEST_F(DatabaseFileTest, AMovedOneHasEverythingAndLeavesNothingBehind) {
+  const std::string moved = folder.filePath("moved.mdb").toStdString();
+  db.open(path);
+  addLinks(10);
+  EXPECT_FALSE(db.hasMoved());
+  fs::rename(path, moved);
+  EXPECT_TRUE(db.hasMoved());
+  db.execute("update link set status = 'moved'");
+  db.close();
+  EXPECT_FALSE(sidecars());
+  db.open(moved);
+  EXPECT_EQ(count("link where status = 'moved'"), 10);
+
+  fs::remove(moved);
+  copyShippedDatabase(moved);
+  EXPECT_TRUE(db.hasMoved()) << "another one in its place";
 }
 
 TEST_F(DatabaseFileTest, RefusesWhatIsLockedByAnother) {

@@ -28,7 +28,8 @@ TEST(RequestAddress, WhatGoesOverTheWire) {
     ASSERT_TRUE(target) << address;
     EXPECT_EQ(target->url, url) << address;
   }
-  for (const auto* address : {"", "http://", "http:///path", "http://user:pass@/x", "http://a b/", "?x"}) {
+  for (const auto* address :
+       {"", "http://", "http:///path", "http://user:pass@/x", "http://a b/", "?x", "http://host:8\xC3\xA4/"}) {
     EXPECT_FALSE(toRequestAddress(address)) << address;
   }
 }
@@ -41,9 +42,6 @@ TEST(RequestAddress, UserInformationIsTakenOutAndDecoded) {
   EXPECT_EQ(target->credentials->password, "p@ss:w/rd%%zz%4");
   EXPECT_FALSE(toRequestAddress("http://host/x@y")->credentials);
   EXPECT_FALSE(toRequestAddress("http://:@host/")->credentials) << "nothing to send";
-
-  EXPECT_EQ(withoutCredentials("from http://a:b@host/x to 'https://c@host' and http://d/e@f"),
-            "from http://***@host/x to 'https://***@host' and http://d/e@f");
 }
 
 TEST(RequestAddress, CredentialsFollowARedirectToTheSameHostOverTlsOnly) {

@@ -16,7 +16,13 @@ namespace mvtest {
 template <class Base>
 class ScanTest : public Base {
  protected:
-  ScanTest() : siteId(addSite(site.host(), this->folder(), {"jpg"})) {}
+  ScanTest() : siteId(addSite(site.host(), this->folder(), {"jpg"})) { setTags({"<a href=", "<A HREF=", "<img src="}); }
+
+  // In place of those that are shipped.
+  static void setTags(const std::vector<std::string>& tags) {
+    mv::gDatabase.execute("delete from valid_tag");
+    for (const std::string& tag : tags) insert("valid_tag (tag)", {{tag}});
+  }
 
   void prepare(mv::ScanProcess& process) {
     process.SiteID = siteId;
@@ -59,7 +65,7 @@ class ScanTest : public Base {
   }
 
   TestSite site;
-  int siteId;
+  mv::Id siteId;
 };
 
 }  // namespace mvtest

@@ -156,7 +156,9 @@ TEST_F(LinkStoring, EntersOnlyTheAllowedNumberOfForeignDomains) {
   for (const auto& [url, kept] : {std::pair("http://two/a.htm", true), std::pair("http://three/a.htm", true),
                                   std::pair("http://four/a.htm", false), std::pair("http://two/b.htm", true),
                                   std::pair("https://three/b.htm", true), std::pair("http://four/b.htm", false),
-                                  std::pair("http://host1/c.htm", true), std::pair("http://host1.net/c.htm", false)})
+                                  std::pair("http://host1/c.htm", true), std::pair("http://host1.net/c.htm", false),
+                                  std::pair("http://TWO:80/c.htm", true), std::pair("http://me@HOST1:80/d.htm", true),
+                                  std::pair("https://host1:443/e.htm", true), std::pair("http://host1:8/e.htm", false)})
     EXPECT_EQ(add(url), kept) << url;
 }
 

@@ -47,7 +47,7 @@ TEST(PageScanner, FindsTheLinksOfAPage) {
        R"(<a href="/r"><a href="mailto:x@y"><a href="./d"><a href="../u">)",
        tag,
        {"/r", "mailto:x@y", "./d", "../u"}},
-      {"https counts as relative", R"(<a href="https://host2/b">)", tag, {"host1/g/https://host2/b"}},
+      {"absolute by https", R"(<a href="https://host2/b">)", tag, {"https://host2/b"}},
       {"exact case", R"(<A HREF="a">)", tag, {}},
       {"the character before > goes", "<a href=a.htm>", tag, {"host1/g/a.ht"}},
       {"whole characters", "<a href=b\xC3\xA9\xE2\x82\xAC>", tag, {"host1/g/b\xC3\xA9"}},

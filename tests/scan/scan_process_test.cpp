@@ -53,6 +53,43 @@ TEST_F(ScanProcessTest, HarvestsTheLinksOfASite) {
   EXPECT_EQ(site.requestCount("/p/a.jpg"), 0) << "files are the download's";
 }
 
+TEST_F(ScanProcessTest, HarvestsAPageAsPagesAreWrittenToday) {
+  mv::gDatabase.execute("delete from valid_tag");
+  setTags({"<img * src=", "<img src=", "<a * href=", "<img * data-src="});
+  const std::string here = site.host();
+  site.page("/", R"(<base href="/d/"><!-- <a href="no.htm"> --><a class=x HREF='one.htm#a'><a href="one.htm#b">
+      <a href="one.htm"><a href=""><a href="javascript:x"><A HREF=../q.htm?a=1&amp;b=2><a href="https://elsewhere.invalid/">
+      <img alt="" data-src="lazy.jpg" src=now.jpg><img src="../plain.jpg"><a href="notes">)");
+  site.page("/d/one.htm", "<a href='.'>");
+  site.add("/d/notes", {.type = "text/plain", .body = "<a href='no.htm'>"});
+  site.page("/q.htm?a=1&b=2", "x");
+  begin();
+  ASSERT_TRUE(waitForStatus("/d/notes", "Done"));
+  ASSERT_TRUE(waitForStatus("/d/", "Done"));
+  EXPECT_EQ(links(), (std::vector<std::string>{"/d/ Directory Done", "/d/lazy.jpg File False", "/d/notes Document Done",
+                                               "/d/now.jpg File False", "/d/one.htm Document Done",
+                                               "/plain.jpg File False", "/q.htm?a=1&b=2 Document Done"}));
+  EXPECT_EQ(value("select url from link order by id limit 1"), here + "/d/one.htm")
+      << "all tags with a star at the place of the first";
+  EXPECT_EQ(site.requestCount("/d/one.htm"), 1) << "once, whatever its parts";
+}
+
+// example.org, which is answered by www.example.org: another name of this machine.
+TEST_F(ScanProcessTest, TheHostThatAnswersIsTheSitesOwn) {
+  setTags({"<a * href="});
+  const std::string www = "localhost:" + std::to_string(site.port());
+  site.add("/", {.status = 301, .headers = {{"Location", "http://" + www + "/home/"}}});
+  site.page("/home/", "<a href=in.htm><a href=http://LOCALHOST:" + std::to_string(site.port()) +
+                          "/other.htm><a href=http://" + site.host() + "/typed.htm><a href=http://me@" + www +
+                          "/user.htm><a href=http://elsewhere.invalid/>");
+  process.DomainHops = 0;
+  begin();
+  ASSERT_TRUE(waitFor([this] { return pages.count() == 1; }));
+  EXPECT_EQ(links(),
+            (std::vector<std::string>{"/typed.htm Document False", www + "/home/in.htm Document False",
+                                      www + "/other.htm Document False", "me@" + www + "/user.htm Document False"}));
+}
+
 TEST_F(ScanProcessTest, OneCycleKeepsToItsBudgetAndTheNextGoesOn) {
   site.page("/", anchors("/p", 0, 20));
   for (int i = 0; i < 20; ++i) site.page("/p" + std::to_string(i) + ".htm", "x");

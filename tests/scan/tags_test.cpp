@@ -42,6 +42,23 @@ TEST_F(Tags, ANewTagNeedsATextAndIsListedInTheOrderOfTheIds) {
   EXPECT_EQ(tag(list().cell(2, 1).toInt()), " data-\"src\"= ");
 }
 
+TEST_F(Tags, AStarThatMakesNoTagIsRefusedWithAReason) {
+  click(manager, "New");
+  EXPECT_TRUE(control<QLabel>(editor(), "lblKinds").isVisible());
+  for (const char* bad : {"<a *", "<a * * href=", "<a * href"}) {
+    box().setText(bad);
+    click(editor(), "cmdOK");
+    ASSERT_TRUE(editor()) << bad;
+    EXPECT_EQ(box().text(), bad);
+  }
+  ASSERT_EQ(dialogs.messages().size(), 3U);
+  EXPECT_EQ(dialogs.messages()[0].title, "No Tag With A Star");
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("the name of an attribute behind the star"));
+  box().setText("<a * HREF=");
+  click(editor(), "cmdOK");
+  EXPECT_EQ(columnTexts(list()).back(), "<a * HREF=") << "as typed";
+}
+
 TEST_F(Tags, EnterGoesToTheButtonWithTheFocusAndElseToOK) {
   frame.activateWindow();
   for (const char* focused : {"cmdCancel", "txtTagName"}) {

@@ -29,7 +29,7 @@ class ClosingTest : public ProgramTest {
     control<QLineEdit>(editor, box).setText(text);
   }
   // Two editors of the same site, one of a new site, one of a file type and one of a tag, all with unsaved text.
-  void openEditors(std::int32_t site) {
+  void openEditors(mv::Id site) {
     for (const char* mode : {"edit", "edit", "new"}) {
       auto* editor = new frmNew;
       editor->Mode = mode;
@@ -45,7 +45,7 @@ TEST_F(ClosingTest, EditorsAndRunningSitesGoWithTheMainWindow) {
   TestSite web;
   web.page("/", R"(<a href="a.html"> <img src="p.jpg">)");
   web.add("/p.jpg", {.type = "image/jpeg", .body = std::string(200'000, 'p'), .fault = Fault::HeaderOnly});
-  const int site = addSite(web.host(), folder() + "/saved", {"jpg"});
+  const mv::Id site = addSite(web.host(), folder() + "/saved", {"jpg"});
   gDatabase.execute("update site set auto_scan = \"yes\"");
 
   auto main = std::make_unique<frmDownloadManager>(programMenus());

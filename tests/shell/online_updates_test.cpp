@@ -223,8 +223,8 @@ TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
   serve(kFormOverview, quote + ",1," + site.url("/quote.txt") +
                            "\r\nFiles,1,file:///etc/hostname\r\nFtp,1,ftp://127.0.0.1/\r\n" + "no commas\r\n" +
                            definitionLine("Good", "/good.txt") + definitionLine("Away", "/away.txt") + "---END---");
-  serve("/good.txt",
-        form("A " + quote) + field("Orphan") + form("It's '; drop table form") + field("Bad\"") + field("Fine"));
+  serve("/good.txt", form("A " + quote) + field("Orphan") + form("***NONE***") + form("Nul" + std::string(1, '\0')) +
+                         form("It's '; drop table form") + field("Bad\"") + field("Fine"));
   serve(kHelpOverview, topicLine(11, "/t11.txt") + topicLine(12, "/t12.txt") + topicLine(13, "/t13.txt") +
                            "14, file:///etc/hostname--\n15, " + site.url("/t15.txt") + "--\n" +
                            topicLine(16, "/t16.txt") + "1 or 1=1, http://h/--\n---END---\n");
@@ -247,7 +247,9 @@ TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
                                 cannot,
                                 "field Bad\" not taken: it holds a double quote",
                                 "field Orphan not taken: its form has not been taken",
+                                "form ***NONE*** not taken: its name stands for no login",
                                 "form A \"); delete from form; -- not taken: it holds a double quote",
+                                "form Nul  not taken: it holds a NUL character",
                                 "form definition \"); delete from form; -- not taken: it holds a double quote",
                                 "form definition Files not taken: its address is not http or https",
                                 "form definition Ftp not taken: its address is not http or https",
@@ -257,6 +259,17 @@ TEST_F(OnlineUpdatesTest, HostileTextsChangeNothingButTheErrorLog) {
                                 "help topic 15 not taken: there is one of that number",
                                 "help topic 16 not taken: it holds too long a line"};
   EXPECT_EQ(lines.join("\n").toStdString(), ("Online update: " + expected.join("\nOnline update: ")).toStdString());
+}
+
+TEST_F(OnlineUpdatesTest, AFeedFullOfRefusalsFillsNoLog) {
+  std::string overview;
+  for (int i = 0; i < 5'000; ++i) overview += "Files" + std::to_string(i) + ",1,file:///etc/hostname\r\n";
+  serve(kFormOverview, overview + "---END---");
+  startWithChecks("yes", "no");
+  ASSERT_TRUE(waitForEnd());
+  ASSERT_EQ(refusals().size(), 11);
+  EXPECT_EQ(refusals()[0], "Online update: form definition Files0 not taken: its address is not http or https");
+  EXPECT_EQ(refusals()[10], "Online update: 4990 more rows not taken");
 }
 
 class MessageTest : public OnlineUpdatesTest {

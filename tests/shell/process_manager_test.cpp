@@ -86,7 +86,7 @@ TEST_F(ProcessManagerTest, IsASnapshotThatEveryActivationRenews) {
   secret->setCaption("Opening. Please wait...12");
   manager_->buildWorkingLists("init");
   EXPECT_EQ(list().findRow(0, "Download: anna:secret@host"), -1);
-  clickRow(list(), list().findRow(0, "Download: ***@host"));
+  clickRow(list(), list().findRow(0, "Download: anna:***@host"));
   click(manager_, "Delete");
   EXPECT_EQ(list().rowCount(), 3);
 

@@ -1,8 +1,11 @@
 // The start of the program: what is written, what is shown, what is left alone.
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
+#include <filesystem>
 #include <fstream>
 
 #include "app/ErrorLog.h"
@@ -20,6 +23,7 @@ namespace {
 
 using namespace mv;
 using namespace mvtest;
+namespace fs = std::filesystem;
 
 class StartUpTest : public ProgramTest {
  protected:
@@ -102,6 +106,62 @@ TEST_F(StartUpTest, RefusesADatabaseThatIsNotItsOwnAndLeavesItAsItWas) {
   }
 }
 
+TEST_F(StartUpTest, ADatabaseTakenAwayIsSaidAndEveryProcessStops) {
+  TestSite site;
+  site.page("/", "<html></html>");
+  addSite(site.host(), folder());
+  addSite(site.host() + "/other", folder());
+  gDatabase.execute("update site set auto_scan = \"yes\"");
+  gDatabase.execute("update pref set auto_scan = \"yes\"");
+  ASSERT_TRUE(start());
+  // A rebuild shows running sites off; they stop all the same.
+  webSites()->buildWorkingLists("init");
+  ASSERT_EQ(processWindows().size(), 4u);
+  const QString away = toQString(folder() + "/away.mdb");
+  ASSERT_TRUE(QFile::rename(toQString(gDatabasePath), away));
+  ASSERT_TRUE(waitFor([this] { return !dialogs.messages().empty(); }, 10'000));
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("has been moved, deleted or replaced"));
+  EXPECT_TRUE(processWindows().empty());
+  EXPECT_EQ(QDir(toQString(folder())).entryList({"*-wal", "*-shm"}), QStringList());
+  end();
+  EXPECT_EQ(dialogs.messages().size(), 1u) << "nothing can be stored, and nobody is told so at every window";
+  gDatabase.open(toUtf8(away));
+  EXPECT_EQ(count("win_pos", "wname like 'Scan: %'"), 2);
+}
+
+TEST_F(StartUpTest, ARequestToEndDuringAMessageOfTheStartEndsInOrder) {
+  gDatabase.execute("delete from pref");
+  dialogs.duringMessage = [this] { startUp_->end(); };
+  EXPECT_FALSE(start());
+  EXPECT_TRUE(startUp_->isEnded());
+  EXPECT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_EQ(webSites(), nullptr);
+  const QString log = toQString(readFile(errorLogPath()));
+  EXPECT_EQ(log.count("Log opened ") + log.count("Log closed "), 2);
+  startUp_.reset();
+  EXPECT_FALSE(gDatabase.isOpen());
+}
+
+TEST_F(StartUpTest, AProgramFolderThatCannotBeUsedIsNamed) {
+  StartUp startUp;
+  gDatabase.close();
+  EXPECT_FALSE(startUp.run(folder() + "/caf\xE9", folder() + "/user"));
+  ASSERT_EQ(dialogs.messages().size(), 1u);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains(toQString(folder() + "/caf"))) << lastMessage();
+
+  // Whoever may write everywhere has to become somebody else to see it.
+  fs::permissions(folder(), fs::perms(0555));
+  const pid_t child = fork();
+  if (child == 0) {
+    [[maybe_unused]] const int changed = setuid(65'534);
+    _exit(findProgramFolder(folder(), "/nowhere/else") == folder() ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << "the folder with the only database is the one to be told of";
+  fs::permissions(folder(), fs::perms(0700));
+}
+
 TEST_F(StartUpTest, FindsTheDatabaseThatAnInterruptedMaintenanceLeft) {
   const QString path = toQString(gDatabasePath);
   const QString copy = toQString(folder() + gTempDatabaseFileName);
@@ -137,7 +197,7 @@ TEST_F(StartUpTest, AnInstalledProgramKeepsItsDataInTheUsersFolder) {
   copyShippedDatabase(folder() + "/prefix/share/morvane2000/morvane2000.mdb");
   EXPECT_EQ(findProgramFolder(bin, user), user);
   const QString copy = toQString(user) + "/morvane2000.mdb";
-  EXPECT_TRUE(QFileInfo(copy).isWritable());
+  EXPECT_EQ(fs::status(user + "/morvane2000.mdb").permissions(), fs::perms(0600)) << "passwords will be in it";
 
   QFile own(copy);
   ASSERT_TRUE(own.open(QIODevice::Append));

@@ -17,7 +17,7 @@ class SitesTest : public WindowTest {
   enum Page { kRequired = -1, kAuthentication, kFiletypes, kFilters, kPaths, kOther = 6 };
 
   void openNew(Page page = kRequired) { openEdit(0, page, "new"); }
-  void openEdit(int id, Page page = kRequired, const char* mode = "edit") {
+  void openEdit(mv::Id id, Page page = kRequired, const char* mode = "edit") {
     editor = new mv::frmNew;
     editor->Mode = mode;
     editor->SiteID = id;

@@ -34,7 +34,7 @@ class Assignments : public SitesTest {
                               std::to_string(id) + " order by vf.name");
   }
 
-  int id = 0;
+  mv::Id id = 0;
 };
 
 TEST_F(Assignments, ANewSiteIsGivenTheDefaultFileTypes) {

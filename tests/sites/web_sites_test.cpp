@@ -20,7 +20,7 @@ constexpr int kOnOff = 3;
 class WebSites : public SitesTest {
  protected:
   // Sites on a port that refuses at once; none of the tests waits for a request.
-  int site(const std::string& name) { return addSite("127.0.0.1:1/" + name, folder()); }
+  mv::Id site(const std::string& name) { return addSite("127.0.0.1:1/" + name, folder()); }
   void openWith(std::initializer_list<const char*> names) {
     for (const char* name : names) site(name);
     window = mv::showSingle<mv::frmWebSites>();
@@ -100,7 +100,7 @@ TEST_F(WebSites, StartsInListOrderUpToTheLimitAndStops) {
 }
 
 TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
-  const int id = site("a");
+  const mv::Id id = site("a");
   mv::gDatabase.execute("update site set hops = 4, unique_names = \"yes\", base_name = \"Stem\"");
   insert("site_form_xref", {{std::to_string(id), "20"}});
   mv::gOverwriteExisting = "yes";
@@ -118,6 +118,68 @@ TEST_F(WebSites, GivesTheProcessesTheSitesValues) {
   EXPECT_EQ(saved.UniqueNames + saved.BaseName + saved.OverwriteExisting, "yesStemyes");
   EXPECT_FALSE(scan->isChildVisible());
   EXPECT_FALSE(download->isChildVisible());
+}
+
+TEST_F(WebSites, APasswordInAnAddressIsShownNowhereButInTheLocationBox) {
+  setMaximum(3);
+  // Two users of one host.
+  for (const char* user : {"anna:geheim@", "bert:geheim@"}) addSite(user + std::string("127.0.0.1:1/a"), folder());
+  openWith({});
+  EXPECT_EQ(names(*list), "anna:***@127.0.0.1:1/a,bert:***@127.0.0.1:1/a");
+  EXPECT_EQ(list->cell(0, 4), "anna:***@127.0.0.1:1");
+  list->selectAll();
+  press("Start");
+  ASSERT_EQ(processWindows(), 4);
+  EXPECT_EQ(find<mv::frmScan>()->process().SiteName, "anna:geheim@127.0.0.1:1/a") << "as it is stored";
+  EXPECT_EQ(find<mv::frmScan>()->process().Domain, "anna:geheim@127.0.0.1:1");
+  clickRow(*list, 1);
+  press("Edit");
+  auto* edited = find<mv::frmNew>();
+  EXPECT_EQ(edited->caption(), "Edit: bert:***@127.0.0.1:1/a");
+  EXPECT_EQ(edited->SiteName, "bert:geheim@127.0.0.1:1/a");
+  EXPECT_EQ(textOf(edited, "txtURL"), "bert:geheim@127.0.0.1:1/a");
+  press("Stop");
+  EXPECT_EQ(states(), "10");
+  EXPECT_EQ(find<mv::frmScan>()->caption(), "Scan: anna:***@127.0.0.1:1/a") << "the other user's goes on";
+  window->closeAllWebSites();
+  EXPECT_EQ(count("win_pos", "wname like '%geheim%'"), 0);
+  EXPECT_EQ(count("win_pos", "wname = 'Scan: bert:***@127.0.0.1:1/a'"), 1);
+}
+
+TEST_F(WebSites, StartOfASiteThatARebuildShowsOffMakesNoSecondPair) {
+  setMaximum(2);
+  openWith({"a", "b", "c"});
+  clickRow(*list, 0);
+  press("Start");
+  find<mv::frmScan>()->hideChild();
+  window->buildWorkingLists("init");
+  EXPECT_EQ(states(), "000");
+  clickRow(*list, 0);
+  press("Start");
+  EXPECT_EQ(states(), "100");
+  EXPECT_EQ(processWindows(), 2);
+  EXPECT_TRUE(find<mv::frmScan>()->isChildVisible());
+
+  clickRows(*list, {1, 2});
+  press("Start");
+  EXPECT_EQ(states(), "110") << "it counts once";
+  window->buildWorkingLists("init");
+  mv::closeProcess("Download: 127.0.0.1:1/a");
+  clickRows(*list, {0, 1, 2});
+  press("Start");
+  EXPECT_EQ(states(), "110") << "at the limit those at work are on again, and no other one";
+  EXPECT_EQ(processWindows(), 4) << "the half that was ended is there again";
+}
+
+TEST_F(WebSites, ASiteThatWasRenamedWhileItRunsIsStopped) {
+  openWith({"a"});
+  clickRow(*list, 0);
+  press("Start");
+  mv::gDatabase.execute("update site set name = \"renamed\"");
+  window->buildWorkingLists("websiteedited", list->cell(0, 1).toLong());
+  clickRow(*list, 0);
+  press("Stop");
+  EXPECT_EQ(processWindows(), 0);
 }
 
 TEST_F(WebSites, AProgramThatClosesDuringAStartStartsNothingMore) {

@@ -97,7 +97,7 @@ void harvest(frmDownloadManager& window) {
   save(&window, "harvest");
 }
 
-void siteEditor(std::int32_t site) {
+void siteEditor(mv::Id site) {
   auto* editor = new frmNew;
   editor->SiteID = site;
   editor->SiteName = "gallery.example";
@@ -120,7 +120,7 @@ void managerAndEditor(const QString& name, const QString& caption) {
   save(find<Editor>(), name + "-editor");
 }
 
-void managers(std::int32_t site) {
+void managers(mv::Id site) {
   managerAndEditor<frmFileTypeManager, frmFileTypeChild>("filetype", "New Filetype");
   managerAndEditor<frmTagManager, frmNewTag>("tag", "New Tag");
   auto* paths = new frmSitePaths;
@@ -215,7 +215,7 @@ void maintenance(QWidget& mainWindow) {
   save(&wait, "please-wait");
 }
 
-void insertFilters(std::int32_t site) {
+void insertFilters(mv::Id site) {
   insert("rule", {{"1", "1", "1", "/banner", "", "Banners", "Contains"},
                   {"2", "2", "3", "gif", kFolderShown, "Small pictures", "Equals"},
                   {"3", "1", "1", "http://", "", "Other hosts", "Begins With"}});
@@ -276,7 +276,7 @@ int main(int argc, char** argv) try {
   ProgramRun folder(argv[0]);
   folder.addAutoScanSite(gallery.host(), "10", "1", {"png", "jpg", "bmp"});
   useAsUpdateServer(gallery);
-  const std::int32_t site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
+  const mv::Id site = folder.addAutoScanSite("gallery.example", "10", "24", {"png", "jpg", "bmp", "gif"});
   setSite(site, "auto_scan = \"no\", download_path = '" + std::string(kFolderShown) + "'");
   const std::string owner = std::to_string(site);
   insert("site_form_xref", {{owner, "20"}});

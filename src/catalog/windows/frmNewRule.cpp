@@ -8,6 +8,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "base/ToolTip.h"
 #include "desktop/Dialogs.h"
 #include "store/RuleOperators.h"
 #include "store/RuleStore.h"
@@ -57,7 +58,8 @@ frmNewRule::frmNewRule()
   buildFields();
   startIn(cmboFields_);
   connect(cmboRuleTypes_, &QComboBox::currentIndexChanged, this, [this] { ruleTypeChosen(); });
-  connect(txtPath_, &QLineEdit::textChanged, txtPath_, &QLineEdit::setToolTip);
+  connect(txtPath_, &QLineEdit::textChanged, txtPath_,
+          [this](const QString& text) { txtPath_->setToolTip(plainToolTip(text)); });
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
 }
 

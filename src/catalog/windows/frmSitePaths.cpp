@@ -9,6 +9,7 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
 #include "store/SiteStore.h"
 #include "windows/MainFrame.h"
@@ -110,7 +111,7 @@ QWidget* frmSitePaths::buildCloseRow() {
 }
 
 void frmSitePaths::open() {
-  setCaption("Path Manager for: " + SiteName);
+  setCaption("Path Manager for: " + shownName());
   run([this] {
     restorePosition();
     path_.SiteID = SiteID;
@@ -120,6 +121,8 @@ void frmSitePaths::open() {
   showChild();
   lvwFiletypesAssigned_->setFocus();
 }
+
+QString frmSitePaths::shownName() const { return toQString(maskPassword(toUtf8(SiteName))); }
 
 void frmSitePaths::buildWorkingLists(const std::string& command, long) {
   if (command != "filetype") return;
@@ -167,7 +170,8 @@ QString frmSitePaths::askFolder(const QString& extension) {
   }
   FolderRequest request;
   request.title = QStringLiteral("Add New Path for %1 files").arg(extension);
-  request.prompt = "Select folder where you want " + extension + " files downloaded from " + SiteName + " to be saved.";
+  request.prompt =
+      "Select folder where you want " + extension + " files downloaded from " + shownName() + " to be saved.";
   request.initialFolder = shown.isEmpty() ? toQString(gProgramFolder) : shown;
   request.owner = this;
   return browseForFolder(request).value_or(QString());
@@ -175,8 +179,12 @@ QString frmSitePaths::askFolder(const QString& extension) {
 
 void frmSitePaths::saveFolder(const QString& folder) {
   path_.SiteID = SiteID;
-  path_.AddSitePath(toUtf8(folder), fileTypeId_);
-  txtPath_->setText(folder);
+  if (path_.AddSitePath(toUtf8(folder), fileTypeId_))
+    txtPath_->setText(folder);
+  else
+    showMessage(this, applicationTitle(),
+                "This web site or file type has been deleted meanwhile. The folder was not saved.",
+                MessageIcon::Exclamation);
 }
 
 void frmSitePaths::activated() {

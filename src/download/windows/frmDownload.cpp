@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "app/Events.h"
-#include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTexts.h"
@@ -26,7 +25,7 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
   connect(process_.get(), &DownloadProcess::fileSaved, this, &frmDownload::fileSaved);
 }
 
-QString frmDownload::positionKey() const { return kDownloadTitle + toQString(process_->SiteName); }
+QString frmDownload::positionKey() const { return settledCaption(); }
 
 QString frmDownload::settledCaption() const { return toQString(downloadTitle(process_->SiteName)); }
 

@@ -10,6 +10,7 @@
 #include "desktop/Dialogs.h"
 #include "desktop/ListView.h"
 #include "frmNewField.h"
+#include "store/BuiltInForms.h"
 #include "store/FormStore.h"
 #include "windows/ChoiceBox.h"
 #include "windows/EntryBox.h"
@@ -217,10 +218,13 @@ void frmNewForm::deleteField() {
 
 RecordEditor::Checks frmNewForm::checks(Choice choice) const {
   const bool unnamed = txtName_->text().isEmpty();
-  if (choice == Choice::Apply) return {{unnamed, "Error", "Please enter a name"}};
+  const Check reserved = {standsForNoLogin(toUtf8(txtName_->text())), "Error",
+                          "This name stands for no login. Please enter another name."};
+  if (choice == Choice::Apply) return {{unnamed, "Error", "Please enter a name"}, reserved};
   return {{unnamed, "Name Not Entered", "Please click the General Information tab and enter a Name"},
           {cmboFormType_->currentIndex() < 0, "Form Type Not Defined",
-           "Please click the General  Information tab and select a Form Type"}};
+           "Please click the General  Information tab and select a Form Type"},
+          reserved};
 }
 
 Form frmNewForm::record() const {

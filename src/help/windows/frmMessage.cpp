@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "ReadingBox.h"
+#include "base/ToolTip.h"
 #include "base/WebAddress.h"
 #include "windows/ListHelpers.h"
 #include "windows/MainFrame.h"
@@ -52,7 +53,7 @@ void frmMessage::setMessage(const QString& text) {
 void frmMessage::setURL(const QString& url) {
   url_ = url;
   cbGo_->setEnabled(isWebAddress(url));
-  cbGo_->setToolTip(url.toHtmlEscaped());
+  cbGo_->setToolTip(plainToolTip(url));
 }
 
 void frmMessage::activated() { MainFrame::current()->setClipboardItemsEnabled(true); }

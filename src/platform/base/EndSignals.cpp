@@ -19,6 +19,16 @@ void noteSignal(int) {
   [[maybe_unused]] const auto written = ::write(gSignalPair[0], &byte, sizeof byte);
 }
 
+// One that the starter has the program ignore, as nohup does, stays ignored.
+void catchSignal(int number) {
+  struct sigaction action = {};
+  if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) return;
+  action = {};
+  action.sa_handler = noteSignal;
+  action.sa_flags = SA_RESTART;
+  ::sigaction(number, &action, nullptr);
+}
+
 }  // namespace
 
 void onEndSignal(std::function<void()> work) {
@@ -33,10 +43,7 @@ void onEndSignal(std::function<void()> work) {
     [[maybe_unused]] const auto taken = ::read(gSignalPair[1], &byte, sizeof byte);
     work();
   });
-  struct sigaction action = {};
-  action.sa_handler = noteSignal;
-  action.sa_flags = SA_RESTART;
-  for (const int number : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(number, &action, nullptr);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) catchSignal(number);
 }
 
 }  // namespace mv

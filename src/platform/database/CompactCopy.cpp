@@ -52,6 +52,13 @@ void syncToDisk(const std::string& path) {
   if (!done) raiseFile(DatabaseError::kDiskError, path, "cannot be brought to the disk.");
 }
 
+// An empty file, which the engine takes for a new database: one that it makes could be read by others until the end.
+void makePrivateFile(const std::string& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (file < 0) raiseFile(DatabaseError::kDiskError, path, "cannot be made.");
+  close(file);
+}
+
 }  // namespace
 
 struct CompactCopy::Private {
@@ -130,6 +137,7 @@ void CompactCopy::write() {
   if (fileSize(d->target) >= 0)
     throw DatabaseError(DatabaseError::kAlreadyExists, "The file " + d->target + " already exists.");
   checkDatabase(d->source, {});
+  makePrivateFile(d->target);
   d->made = true;
   d->connection = d->openWatched(d->source, SQLITE_OPEN_READWRITE);
   d->rewrite();
@@ -156,8 +164,6 @@ void CompactCopy::replaceSource() {
   if (fileSize(d->source + "-wal") >= 0 || fileSize(d->source + "-journal") > 0)
     raiseFile(DatabaseError::kLocked, d->source, "is in use by another program.");
   reached(Step::Closed);
-  struct stat status {};
-  if (stat(d->source.c_str(), &status) == 0) chmod(d->target.c_str(), status.st_mode & 07777);
   syncToDisk(d->target);
   reached(Step::Synced);
   std::error_code error;
@@ -175,10 +181,7 @@ void CompactCopy::replaceSource() {
   }
 }
 
-void CompactCopy::removeFiles(const std::string& path) {
-  std::error_code ignored;
-  for (const char* suffix : {"", "-journal", "-wal", "-shm"}) std::filesystem::remove(path + suffix, ignored);
-}
+void CompactCopy::removeFiles(const std::string& path) { engine::removeFiles(path); }
 
 bool CompactCopy::isWhole(const std::string& path, const Database::TableNames& neededTables) try {
   checkDatabase(path, neededTables);

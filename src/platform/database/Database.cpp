@@ -14,12 +14,6 @@ namespace mv {
 
 using namespace engine;
 
-DatabaseError::DatabaseError(long number, std::string description, std::string source)
-    : std::runtime_error(description),
-      number_(number),
-      description_(std::move(description)),
-      source_(std::move(source)) {}
-
 namespace {
 
 // Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
@@ -79,6 +73,7 @@ struct Database::Connection {
         reader->statement.reset();
         reader->connection.reset();
       }
+    if (engine::hasMoved(main.get())) takeJournalAlong();
   }
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -90,6 +85,13 @@ struct Database::Connection {
     run(reader->connection.get(), "begin");
     readers.push_back(reader);
     return reader;
+  }
+
+  // The engine would leave the journal behind, in a place where it must not meet another database.
+  void takeJournalAlong() {
+    statements.reset();
+    sqlite3_wal_checkpoint_v2(main.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    if (fileSize(path) < 0) removeFiles(path);
   }
 
   void giveBack(Reader& reader) {
@@ -268,6 +270,7 @@ Database::~Database() = default;
 void Database::open(const std::string& path, const TableNames& neededTables) {
   close();
   checkDatabase(path, neededTables);
+  keepPrivate(path);
   connection_ = std::make_shared<Connection>(path);
   ++openings_;
 }
@@ -275,6 +278,8 @@ void Database::open(const std::string& path, const TableNames& neededTables) {
 void Database::close() { connection_.reset(); }
 
 bool Database::isOpen() const { return connection_ != nullptr; }
+
+bool Database::hasMoved() const { return connection_ && engine::hasMoved(connection_->main.get()); }
 
 Recordset Database::query(const Statement& statement) {
   if (!connection_) raiseNotOpen();

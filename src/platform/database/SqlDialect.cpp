@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "database/Database.h"
+#include "database/DatabaseError.h"
+#include "database/Statement.h"
 
 namespace mv {
 

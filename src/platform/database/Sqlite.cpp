@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <new>
 #include <string_view>
 
@@ -16,6 +15,8 @@ namespace mv::engine {
 namespace {
 
 constexpr int kBusyTimeoutMs = 2000;
+// A database and what the engine keeps beside it: what their names add to the database's.
+constexpr const char* kFileSuffixes[] = {"", "-journal", "-wal", "-shm"};
 constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page
 
 long numberOfMessage(std::string_view message) {
@@ -155,6 +156,19 @@ std::string immutableUri(const std::string& path) {
   return uri + "?immutable=1";
 }
 
+void keepPrivate(const std::string& path) {
+  for (const char* suffix : kFileSuffixes) chmod((path + suffix).c_str(), S_IRUSR | S_IWUSR);
+}
+
+void removeFiles(const std::string& path) {
+  for (const char* suffix : kFileSuffixes) unlink((path + suffix).c_str());
+}
+
+bool hasMoved(sqlite3* connection) {
+  int moved = 0;
+  return sqlite3_file_control(connection, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+}
+
 std::int64_t fileSize(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 ? static_cast<std::int64_t>(status.st_size) : -1;
@@ -167,7 +181,7 @@ std::string quotedName(std::string name) {
 
 namespace {
 
-// What can be told without the engine: existence, access, the first bytes, the length.
+// What can be told without opening it: existence and access.
 void checkFile(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) raiseFile(DatabaseError::kFileNotFound, path, "does not exist.");
@@ -176,15 +190,28 @@ void checkFile(const std::string& path) {
   if (access(path.c_str(), R_OK | W_OK) != 0) raiseFile(DatabaseError::kReadOnly, path, "cannot be written to.");
   if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0)
     raiseFile(DatabaseError::kReadOnly, path, "lies in a folder that cannot be written to.");
-
-  static constexpr std::string_view kMagic("SQLite format 3\0", 16);
-  std::array<char, 100> header{};
-  std::ifstream(path, std::ios::binary).read(header.data(), header.size());
-  if (std::string_view(header.data(), kMagic.size()) != kMagic)
-    raiseFile(DatabaseError::kUnrecognizedFormat, path, "is not a database, or it is damaged.");
 }
 
-void checkTables(sqlite3* connection, const std::string& path, const Database::TableNames& needed) {
+// The database file format of SQLite 3: https://www.sqlite.org/fileformat.html, section 1.3.
+void checkHeader(sqlite3* connection, const std::string& path) {
+  static constexpr std::string_view kMagic("SQLite format 3\0", 16);
+  constexpr std::size_t kWriteVersion = 18, kReadVersion = 19, kSchemaFormat = 47;
+  constexpr unsigned kNewestVersion = 2, kNewestSchemaFormat = 4;
+  std::array<char, 100> header{};
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  // A shorter file fills the rest with zeros.
+  if (file && file->pMethods) file->pMethods->xRead(file, header.data(), header.size(), 0);
+  if (std::string_view(header.data(), kMagic.size()) != kMagic)
+    raiseFile(DatabaseError::kUnrecognizedFormat, path, "is not a database, or it is damaged.");
+  const auto number = [&header](std::size_t at) -> unsigned { return static_cast<unsigned char>(header[at]); };
+  if (number(kWriteVersion) > kNewestVersion || number(kReadVersion) > kNewestVersion ||
+      number(kSchemaFormat) > kNewestSchemaFormat)
+    raiseFile(DatabaseError::kUnrecognizedFormat, path,
+              "has a newer file format than this program knows. Please use the program that wrote it.");
+}
+
+void checkTables(sqlite3* connection, const std::string& path, const std::vector<std::string_view>& needed) {
   const StatementPtr find =
       prepare(connection, "select 1 from sqlite_schema where type = 'table' and name = ?1 collate nocase", "check");
   for (const std::string_view table : needed) {
@@ -215,7 +242,7 @@ void checkContent(sqlite3* connection, std::int64_t bytes, bool wholeFile) {
 
 // Reading "immutable" leaves no trace; it must not be used where a
 // journal may hold pages that the file has not: after a killed run, or beside another one.
-void checkDatabase(const std::string& path, const Database::TableNames& needed) {
+void checkDatabase(const std::string& path, const std::vector<std::string_view>& needed) {
   checkFile(path);
   const bool rollBack = fileSize(path + "-journal") > 0;
   const bool journal = rollBack || fileSize(path + "-wal") >= 0;
@@ -225,6 +252,7 @@ void checkDatabase(const std::string& path, const Database::TableNames& needed) 
     const ConnectionPtr probe =
         journal ? openHandle(path, access) : openHandle(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     sqlite3_db_config(probe.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    checkHeader(probe.get(), path);
     checkTables(probe.get(), path, needed);
     checkContent(probe.get(), fileSize(path), !journal);
   } catch (const DatabaseError& error) {

@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "database/Database.h"
+#include "database/DatabaseError.h"
+#include "database/Statement.h"
 
 namespace mv::engine {
 
@@ -63,11 +65,19 @@ class Use {
 ConnectionPtr openHandle(const std::string& path, int flags);
 // For reading a file without leaving a trace.
 std::string immutableUri(const std::string& path);
+// The database holds passwords: from here on only its owner reads it, or what is beside it. Files that the engine makes
+// later take over the database's permissions. Somebody else's file stays as it is.
+void keepPrivate(const std::string& path);
+// Removes a database and what the engine keeps beside it, as far as they are there.
+void removeFiles(const std::string& path);
+// The file that is open has not the connection's path any more.
+bool hasMoved(sqlite3* connection);
 // In bytes; -1 when there is no such file.
 std::int64_t fileSize(const std::string& path);
 // As the engine's own language writes a name.
 std::string quotedName(std::string name);
-// Everything is judged before anything is changed: the file, its tables, its content.
-void checkDatabase(const std::string& path, const Database::TableNames& needed);
+// Everything is judged before anything is changed: the file, its tables, its content. The file is read through the
+// engine only: closing any other handle of it would drop the locks of every connection of this process.
+void checkDatabase(const std::string& path, const std::vector<std::string_view>& needed);
 
 }  // namespace mv::engine

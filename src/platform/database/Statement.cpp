@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "database/RawStatement.h"
-
 namespace mv {
 
 namespace {
@@ -14,27 +12,53 @@ constexpr std::size_t kUsualValues = 8;
 
 }  // namespace
 
+Literal::Literal(SqlValue value) : value_(std::move(value)) {}
+Literal::Literal(const Literal&) = default;
+Literal::Literal(Literal&&) noexcept = default;
+Literal& Literal::operator=(const Literal&) = default;
+Literal& Literal::operator=(Literal&&) noexcept = default;
+Literal::~Literal() = default;
+
+Literal quoted(std::string text) { return Literal(SqlValue(std::move(text))); }
+Literal quoted(std::string_view text) { return Literal(SqlValue(std::string(text))); }
+Literal quoted(const char* text) { return Literal(SqlValue(std::string(text))); }
+Literal number(std::int64_t value) { return Literal(SqlValue(value)); }
+
+Statement::Statement(SqlText constant) { append(constant.text()); }
+Statement::Statement(Literal value) { *this += std::move(value); }
+Statement::Statement(const Statement&) = default;
+Statement::Statement(Statement&&) noexcept = default;
+Statement& Statement::operator=(const Statement&) = default;
+Statement& Statement::operator=(Statement&&) noexcept = default;
+Statement::~Statement() = default;
+
 void Statement::append(std::string_view text) {
   const std::size_t length = shape_.size() + text.size();
   if (length > shape_.capacity()) shape_.reserve(std::max(kUsualLength, 2 * length));
   shape_.append(text);
 }
 
-void Statement::add(Literal value) {
+Statement& Statement::append(const Statement& other) {
+  append(other.shape_);
+  values_.insert(values_.end(), other.values_.begin(), other.values_.end());
+  return *this;
+}
+
+Statement& Statement::operator+=(SqlText constant) {
+  append(constant.text());
+  return *this;
+}
+
+Statement& Statement::operator+=(Literal value) {
   append(std::string_view(&kValueMark, 1));
   if (values_.empty()) values_.reserve(kUsualValues);
   values_.push_back(std::move(value).take());
+  return *this;
 }
 
-void Statement::add(const Statement& other) {
-  append(other.shape_);
-  values_.insert(values_.end(), other.values_.begin(), other.values_.end());
-}
-
-Statement rawStatement(std::string sql) {
-  Statement statement;
-  statement.shape_ = std::move(sql);
-  return statement;
-}
+Statement operator+(const Statement& left, SqlText right) { return Statement(left) + right; }
+Statement operator+(const Statement& left, Literal right) { return Statement(left) + std::move(right); }
+Statement&& operator+(Statement&& left, SqlText right) { return std::move(left += right); }
+Statement&& operator+(Statement&& left, Literal right) { return std::move(left += std::move(right)); }
 
 }  // namespace mv

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "CredentialMemory.h"
+#include "base/WebAddress.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
@@ -255,7 +256,7 @@ void CurlRequest::conclude(CURLcode result) {
 void CurlRequest::fail(long code, const std::string& info) {
   states_.raiseDisconnected();
   code_ = code;
-  info_ = withoutCredentials(info);
+  info_ = maskPasswords(info);
   states_.raise(kError);
 }
 

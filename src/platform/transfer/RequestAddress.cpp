@@ -70,8 +70,10 @@ std::string asciiHost(std::string_view host) {
   if (std::any_of(host.begin(), host.end(), isBlankOrControl)) return {};
   if (std::all_of(host.begin(), host.end(), isAscii)) return std::string(host);
   const auto portStart = std::min(host.rfind(':'), host.size());
+  const auto port = host.substr(portStart);
+  if (!std::all_of(port.begin(), port.end(), isAscii)) return {};
   const auto ace = QUrl::toAce(toQString(host.substr(0, portStart)));
-  return ace.isEmpty() ? std::string() : ace.toStdString().append(host.substr(portStart));
+  return ace.isEmpty() ? std::string() : ace.toStdString().append(port);
 }
 
 std::string lowered(std::string_view text) {
@@ -137,23 +139,6 @@ CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std
     return CredentialsOnRedirect::Keep;
   const bool isPath = location.starts_with('/') && location.find_first_of("/\\", 1) != 1;
   return isPath ? CredentialsOnRedirect::AsBefore : CredentialsOnRedirect::Drop;
-}
-
-std::string withoutCredentials(std::string_view text) {
-  std::string result;
-  for (auto slashes = text.find("://"); slashes != std::string_view::npos; slashes = text.find("://")) {
-    const auto start = slashes + 3;
-    const auto authority = text.substr(start, text.find_first_of("/?# \t\r\n'\"", start) - start);
-    const auto at = authority.rfind('@');
-    result.append(text.substr(0, start));
-    if (at == std::string_view::npos) {
-      result.append(authority);
-    } else {
-      result.append("***").append(authority.substr(at));
-    }
-    text.remove_prefix(start + authority.size());
-  }
-  return result.append(text);
 }
 
 }  // namespace mv

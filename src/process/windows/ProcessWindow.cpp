@@ -142,7 +142,7 @@ void ProcessWindow::showLine(QLineEdit& line, const std::string& text) {
   line.setCursorPosition(0);
 }
 
-void ProcessWindow::prepareFor(std::int32_t siteId) {
+void ProcessWindow::prepareFor(Id siteId) {
   lblSiteId_->setText(QString::number(siteId));
   run([this] {
     if (restorePosition()) setDetailsShown(place().height == kExpandedHeight);

@@ -4,6 +4,7 @@
 #include <QLabel>
 
 #include "base/Text.h"
+#include "scan/StarTag.h"
 #include "store/TagStore.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
@@ -12,8 +13,8 @@ namespace mv {
 
 frmNewTag::frmNewTag()
     : RecordEditor({.caption = "New Tag",
-                    .width = 5200,
-                    .height = 2100,
+                    .width = 8400,
+                    .height = 2400,
                     .windowName = "frmNewTag",
                     .record = "tag",
                     .manager = "Tag Manager",
@@ -24,9 +25,13 @@ frmNewTag::frmNewTag()
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(makeLabel("lblTag", "&Tag:", txtTagName_), 0, 0);
   grid->addWidget(txtTagName_, 0, 1);
-  grid->setRowStretch(1, 1);
-  grid->addWidget(makeIdLabel("lblId"), 2, 0, Qt::AlignLeft | Qt::AlignVCenter);
-  grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel"), 2, 1);
+  auto* kinds = new QLabel("Found as it is written: <img src=    With a star, in any spelling: <img * src=");
+  kinds->setObjectName("lblKinds");
+  kinds->setTextFormat(Qt::PlainText);
+  grid->addWidget(kinds, 1, 1);
+  grid->setRowStretch(2, 1);
+  grid->addWidget(makeIdLabel("lblId"), 3, 0, Qt::AlignLeft | Qt::AlignVCenter);
+  grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel"), 3, 1);
   startIn(txtTagName_);
 }
 
@@ -40,7 +45,9 @@ void frmNewTag::loadRecord() {
 Tag frmNewTag::record() const { return {TagId, toUtf8(txtTagName_->text())}; }
 
 RecordEditor::Checks frmNewTag::checks(Choice) const {
-  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag"}};
+  const char* const problem = starTagProblem(record().text);
+  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag"},
+          {*problem != '\0', "No Tag With A Star", problem}};
 }
 
 void frmNewTag::insertRecord() { insertTag(record()); }

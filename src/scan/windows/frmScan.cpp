@@ -5,7 +5,6 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/Settings.h"
 #include "base/Text.h"
 #include "scan/ScanTexts.h"
 
@@ -45,7 +44,7 @@ void frmScan::initWindow() {
   });
 }
 
-QString frmScan::positionKey() const { return kScanTitle + toQString(process_->SiteName); }
+QString frmScan::positionKey() const { return settledCaption(); }
 
 QString frmScan::settledCaption() const { return toQString(scanTitle(process_->SiteName)); }
 

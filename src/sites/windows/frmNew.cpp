@@ -17,7 +17,6 @@
 #include "catalog_windows/frmNewFilter.h"
 #include "catalog_windows/frmSitePaths.h"
 #include "desktop/Dialogs.h"
-#include "store/Sequence.h"
 #include "store/SiteDerivations.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
@@ -28,7 +27,6 @@ namespace {
 
 constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
-constexpr const char* kSequence = "site_id";
 
 QWidget* scrolling(QWidget* content) {
   auto* page = new QWidget;
@@ -38,8 +36,13 @@ QWidget* scrolling(QWidget* content) {
 
 }  // namespace
 
-frmNew::frmNew() : EditorWindow("New Web Site", kWidth, kHeight) {
-  setObjectName("frmNew");
+frmNew::frmNew()
+    : RecordEditor({.caption = "New Web Site",
+                    .width = kWidth,
+                    .height = kHeight,
+                    .windowName = "frmNew",
+                    .record = "web site",
+                    .sequence = "site_id"}) {
   buildPages();
 
   auto* requiredTabs = new QTabWidget(this);
@@ -52,6 +55,7 @@ frmNew::frmNew() : EditorWindow("New Web Site", kWidth, kHeight) {
   layout->addWidget(requiredTabs, 1);
   layout->addLayout(makeButtons("cmdOK", "cmdApply", "cmdCancel", "OK", "&Cancel"));
   connectPages();
+  startIn(required_->txtURL);
 }
 
 void frmNew::buildPages() {
@@ -100,24 +104,19 @@ void frmNew::connectPages() {
 // --- loading
 
 void frmNew::initWindow() {
-  if (Mode == "new")
-    loadNewSite();
-  else
-    loadExistingSite();
+  RecordEditor::initWindow();
+  if (isNew()) showDefaults();
   fileTypes_->disableMoves();
-  required_->txtURL->setFocus();
 }
 
-void frmNew::loadNewSite() {
-  SiteID = nextSequenceValue(kSequence);
-  fileTypes_->buildForNewSite();
-  filters_->buildForNewSite();
+void frmNew::showDefaults() {
+  rebuildAssignments();
   login_->buildForms();
   paths_->txtDefaultPath->setText(toQString(gDownloadFolder));
   autoScan_->chkAutoScan->setChecked(true);
 }
 
-void frmNew::loadExistingSite() {
+void frmNew::loadRecord() {
   listed_ = true;
   if (const auto site = loadSite(SiteID)) showSite(*site);
   rebuildAssignments();
@@ -140,65 +139,53 @@ void frmNew::showSite(const Site& site) {
 }
 
 void frmNew::activated() {
-  EditorWindow::activated();
+  RecordEditor::activated();
   rebuildAssignments();
 }
 
 void frmNew::rebuildAssignments() {
-  if (Mode == "edit") {
-    fileTypes_->buildForSite(SiteID);
-    filters_->buildForSite(SiteID);
-  } else {
+  if (isNew()) {
     fileTypes_->buildForNewSite();
     filters_->buildForNewSite();
+  } else {
+    fileTypes_->buildForSite(SiteID);
+    filters_->buildForSite(SiteID);
   }
 }
 
 // --- OK, Apply, Cancel
 
-bool frmNew::accept() {
-  if (required_->txtURL->text().isEmpty()) {
-    refuse("URL Not Entered", "Please click the Required Information tab and enter a URL");
-    return false;
-  }
-  if (paths_->txtDefaultPath->text().isEmpty()) {
-    refuse("Default Path Not Defined",
-           "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path");
-    return false;
-  }
-  return limitsAreFilled() && save();
-}
-
-void frmNew::apply() {
-  if (required_->txtURL->text().isEmpty()) {
-    refuse("Error", "Please enter a URL");
-    return;
-  }
-  if (limitsAreFilled()) save();
+RecordEditor::Checks frmNew::checks(Choice choice) const {
+  const bool noLocation = required_->txtURL->text().isEmpty();
+  Checks all;
+  if (choice == Choice::Ok)
+    all = {{noLocation, "URL Not Entered", "Please click the Required Information tab and enter a URL"},
+           {paths_->txtDefaultPath->text().isEmpty(), "Default Path Not Defined",
+            "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path"}};
+  else
+    all = {{noLocation, "Error", "Please enter a URL"}};
+  const QString emptyLimit = required_->emptyLimit();
+  all.push_back({!emptyLimit.isEmpty(), "Error", "Please enter a value for " + emptyLimit});
+  return all;
 }
 
 void frmNew::cancel() {
-  if (!createdByApply_) return;
+  if (!isCreator()) return;
   discardNewSite(SiteID);
   Q_EMIT events().siteTakenBack(SiteID);
 }
 
-bool frmNew::limitsAreFilled() {
-  const QString empty = required_->emptyLimit();
-  if (!empty.isEmpty()) refuse("Error", "Please enter a value for " + empty);
-  return empty.isEmpty();
-}
-
-void frmNew::refuse(const QString& title, const QString& text) {
-  showMessage(this, title, text, MessageIcon::Exclamation);
-}
-
 // --- saving
 
-Site frmNew::site() const {
+Site frmNew::takeSite() {
+  QLineEdit& url = *required_->txtURL;
+  const std::string typed = toUtf8(url.text());
+  if (const std::string location = siteLocation(typed); location != typed) url.setText(toQString(location));
+  if (hopping_->txtHops->text().isEmpty()) hopping_->txtHops->setText("0");
+
   Site site;
   site.id = SiteID;
-  site.name = toUtf8(required_->txtURL->text());
+  site.name = toUtf8(url.text());
   site.upperLimit = required_->txtUpperLimit->text().toLongLong();
   site.lowerLimit = required_->txtLowerLimit->text().toLongLong();
   site.pagesToScan = required_->txtPagesToScan->text().toLongLong();
@@ -212,13 +199,11 @@ Site frmNew::site() const {
   return site;
 }
 
-bool frmNew::save() {
-  QLineEdit& url = *required_->txtURL;
-  const std::string typed = toUtf8(url.text());
-  if (const std::string location = siteLocation(typed); location != typed) url.setText(toQString(location));
-  if (hopping_->txtHops->text().isEmpty()) hopping_->txtHops->setText("0");
+void frmNew::insertRecord() { insertSite(takeSite()); }
 
-  if (!writeSiteRow()) return false;
+bool frmNew::updateRecord() { return updateSite(takeSite()); }
+
+void frmNew::recordChanged() {
   writeAssignments();
   if (listed_)
     Q_EMIT events().siteEdited(SiteID);
@@ -226,23 +211,11 @@ bool frmNew::save() {
     Q_EMIT events().siteAdded(SiteID);
   listed_ = true;
   assignmentsChanged_ = false;
-  SiteName = url.text();
-  return true;
+  SiteName = required_->txtURL->text();
 }
 
-bool frmNew::writeSiteRow() {
-  if (Mode == "new") {
-    if (SiteID == 0) SiteID = nextSequenceValue(kSequence);
-    if (SiteID == 0) return false;
-    insertSite(site());
-    // From here on the row is there: should an assignment fail, the next attempt updates it and Cancel takes it back.
-    Mode = "edit";
-    createdByApply_ = true;
-    return true;
-  }
-  if (updateSite(site())) return true;
-  refuse("Error", "This web site has been deleted. Nothing was saved.");
-  return false;
+void frmNew::sayGone() {
+  showMessage(this, "Error", "This web site has been deleted. Nothing was saved.", MessageIcon::Exclamation);
 }
 
 void frmNew::writeAssignments() {
@@ -281,7 +254,7 @@ void frmNew::mustSaveFirst(const QString& title, const QString& text) {
 }
 
 void frmNew::openNewFileType() {
-  if (Mode == "new") {
+  if (isNew()) {
     mustSaveFirst("Must save before adding new filetype", "Please click the Apply button before modifying filetypes.");
     return;
   }
@@ -292,7 +265,7 @@ void frmNew::openNewFileType() {
 }
 
 void frmNew::openNewFilter() {
-  if (Mode == "new" || assignmentsChanged_) {
+  if (isNew() || assignmentsChanged_) {
     mustSaveFirst("Must save before adding new filter", "Please click the Apply button before modifying filters.");
     return;
   }
@@ -302,7 +275,7 @@ void frmNew::openNewFilter() {
 }
 
 void frmNew::openPathManager() {
-  if (Mode != "edit" || assignmentsChanged_) {
+  if (isNew() || assignmentsChanged_) {
     mustSaveFirst("Must save before modifying paths",
                   "Please click the Apply button before accessing the Path Manager");
     return;

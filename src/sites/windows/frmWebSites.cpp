@@ -14,6 +14,7 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
 #include "download_windows/frmDownload.h"
 #include "scan_windows/frmScan.h"
@@ -39,19 +40,50 @@ constexpr long kMenuConnections = 5;
 
 enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
 
+QString shownAddress(const std::string& address) { return toQString(maskPassword(address)); }
+
 QStringList textsOf(const SiteListRow& site) {
-  return {
-      toQString(site.name),   QString::number(site.id),   toQString(yesNo(site.autoScan)),    kOff,
-      toQString(site.domain), QString::number(site.hops), toQString(yesNo(site.uniqueNames)), toQString(site.baseName)};
+  return {shownAddress(site.name),
+          QString::number(site.id),
+          toQString(yesNo(site.autoScan)),
+          kOff,
+          shownAddress(site.domain),
+          QString::number(site.hops),
+          toQString(yesNo(site.uniqueNames)),
+          toQString(site.baseName)};
+}
+
+// The first loaded process window of a class whose process is one that `is` tells.
+template <class Window, class Is>
+Window* findProcess(Is is) {
+  for (ChildWindow* window : WindowRegistry::instance().windows())
+    if (auto* match = dynamic_cast<Window*>(window); match && is(match->process())) return match;
+  return nullptr;
+}
+
+frmScan* scanOf(Id siteId) {
+  return findProcess<frmScan>([&](const ScanProcess& process) { return process.SiteID == siteId; });
+}
+
+frmDownload* downloadOf(Id siteId) {
+  return findProcess<frmDownload>([&](const DownloadProcess& process) { return process.SiteId == siteId; });
+}
+
+// By name first: two sites of the same name share their titles, and the first window of that title is the one that
+// goes. A site that was renamed while it runs is found by its identifier.
+template <class Window>
+void endProcess(const std::string& siteName, Window* own) {
+  auto* named = findProcess<Window>([&](const auto& process) { return process.SiteName == siteName; });
+  if (named || own) closeProcess(named ? *named : *own);
 }
 
 QPointer<ChildWindow> openScan(const SiteListRow& site) {
   const Id loginForm = siteLoginForm(site.id);
   const QPointer<frmScan> scan = new frmScan;
-  scan->process().SiteID = static_cast<std::int32_t>(site.id);
+  scan->process().SiteID = site.id;
   scan->process().SiteName = site.name;
   scan->process().Domain = site.domain;
-  scan->process().LoginFormID = static_cast<std::int32_t>(loginForm);
+  scan->process().LoginFormID = loginForm;
   scan->process().DomainHops = site.hops;
   scan->setCaption(scan->settledCaption());
   scan->showChild();
@@ -61,7 +93,7 @@ QPointer<ChildWindow> openScan(const SiteListRow& site) {
 
 QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   const QPointer<frmDownload> download = new frmDownload;
-  download->process().SiteId = static_cast<std::int32_t>(site.id);
+  download->process().SiteId = site.id;
   download->process().SiteName = site.name;
   download->process().UniqueNames = yesNo(site.uniqueNames);
   download->process().BaseName = site.baseName;
@@ -70,6 +102,14 @@ QPointer<ChildWindow> openDownload(const SiteListRow& site) {
   download->showChild();
   if (download) download->initWindow();
   return download.data();
+}
+
+// `window` where there is one, else what `open` answers.
+template <class Open>
+QPointer<ChildWindow> broughtForward(ChildWindow* window, Open open) {
+  if (!window) return open();
+  window->showChild();
+  return window;
 }
 
 // The number that an answer begins with, as a whole number of connections; 1 when there is none or it is less.
@@ -192,37 +232,37 @@ void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
 }
 
 void frmWebSites::fillList() {
+  sites_.clear();
   for (const SiteListRow& site : listSites()) addSiteRow(site);
   maxConnections_ = readMaxConnections().value_or(maxConnections_);
 }
 
-void frmWebSites::addSiteRow(const SiteListRow& site) { list().addRow(textsOf(site)); }
+void frmWebSites::addSiteRow(const SiteListRow& site) {
+  sites_[site.id] = site;
+  list().addRow(textsOf(site));
+}
 
-void frmWebSites::refreshRow(long siteId) {
+void frmWebSites::refreshRow(Id siteId) {
   const int row = rowOf(siteId);
   if (row < 0) return;
   const bool running = isRunning(row);
   for (const SiteListRow& site : loadSiteRow(siteId)) {
+    sites_[siteId] = site;
     const QStringList texts = textsOf(site);
     for (int column = 0; column < texts.size(); ++column) list().setCell(row, column, texts[column]);
     list().setRowSelected(row, false);
   }
   setRunning(row, running);
-  if (siteId == selectedSiteID_) selectedSiteName_ = list().cell(row, kName);
 }
 
-SiteListRow frmWebSites::siteOfRow(int row) {
-  SiteListRow site;
-  site.name = toUtf8(list().cell(row, kName));
-  site.id = list().cell(row, kId).toLongLong();
-  site.domain = toUtf8(list().cell(row, kDomain));
-  site.hops = list().cell(row, kHops).toLongLong();
-  site.uniqueNames = isYes(toUtf8(list().cell(row, kUniqueNames)));
-  site.baseName = toUtf8(list().cell(row, kBaseName));
-  return site;
+Id frmWebSites::idOfRow(int row) const { return list().cell(row, kId).toLongLong(); }
+
+SiteListRow frmWebSites::siteOfRow(int row) const {
+  const auto found = sites_.find(idOfRow(row));
+  return found == sites_.end() ? SiteListRow() : found->second;
 }
 
-int frmWebSites::rowOf(long siteId) { return list().findRow(kId, QString::number(siteId)); }
+int frmWebSites::rowOf(Id siteId) { return list().findRow(kId, QString::number(siteId)); }
 
 bool frmWebSites::isRunning(int row) { return list().isBold(row); }
 
@@ -237,15 +277,12 @@ void frmWebSites::offerStart(bool start) {
 }
 
 void frmWebSites::rowWasChosen(int row) {
-  selectedSiteID_ = list().cell(row, kId).toLong();
-  selectedSiteName_ = list().cell(row, kName);
+  selectedSiteID_ = idOfRow(row);
   offerStart(!isRunning(row));
 }
 
 void frmWebSites::forgetVanishedSelection() {
-  if (rowOf(selectedSiteID_) >= 0) return;
-  selectedSiteID_ = 0;
-  selectedSiteName_.clear();
+  if (rowOf(selectedSiteID_) < 0) selectedSiteID_ = 0;
 }
 
 // --- New, Edit, Delete
@@ -260,16 +297,17 @@ void frmWebSites::openEdit() {
   if (selectedSiteID_ == 0) return;
   auto* editor = new frmNew;
   editor->Mode = "edit";
-  editor->SiteID = static_cast<std::int32_t>(selectedSiteID_);
-  editor->SiteName = selectedSiteName_;
-  editor->setCaption("Edit: " + selectedSiteName_);
+  const std::string name = sites_[selectedSiteID_].name;
+  editor->SiteID = selectedSiteID_;
+  editor->SiteName = toQString(name);
+  editor->setCaption("Edit: " + shownAddress(name));
   editor->open();
 }
 
 void frmWebSites::deleteChosen() {
   std::vector<Id> ids;
   for (const int row : list().selectedRows())
-    if (list().cell(row, kOnOff) == kOff) ids.push_back(siteOfRow(row).id);
+    if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
   for (const Id id : ids) {
     if (!deleteSite(id))
       showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
@@ -285,7 +323,7 @@ void frmWebSites::editChosen() { startSelected(); }
 void frmWebSites::startSelected() {
   Q_EMIT events().sitesStarting();
   for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row)
-    if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && runningSites_ < maxConnections_) startRow(row);
+    if (list().isRowSelected(row) && list().cell(row, kOnOff) == kOff && mayStart(idOfRow(row))) startRow(row);
 }
 
 void frmWebSites::startRow(int row) {
@@ -295,18 +333,25 @@ void frmWebSites::startRow(int row) {
   offerStart(false);
 }
 
+// A site at work takes no further connection.
+bool frmWebSites::mayStart(Id siteId) const {
+  return scanOf(siteId) || downloadOf(siteId) || std::ssize(runningSites_) < maxConnections_;
+}
+
+// Of a site that is at work already, though a rebuild shows it off, the windows are brought to the front; one of them
+// that was ended by itself is opened anew.
 void frmWebSites::startSite(const SiteListRow& site) {
   if (site.id == 0) return;
-  const QPointer<ChildWindow> scan = openScan(site);
+  const QPointer<ChildWindow> scan = broughtForward(scanOf(site.id), [&] { return openScan(site); });
   // A message box of the scan may have run the end of the program.
   if (isUnloaded()) return;
-  const QPointer<ChildWindow> download = openDownload(site);
+  const QPointer<ChildWindow> download = broughtForward(downloadOf(site.id), [&] { return openDownload(site); });
   if (isYes(gHideProcesses)) {
     if (scan) scan->hideChild();
     if (download) download->hideChild();
   }
   Q_EMIT events().processesChanged();
-  ++runningSites_;
+  runningSites_.insert(site.id);
 }
 
 void frmWebSites::stopSelected() {
@@ -317,15 +362,15 @@ void frmWebSites::stopSelected() {
 
 void frmWebSites::stopRow(int row) {
   const SiteListRow site = siteOfRow(row);
-  closeProcesses(toQString(site.name));
+  closeProcesses(site);
   setRunning(rowOf(site.id), false);
   offerStart(true);
 }
 
-void frmWebSites::closeProcesses(const QString& siteName) {
-  closeProcess(kDownloadTitle + siteName);
-  closeProcess(kScanTitle + siteName);
-  runningSites_ = std::max(0L, runningSites_ - 1);
+void frmWebSites::closeProcesses(const SiteListRow& site) {
+  endProcess(site.name, downloadOf(site.id));
+  endProcess(site.name, scanOf(site.id));
+  runningSites_.erase(site.id);
 }
 
 void frmWebSites::autoScan() {
@@ -368,7 +413,7 @@ void frmWebSites::setConnections(long connections) {
 
 void frmWebSites::dropFilters(const QString& text) {
   if (gDragKind != kDropFilter) return;
-  for (const int row : list().selectedRows()) addDroppedFilters(siteOfRow(row).id, toUtf8(text));
+  for (const int row : list().selectedRows()) addDroppedFilters(idOfRow(row), toUtf8(text));
   gDragKind.clear();
 }
 

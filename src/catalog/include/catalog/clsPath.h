@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <string>
 
+#include "store/Id.h"
+
 namespace mv {
 
 class clsPath {
  public:
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::string Path;  // UTF-8; what checkPath acts on, and the result of GetPathForFileType
 
   // Makes sure that the folder `Path` exists, missing parents included. A file of that name counts as existing. Raises
@@ -19,7 +21,8 @@ class clsPath {
   std::string GetPathForFileType(std::int64_t fileTypeId);
 
   // Stores `folder` as the site's one folder for the file type, replacing an earlier one. Raises DatabaseError.
-  void AddSitePath(const std::string& folder, std::int64_t fileTypeId);
+  // False, and nothing is stored, when the site or the type is gone.
+  bool AddSitePath(const std::string& folder, std::int64_t fileTypeId);
 
   // Stores `folder` as the site's default folder; no row changes for a site not yet inserted. Raises DatabaseError.
   void AddDefaultPathForSite(const std::string& folder);

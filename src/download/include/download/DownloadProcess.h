@@ -13,6 +13,7 @@
 
 #include "download/DownloadStatus.h"
 #include "process/Process.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -28,7 +29,7 @@ class DownloadProcess : public Process {
   ~DownloadProcess() override;
 
   // Given by the opener before initWindow.
-  std::int32_t SiteId = 0;
+  Id SiteId = 0;
   std::string SiteName;
   std::string UniqueNames;        // "yes": numbered file names
   std::string BaseName;           // their stem

@@ -43,11 +43,11 @@ class FeedChain : public QObject {
   // it cannot read; their number is noted in the error log.
   void readOverview(std::string overview, std::function<bool(std::string_view line)> take, std::function<void()> then);
 
-  // One line of the error log: what of a feed is not taken, and why.
-  static void logRefusal(const std::string& what, const std::string& why);
-  // True, with a line of the error log, when a row of these lines, and perhaps a text, is not imported.
-  static bool isRefused(const std::string& what, std::initializer_list<std::string_view> lines,
-                        std::string_view text = {});
+  // Notes what of a feed is not taken, and why. The first few of a chain are a line of the error log each, the others
+  // are counted in one at its end: a feed is fetched at every start, and may be full of them.
+  void refuse(const std::string& what, const std::string& why);
+  // True, and noted, when a row of these lines, and perhaps a text, is not imported.
+  bool isRefused(const std::string& what, std::initializer_list<std::string_view> lines, std::string_view text = {});
   const char* source() const { return source_.c_str(); }
 
  private:
@@ -58,10 +58,12 @@ class FeedChain : public QObject {
 
   void schedule();
   void runSlice();
+  void logUnnamedRefusals();
 
   std::string source_;
   QTimer nextSlice_;
   std::shared_ptr<Work> work_;
+  long refusals_ = 0;  // of the chain under way
 };
 
 }  // namespace mv

@@ -70,8 +70,8 @@ struct NewsMessage {
 // nullopt without a number in the first line, or without a line break behind the begin of the message.
 std::optional<NewsMessage> readNewsMessage(std::string_view file);
 
-// Why a row of these lines, and perhaps a text of any length, is not imported: a double quote in one of them, or a line
-// that no list could show. "" when nothing is wrong.
+// Why a row of these lines, and perhaps a text of any length, is not imported: a double quote or a NUL character in
+// one of them, or a line that no list could show. "" when nothing is wrong.
 std::string whyRefused(std::initializer_list<std::string_view> lines, std::string_view text = {});
 
 }  // namespace mv

@@ -2,7 +2,6 @@
 // are known, and every one that is not yet retrieved is fetched and imported, one after another.
 #pragma once
 
-#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "help/FeedChain.h"
 #include "help/FeedParsers.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -57,10 +57,10 @@ class FormUpdates : public FeedChain {
   std::deque<FormUpdate> list_;
   std::string mode_;  // "getOverview", "getUpdate", or "" when the chain has ended
   std::string update_;
-  std::string_view rest_;               // what of update_ is still to be imported
-  std::optional<std::int32_t> formId_;  // of the form that the next fields belong to
-  bool listIsCurrent_ = false;          // the list holds what is not yet retrieved
-  std::size_t first_ = 0;               // its first row whose address can be fetched
+  std::string_view rest_;       // what of update_ is still to be imported
+  std::optional<Id> formId_;    // of the form that the next fields belong to
+  bool listIsCurrent_ = false;  // the list holds what is not yet retrieved
+  std::size_t first_ = 0;       // its first row whose address can be fetched
 };
 
 }  // namespace mv

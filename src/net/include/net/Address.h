@@ -12,9 +12,6 @@ std::string_view withoutScheme(std::string_view address);
 // The part behind the last "/"; "" when there is none.
 std::string_view lastSegment(std::string_view address);
 
-// `address` with "user:password@" before the host replaced by "***@": what windows and logs may show.
-std::string maskUserInfo(std::string_view address);
-
 // "http://" + user + ":" + password + "@" + address (without scheme and without user information of its own). In user
 // and password every byte but the letters, digits and "-._~" is percent-encoded, so that neither ends the part it
 // stands in.

@@ -6,7 +6,6 @@
 // process be deleted.
 #pragma once
 
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPersistentModelIndex>
@@ -19,19 +18,11 @@
 #include <utility>
 
 #include "base/TimeBudget.h"
+#include "process/ProcessError.h"
 #include "process/WorkList.h"
 #include "transfer/InternetTransfer.h"
 
 namespace mv {
-
-// A failure as the error panel shows it.
-struct ProcessError {
-  std::string subject;  // what it happened to, as it is shown
-  std::string reason;
-  long code = 0;
-  QDateTime time;  // null: there was none yet
-  long count = 0;  // of failures, this one included
-};
 
 class Process : public QObject {
   Q_OBJECT

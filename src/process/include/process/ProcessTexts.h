@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "process/Process.h"
+#include "process/ProcessError.h"
 
 namespace mv {
 

@@ -22,7 +22,7 @@ const char* stateText(RowState state);
 
 // Plain, or as the table `link` keeps it.
 using RowAddress = std::variant<std::string, EscapedAddress>;
-// As the list shows it, but for the user information, which is masked there.
+// As the list shows it, but for the password, which is masked there.
 const std::string& listedText(const RowAddress& address);
 // As it is asked for.
 std::string plainAddress(const RowAddress& address);

@@ -12,6 +12,7 @@
 #include "scan/ScanStatus.h"
 #include "scan/SiteLogin.h"
 #include "scan/clsLinkParser.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -21,10 +22,10 @@ class ScanProcess : public Process {
   ScanProcess();
 
   // Given by the opener before initWindow.
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::string SiteName;  // the start address without "http://"
   std::string Domain;
-  std::int32_t LoginFormID = 0;
+  Id LoginFormID = 0;
   long DomainHops = 0;
 
   // Starts the scan: credentials, limits, queue, tags, filters, work timer. When one of them fails the work timer's
@@ -68,6 +69,7 @@ class ScanProcess : public Process {
   void showPage();
   void pageFailed();
   void walkPage();
+  std::string answeringAddress() const;
   bool storeLink();
   // True when a login request is on its way: the page that answers it comes next.
   bool logIn();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "process/WorkList.h"
+#include "store/Id.h"
 #include "store/LinkStore.h"
 #include "store/ProcessData.h"
 
@@ -23,9 +24,9 @@ class ScanQueue {
   explicit ScanQueue(WorkList& list) : list_(list) {}
 
   // A new round: empties the list and reads the site's limits. Raises DatabaseError.
-  void beginRound(std::int32_t siteId);
+  void beginRound(Id siteId);
   // Adds the start page and asks for the links that wait. Raises DatabaseError.
-  void build(std::int32_t siteId, const std::string& startPage);
+  void build(Id siteId, const std::string& startPage);
   // Adds waiting links until the time budget is spent. True when the queue is complete. Raises DatabaseError.
   bool fill();
   // Between build() and the last fill().

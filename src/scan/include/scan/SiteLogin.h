@@ -2,12 +2,12 @@
 // it keeps is the state of that; whoever scans sends the requests.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "scan/LoginRequest.h"
 #include "scan/ScanStatus.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -21,7 +21,7 @@ class SiteLogin {
  public:
   // The scan starts, perhaps anew: reads the site's user name and password and gives them to all requests to the site,
   // those of other windows too. `address`: the site's, without scheme. Raises DatabaseError.
-  void start(std::int32_t siteId, const std::string& address, std::int32_t formId);
+  void start(Id siteId, const std::string& address, Id formId);
 
   const std::string& userName() const { return userName_; }
   const std::string& password() const { return password_; }
@@ -49,9 +49,9 @@ class SiteLogin {
   void explain(const LoginRequest& request);
   bool isGivenUp() const;
 
-  std::int32_t siteId_ = 0;
+  Id siteId_ = 0;
   std::string siteAddress_;
-  std::int32_t formId_ = 0;
+  Id formId_ = 0;
   bool usesCredentials_ = false;
   std::string userName_;
   std::string password_;

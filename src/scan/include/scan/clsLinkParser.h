@@ -10,6 +10,7 @@
 
 #include "scan/FilterRules.h"
 #include "scan/KnownLinks.h"
+#include "store/Id.h"
 #include "store/LinkStore.h"
 #include "store/ProcessData.h"
 
@@ -19,10 +20,10 @@ class clsLinkParser {
  public:
   std::string Link;      // as found in the page
   std::string BasePath;  // the page's, without scheme
-  std::string Domain;    // the site's host
+  std::string Domain;    // the site's host; others are foreign, compared by hostOf
   std::string UserName;  // stored with the link
   std::string Password;
-  std::int32_t SiteID = 0;
+  Id SiteID = 0;
   std::int64_t LinkID = 0;  // of the last stored link
   std::string URL;          // ProcessLink's answer, AddLinkToDatabase's question; afterwards escaped, without scheme
   std::string LinkType;     // "Document", "Directory", "File" or "Email Address"
@@ -50,6 +51,9 @@ class clsLinkParser {
   // Empties the table of foreign domains entered.
   void InitializeDomainHopper();
 
+  // The host, as hostOf gives it, that answers for the site's own and counts as that too; "" for none.
+  void setAnsweringHost(const std::string& host) { answeringHost_ = host; }
+
   // Sets URL from Link, BasePath and Domain. BasePath is shortened by "../" steps.
   void ProcessLink();
   // Stores URL unless it is known, filtered, foreign beyond the limit, or a mail address. Raises DatabaseError, and
@@ -71,6 +75,7 @@ class clsLinkParser {
   void applySiteFilters();
   bool passesFilters();
   std::string extractLinkDomain() const;
+  bool isOwnHost(const std::string& host) const;
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
   void insertUnlessKnown();
@@ -78,7 +83,8 @@ class clsLinkParser {
   bool lookupsCached_ = false;
   std::unordered_map<std::string, FileTypeUse> fileTypes_;  // by extension
   KnownLinks knownLinks_;
-  LinkRow link_;                                // as it is to be stored: a file of an unknown type as a document
+  LinkRow link_;  // as it is to be stored: a file of an unknown type as a document
+  std::string answeringHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   RuleSet globalRules_;
   RuleSet siteRules_;

@@ -2,12 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+
+#include "base/Text.h"
+
+#include "store/Id.h"
 
 namespace mv {
 
 // Built-in authentication: a site's values of two fields are the user name and the password of its web requests.
 struct AuthenticationForm {
-  std::int32_t formId;
+  Id formId;
   int userNameField;
   int passwordField;
 };
@@ -19,7 +24,11 @@ constexpr bool isAuthenticationForm(std::int64_t formId) {
   return false;
 }
 
-inline constexpr std::int32_t kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
+inline constexpr Id kNoLoginForm = 24;  // the form that stands for "no login"; 0 means none chosen
 inline constexpr const char* kNoLoginFormName = "***None***";
+// A form of this name would be taken for that one, and hidden.
+inline bool standsForNoLogin(std::string_view name) {
+  return toQString(name).trimmed().compare(QLatin1String(kNoLoginFormName), Qt::CaseInsensitive) == 0;
+}
 
 }  // namespace mv

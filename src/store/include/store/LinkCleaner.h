@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <deque>
 
+#include "store/Id.h"
+
 namespace mv {
 
 class LinkCleaner : public QObject {
@@ -15,7 +17,7 @@ class LinkCleaner : public QObject {
 
   // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
   // part done at once; a failure later is shown, and ends the work on that site.
-  void clear(std::int32_t siteId);
+  void clear(Id siteId);
   // Goes on where a killed program left off: clears what is left of the links of sites that are gone. Raises
   // DatabaseError.
   void resume();
@@ -25,7 +27,7 @@ class LinkCleaner : public QObject {
 
  private:
   struct Work {
-    std::int32_t siteId;
+    Id siteId;
     std::int64_t lastLink;  // the newest link when the clearing was asked for
   };
 

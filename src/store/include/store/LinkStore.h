@@ -11,6 +11,7 @@
 
 #include "database/Database.h"
 #include "store/EscapedAddress.h"
+#include "store/Id.h"
 
 namespace mv {
 
@@ -22,7 +23,7 @@ inline constexpr std::string_view kEmailLink = "Email Address";
 
 struct LinkRow {
   std::int64_t id = 0;
-  std::int32_t siteId = 0;
+  Id siteId = 0;
   EscapedAddress url;    // without scheme
   std::string linkType;  // one of those above
   std::string userName;  // of the site when the link was found
@@ -45,8 +46,8 @@ class LinkRows {
   bool atEnd() const { return rows_.endOfRows(); }
 
  private:
-  friend LinkRows waitingPages(std::int32_t siteId);
-  friend LinkRows unfinishedFiles(std::int32_t siteId);
+  friend LinkRows waitingPages(Id siteId);
+  friend LinkRows unfinishedFiles(Id siteId);
   using Reader = LinkRow (*)(const Recordset&);
   LinkRows(Recordset rows, Reader read) : rows_(std::move(rows)), read_(read) {}
 
@@ -55,9 +56,9 @@ class LinkRows {
 };
 
 // Pages that no scan has fetched yet: `id` and `url` are read.
-LinkRows waitingPages(std::int32_t siteId);
+LinkRows waitingPages(Id siteId);
 // Files that no download has taken up to the end: `linkType` and `siteId` are not read.
-LinkRows unfinishedFiles(std::int32_t siteId);
+LinkRows unfinishedFiles(Id siteId);
 
 // Is the address stored, for whichever site?
 bool isLinkStored(const EscapedAddress& url);
@@ -76,9 +77,9 @@ std::optional<std::int64_t> linkLossMark();
 // For clearing. The newest id, 0 in an empty table.
 std::int64_t newestLink();
 // Deletes links of the site up to id `newest`, at most `most`; how many they were.
-std::int64_t deleteLinks(std::int32_t siteId, std::int64_t newest, std::int64_t most);
+std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most);
 void deleteAllLinks();
 // The smallest site id above `siteId` that a link bears, found by the index; none when there is no such.
-std::optional<std::int32_t> nextSiteWithLinks(std::int32_t siteId);
+std::optional<Id> nextSiteWithLinks(Id siteId);
 
 }  // namespace mv

@@ -12,8 +12,9 @@ namespace mv {
 
 // The site's own folder for a file type.
 std::optional<std::string> findSitePath(Id siteId, Id fileTypeId);
-// Replaces the site's folder for the file type, or gives it one.
-void saveSitePath(Id siteId, Id fileTypeId, const std::string& folder);
+// Replaces the site's folder for the file type, or gives it one. False, and nothing is stored, when the site or the
+// type is gone: the row would belong to whatever gets that number next.
+[[nodiscard]] bool saveSitePath(Id siteId, Id fileTypeId, const std::string& folder);
 // Every folder that a site saves files to, each once.
 std::set<std::string> allSitePaths();
 // Sets the default folder of a stored site; of any other nothing is stored.

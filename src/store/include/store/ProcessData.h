@@ -7,13 +7,15 @@
 #include <string_view>
 #include <vector>
 
+#include "store/Id.h"
+
 namespace mv {
 
 struct ScanLimits {
   std::int64_t pagesToScan = 0;  // pages a round
   bool alternateMatchpath = false;
 };
-ScanLimits loadScanLimits(std::int32_t siteId);
+ScanLimits loadScanLimits(Id siteId);
 
 struct DownloadLimits {
   std::int64_t upperMegabytes = 0;
@@ -21,13 +23,13 @@ struct DownloadLimits {
   std::int64_t queueSize = 0;  // files a round
   std::string folder;          // for files whose type has none of its own
 };
-DownloadLimits loadDownloadLimits(std::int32_t siteId);
+DownloadLimits loadDownloadLimits(Id siteId);
 
 // The site's folder for files of a type, "" when it has none.
-std::string loadSitePath(std::int32_t siteId, std::string_view fileType);
+std::string loadSitePath(Id siteId, std::string_view fileType);
 
 // What the user entered for a field of the site's login form, "" when nothing.
-std::string loadSiteField(std::int32_t siteId, std::int32_t fieldId);
+std::string loadSiteField(Id siteId, Id fieldId);
 
 // One field of a login form's definition. Of the first one, `searchString` tells the form from others and `value` is
 // the address of the request.
@@ -39,13 +41,13 @@ struct LoginField {
   std::string value;  // of a field supplied by the user: the site's, else the definition's default
 };
 // The fields of `formId` in the order of the request, with the values of the site.
-std::vector<LoginField> loadLoginFields(std::int32_t formId, std::int32_t siteId);
+std::vector<LoginField> loadLoginFields(Id formId, Id siteId);
 
 // The strings that mark a link in a page, in the engine's order.
 std::vector<std::string> loadTags();
 
 enum class FileTypeUse { Unknown, NotOfTheSite, OfTheSite };
-FileTypeUse loadFileTypeUse(std::int32_t siteId, std::string_view fileType);
+FileTypeUse loadFileTypeUse(Id siteId, std::string_view fileType);
 
 // A rule as it is stored.
 struct FilterRule {
@@ -57,6 +59,6 @@ struct FilterRule {
 };
 // The rules of all global filters, and of the filters assigned to a site.
 std::vector<FilterRule> loadGlobalRules();
-std::vector<FilterRule> loadSiteRules(std::int32_t siteId);
+std::vector<FilterRule> loadSiteRules(Id siteId);
 
 }  // namespace mv

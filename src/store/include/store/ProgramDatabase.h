@@ -18,7 +18,8 @@ void openProgramDatabase(const std::string& path, const std::string& tempPath);
 void closeProgramDatabase();
 
 // A database of the previous layout gets the columns `unique_names` and `base_name` of `site` and the sequence
-// "filename_id". Any other database stays as it is; failures of the probe are ignored.
+// "filename_id"; what of them is there already stays as it is. Any other database stays as it is; failures of the probe
+// are ignored.
 void upgradeDatabase();
 
 // Adds the indexes that this version's statements rely on, where they are missing.

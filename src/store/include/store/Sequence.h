@@ -1,15 +1,16 @@
 // Named identifier sequences, kept in the table `valid_sid`.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
+
+#include "store/Id.h"
 
 namespace mv {
 
 // The value to use now; the next request gets the one after it. An unknown name or a failing statement is reported to
 // the user, nothing is written, and the answer is 0.
-std::int32_t nextSequenceValue(std::string_view sidName);
+Id nextSequenceValue(std::string_view sidName);
 // The same, for use within a Transaction: raises DatabaseError.
-std::int32_t drawSequenceValue(std::string_view sidName);
+Id drawSequenceValue(std::string_view sidName);
 
 }  // namespace mv

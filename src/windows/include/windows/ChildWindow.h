@@ -97,7 +97,7 @@ class ChildWindow : public QWidget {
 
   // The stored place under positionKey(), when there is one. True when it was applied. Raises DatabaseError.
   bool restorePosition();
-  // Stores the place, unless the window is minimised. Raises DatabaseError.
+  // Stores the place, unless the window is minimised or the database has gone. Raises DatabaseError.
   void savePosition();
   void setFrameSize(int width, int height);  // twips, frame included
   // Moves the window from the top left to a place where the title bars of the windows opened before stay in reach.

@@ -38,7 +38,7 @@ class RecordEditor : public EditorWindow {
   struct Check {
     bool failed;
     const char* title;
-    const char* text;
+    QString text;
     MessageIcon icon = MessageIcon::Exclamation;
   };
   using Checks = std::vector<Check>;

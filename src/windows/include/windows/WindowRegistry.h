@@ -38,8 +38,9 @@ class WindowRegistry {
 
 // The loaded scan and download windows, hidden ones too, in the order of their creation.
 std::vector<ChildWindow*> processWindows();
-// Ends the process window with that position key, which its close box would only hide, and tells Events. False when
-// there is no such window; then nothing happens.
+// Ends a process window, which its close box would only hide, and tells Events.
+void closeProcess(ChildWindow& window);
+// The same for the first one with that position key. False when there is no such window; then nothing happens.
 bool closeProcess(const QString& key);
 
 // Shows the one window of a class: made on first use, of these arguments, brought forward afterwards.

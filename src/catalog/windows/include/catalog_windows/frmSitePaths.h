@@ -5,6 +5,7 @@
 
 #include "catalog/clsPath.h"
 #include "desktop/ListView.h"
+#include "store/Id.h"
 #include "windows/ChildWindow.h"
 
 class QLineEdit;
@@ -17,8 +18,8 @@ class frmSitePaths : public ChildWindow {
  public:
   frmSitePaths();
 
-  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName.
-  std::int32_t SiteID = 0;
+  // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName, whose password is masked.
+  Id SiteID = 0;
   QString SiteName;
 
   // Restores the place, builds the list and shows the window.
@@ -35,6 +36,7 @@ class frmSitePaths : public ChildWindow {
   QWidget* buildFileTypesFrame();
   QWidget* buildPathFrame();
   QWidget* buildCloseRow();
+  QString shownName() const;
   void fillList();
   void selectionChanged();
   void showPathOfRow(int row);

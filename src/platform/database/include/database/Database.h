@@ -13,47 +13,14 @@
 
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "database/DatabaseError.h"
 #include "database/Statement.h"
 
 namespace mv {
-
-// A failure of the engine. Numbers follow the published list of the Jet engine's trappable errors.
-class DatabaseError : public std::runtime_error {
- public:
-  DatabaseError(long number, std::string description, std::string source = "Database");
-
-  long number() const { return number_; }
-  const std::string& description() const { return description_; }
-  const std::string& source() const { return source_; }
-
-  enum Number : long {
-    kInvalidArgument = 3001,
-    kNoCurrentRecord = 3021,
-    kDuplicateKey = 3022,
-    kFileNotFound = 3024,
-    kDiskFull = 3026,
-    kReadOnly = 3027,
-    kDiskError = 3043,
-    kAlreadyExists = 3204,
-    kUnknownColumn = 3061,  // a name in the statement that is no column: the engine takes it for a parameter
-    kSyntaxError = 3075,
-    kUnknownTable = 3078,
-    kLocked = 3260,
-    kItemNotFound = 3265,        // a recordset has no field of that name
-    kUnrecognizedFormat = 3343,  // not a database, or a damaged one
-    kNotOpen = 3420,
-  };
-
- private:
-  long number_;
-  std::string description_;
-  std::string source_;
-};
 
 // The rows of a query as they were at the moment of the query, whatever is written meanwhile. A few are read ahead: a
 // million rows cost no more memory than a hundred. A long result keeps the journal from shrinking while it is held.
@@ -98,12 +65,16 @@ class Database {
 
   // Opens an existing file for reading and writing. Never creates one, and leaves a file that it refuses byte for byte
   // as it was. Raises kFileNotFound, kUnrecognizedFormat (no database, damaged, without one of `neededTables`),
-  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first.
+  // kReadOnly, kLocked; the description is a sentence with the path. A database that was open is closed first. The file
+  // and what is beside it can be read by their owner only from then on.
   // Write-ahead journal; a crash of the program loses no finished statement.
   void open(const std::string& path, const TableNames& neededTables = {});
-  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again.
+  // Closes; the journal files beside the database are gone afterwards. A closed database may be closed again. One that
+  // was moved while it was open has everything that was stored.
   void close();
   bool isOpen() const;
+  // The open file is no longer at its path: it was moved, deleted, or another was put in its place.
+  bool hasMoved() const;
 
   // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
   Recordset query(const Statement& statement);

@@ -39,72 +39,79 @@ class SqlText {
 // A value in a statement. It owns its text.
 class Literal {
  public:
+  Literal(const Literal&);
+  Literal(Literal&&) noexcept;
+  Literal& operator=(const Literal&);
+  Literal& operator=(Literal&&) noexcept;
+  ~Literal();
+
   SqlValue&& take() && { return std::move(value_); }
 
  private:
   friend Literal quoted(std::string text);
+  friend Literal quoted(std::string_view text);
+  friend Literal quoted(const char* text);
   friend Literal number(std::int64_t value);
-  explicit Literal(SqlValue value) : value_(std::move(value)) {}
+  explicit Literal(SqlValue value);
 
   SqlValue value_;
 };
 
 // A text, UTF-8; any bytes are kept, NUL included. (Exact matches for every argument, so that an unqualified call never
 // finds the stream manipulator std::quoted instead.)
-inline Literal quoted(std::string text) { return Literal(SqlValue(std::move(text))); }
-inline Literal quoted(std::string_view text) { return quoted(std::string(text)); }
-inline Literal quoted(const char* text) { return quoted(std::string(text)); }
+Literal quoted(std::string text);
+Literal quoted(std::string_view text);
+Literal quoted(const char* text);
 // A 64-bit integer.
-inline Literal number(std::int64_t value) { return Literal(SqlValue(value)); }
+Literal number(std::int64_t value);
 
 class Statement {
  public:
   static constexpr char kValueMark = '\1';
 
   template <std::size_t N>
-  Statement(const char (&constant)[N]) : shape_(constant, N - 1) {}
+  Statement(const char (&constant)[N]) : Statement(SqlText(constant)) {}
   template <std::size_t N>
   Statement(char (&variable)[N]) = delete;
-  Statement(SqlText constant) : shape_(constant.text()) {}
-  Statement(Literal value) { add(std::move(value)); }
+  Statement(SqlText constant);
+  Statement(Literal value);
+  Statement(const Statement&);
+  Statement(Statement&&) noexcept;
+  Statement& operator=(const Statement&);
+  Statement& operator=(Statement&&) noexcept;
+  ~Statement();
 
   // The constants, with kValueMark for each of the values.
   const std::string& shape() const { return shape_; }
   const std::vector<SqlValue>& values() const { return values_; }
 
-  template <class Part>
-  Statement& operator+=(Part&& part) {
-    return *this = std::move(*this) + std::forward<Part>(part);
+  Statement& operator+=(SqlText constant);
+  Statement& operator+=(Literal value);
+  template <std::same_as<Statement> Same>
+  Statement& operator+=(const Same& other) {
+    return append(other);
   }
 
  private:
-  friend Statement operator+(Statement left, SqlText right);
-  friend Statement operator+(Statement left, Literal right);
-  template <std::same_as<Statement> Same>
-  friend Statement operator+(Statement left, const Same& right);
   friend Statement rawStatement(std::string sql);
   Statement() = default;
-  void add(SqlText constant) { append(constant.text()); }
-  void add(Literal value);
-  void add(const Statement& other);
+  Statement& append(const Statement& other);
   void append(std::string_view text);
 
   std::string shape_;
   std::vector<SqlValue> values_;
 };
 
-inline Statement operator+(Statement left, SqlText right) {
-  left.add(right);
-  return left;
-}
-inline Statement operator+(Statement left, Literal right) {
-  left.add(std::move(right));
-  return left;
-}
+// A chain of "+" fills the one statement that it began with. None of this is inline: hundreds of statements are put
+// together in the program, each of several parts.
+Statement operator+(const Statement& left, SqlText right);
+Statement operator+(const Statement& left, Literal right);
+Statement&& operator+(Statement&& left, SqlText right);
+Statement&& operator+(Statement&& left, Literal right);
 // For statements only: a constant on the right is a SqlText.
 template <std::same_as<Statement> Same>
 Statement operator+(Statement left, const Same& right) {
-  left.add(right);
+  left += right;
   return left;
 }
 

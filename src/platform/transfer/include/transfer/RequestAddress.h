@@ -33,7 +33,4 @@ enum class CredentialsOnRedirect { Keep, Drop, AsBefore };
 // Keep: the same host over https, as sites send those who come over http. AsBefore: a path on the host that answered.
 CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host);
 
-// `text` with the user information of every address in it replaced by "***".
-std::string withoutCredentials(std::string_view text);
-
 }  // namespace mv

@@ -8,6 +8,7 @@
 #include <QTreeView>
 
 #include "process/Process.h"
+#include "store/Id.h"
 #include "windows/ChildWindow.h"
 #include "windows/ElidedLabel.h"
 
@@ -51,7 +52,7 @@ class ProcessWindow : public ChildWindow {
 
   // Before the process starts: keeps the site's id in the hidden `lblSiteId` and restores the stored place, expanded
   // when the stored height is kExpandedHeight, else collapsed.
-  void prepareFor(std::int32_t siteId);
+  void prepareFor(Id siteId);
   // Brings the controls up to the process's state; subclasses call this first.
   virtual void refresh();
 

@@ -4,10 +4,10 @@
 #pragma once
 
 #include <QString>
-#include <cstdint>
 
+#include "store/Id.h"
 #include "store/SiteStore.h"
-#include "windows/EditorWindow.h"
+#include "windows/RecordEditor.h"
 
 class QTabWidget;
 
@@ -22,18 +22,22 @@ class OtherPage;
 class PathsPage;
 class RequiredInfoPage;
 
-class frmNew : public EditorWindow {
+class frmNew : public RecordEditor {
   Q_OBJECT
  public:
   frmNew();
 
-  std::int32_t SiteID = 0;  // drawn by the editor for a new site
-  QString SiteName;         // the saved name after every save
+  Id& SiteID = RecordId;
+  QString SiteName;  // the saved name after every save
 
  protected:
   void initWindow() override;
-  bool accept() override;
-  void apply() override;
+  void loadRecord() override;
+  Checks checks(Choice choice) const override;
+  void insertRecord() override;
+  bool updateRecord() override;
+  void recordChanged() override;
+  void sayGone() override;
   void cancel() override;
   void activated() override;
 
@@ -42,19 +46,13 @@ class frmNew : public EditorWindow {
   QTabWidget* makeOptionalTabs();
   void connectPages();
 
-  void loadNewSite();
-  void loadExistingSite();
+  void showDefaults();
   void showSite(const Site& site);
-  Site site() const;
   void rebuildAssignments();
 
-  // Writes the site and its assignments. False, after a message, when the site is gone.
-  bool save();
-  bool writeSiteRow();
+  // The site as the boxes have it, which are put in order first.
+  Site takeSite();
   void writeAssignments();
-  // False, after a message, when a limit box is empty.
-  bool limitsAreFilled();
-  void refuse(const QString& title, const QString& text);
   void mustSaveFirst(const QString& title, const QString& text);
 
   void browse();
@@ -73,8 +71,7 @@ class frmNew : public EditorWindow {
   OtherPage* other_;
 
   bool assignmentsChanged_ = false;
-  bool createdByApply_ = false;  // this window inserted the site: Cancel takes it back
-  bool listed_ = false;          // the web-site list has a row of the site
+  bool listed_ = false;  // the web-site list has a row of the site
 };
 
 }  // namespace mv

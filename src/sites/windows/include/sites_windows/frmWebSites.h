@@ -3,6 +3,8 @@
 
 #include <QTimer>
 #include <cstdint>
+#include <map>
+#include <set>
 
 #include "store/SiteStore.h"
 #include "windows/ListWindow.h"
@@ -47,15 +49,18 @@ class frmWebSites : public ListWindow {
   void openEdit();
   void startSelected();
   void startRow(int row);
+  bool mayStart(Id siteId) const;
   void startSite(const SiteListRow& site);
   void stopSelected();
   void stopRow(int row);
-  void closeProcesses(const QString& siteName);
+  void closeProcesses(const SiteListRow& site);
 
   void addSiteRow(const SiteListRow& site);
-  void refreshRow(long siteId);
-  SiteListRow siteOfRow(int row);
-  int rowOf(long siteId);  // -1 when it has none
+  void refreshRow(Id siteId);
+  Id idOfRow(int row) const;
+  // As it is stored; the row shows the name without its password.
+  SiteListRow siteOfRow(int row) const;
+  int rowOf(Id siteId);  // -1 when it has none
   bool isRunning(int row);
   void setRunning(int row, bool running);
   void offerStart(bool start);
@@ -70,9 +75,9 @@ class frmWebSites : public ListWindow {
   void dropFilters(const QString& text);
   void quitWhenDue();
 
-  long selectedSiteID_ = 0;  // the row last clicked; 0 when none, or when it is gone
-  QString selectedSiteName_;
-  long runningSites_ = 0;  // started and not yet stopped by this window
+  Id selectedSiteID_ = 0;            // the row last clicked; 0 when none, or when it is gone
+  std::map<Id, SiteListRow> sites_;  // those of the rows
+  std::set<Id> runningSites_;        // started and not yet stopped by this window
   long maxConnections_ = 0;
   QToolButton* start_ = nullptr;
   QToolButton* stop_ = nullptr;

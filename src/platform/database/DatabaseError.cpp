@@ -1,0 +1,13 @@
+#include "database/DatabaseError.h"
+
+#include <utility>
+
+namespace mv {
+
+DatabaseError::DatabaseError(long number, std::string description, std::string source)
+    : std::runtime_error(description),
+      number_(number),
+      description_(std::move(description)),
+      source_(std::move(source)) {}
+
+}  // namespace mv

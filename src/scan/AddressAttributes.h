@@ -1,0 +1,17 @@
+// Attributes that hold more than an address. Texts are what is left when character references are replaced.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace mv {
+
+// Of the image candidates of a `srcset` attribute (HTML standard, "Parsing a srcset attribute") the address of the
+// widest; where none has a width, of the densest. The first of several; "" when there is none. A view into `text`.
+std::string_view largestCandidate(std::string_view text);
+
+// Where `content` of <meta http-equiv="refresh"> leads (HTML standard, "shared declarative refresh steps"); "" when it
+// only tells a time. A view into `content`.
+std::string_view refreshTarget(std::string_view content);
+
+}  // namespace mv

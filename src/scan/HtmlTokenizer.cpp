@@ -1,0 +1,455 @@
+#include "scan/HtmlTokenizer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "HtmlCharacters.h"
+
+namespace mv {
+
+namespace {
+
+constexpr std::string_view kScript = "script";
+constexpr std::uint64_t kHashFactor = 0x9E3779B97F4A7C15U;
+
+// A name of up to eight letters is its key; of a longer one the key holds the last eight.
+constexpr std::uint64_t keyed(std::uint64_t key, unsigned char letter) { return key << 8U | letter; }
+constexpr std::size_t kLettersInKey = 8;
+
+// What is nested more deeply in foreign content counts as what it stands in.
+constexpr std::size_t kDeepest = 64;
+
+std::size_t slotOf(std::uint64_t key) { return static_cast<std::size_t>(key * kHashFactor >> 55U); }
+
+}  // namespace
+
+// What runs for every tag is inline: position-independent code would call it through a table otherwise.
+
+HtmlTokenizer::HtmlTokenizer(Take take) : take_(std::move(take)) { setWanted({}); }
+
+HtmlTokenizer::Element& HtmlTokenizer::elementOf(std::string_view name) {
+  const auto known =
+      std::find_if(elements_.begin(), elements_.end(), [name](const Element& element) { return element.name == name; });
+  if (known != elements_.end()) return *known;
+  Element& element = elements_.emplace_back();
+  element.name = name;
+  for (const char c : name) element.key = keyed(element.key, static_cast<unsigned char>(c));
+  return element;
+}
+
+void HtmlTokenizer::setWanted(const std::vector<Wanted>& wanted) {
+  elements_.clear();
+  elements_.emplace_back();  // number 0 means a free slot
+  for (const char* name : {"style", "xmp", "iframe", "noembed", "noframes", "title", "textarea"})
+    elementOf(name).content = Content::RawText;
+  elementOf(kScript).content = Content::Script;
+  elementOf("plaintext").content = Content::PlainText;
+  elementOf("svg").content = Content::Svg;
+  elementOf("math").content = Content::MathMl;
+  // "title" holds HTML in svg, and raw text elsewhere.
+  for (const char* name : {"foreignobject", "desc"}) elementOf(name).content = Content::SvgIntegration;
+  for (const char* name : {"mi", "mo", "mn", "ms", "mtext"}) elementOf(name).content = Content::MathIntegration;
+  for (const char* name :
+       {"b",     "big",   "blockquote", "body",   "br",   "center", "code",  "dd", "div",  "dl",   "dt",
+        "em",    "embed", "h1",         "h2",     "h3",   "h4",     "h5",    "h6", "head", "hr",   "i",
+        "img",   "li",    "listing",    "menu",   "meta", "nobr",   "ol",    "p",  "pre",  "ruby", "s",
+        "small", "span",  "strong",     "strike", "sub",  "sup",    "table", "tt", "u",    "ul",   "var"})
+    elementOf(name).endsForeignContent = true;
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    Element& element = elementOf(wanted[i].element);
+    element.wanted = i;
+    element.attributes = wanted[i].attributes;
+    if (element.attributes.size() > kMostAttributes) element.attributes.resize(kMostAttributes);
+  }
+  makeTable();
+  begin();
+}
+
+void HtmlTokenizer::makeTable() {
+  // Half of the slots stay free, so that a name that is looked for in vain is soon known.
+  const std::size_t most = std::min(elements_.size(), kSlots / 2);
+  slots_.assign(kSlots, 0);
+  for (std::size_t number = 1; number < most; ++number) {
+    std::size_t slot = slotOf(elements_[number].key);
+    while (slots_[slot] != 0) slot = (slot + 1) % kSlots;
+    slots_[slot] = static_cast<std::uint16_t>(number);
+  }
+}
+
+inline const HtmlTokenizer::Element* HtmlTokenizer::find(std::uint64_t key, std::string_view name) const {
+  for (std::size_t slot = slotOf(key); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
+    const Element& element = elements_[slots_[slot]];
+    if (element.key != key) continue;
+    if (name.size() <= kLettersInKey || equalsFolded(name, element.name)) return &element;
+  }
+  return nullptr;
+}
+
+void HtmlTokenizer::begin() {
+  page_ = {};
+  at_ = stop_ = 0;
+  state_ = State::Data;
+  tag_.attributes.clear();
+  foreign_.clear();
+}
+
+bool HtmlTokenizer::advance(std::string_view page, std::size_t bytes) {
+  page_ = page;
+  stop_ = at_ + std::min(bytes, page.size() - at_);
+  while (at_ < stop_) step();
+  return at_ >= page.size();
+}
+
+inline void HtmlTokenizer::step() {
+  switch (state_) {
+    case State::Data:
+      return data();
+    case State::TagName:
+      return tagName();
+    case State::BeforeAttributeName:
+      return beforeAttributeName();
+    case State::AttributeName:
+      return attributeName();
+    case State::AfterAttributeName:
+      return afterAttributeName();
+    case State::BeforeAttributeValue:
+      return beforeAttributeValue();
+    case State::AttributeValueQuoted:
+      return attributeValueQuoted();
+    case State::AttributeValueUnquoted:
+      return attributeValueUnquoted();
+    case State::SelfClosingStartTag:
+      return selfClosingStartTag();
+    case State::Comment:
+      return comment();
+    case State::BogusComment:
+      return bogusComment();
+    case State::CdataSection:
+      return cdataSection();
+    case State::RawText:
+      return rawText();
+    case State::ScriptData:
+      return scriptData();
+    case State::ScriptDataEscaped:
+    case State::ScriptDataDoubleEscaped:
+      return scriptDataEscaped();
+    case State::PlainText:
+      at_ = stop_;
+  }
+}
+
+// NUL behind the end: no character that a tag could go on with.
+inline char HtmlTokenizer::peek(std::size_t distance) const {
+  return distance < page_.size() - at_ ? page_[at_ + distance] : '\0';
+}
+
+// To the first character that `belongs` does not hold for; false when the piece ends first.
+template <class Belongs>
+bool HtmlTokenizer::skip(Belongs belongs) {
+  const char* const end = page_.data() + stop_;
+  const char* here = page_.data() + at_;
+  while (here < end && belongs(*here)) ++here;
+  at_ = static_cast<std::size_t>(here - page_.data());
+  return here < end;
+}
+
+inline bool HtmlTokenizer::skipBlanks() { return skip(isHtmlBlank); }
+
+// Goes to the next `c`; false when the piece ends first.
+inline bool HtmlTokenizer::findNext(char c) {
+  if (at_ >= stop_) return false;
+  const void* found = std::memchr(page_.data() + at_, c, stop_ - at_);
+  at_ = found ? static_cast<std::size_t>(static_cast<const char*>(found) - page_.data()) : stop_;
+  return found != nullptr;
+}
+
+inline void HtmlTokenizer::data() {
+  while (state_ == State::Data && findNext('<')) tagOpen();
+}
+
+inline void HtmlTokenizer::tagOpen() {
+  const char next = peek(1);
+  if (isAsciiLetter(next)) {
+    beginTag(at_ + 1, false);
+  } else if (next == '/') {
+    endTagOpen();
+  } else if (next == '!') {
+    markupDeclarationOpen();
+  } else {
+    ++at_;
+    if (next == '?') state_ = State::BogusComment;
+  }
+}
+
+inline void HtmlTokenizer::endTagOpen() {
+  const char next = peek(2);
+  if (isAsciiLetter(next)) {
+    beginTag(at_ + 2, true);
+    return;
+  }
+  at_ += 2;
+  if (at_ < page_.size()) state_ = State::BogusComment;  // "</>" too, for it ends at its ">"
+}
+
+void HtmlTokenizer::markupDeclarationOpen() {
+  const std::string_view behind = page_.substr(at_ + 2);
+  constexpr std::string_view kCdata = "[CDATA[";
+  constexpr std::string_view kComment = "--";
+  at_ += 2;
+  if (behind.starts_with(kComment)) {
+    contentAt_ = at_ += kComment.size();
+    state_ = State::Comment;
+    // "<!-->" and "<!--->" are over at once.
+    for (const std::string_view end : {std::string_view(">"), std::string_view("->")}) {
+      if (!page_.substr(at_).starts_with(end)) continue;
+      at_ += end.size();
+      state_ = State::Data;
+      return;
+    }
+  } else if (inForeignContent() && behind.starts_with(kCdata)) {
+    contentAt_ = at_ += kCdata.size();
+    state_ = State::CdataSection;
+  } else {
+    state_ = State::BogusComment;
+  }
+}
+
+inline void HtmlTokenizer::beginTag(std::size_t nameAt, bool isEndTag) {
+  nameAt_ = at_ = nameAt;
+  isEndTag_ = isEndTag;
+  isSelfClosing_ = false;
+  key_ = 0;
+  state_ = State::TagName;
+  tagName();
+}
+
+inline void HtmlTokenizer::tagName() {
+  std::uint64_t key = key_;
+  const bool isWhole = skip([&key](char c) {
+    const unsigned char letter = foldedTagName(c);
+    if (letter != 0) key = keyed(key, letter);
+    return letter != 0;
+  });
+  key_ = key;
+  if (!isWhole) return;
+  // An end tag matters to foreign content only.
+  const bool matters = !isEndTag_ || !foreign_.empty();
+  element_ = matters ? find(key_, page_.substr(nameAt_, at_ - nameAt_)) : nullptr;
+  isNoted_ = !isEndTag_ && element_ && element_->wanted != kNotWanted;
+  seen_ = 0;
+  state_ = State::BeforeAttributeName;
+  while (state_ == State::BeforeAttributeName && at_ < stop_) beforeAttributeName();
+}
+
+inline void HtmlTokenizer::beforeAttributeName() {
+  if (!skipBlanks()) return;
+  const char c = page_[at_];
+  if (c == '>') {
+    isEndTag_ ? endTag() : startTag();
+  } else if (c == '/') {
+    ++at_;
+    state_ = State::SelfClosingStartTag;
+  } else {
+    attributeAt_ = at_++;  // whatever it is, "=" too
+    state_ = State::AttributeName;
+    attributeName();
+  }
+}
+
+inline void HtmlTokenizer::attributeName() {
+  if (!skip([](char c) { return !endsAttributeName(c); })) return;
+  attributeEnd_ = at_;
+  if (page_[at_] == '=') {
+    ++at_;
+    state_ = State::BeforeAttributeValue;
+    if (at_ < stop_) beforeAttributeValue();
+  } else {
+    state_ = State::AfterAttributeName;
+  }
+}
+
+void HtmlTokenizer::afterAttributeName() {
+  if (!skipBlanks()) return;
+  if (page_[at_] == '=') {
+    ++at_;
+    state_ = State::BeforeAttributeValue;
+  } else {
+    noteAttribute(at_, at_);
+    state_ = State::BeforeAttributeName;
+  }
+}
+
+inline void HtmlTokenizer::beforeAttributeValue() {
+  if (!skipBlanks()) return;
+  const char c = page_[at_];
+  if (c == '"' || c == '\'') {
+    quote_ = c;
+    valueAt_ = ++at_;
+    state_ = State::AttributeValueQuoted;
+    if (at_ < stop_) attributeValueQuoted();
+  } else {
+    valueAt_ = at_;  // a ">" here ends the tag, and the value is empty
+    state_ = State::AttributeValueUnquoted;
+  }
+}
+
+inline void HtmlTokenizer::attributeValueQuoted() {
+  if (!findNext(quote_)) return;
+  noteAttribute(valueAt_, at_);
+  ++at_;
+  state_ = State::BeforeAttributeName;
+}
+
+void HtmlTokenizer::attributeValueUnquoted() {
+  if (!skip([](char c) { return c != '>' && !isHtmlBlank(c); })) return;
+  noteAttribute(valueAt_, at_);
+  state_ = State::BeforeAttributeName;
+}
+
+void HtmlTokenizer::selfClosingStartTag() {
+  isSelfClosing_ = page_[at_] == '>';
+  state_ = State::BeforeAttributeName;
+}
+
+inline void HtmlTokenizer::noteAttribute(std::size_t valueAt, std::size_t valueEnd) {
+  if (!isNoted_) return;
+  const std::string_view name = page_.substr(attributeAt_, attributeEnd_ - attributeAt_);
+  const std::vector<std::string>& names = element_->attributes;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (!equalsFolded(name, names[i])) continue;
+    if ((seen_ >> i & 1U) == 0) tag_.attributes.push_back({i, page_.substr(valueAt, valueEnd - valueAt)});
+    seen_ |= 1U << i;
+  }
+}
+
+inline void HtmlTokenizer::endTag() {
+  ++at_;
+  state_ = State::Data;
+  if (!foreign_.empty()) endForeign();
+}
+
+inline void HtmlTokenizer::startTag() {
+  ++at_;
+  state_ = State::Data;
+  if (!tag_.attributes.empty()) {
+    tag_.element = element_->wanted;
+    take_(tag_);
+    tag_.attributes.clear();
+  }
+  if (element_ && (element_->content != Content::Ordinary || !foreign_.empty())) enterContent();
+}
+
+// What follows a start tag is not always markup.
+void HtmlTokenizer::enterContent() {
+  if (element_->endsForeignContent)
+    while (inForeignContent()) foreign_.pop_back();
+  const bool isForeign = inForeignContent();
+  if (!isSelfClosing_ && changesContent(isForeign) && foreign_.size() < kDeepest) foreign_.push_back(element_);
+  if (isForeign) return;
+  if (element_->content == Content::RawText) state_ = State::RawText;
+  if (element_->content == Content::Script) state_ = State::ScriptData;
+  if (element_->content == Content::PlainText) state_ = State::PlainText;
+  rawElement_ = element_;
+}
+
+// Does the element begin foreign content, or HTML in it ("integration point")?
+bool HtmlTokenizer::changesContent(bool isForeign) const {
+  if (element_->content == Content::Svg || element_->content == Content::MathMl) return true;
+  if (!isForeign) return false;
+  if (foreign_.back()->content == Content::MathMl) return element_->content == Content::MathIntegration;
+  return element_->content == Content::SvgIntegration || element_->name == "title";
+}
+
+bool HtmlTokenizer::inForeignContent() const {
+  return !foreign_.empty() && (foreign_.back()->content == Content::Svg || foreign_.back()->content == Content::MathMl);
+}
+
+void HtmlTokenizer::endForeign() {
+  const auto opened = std::find(foreign_.rbegin(), foreign_.rend(), element_);
+  if (element_ && opened != foreign_.rend()) foreign_.erase(opened.base() - 1, foreign_.end());
+}
+
+// Ends at "-->" and "--!>", which the two dashes that began it are no part of.
+void HtmlTokenizer::comment() {
+  while (findNext('>')) {
+    const std::string_view text = page_.substr(contentAt_, at_ - contentAt_);
+    ++at_;
+    if (!text.ends_with("--") && !text.ends_with("--!")) continue;
+    state_ = State::Data;
+    return;
+  }
+}
+
+void HtmlTokenizer::bogusComment() {
+  if (!findNext('>')) return;
+  ++at_;
+  state_ = State::Data;
+}
+
+void HtmlTokenizer::cdataSection() {
+  while (findNext('>')) {
+    const bool ends = page_.substr(contentAt_, at_ - contentAt_).ends_with("]]");
+    ++at_;
+    if (!ends) continue;
+    state_ = State::Data;
+    return;
+  }
+}
+
+// Is here `opening`, then `name` and the end of a name?
+bool HtmlTokenizer::tagStands(std::string_view opening, std::string_view name) const {
+  const std::string_view here = page_.substr(at_);
+  const std::size_t end = opening.size() + name.size();
+  return here.size() > end && here.starts_with(opening) && foldedTagName(here[end]) == 0 &&
+         equalsFolded(here.substr(opening.size(), name.size()), name);
+}
+
+// Ends at the "appropriate end tag".
+void HtmlTokenizer::rawText() {
+  while (findNext('<')) {
+    if (tagStands("</", rawElement_->name)) return beginTag(at_ + 2, true);
+    ++at_;
+  }
+}
+
+void HtmlTokenizer::scriptData() {
+  constexpr std::string_view kEscapeStart = "<!--";
+  while (findNext('<')) {
+    if (tagStands("</", kScript)) return beginTag(at_ + 2, true);
+    if (page_.substr(at_).starts_with(kEscapeStart)) {
+      contentAt_ = at_ += 2;  // its dashes may be those of its end
+      state_ = State::ScriptDataEscaped;
+      return;
+    }
+    ++at_;
+  }
+}
+
+void HtmlTokenizer::scriptDataEscaped() {
+  while (at_ < stop_) {
+    const char c = page_[at_];
+    if (c == '>' && page_.substr(contentAt_, at_ - contentAt_).ends_with("--")) {
+      state_ = State::ScriptData;
+      return;
+    }
+    if (c == '<' && escapedScriptTag()) return;
+    ++at_;
+  }
+}
+
+// True when the script is over.
+bool HtmlTokenizer::escapedScriptTag() {
+  const bool ends = tagStands("</", kScript);
+  if (state_ == State::ScriptDataDoubleEscaped) {
+    if (ends) state_ = State::ScriptDataEscaped;
+  } else if (ends) {
+    beginTag(at_ + 2, true);
+    return true;
+  } else if (tagStands("<", kScript)) {
+    state_ = State::ScriptDataDoubleEscaped;
+  }
+  return false;
+}
+
+}  // namespace mv

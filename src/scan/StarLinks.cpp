@@ -1,0 +1,138 @@
+#include "scan/StarLinks.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "AddressAttributes.h"
+#include "CharacterReferences.h"
+#include "HtmlCharacters.h"
+
+namespace mv {
+
+namespace {
+
+constexpr const char* kMeta = "meta";
+constexpr const char* kHttpEquiv = "http-equiv";
+constexpr const char* kContent = "content";
+
+// So many are found before the first is handed out: a <base> that stands behind them comes too late.
+constexpr std::size_t kMostFound = std::size_t{1} << 18;
+constexpr std::size_t kRememberedFound = std::size_t{1} << 12;  // room kept from page to page
+
+}  // namespace
+
+StarLinks::StarLinks() : tokenizer_([this](const HtmlTokenizer::StartTag& tag) { take(tag); }) {}
+
+void StarLinks::setTags(const std::vector<StarTag>& tags) {
+  hasTags_ = !tags.empty();
+  wanted_.clear();
+  holds_.clear();
+  want("base", "href", Holds::Base);
+  want(kMeta, kHttpEquiv, Holds::HttpEquiv);
+  for (const StarTag& tag : tags) {
+    Holds holds = Holds::Address;
+    // "data-srcset", too, is what a script will make a "srcset" of.
+    if (tag.attribute.ends_with("srcset")) holds = Holds::Candidates;
+    if (tag.element == kMeta && tag.attribute == kContent) holds = Holds::Refresh;
+    want(tag.element, tag.attribute, holds);
+  }
+  tokenizer_.setWanted(wanted_);
+  begin({}, {}, nullptr);
+}
+
+void StarLinks::want(const std::string& element, const std::string& attribute, Holds holds) {
+  auto known = std::find_if(wanted_.begin(), wanted_.end(),
+                            [&](const HtmlTokenizer::Wanted& wanted) { return wanted.element == element; });
+  if (known == wanted_.end()) {
+    known = wanted_.insert(known, {element, {}});
+    holds_.emplace_back();
+  }
+  std::vector<std::string>& attributes = known->attributes;
+  if (std::find(attributes.begin(), attributes.end(), attribute) != attributes.end()) return;
+  attributes.push_back(attribute);
+  holds_[static_cast<std::size_t>(known - wanted_.begin())].push_back(holds);
+}
+
+void StarLinks::begin(std::string_view page, std::string_view address, AddressResolver::Encode encode) {
+  page_ = page;
+  resolver_.setPage(address, std::move(encode));
+  hasBase_ = false;
+  if (found_.capacity() > kRememberedFound) found_ = {};
+  given_ = passed_ = 0;
+  start();
+}
+
+// The base that was found stays.
+void StarLinks::goBack(std::size_t count) {
+  given_ = passed_ = count;
+  start();
+}
+
+void StarLinks::start() {
+  tokenizer_.begin();
+  atEnd_ = page_.empty();
+  isFinding_ = !atEnd_;
+  next_ = 0;
+  found_.clear();
+}
+
+bool StarLinks::seek(std::size_t bytes) {
+  if (!isFinding_) {
+    if (atEnd_ || next_ < found_.size()) return true;
+    found_.clear();
+    next_ = 0;
+  }
+  atEnd_ = tokenizer_.advance(page_, bytes);
+  isFinding_ = !atEnd_ && found_.size() < kMostFound;
+  return !isFinding_;
+}
+
+bool StarLinks::next(std::string& link) {
+  link.clear();
+  seek(page_.size());
+  if (next_ == found_.size()) return false;
+  follow(found_[next_++], link);
+  ++given_;
+  return true;
+}
+
+void StarLinks::take(const HtmlTokenizer::StartTag& tag) {
+  for (const HtmlTokenizer::Attribute& attribute : tag.attributes) {
+    const Holds holds = holds_[tag.element][attribute.name];
+    if (holds == Holds::Base) takeBase(attribute.value);
+    if (holds == Holds::Base || holds == Holds::HttpEquiv || (holds == Holds::Refresh && !isRefresh(tag))) continue;
+    if (passed_ == 0)
+      found_.push_back({attribute.value, holds});
+    else
+      --passed_;
+  }
+}
+
+bool StarLinks::isRefresh(const HtmlTokenizer::StartTag& tag) const {
+  return std::any_of(tag.attributes.begin(), tag.attributes.end(), [&](const HtmlTokenizer::Attribute& attribute) {
+    return holds_[tag.element][attribute.name] == Holds::HttpEquiv && equalsFolded(attribute.value, "refresh");
+  });
+}
+
+void StarLinks::takeBase(std::string_view value) {
+  if (!std::exchange(hasBase_, true) && value.size() <= kLongestLink)
+    resolver_.setBase(withoutCharacterReferences(value));
+}
+
+void StarLinks::follow(const Found& found, std::string& link) const {
+  const bool isSimple =
+      found.holds == Holds::Address && found.value.size() <= kLongestLink && resolver_.resolveSimple(found.value, link);
+  if (!isSimple && !followAny(found, link)) link.clear();
+  if (link.size() > kLongestLink) link.clear();
+}
+
+bool StarLinks::followAny(const Found& found, std::string& link) const {
+  const bool hasReferences = found.value.find('&') != std::string_view::npos;
+  const std::string decoded = hasReferences ? withoutCharacterReferences(found.value) : std::string();
+  std::string_view address = hasReferences ? std::string_view(decoded) : found.value;
+  if (found.holds == Holds::Candidates) address = largestCandidate(address);
+  if (found.holds == Holds::Refresh) address = refreshTarget(address);
+  return address.size() <= kLongestLink && resolver_.resolve(address, link);
+}
+
+}  // namespace mv

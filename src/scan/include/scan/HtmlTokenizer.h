@@ -1,0 +1,160 @@
+// The start tags of an HTML page, as the tokenizer of the HTML standard (WHATWG, section "Tokenization") sees them:
+// what stands in comments, scripts, style sheets, titles, text areas and CDATA sections is none. Of each tag only the
+// attributes that are looked for are noted. One pass, in pieces of any size; no page makes it slower than linear.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mv {
+
+class HtmlTokenizer {
+ public:
+  struct Wanted {
+    std::string element;                  // in lower case
+    std::vector<std::string> attributes;  // in lower case, at most kMostAttributes
+  };
+  static constexpr std::size_t kMostAttributes = 32;
+
+  struct Attribute {
+    std::size_t name;        // its place in Wanted::attributes
+    std::string_view value;  // as the page has it, character references and all
+  };
+  struct StartTag {
+    std::size_t element;                // its place in what is wanted
+    std::vector<Attribute> attributes;  // in the order of the page, the first of each name; never empty
+  };
+  // Views into the page; called from advance().
+  using Take = std::function<void(const StartTag&)>;
+
+  explicit HtmlTokenizer(Take take);
+  HtmlTokenizer(const HtmlTokenizer&) = delete;
+  HtmlTokenizer& operator=(const HtmlTokenizer&) = delete;
+
+  // Each element once. Begins a page, too.
+  void setWanted(const std::vector<Wanted>& wanted);
+  // Begins a page.
+  void begin();
+  // Goes on through `page`, the same one since begin(), by about `bytes`. True when the page is over.
+  bool advance(std::string_view page, std::size_t bytes);
+
+ private:
+  // Those of the standard; where several do the same for a reader of start tags they are one. TagName to
+  // SelfClosingStartTag serve end tags as well.
+  enum class State : std::uint8_t {
+    Data,
+    TagName,
+    BeforeAttributeName,  // and "after attribute value (quoted)"
+    AttributeName,
+    AfterAttributeName,
+    BeforeAttributeValue,
+    AttributeValueQuoted,  // double and single
+    AttributeValueUnquoted,
+    SelfClosingStartTag,
+    Comment,
+    BogusComment,  // and DOCTYPE: both end at the first ">"
+    CdataSection,
+    RawText,  // and RCDATA
+    ScriptData,
+    ScriptDataEscaped,
+    ScriptDataDoubleEscaped,
+    PlainText,
+  };
+  // What an element does to the tokenizer, or to the tree builder where that decides for the tokenizer.
+  enum class Content : std::uint8_t {
+    Ordinary,
+    RawText,
+    Script,
+    PlainText,
+    Svg,
+    MathMl,
+    SvgIntegration,
+    MathIntegration
+  };
+
+  static constexpr std::size_t kNotWanted = static_cast<std::size_t>(-1);
+  struct Element {
+    std::string name;
+    std::uint64_t key = 0;  // of the name, see keyed()
+    Content content = Content::Ordinary;
+    bool endsForeignContent = false;
+    std::size_t wanted = kNotWanted;
+    std::vector<std::string> attributes = {};
+  };
+
+  Element& elementOf(std::string_view name);
+  void makeTable();
+  const Element* find(std::uint64_t key, std::string_view name) const;
+
+  void step();
+  void data();
+  void tagOpen();
+  void endTagOpen();
+  void markupDeclarationOpen();
+  void beginTag(std::size_t nameAt, bool isEndTag);
+  void tagName();
+  void beforeAttributeName();
+  void attributeName();
+  void afterAttributeName();
+  void beforeAttributeValue();
+  void attributeValueQuoted();
+  void attributeValueUnquoted();
+  void selfClosingStartTag();
+  void comment();
+  void bogusComment();
+  void cdataSection();
+  void rawText();
+  void scriptData();
+  void scriptDataEscaped();
+  bool escapedScriptTag();
+
+  void endTag();
+  void startTag();
+  void enterContent();
+  bool inForeignContent() const;
+  bool changesContent(bool isForeign) const;
+  void endForeign();
+
+  char peek(std::size_t distance) const;
+  template <class Belongs>
+  bool skip(Belongs belongs);
+  bool skipBlanks();
+  bool findNext(char c);
+  bool tagStands(std::string_view opening, std::string_view name) const;
+  void noteAttribute(std::size_t valueAt, std::size_t valueEnd);
+
+  Take take_;
+  std::vector<Element> elements_;
+  static constexpr std::size_t kSlots = 512;
+  std::vector<std::uint16_t> slots_;  // element numbers by a hash of the key, 0: free
+
+  std::string_view page_;
+  std::size_t at_ = 0;
+  std::size_t stop_ = 0;  // of this piece
+  State state_ = State::Data;
+
+  // The tag that is being read.
+  bool isEndTag_ = false;
+  bool isSelfClosing_ = false;
+  std::size_t nameAt_ = 0;
+  std::uint64_t key_ = 0;
+  const Element* element_ = nullptr;  // null when it is none of elements_
+  bool isNoted_ = false;              // its attributes are
+  std::uint32_t seen_ = 0;            // a bit for each wanted attribute that it has had
+  std::size_t attributeAt_ = 0;
+  std::size_t attributeEnd_ = 0;
+  std::size_t valueAt_ = 0;
+  char quote_ = 0;
+  StartTag tag_;
+
+  std::size_t contentAt_ = 0;            // where the comment, section or escape began
+  const Element* rawElement_ = nullptr;  // whose text is being passed over
+  std::vector<const Element*> foreign_;  // open svg and math elements and, in them, those that hold HTML again
+};
+
+}  // namespace mv
