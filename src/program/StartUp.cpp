@@ -13,6 +13,7 @@
 #include "app/UserNotice.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "download/SaveFolders.h"
 #include "net/CookieFile.h"
 #include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
@@ -120,6 +121,7 @@ void StartUp::openData() {
   guarded("listSites", announceSites);
   cookies_ = std::make_unique<CookieFile>(gProgramFolder + kCookieFile);
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
+  guarded("clearSaveFolders", clearSaveFolders);
   if (ended_) logClosed();
 }
 

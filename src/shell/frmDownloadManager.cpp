@@ -131,6 +131,7 @@ void frmDownloadManager::closeEvent(QCloseEvent* event) {
   if (std::exchange(closed_, true)) return;
   gAppClosing = true;
   unloadChildWindows();
+  Q_EMIT events().programEnding();
   guarded("frmDownloadManager", [this] { saveOwnPosition(); });
   finishClearing();
   try {
