@@ -64,7 +64,7 @@ class frmWebSites : public ListWindow {
   void closeProcesses(const SiteListRow& site);
   void endOwnProcesses(Id siteId);
 
-  void addSiteRow(const SiteListRow& site);
+  int addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
   Id idOfRow(int row) const;
   // As it is stored; the row shows the name without its password.
