@@ -5,7 +5,7 @@
 
 #include "Figures.h"
 #include "Pages.h"
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 #include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
 
