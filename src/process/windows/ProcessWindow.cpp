@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -98,6 +99,7 @@ void ProcessWindow::buildLinkView() {
   lvwLinks_->setSelectionMode(QAbstractItemView::SingleSelection);
   lvwLinks_->setMinimumHeight(kSmallestList);
   lvwLinks_->setModel(&process_.lvwLinks);
+  lvwLinks_->installEventFilter(this);
   QHeaderView& header = *lvwLinks_->header();
   header.setSectionsClickable(true);
   header.setStretchLastSection(false);
@@ -178,6 +180,14 @@ void ProcessWindow::setDetailsShown(bool shown) {
   btnDetails_->setText(shown ? kHideDetails : kShowDetails);
   markErrors();
   setOwnHeight(shown ? kExpandedHeight : kCollapsedHeight);
+}
+
+bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool key = watched == lvwLinks_ && event->type() == QEvent::KeyPress;
+  // Left to itself the view takes Escape for the beginning of a search.
+  if (!key || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return ChildWindow::eventFilter(watched, event);
+  closeRequested();
+  return true;
 }
 
 void ProcessWindow::sortLinks(int column) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "SiteMenu.h"
 #include "SiteWatch.h"
@@ -16,6 +17,8 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "base/TimeBudget.h"
+#include "base/Turns.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
 #include "download_windows/frmDownload.h"
@@ -175,8 +178,11 @@ void frmWebSites::buildToolbar() {
 void frmWebSites::listen() {
   listenTo(&Events::siteAdded, [this](std::int64_t id) { buildWorkingLists("websiteadded", id); });
   listenTo(&Events::siteEdited, [this](std::int64_t id) { buildWorkingLists("websiteedited", id); });
-  for (const auto takenBack : {&Events::siteTakenBack, &Events::filterTakenBack})
-    listenTo(takenBack, [this](std::int64_t) { buildWorkingLists("init"); });
+  listenTo(&Events::filterTakenBack, [this](std::int64_t) { buildWorkingLists("init"); });
+  listenTo(&Events::siteTakenBack, [this](std::int64_t id) {
+    runningSites_.erase(id);
+    buildWorkingLists("init");
+  });
 }
 
 void frmWebSites::buildConnectionsMenu() {
@@ -207,13 +213,22 @@ void frmWebSites::activated() {
 bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
   // Left without a tool tip, a button shows its caption instead.
   if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
-  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
-  if (watched == &list() && key == Qt::Key_F2)
+  const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+  if (key && watched == &list() && workByKey(*key)) return true;
+  if (!key || watched != connections_ || key->key() != Qt::Key_Down) return ListWindow::eventFilter(watched, event);
+  run([this] { connections_->showMenu(); });
+  return true;
+}
+
+bool frmWebSites::workByKey(const QKeyEvent& event) {
+  if (event.key() == Qt::Key_F2)
     run([this] { openEdit(); });
-  else if (watched == connections_ && key == Qt::Key_Down)
-    run([this] { connections_->showMenu(); });
+  else if (event.key() == Qt::Key_Insert)
+    newSite();
+  else if (event.key() == Qt::Key_F5)
+    (event.modifiers() == Qt::ShiftModifier ? stop_ : start_)->click();
   else
-    return ListWindow::eventFilter(watched, event);
+    return false;
   return true;
 }
 
@@ -308,6 +323,10 @@ Commands frmWebSites::commandsOf(int row) {
 
 // --- New, Edit, Delete
 
+void frmWebSites::newSite() {
+  run([this] { openNew(); });
+}
+
 void frmWebSites::openNew() {
   auto* editor = new frmNew;
   editor->Mode = "new";
@@ -325,16 +344,44 @@ void frmWebSites::openEdit() {
   editor->open();
 }
 
-void frmWebSites::deleteChosen() {
-  std::vector<Id> ids;
+std::deque<Id> frmWebSites::deletableSites() {
+  std::deque<Id> ids;
   for (const int row : list().selectedRows())
     if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
-  for (const Id id : ids) {
-    if (!deleteSite(id))
-      showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
-    list().removeRow(rowOf(id));
-    forgetVanishedSelection();
+  return ids;
+}
+
+void frmWebSites::deleteByKey() {
+  const std::size_t sites = deletableSites().size();
+  if (sites == 0) return;
+  const QString what = sites == 1 ? "this web site" : QString("these %1 web sites").arg(sites);
+  if (askConfirmation(this, "Delete Web Site", "Delete " + what + " with all settings and collected links?") &&
+      !isUnloaded())
+    deleteChosen();
+}
+
+void frmWebSites::deleteChosen() { deleteSome(deletableSites()); }
+
+// Thousands of sites take seconds: what is left goes in later turns.
+void frmWebSites::deleteSome(std::deque<Id> ids) {
+  const TimeBudget budget;
+  while (!ids.empty() && !budget.spent()) {
+    const Id id = ids.front();
+    ids.pop_front();
+    deleteUnlessRunning(id);
   }
+  if (ids.empty()) return;
+  takeTurn(this, [this, left = std::move(ids)] { run([this, &left] { deleteSome(left); }); });
+}
+
+void frmWebSites::deleteUnlessRunning(Id id) {
+  const int row = rowOf(id);
+  if (row < 0 || list().cell(row, kOnOff) != kOff) return;
+  if (!deleteSite(id))
+    showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
+  endOwnProcesses(id);
+  list().removeRow(rowOf(id));
+  forgetVanishedSelection();
 }
 
 // --- Start, Stop
@@ -408,6 +455,13 @@ void frmWebSites::closeProcesses(const SiteListRow& site) {
   endProcess(site.name, downloadOf(site.id));
   endProcess(site.name, scanOf(site.id));
   runningSites_.erase(site.id);
+}
+
+// A site that is gone, though a rebuild has shown it off, has no work left.
+void frmWebSites::endOwnProcesses(Id siteId) {
+  if (auto* download = downloadOf(siteId)) closeProcess(*download);
+  if (auto* scan = scanOf(siteId)) closeProcess(*scan);
+  runningSites_.erase(siteId);
 }
 
 void frmWebSites::autoScan() {

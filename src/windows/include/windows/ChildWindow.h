@@ -123,6 +123,8 @@ class ChildWindow : public QWidget {
   // Stores the place, unless the window is minimised or the database has gone. Raises DatabaseError.
   void savePosition();
   void closeEvent(QCloseEvent* event) override;
+  // Escape is the close box.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   class Frame;

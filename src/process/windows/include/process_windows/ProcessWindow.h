@@ -70,6 +70,7 @@ class ProcessWindow : public ChildWindow, public Counted {
   void unloading() override;
   bool canDeleteNow() const override;
   void activated() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void buildLinkView();
