@@ -5,8 +5,10 @@
 #include <algorithm>
 
 #include "FileName.h"
+#include "catalog/clsPath.h"
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
+#include "files/AtomicFile.h"
 #include "process/ProcessTexts.h"
 
 namespace {
