@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "HtmlCharacters.h"
 #include "base/Text.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

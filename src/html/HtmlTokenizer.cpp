@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

@@ -5,7 +5,7 @@
 
 #include "AddressAttributes.h"
 #include "CharacterReferences.h"
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

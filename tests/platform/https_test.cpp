@@ -176,7 +176,7 @@ TEST_F(HttpsTest, ThroughAProxyNothingGoesInClear) {
   ::unsetenv("https_proxy");
   ::unsetenv("http_proxy");
   ASSERT_EQ(proxy.requests().size(), 1U);
-  const Request& request = proxy.requests().front();
+  const Request request = proxy.requests().front();
   EXPECT_EQ(request.method + " " + request.path, "CONNECT secure.test:443");
   EXPECT_EQ(request.headers.count("authorization"), 0U);
 }

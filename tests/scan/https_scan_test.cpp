@@ -56,7 +56,7 @@ TEST_F(HttpsScanTest, IsHarvestedByHttpsOnly) {
   EXPECT_EQ(front.plain(), 0);
   const std::string basic = "Basic " + QByteArray("ann:secret").toBase64().toStdString();
   for (const Request& request : site.requests()) EXPECT_EQ(request.headers.at("authorization"), basic) << request.path;
-  EXPECT_EQ(mv::listedText(process.lvwLinks.row(0).url), "https://***@" + front.host() + "/start/index.htm");
+  EXPECT_EQ(mv::listedText(process.lvwLinks.row(0).url), "https://ann:***@" + front.host() + "/start/index.htm");
 }
 
 TEST_F(HttpsScanTest, WithoutHttpsThereIsAnErrorWithItsReason) {

@@ -28,6 +28,7 @@ TEST_F(PageTextTest, AddressesOutsideAsciiAreAskedForAsBrowsersDo) {
   QSignalSpy pages(&process, &mv::ScanProcess::pageProcessed);
   process.initWindow();
   ASSERT_TRUE(waitForStatus("/end.htm", "Done"));
+  ASSERT_TRUE(waitForStatus("/p\xC3\xA4th.htm?q=%E4&r=%E4", "Done"));
   EXPECT_EQ(links(), (std::vector<std::string>{"/16.htm Document Done", "/end.htm Document Done",
                                                "/nu\xEF\xBF\xBDl.htm Document Done",
                                                "/p\xC3\xA4th.htm?q=%E4&r=%E4 Document Done"}));

@@ -22,7 +22,7 @@ constexpr long kMostRedirects = 20;
 constexpr long kFileBuffer = 512L * 1024;
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
-constexpr std::size_t kHeadLimit = std::size_t{1024} * 1024;
+constexpr std::size_t kHeadLimit = std::size_t{256} * 1024;  // less than libcurl's own
 
 }  // namespace
 
@@ -354,10 +354,10 @@ void CurlRequest::conclude(CURLcode result) {
     fail(CURLE_WEIRD_SERVER_REPLY, flaw_);
   } else if (body_.hasFailed()) {
     fail(body_.failureCode(), body_.failureText());
+  } else if (!head_.isComplete() && (result == CURLE_OK || result == CURLE_PARTIAL_FILE)) {
+    fail(CURLE_PARTIAL_FILE, "The answer ends within its header");
   } else if (result != CURLE_OK) {
     failByTransport(result);
-  } else if (!head_.isComplete()) {
-    fail(CURLE_PARTIAL_FILE, "The answer ends within its header");
   } else {
     states_.raise(kResponseReceived);
     states_.raiseDisconnected();

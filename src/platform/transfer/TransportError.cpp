@@ -17,7 +17,7 @@ struct Problem {
 };
 
 constexpr Problem kCertificateProblems[] = {
-    {0, "is for another host"},
+    {1, "is for another host"},  // all else was verified
     {2, "has an unknown issuer"},
     {9, "is not valid yet"},
     {10, "has expired"},

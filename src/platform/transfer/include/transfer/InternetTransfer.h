@@ -9,7 +9,7 @@
 // followed within http and https, at most 20. TLS certificates are verified.
 // Time-outs: 60 s to connect; a transfer slower than 1 byte/s for 60 s, or than 100 bytes/s over five minutes, ends.
 // What ends with state 11 although the server has answered: a status of 400 or more, an answer that ends within its
-// header, a header over 1 MiB, two different lengths, a part (206) that was not asked for, a compressed page that is
+// header, a header over 256 KiB, two different lengths, a part (206) that was not asked for, a compressed page that is
 // not whole; of a file also a redirect to nowhere and the first byte beyond the announced length.
 #pragma once
 
