@@ -59,6 +59,7 @@ void HtmlTokenizer::setWanted(const std::vector<Wanted>& wanted) {
   elements_.emplace_back();  // number 0 means a free slot
   for (const char* name : {"style", "xmp", "iframe", "noembed", "noframes", "title", "textarea"})
     elementOf(name).content = Content::RawText;
+  for (const char* name : {"iframe", "noembed", "noframes", "xmp"}) elementOf(name).needsEndTag = true;
   elementOf(kScript).content = Content::Script;
   elementOf("plaintext").content = Content::PlainText;
   elementOf("svg").content = Content::Svg;
@@ -108,13 +109,16 @@ void HtmlTokenizer::begin() {
   state_ = State::Data;
   tag_.attributes.clear();
   foreign_.clear();
+  unended_.clear();
 }
 
 bool HtmlTokenizer::advance(std::string_view page, std::size_t bytes) {
   page_ = page;
   stop_ = at_ + std::min(bytes, page.size() - at_);
   while (at_ < stop_) step();
-  return at_ >= page.size();
+  if (at_ < page.size() || !isUnended()) return at_ >= page.size();
+  goBackBehindTag();
+  return false;
 }
 
 inline void HtmlTokenizer::step() {
@@ -368,10 +372,12 @@ void HtmlTokenizer::enterContent() {
   const bool isForeign = inForeignContent();
   if (!isSelfClosing_ && changesContent(isForeign) && foreign_.size() < kDeepest) foreign_.push_back(element_);
   if (isForeign) return;
-  if (element_->content == Content::RawText) state_ = State::RawText;
+  const bool isUnended = std::find(unended_.begin(), unended_.end(), element_) != unended_.end();
+  if (element_->content == Content::RawText && !isUnended) state_ = State::RawText;
   if (element_->content == Content::Script) state_ = State::ScriptData;
   if (element_->content == Content::PlainText) state_ = State::PlainText;
   rawElement_ = element_;
+  contentAt_ = at_;
 }
 
 // Does the element begin foreign content, or HTML in it ("integration point")?
@@ -432,6 +438,14 @@ void HtmlTokenizer::rawText() {
     if (tagStands("</", rawElement_->name)) return beginTag(at_ + 2, true);
     ++at_;
   }
+}
+
+bool HtmlTokenizer::isUnended() const { return state_ == State::RawText && rawElement_->needsEndTag; }
+
+void HtmlTokenizer::goBackBehindTag() {
+  unended_.push_back(rawElement_);
+  at_ = contentAt_;
+  state_ = State::Data;
 }
 
 void HtmlTokenizer::scriptData() {

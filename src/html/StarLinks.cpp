@@ -89,7 +89,8 @@ bool StarLinks::seek(std::size_t bytes) {
 
 bool StarLinks::next(std::string& link) {
   link.clear();
-  seek(page_.size());
+  while (!seek(page_.size())) {
+  }
   if (next_ == found_.size()) return false;
   follow(found_[next_++], link);
   ++given_;

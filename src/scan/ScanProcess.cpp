@@ -1,5 +1,6 @@
 #include "scan/ScanProcess.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "BasePath.h"
@@ -19,7 +20,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 3000;  // milliseconds
+constexpr int kWorkInterval = 3000;   // milliseconds
+constexpr int kShortestRound = 1000;  // milliseconds
 
 }  // namespace
 
@@ -85,7 +87,18 @@ void ScanProcess::fillQueue() {
     parser_.InitializeDomainHopper();
     started_ = true;
   }
-  enableWorkTimer();
+  const int idle = idleTime();
+  if (idle == 0)
+    enableWorkTimer();
+  else
+    QTimer::singleShot(idle, this, [this] { run([this] { enableWorkTimer(); }); });
+}
+
+// Milliseconds. A round of nothing but the start page is asked for once a second at most, however short the work
+// timer's interval is: with pauses it never comes that soon.
+int ScanProcess::idleTime() const {
+  if (queue_.rowsAdded() > 1 || !sinceStartPage_.isValid()) return 0;
+  return static_cast<int>(std::max<qint64>(0, kShortestRound - sinceStartPage_.elapsed()));
 }
 
 void ScanProcess::crawlStep() {
@@ -140,7 +153,9 @@ void ScanProcess::takeUp(int index) {
   const WorkRow& row = lvwLinks.row(index);
   page_ = {.linkId = row.linkId, .url = plainAddress(row.url), .isReadAgain = row.linkId == readAgainId_};
   if (page_.isReadAgain) readAgainId_ = 0;
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? location_.address() : page_.url;
+  const bool isStartPage = row.linkId == ScanQueue::kStartPageLinkId;
+  if (isStartPage) sinceStartPage_.start();
+  page_.location = isStartPage ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);

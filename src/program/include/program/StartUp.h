@@ -49,8 +49,8 @@ class StartUp {
   void raiseMain();
 
   bool ended_ = false;
-  std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<SingleRun> single_;
+  std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<DatabaseWatch> watch_;
   std::unique_ptr<frmDownloadManager> main_;
 };

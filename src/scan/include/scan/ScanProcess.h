@@ -3,6 +3,7 @@
 // database.
 #pragma once
 
+#include <QElapsedTimer>
 #include <cstdint>
 #include <exception>
 #include <optional>
@@ -76,6 +77,7 @@ class ScanProcess : public Process {
   // False: the outcome of the page at hand cannot be stored now.
   bool finishPage();
   void storeOutcome();
+  int idleTime() const;
   void takeUp(int row);
   void showPage();
   void pageFailed();
@@ -103,6 +105,7 @@ class ScanProcess : public Process {
   StoreTrouble trouble_;
   ScanStatus status_;
   bool started_ = false;
+  QElapsedTimer sinceStartPage_;  // was asked for
 };
 
 }  // namespace mv
