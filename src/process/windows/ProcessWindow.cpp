@@ -17,6 +17,7 @@
 #include "process/ProcessTexts.h"
 #include "windows/ListHelpers.h"
 #include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -125,6 +126,7 @@ void ProcessWindow::wire() {
           [this](int column) { run([this, column] { sortLinks(column); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
+  connect(&process_, &Process::siteGone, this, [this] { closeProcess(*this); });
 }
 
 QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& subject, const QString& reason,
