@@ -19,6 +19,7 @@
 #include "net/Address.h"
 #include "net/TextBody.h"
 #include "store/LinkStore.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -55,6 +56,8 @@ DownloadProcess::~DownloadProcess() = default;
 
 void DownloadProcess::initWindow() {
   run([this] {
+    Inet2.setSite(SiteId);
+    SiteLocation(SiteName).announce();
     queue_->loadLimits(SiteId);
     login_->start(SiteId);
     showCounters("filesinqueue", "", 0);

@@ -78,6 +78,7 @@ class clsLinkParser {
   bool isOwnHost(const std::string& host) const;
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
+  void rememberHttpsHost();
   void insertUnlessKnown();
 
   bool lookupsCached_ = false;
@@ -86,6 +87,7 @@ class clsLinkParser {
   LinkRow link_;  // as it is to be stored: a file of an unknown type as a document
   std::string answeringHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
+  std::string httpsHost_;                       // of the last absolute https link
   RuleSet globalRules_;
   RuleSet siteRules_;
 };
