@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "BasePath.h"
+#include "app/Events.h"
 #include "app/ReportError.h"
 #include "base/WebAddress.h"
 #include "decoding/Encoding.h"
@@ -177,6 +178,8 @@ bool ScanProcess::logIn() {
   if (!login_.wantsForms()) return false;
   const std::optional<LoginRequest> request = login_.submit(walk_.form());
   show(status_.login, login_.status());
+  // Downloads that were answered with the form may go on.
+  if (login_.isAnswerDue() && login_.status().state == LoginState::Answered) Q_EMIT events().siteLoggedIn(SiteID);
   if (!request) return false;
   page_.url = request->shownAddress();
   page_.reported.clear();
