@@ -122,11 +122,11 @@ TEST_F(SavingTest, AnEndOfTheProgramFinishesWhatWaits) {
 }
 
 TEST_F(SavingTest, WhatTheDatabaseRefusesToMarkIsMarkedLater) {
+  addFile("/one.jpg", "1");
   mv::Database other;
   other.open(mv::gDatabasePath);
   auto lock = std::make_unique<mv::Transaction>(other);
   other.execute("update pref set auto_scan = 'no'");
-  addFile("/one.jpg", "1");
   process->initWindow();
   ASSERT_TRUE(waitFor([this] { return savedFiles().size() == 1; }));
   process->requestStop();
