@@ -3,6 +3,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -92,6 +93,7 @@ void ProcessWindow::buildLinkView() {
   lvwLinks_->setSelectionMode(QAbstractItemView::SingleSelection);
   lvwLinks_->setMinimumHeight(kSmallestList);
   lvwLinks_->setModel(&process_.lvwLinks);
+  lvwLinks_->installEventFilter(this);
   QHeaderView& header = *lvwLinks_->header();
   header.setSectionsClickable(true);
   header.resizeSection(0, kStateWidth);
@@ -159,6 +161,14 @@ void ProcessWindow::setDetailsShown(bool shown) {
   details_->setVisible(shown);
   btnDetails_->setText(shown ? kHideDetails : kShowDetails);
   setFrameSize(place().width, shown ? kExpandedHeight : kCollapsedHeight);
+}
+
+bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool key = watched == lvwLinks_ && event->type() == QEvent::KeyPress;
+  // Left to itself the view takes Escape for the beginning of a search.
+  if (!key || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return ChildWindow::eventFilter(watched, event);
+  closeRequested();
+  return true;
 }
 
 void ProcessWindow::sortLinks(int column) {

@@ -46,8 +46,8 @@ Tag frmNewTag::record() const { return {TagId, toUtf8(txtTagName_->text())}; }
 
 RecordEditor::Checks frmNewTag::checks(Choice) const {
   const char* const problem = starTagProblem(record().text);
-  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag"},
-          {*problem != '\0', "No Tag With A Star", problem}};
+  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag", txtTagName_},
+          {*problem != '\0', "No Tag With A Star", problem, txtTagName_}};
 }
 
 void frmNewTag::insertRecord() { insertTag(record()); }
