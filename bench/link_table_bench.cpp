@@ -17,8 +17,10 @@
 #include "scan/ScanProcess.h"
 #include "scan/clsLinkParser.h"
 #include "store/ProgramDatabase.h"
+#include "testkit/EventLoop.h"
 #include "testkit/ProgramFolder.h"
 #include "testkit/SiteRow.h"
+#include "testkit/TestSite.h"
 
 namespace {
 
@@ -30,6 +32,7 @@ using mv::quoted;
 constexpr std::int64_t kSliceRows = 200'000;
 constexpr int kRuns = 7;
 constexpr int kLinksARun = 10'000;
+constexpr int kLinksASlice = 500;  // about what a scan stores between two looks at the clock
 constexpr int kIdleSite = 100;     // has all rows stored beforehand
 constexpr int kBusySite = 3;       // gets the new ones, which all wait
 constexpr int kWaitingLinks = 10;  // pages, and as many files
@@ -115,15 +118,43 @@ mv::clsLinkParser makeParser() {
 void newLinks() {
   mv::clsLinkParser parser = makeParser();
   std::int64_t number = storedRows;
-  const Timing timing = medianOf(kRuns, [&] {
+  const auto storeSlice = [&] {
     const mv::clsLinkParser::CachedLookups lookups(parser);
-    for (int i = 0; i < kLinksARun; ++i)
+    mv::CommitGroup slice(gDatabase);
+    for (int i = 0; i < kLinksASlice; ++i)
       if (!store(parser, url(++number))) throw std::runtime_error("the address was there");
+    slice.commit();
+  };
+  const Timing timing = medianOf(kRuns, [&] {
+    for (int i = 0; i < kLinksARun; i += kLinksASlice) storeSlice();
   });
   printFigure("links tested, checked, stored", kLinksARun / timing.cpu, "links/s", Goal::AtLeast, 26'000);
   printFigure("links tested, checked, stored (all threads)", kLinksARun / timing.process, "links/s", Goal::AtLeast,
               26'000);
   printFigure("links tested, checked, stored (wall)", kLinksARun / timing.wall, "links/s", Goal::AtLeast, 26'000);
+}
+
+// From the request to the end of its last slice.
+void hugePage() {
+  constexpr int kLinksOfPage = 1'000'000;
+  std::string html;
+  for (int i = 0; i < kLinksOfPage; ++i) html += "<a href=\"http://" + url(2 * storedRows + i) + "\">x</a>\n";
+  mvtest::TestSite site;
+  site.page("/", html);
+  mv::ScanProcess process;
+  process.SiteID = kBusySite;
+  process.SiteName = process.Domain = site.host();
+  process.DomainHops = 1'000'000;
+  process.tmrOKToDownload.setInterval(1);
+  bool ended = false;
+  QObject::connect(&process, &mv::ScanProcess::pageProcessed, [&] { ended = true; });
+  const mvtest::LoopMeter meter;
+  const Timing timing = timed([&] {
+    process.initWindow();
+    mvtest::runUntil([&] { return ended; });
+  });
+  printFigure("a page of a million links (wall)", timing.wall, "s", Goal::AtMost, 12);
+  printFigure("a page of a million links, longest turn", meter.longest, "ms", Goal::AtMost, 16);
 }
 
 void knownLinks() {
@@ -223,8 +254,8 @@ int main(int argc, char** argv) {
   });
   std::printf("%lld links stored beforehand in %.1f s\n", static_cast<long long>(storedRows), taken.wall);
   const std::pair<std::string_view, void (*)()> parts[] = {
-      {"new", newLinks},  {"known", knownLinks}, {"queues", queues}, {"mark", marking},
-      {"idle", idlePoll}, {"clear", clearing},   {"open", opening}};
+      {"new", newLinks}, {"page", hugePage}, {"known", knownLinks}, {"queues", queues},
+      {"mark", marking}, {"idle", idlePoll}, {"clear", clearing},   {"open", opening}};
   for (const auto& [name, measure] : parts)
     if (argc < 2 || name == argv[1]) measure();
 }

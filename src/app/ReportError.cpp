@@ -26,14 +26,14 @@ void reportError(long number, const std::string& description, const std::string&
   notifyUser({{}, text, NoticeIcon::Critical});
 }
 
-void reportException(const std::exception& error, const std::string& source) {
+void reportException(const std::exception& error, const std::string& source, const std::string& extra) {
   if (const auto* database = dynamic_cast<const DatabaseError*>(&error))
     reportError(database->number(), database->description(), database->source().empty() ? source : database->source(),
-                "");
+                extra);
   else if (const auto* file = dynamic_cast<const FileError*>(&error))
-    reportError(file->number(), file->what(), source, "");
+    reportError(file->number(), file->what(), source, extra);
   else
-    reportError(0, error.what(), source, "");
+    reportError(0, error.what(), source, extra);
 }
 
 }  // namespace mv

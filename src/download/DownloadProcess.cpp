@@ -19,6 +19,7 @@
 #include "net/Address.h"
 #include "net/TextBody.h"
 #include "store/LinkStore.h"
+#include "store/ProcessData.h"
 #include "transfer/SiteLocation.h"
 
 namespace mv {
@@ -56,6 +57,7 @@ DownloadProcess::~DownloadProcess() = default;
 
 void DownloadProcess::initWindow() {
   run([this] {
+    belongTo(SiteId, downloadTitle(SiteName));
     Inet2.setSite(SiteId);
     SiteLocation(SiteName).announce();
     queue_->loadLimits(SiteId);
@@ -80,6 +82,10 @@ void DownloadProcess::buildQueue() {
 }
 
 void DownloadProcess::rebuildQueue() {
+  if (!isSiteStored(SiteId)) {
+    endWithSite();
+    return;
+  }
   // Rows whose files are on their way to the disk stay until it is known what became of them.
   queue_->clear([this](std::int64_t link) { return saving_.contains(link); });
   queue_->loadLimits(SiteId);

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "app/ErrorLog.h"
+#include "app/Events.h"
 #include "base/Clock.h"
+#include "base/Turns.h"
 #include "base/WebAddress.h"
 #include "process/ProcessTexts.h"
 
@@ -75,12 +77,29 @@ void Process::run(const std::function<void()>& work) {
   }
 }
 
+void Process::belongTo(Id siteId, std::string title) {
+  title_ = std::move(title);
+  disconnect(takenBack_);
+  takenBack_ = connect(&events(), &Events::siteTakenBack, this, [this, siteId](Id id) {
+    if (id == siteId) endWithSite();
+  });
+}
+
+void Process::endWithSite() {
+  if (stopRequested_) return;
+  const Entered entered(*this);
+  tryAppendToErrorLog(
+      {asOneLine(title_) + ": its site is no longer stored, the process has ended by itself.", dateTimeText(now())});
+  requestStop();
+  Q_EMIT siteGone();
+}
+
 void Process::workDue() {
   // A message box of the last tick may still stand: one work step at a time.
   if (isBusy() || !tmrOKToDownload.isActive()) return;
   if (TimeBudget::iterationIsSpent()) {
     // Sites that were started together have their ticks together.
-    QTimer::singleShot(0, this, &Process::workDue);
+    takeTurn(this, [this] { workDue(); });
     return;
   }
   const TimeBudget budget;
@@ -88,8 +107,7 @@ void Process::workDue() {
 }
 
 void Process::yieldThen(std::function<void()> work) {
-  QMetaObject::invokeMethod(
-      this, [this, work = std::move(work)] { run(work); }, Qt::QueuedConnection);
+  takeTurn(this, [this, work = std::move(work)] { run(work); });
 }
 
 void Process::enableWorkTimer() {

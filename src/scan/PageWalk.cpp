@@ -1,12 +1,15 @@
 #include "scan/PageWalk.h"
 
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "BasePath.h"
-#include "HtmlCharacters.h"
 #include "base/TimeBudget.h"
-#include "scan/StarTag.h"
+#include "html/HtmlCharacters.h"
+#include "html/StarLinks.h"
+#include "html/StarTag.h"
 
 namespace mv {
 
@@ -15,6 +18,20 @@ namespace {
 constexpr const char* kBaseTag = "<base href=";
 constexpr std::size_t kBytesAtOnce = std::size_t{1} << 18;  // searched between two looks at the clock
 
+// What the addresses of a page may take in the table, for each of its bytes and beside them. A page's links are pieces
+// of it, most of them behind the page's own path: only overlapping tags or a base address of thousands of characters
+// make more.
+constexpr std::int64_t kRoomPerByte = 64;
+constexpr std::int64_t kLeastRoom = std::int64_t{1} << 20;
+
+// Tells pages apart. Of a long one the beginning and the length are enough.
+std::size_t fingerprintOf(std::string_view html, const std::string& basePath) {
+  constexpr std::size_t kBeginning = 4096;
+  std::string traits(html.substr(0, kBeginning));
+  traits.append(1, '\0').append(basePath).append(1, '\0').append(std::to_string(html.size()));
+  return std::hash<std::string>()(traits);
+}
+
 // A server that names no type mostly means HTML.
 bool isHtml(std::string_view contentType) {
   const std::string_view type = withoutBlanks(contentType.substr(0, contentType.find(';')));
@@ -22,6 +39,10 @@ bool isHtml(std::string_view contentType) {
 }
 
 }  // namespace
+
+PageWalk::PageWalk(clsLinkParser& parser) : parser_(parser), stars_(std::make_unique<StarLinks>()) {}
+
+PageWalk::~PageWalk() = default;
 
 void PageWalk::setTags(const std::vector<std::string>& tags) {
   tags_.clear();
@@ -34,81 +55,100 @@ void PageWalk::setTags(const std::vector<std::string>& tags) {
       tags_.push_back(tag);
     }
   }
-  stars_.setTags(stars);
+  stars_->setTags(stars);
   std::vector<std::string> searchStrings = tags_;
   searchStrings.emplace_back(kBaseTag);
   scanner_.expect(searchStrings);
 }
 
 void PageWalk::begin(Page page) {
+  fingerprint_ = fingerprintOf(page.text, page.basePath);
+  const bool isFull = full_.contains(fingerprint_);
+  parser_.Room = {.bytes = isFull ? 0 : std::ssize(page.text) * kRoomPerByte + kLeastRoom};
   scanner_.setHtml(std::move(page.text));
   address_ = std::move(page.address);
-  encode_ = std::move(page.encode);
-  starsDue_ = stars_.hasTags() && isHtml(page.contentType);
-  tag_ = 0;
-  phase_ = Phase::BaseHref;
-  isOver_ = tags_.empty();  // tags with a star find it themselves
-  baseHref_.clear();
-  basePath_ = scanner_.BasePath = page.basePath;
-  scanner_.setSearchString(kBaseTag);
+  now_ = {.starsDue = stars_->hasTags() && isHtml(page.contentType),
+          .isOver = tags_.empty(),  // tags with a star find the base themselves
+          .basePath = std::move(page.basePath)};
+  beginSearch(0);
 }
 
 bool PageWalk::goOn(const TakeLink& take) {
   const TimeBudget budget;
   const clsLinkParser::CachedLookups lookups(parser_);
+  now_.position = scanner_.position();
+  now_.given = stars_->given();
+  before_ = now_;
   do {
-    while (!isOver_) {
+    while (!now_.isOver) {
       if (budget.spent()) return false;
-      if (!findLink() || link_.empty() || takeFound(take)) continue;
-      end();
-      return true;
+      if (findLink() && !link_.empty() && !takeFound(take)) return true;
     }
   } while (beginNextSearch());
   return true;
 }
 
+void PageWalk::takeBack() {
+  parser_.takeBack();
+  now_ = before_;
+  beginSearch(now_.position);
+  if (now_.phase == Phase::Stars) stars_->goBack(now_.given);
+}
+
 bool PageWalk::findLink() {
-  if (phase_ == Phase::Stars) {
-    if (!stars_.seek(kBytesAtOnce)) return false;
-    isOver_ = !stars_.next(link_);
+  if (now_.phase == Phase::Stars) {
+    if (!stars_->seek(kBytesAtOnce)) return false;
+    now_.isOver = !stars_->next(link_);
   } else {
     if (!scanner_.seek(kBytesAtOnce)) return false;
     scanner_.getLink();
     link_ = scanner_.Link();
-    isOver_ = !scanner_.LinkFound();
+    now_.isOver = !scanner_.LinkFound();
   }
   return true;
 }
 
 bool PageWalk::takeFound(const TakeLink& take) {
-  if (phase_ == Phase::BaseHref) {
-    baseHref_ = link_;  // the last one of a page counts
+  if (now_.phase == Phase::BaseHref) {
+    now_.baseHref = link_;  // the last one of a page counts
     return true;
   }
-  parser_.BasePath = basePath_;
+  parser_.BasePath = now_.basePath;
   parser_.Link = link_;
   parser_.ProcessLink();
   return take();
 }
 
 bool PageWalk::beginNextSearch() {
-  if (phase_ == Phase::BaseHref && !baseHref_.empty()) basePath_ = scanner_.BasePath = endedBySlash(baseHref_);
-  isOver_ = false;
-  scanner_.restart();
-  if (starsDue_ && tag_ == starPlace_) {
-    starsDue_ = false;
-    phase_ = Phase::Stars;
-    stars_.begin(scanner_.html(), address_, encode_);
+  if (now_.phase == Phase::BaseHref && !now_.baseHref.empty()) now_.basePath = endedBySlash(now_.baseHref);
+  now_.isOver = false;
+  if (now_.starsDue && now_.tag == starPlace_) {
+    now_.starsDue = false;
+    now_.phase = Phase::Stars;
+    scanner_.restart();
+    stars_->begin(scanner_.html(), address_);
     return true;
   }
-  if (tag_ >= tags_.size()) return false;
-  phase_ = Phase::Plain;
-  scanner_.setSearchString(tags_[tag_++]);
+  if (now_.tag >= tags_.size()) return false;
+  now_.phase = Phase::Plain;
+  ++now_.tag;
+  beginSearch(0);
   return true;
 }
 
+void PageWalk::beginSearch(std::size_t position) {
+  scanner_.BasePath = now_.basePath;
+  scanner_.goTo(position);
+  scanner_.setSearchString(now_.phase == Phase::Plain ? tags_[now_.tag - 1] : kBaseTag);
+}
+
+std::int64_t PageWalk::leftOut() {
+  const std::int64_t count = parser_.Room.leftOut;
+  return count > 0 && full_.insert(fingerprint_).second ? count : 0;
+}
+
 void PageWalk::end() {
-  stars_.begin({}, {}, nullptr);
+  stars_->begin({}, {});
   scanner_.setHtml({});
 }
 

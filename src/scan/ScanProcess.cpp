@@ -1,21 +1,28 @@
 #include "scan/ScanProcess.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "BasePath.h"
+#include "app/ErrorLog.h"
 #include "app/Events.h"
 #include "app/ReportError.h"
+#include "app/Settings.h"
+#include "base/Clock.h"
 #include "base/WebAddress.h"
-#include "decoding/Encoding.h"
 #include "net/Address.h"
 #include "net/StoredAddress.h"
+#include "scan/ScanTexts.h"
+#include "store/LinkStore.h"
+#include "store/ProcessData.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 3000;  // milliseconds
+constexpr int kWorkInterval = 3000;   // milliseconds
+constexpr int kShortestRound = 1000;  // milliseconds
 
 }  // namespace
 
@@ -26,6 +33,7 @@ void ScanProcess::initWindow() {
 }
 
 void ScanProcess::start() {
+  belongTo(SiteID, scanTitle(SiteName));
   location_ = SiteLocation(SiteName);
   location_.announce();
   if (location_.address() != SiteName) Domain = location_.host();
@@ -42,6 +50,11 @@ void ScanProcess::start() {
 
 void ScanProcess::beginRound() {
   disableWorkTimer();
+  if (!isSiteStored(SiteID)) {
+    endWithSite();
+    return;
+  }
+  readAgainId_ = 0;
   queue_.beginRound(SiteID);
   show(status_.page, {});
   updateStatus("pagestoscan");
@@ -75,7 +88,18 @@ void ScanProcess::fillQueue() {
     parser_.InitializeDomainHopper();
     started_ = true;
   }
-  enableWorkTimer();
+  const int idle = idleTime();
+  if (idle == 0)
+    enableWorkTimer();
+  else
+    QTimer::singleShot(idle, this, [this] { run([this] { enableWorkTimer(); }); });
+}
+
+// Milliseconds. A round of nothing but the start page is asked for once a second at most, however short the work
+// timer's interval is: with pauses it never comes that soon.
+int ScanProcess::idleTime() const {
+  if (queue_.rowsAdded() > 1 || !sinceStartPage_.isValid()) return 0;
+  return static_cast<int>(std::max<qint64>(0, kShortestRound - sinceStartPage_.elapsed()));
 }
 
 void ScanProcess::crawlStep() {
@@ -87,8 +111,7 @@ void ScanProcess::tick() {
     start();
     return;
   }
-  // Whatever fails here must not fail again at every tick: the page counts as finished from now on.
-  if (page_.linkId != 0) queue_.finish(std::exchange(page_.linkId, 0), page_.failed);
+  if (page_.linkId != 0 && !finishPage()) return;
   const int row = lvwLinks.nextWaiting();
   if (row >= 0)
     takeUp(row);
@@ -96,17 +119,50 @@ void ScanProcess::tick() {
     beginRound();
 }
 
+bool ScanProcess::finishPage() {
+  try {
+    CommitGroup outcome(gDatabase);
+    storeOutcome();
+    outcome.commit();
+  } catch (const std::exception& error) {
+    if (StoreTrouble::mayPass(error)) {
+      trouble_.failed();
+      return false;
+    }
+    // It must not fail again at every tick: the page counts as finished from now on.
+    page_.linkId = 0;
+    throw;
+  }
+  trouble_.passed();
+  page_.linkId = 0;
+  return true;
+}
+
+void ScanProcess::storeOutcome() {
+  if (page_.isIncomplete) {
+    queue_.giveUp(page_.linkId);
+  } else if (page_.isLoginAnswered) {
+    queue_.putBack(page_.linkId);
+    readAgainId_ = page_.linkId;
+  } else {
+    queue_.finish(page_.linkId, page_.failed);
+  }
+}
+
 void ScanProcess::takeUp(int index) {
   disableWorkTimer();
   const WorkRow& row = lvwLinks.row(index);
-  page_ = {.linkId = row.linkId, .url = plainAddress(row.url)};
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? location_.address() : page_.url;
+  page_ = {.linkId = row.linkId, .url = plainAddress(row.url), .isReadAgain = row.linkId == readAgainId_};
+  if (page_.isReadAgain) readAgainId_ = 0;
+  const bool isStartPage = row.linkId == ScanQueue::kStartPageLinkId;
+  if (isStartPage) sinceStartPage_.start();
+  page_.location = isStartPage ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);
   updateStatus("pagestoscan");
   setProgress(queue_.pagesProcessed(), progressMaximum());
-  Inet2.Execute(login_.beginPage(page_.url, page_.location), "GET", BodyMode::Text);
+  Inet2.Execute(login_.beginPage(page_.url, page_.location, page_.isReadAgain), "GET", BodyMode::Text);
 }
 
 void ScanProcess::showPage() {
@@ -131,12 +187,10 @@ void ScanProcess::transferEvent(int state) {
   page_.encoding = Inet2.TextEncoding();
   if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
     parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
-  walk_.begin(
-      {.text = Inet2.TakeText(),
-       .basePath = computeBasePath(),
-       .address = answeringAddress(),
-       .contentType = Inet2.GetHeader("Content-Type"),
-       .encode = [encoding = page_.encoding](std::string_view query) { return encodedForQuery(query, encoding); }});
+  walk_.begin({.text = Inet2.TakeText(),
+               .basePath = computeBasePath(),
+               .address = answeringAddress(),
+               .contentType = Inet2.GetHeader("Content-Type")});
   walkPage();
 }
 
@@ -151,35 +205,87 @@ void ScanProcess::pageFailed() {
 }
 
 void ScanProcess::walkPage() {
-  if (!walk_.goOn([this] { return storeLink(); })) {
+  const std::optional<bool> walked = walkSlice();
+  if (!walked) return;
+  reportRefusal();
+  if (*walked)
+    pageWalked();
+  else
     yieldThen([this] { walkPage(); });
-    return;
+}
+
+std::optional<bool> ScanProcess::walkSlice() {
+  try {
+    CommitGroup slice(gDatabase);
+    const bool walked = walk_.goOn([this] { return storeLink(); });
+    if (slice.commit()) trouble_.passed();
+    queue_.keepStored();
+    return walked;
+  } catch (const std::exception& error) {
+    sliceFailed(error);
+    return std::nullopt;
   }
-  if (StopRequested()) return;
-  const bool loggingIn = logIn();
-  walk_.end();
-  if (!loggingIn) enableWorkTimer();
-  Q_EMIT pageProcessed();
+}
+
+// Called where the exception is caught. The slice is undone in memory as it is in the table.
+void ScanProcess::sliceFailed(const std::exception& error) {
+  walk_.takeBack();
+  queue_.takeBackStored();
+  refusal_ = nullptr;
+  if (!StoreTrouble::mayPass(error)) {
+    page_.isIncomplete = true;
+    throw;
+  }
+  QTimer::singleShot(trouble_.failed(), this, [this] { run([this] { walkPage(); }); });
+}
+
+void ScanProcess::reportRefusal() {
+  if (!refusal_) return;
+  try {
+    std::rethrow_exception(std::exchange(refusal_, nullptr));
+  } catch (const std::exception& error) {
+    report(error);
+  }
 }
 
 bool ScanProcess::storeLink() {
   try {
     parser_.URL = storedAddress(std::move(parser_.URL), page_.encoding);
     queue_.store(parser_);
-  } catch (const NoLinkId&) {
-    return false;  // the user has been told, and would be told again for every further link of the page
   } catch (const std::exception& error) {
-    report(error);
+    if (StoreTrouble::mayPass(error)) throw;
+    page_.isIncomplete = true;
+    if (!refusal_) refusal_ = std::current_exception();
+    if (dynamic_cast<const NoLinkId*>(&error)) return false;
   }
   return !StopRequested();
+}
+
+void ScanProcess::pageWalked() {
+  if (StopRequested()) return;
+  logLeftOut();
+  const bool loggingIn = logIn();
+  walk_.end();
+  if (!loggingIn) enableWorkTimer();
+  Q_EMIT pageProcessed();
+}
+
+void ScanProcess::logLeftOut() {
+  const std::int64_t count = walk_.leftOut();
+  if (count == 0) return;
+  tryAppendToErrorLog({std::to_string(page_.linkId), asOneLine(maskPassword(page_.url)),
+                       "Addresses left out: " + std::to_string(count) +
+                           ". Together the page's links would take far more room than the page itself.",
+                       dateTimeText(now()), ""});
 }
 
 bool ScanProcess::logIn() {
   if (!login_.wantsForms()) return false;
   const std::optional<LoginRequest> request = login_.submit(walk_.form());
   show(status_.login, login_.status());
+  page_.isLoginAnswered = login_.isLetIn();
   // Downloads that were answered with the form may go on.
-  if (login_.isAnswerDue() && login_.status().state == LoginState::Answered) Q_EMIT events().siteLoggedIn(SiteID);
+  if (page_.isLoginAnswered) Q_EMIT events().siteLoggedIn(SiteID);
   if (!request) return false;
   page_.url = request->shownAddress();
   page_.reported.clear();
@@ -197,8 +303,11 @@ std::string ScanProcess::computeBasePath() const {
 // page wrote it.
 std::string ScanProcess::answeringAddress() const {
   std::string answered = Inet2.ResponseAddress();
+  const std::string_view address = withoutScheme(answered);
   const auto asked = toRequestAddress(page_.location);
-  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
+  if (asked && withoutScheme(asked->url) == address)
+    answered.replace(answered.size() - address.size(), address.size(), page_.location);
+  return answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {
@@ -212,7 +321,6 @@ void ScanProcess::failed(const std::exception& error) {
 void ScanProcess::report(const std::exception& error) {
   if (page_.reported == error.what()) return;
   page_.reported = error.what();
-  parser_.forgetLookups();
   reportException(error, "frmScan");
 }
 

@@ -44,11 +44,17 @@ void ScanQueue::store(clsLinkParser& parser) {
   if (list_.holdsAddress(parser.URL)) return;
   parser.AddLinkToDatabase();
   if (!parser.Flag || parser.LinkType == kFileLink || !hasRoom()) return;
-  WorkRow row;
+  WorkRow& row = stored_.emplace_back();
   row.linkId = parser.LinkID;
   row.url = parser.storedAddress();
-  list_.append(std::move(row));
   ++rowsAdded_;
+}
+
+void ScanQueue::keepStored() { list_.append(std::exchange(stored_, {})); }
+
+void ScanQueue::takeBackStored() {
+  rowsAdded_ -= static_cast<long>(stored_.size());
+  stored_.clear();
 }
 
 void ScanQueue::takeUp(int index) {
@@ -57,9 +63,20 @@ void ScanQueue::takeUp(int index) {
 }
 
 void ScanQueue::finish(std::int64_t linkId, bool failed) {
-  const int row = list_.findLink(linkId);
-  if (row >= 0) list_.setState(row, failed ? RowState::Error : RowState::Done);
+  setState(linkId, failed ? RowState::Error : RowState::Done);
   markLinkDone(linkId);
+}
+
+void ScanQueue::giveUp(std::int64_t linkId) { setState(linkId, RowState::Error); }
+
+void ScanQueue::putBack(std::int64_t linkId) {
+  setState(linkId, RowState::Waiting);
+  --pagesProcessed_;
+}
+
+void ScanQueue::setState(std::int64_t linkId, RowState state) {
+  const int row = list_.findLink(linkId);
+  if (row >= 0) list_.setState(row, state);
 }
 
 }  // namespace mv

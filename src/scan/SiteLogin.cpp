@@ -53,8 +53,9 @@ std::string SiteLogin::listedStartPage() const {
   return usesCredentials_ ? maskPassword(withLogin(site_.address(), userName_, {})) : site_.withScheme();
 }
 
-std::string SiteLogin::beginPage(const std::string& url, const std::string& location) {
+std::string SiteLogin::beginPage(const std::string& url, const std::string& location, bool isReadAgain) {
   isAnswerDue_ = false;
+  isReadAgain_ = isReadAgain;
   const std::string withPassword = withLogin(location, userName_, password_);
   credentialsSent_ = usesCredentials_ && hostOf(withPassword) == hostOf(site_.withScheme());
   return credentialsSent_ ? withPassword : url;
@@ -72,9 +73,10 @@ bool SiteLogin::wantsForms() const { return formId_ != 0 && formId_ != kNoLoginF
 bool SiteLogin::isGivenUp() const { return refusals_ >= kMostRefusals; }
 
 std::optional<LoginRequest> SiteLogin::submit(const PageForm& form) {
-  if (form.text.empty() && !isAnswerDue_) return std::nullopt;
+  const bool isAnswer = isAnswerDue_ || isReadAgain_;
+  if (form.text.empty() && !isAnswer) return std::nullopt;
   LoginRequest request(loadLoginFields(formId_, siteId_), form.text, form.asFetched);
-  if (isAnswerDue_) {
+  if (isAnswer) {
     answered(request);
   } else if (request.outcome() != LoginRequest::Outcome::Ready) {
     explain(request);
@@ -90,7 +92,11 @@ std::optional<LoginRequest> SiteLogin::submit(const PageForm& form) {
 // `request` is the one that the answer's form would make.
 void SiteLogin::answered(const LoginRequest& request) {
   const bool refused = request.outcome() == LoginRequest::Outcome::Ready;
-  refusals_ = refused ? refusals_ + 1 : 0;
+  // An answer without the form may be a page that says no; the page that was asked for first tells.
+  if (refused)
+    ++refusals_;
+  else if (isReadAgain_)
+    refusals_ = 0;
   status_ = {.state = refused ? LoginState::FormCameAgain : LoginState::Answered, .givenUp = isGivenUp()};
 }
 

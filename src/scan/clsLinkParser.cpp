@@ -51,11 +51,19 @@ void clsLinkParser::BuildFilters() {
 void clsLinkParser::cacheLookups() {
   lookupsCached_ = true;
   knownLinks_.refresh();
+  newHops_.clear();
+  roomBefore_ = Room;
 }
 
 void clsLinkParser::forgetLookups() {
   lookupsCached_ = false;
   fileTypes_.clear();
+}
+
+void clsLinkParser::takeBack() {
+  for (const std::string& domain : newHops_) hopDomains_.erase(domain);
+  newHops_.clear();
+  Room = roomBefore_;
 }
 
 void clsLinkParser::InitializeDomainHopper() { hopDomains_.clear(); }
@@ -161,10 +169,11 @@ bool clsLinkParser::isOwnHost(const std::string& host) const {
 void clsLinkParser::checkDomainHop(const std::string& linkDomain) {
   Flag = false;
   if (hopDomains_.contains(linkDomain)) return;
-  if (static_cast<long>(hopDomains_.size()) < DomainHops)
-    hopDomains_.insert(linkDomain);
-  else
-    Flag = true;
+  Flag = static_cast<long>(hopDomains_.size()) >= DomainHops;
+  // An empty domain is equal to a free slot, and leaves it free.
+  if (Flag || linkDomain.empty()) return;
+  hopDomains_.insert(linkDomain);
+  newHops_.push_back(linkDomain);
 }
 
 bool clsLinkParser::passesDomainHopper() {
@@ -191,14 +200,22 @@ void clsLinkParser::rememberHttpsHost() {
 
 void clsLinkParser::insertUnlessKnown() {
   if (lookupsCached_ && knownLinks_.contains(link_.url)) return;
-  if (!isLinkStored(link_.url)) {
-    link_.siteId = SiteID;
-    link_.userName = UserName;
-    link_.password = Password;
-    LinkID = insertLink(link_);
-    Flag = true;
+  const bool stored = isLinkStored(link_.url) || insert();
+  if (stored && lookupsCached_) knownLinks_.add(link_.url);
+}
+
+bool clsLinkParser::insert() {
+  const std::int64_t bytes = std::ssize(link_.url.text());
+  if (bytes > Room.bytes) {
+    ++Room.leftOut;
+    return false;
   }
-  if (lookupsCached_) knownLinks_.add(link_.url);
+  link_.siteId = SiteID;
+  link_.userName = UserName;
+  link_.password = Password;
+  LinkID = insertLink(link_);
+  Room.bytes -= bytes;
+  return Flag = true;
 }
 
 }  // namespace mv

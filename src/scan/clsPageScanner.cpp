@@ -49,8 +49,11 @@ void clsPageScanner::setHtml(std::string html) {
   restart();
 }
 
-void clsPageScanner::restart() {
-  position_ = place_ = 0;
+void clsPageScanner::restart() { goTo(0); }
+
+void clsPageScanner::goTo(std::size_t position) {
+  position_ = position;
+  place_ = 0;
   start();
 }
 

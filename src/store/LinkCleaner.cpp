@@ -1,22 +1,18 @@
 #include "store/LinkCleaner.h"
 
-#include <QMetaObject>
-
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
-#include "app/Settings.h"
+#include "base/TimeBudget.h"
+#include "base/Turns.h"
+#include "database/Database.h"
 #include "store/LinkStore.h"
 
 namespace mv {
 
 namespace {
 
-// At ten million rows this many deletions stay below ten milliseconds.
-constexpr int kRowsAtOnce = 1000;
-
-bool siteIsThere(Id siteId) {
-  return gDatabase.count("select count(*) as outCount from site where id = " + number(siteId)) > 0;
-}
+constexpr int kRowsAtOnce = 100;
+constexpr int kMostAtOnce = 10;  // times as many in one turn
 
 }  // namespace
 
@@ -25,7 +21,11 @@ LinkCleaner& LinkCleaner::instance() {
   return cleaner;
 }
 
-void LinkCleaner::clear(Id siteId) {
+void LinkCleaner::clear(Id siteId) { add(siteId); }
+
+void LinkCleaner::resume() { add(std::nullopt); }
+
+void LinkCleaner::add(std::optional<Id> siteId) {
   const std::int64_t newest = newestLink();
   const bool first = work_.empty();
   work_.push_back({siteId, newest});
@@ -33,41 +33,41 @@ void LinkCleaner::clear(Id siteId) {
   goOn();
 }
 
-void LinkCleaner::resume() {
-  // From one site's links to the next one's by the index: as quick as there are few sites.
-  for (std::optional<Id> site = nextSiteWithLinks(-1); site; site = nextSiteWithLinks(*site))
-    if (!siteIsThere(*site)) clear(*site);
-}
-
 void LinkCleaner::finish() {
   while (!work_.empty()) deleteSome();
 }
 
 void LinkCleaner::deleteSome() {
+  const TimeBudget budget;
+  for (int i = 0; i < kMostAtOnce && (i == 0 || !budget.spent()); ++i)
+    if (!deleteNext()) return;
+}
+
+bool LinkCleaner::deleteNext() {
   const Work now = work_.front();
   std::int64_t deleted = 0;
   try {
-    deleted = deleteLinks(now.siteId, now.lastLink, kRowsAtOnce);
+    deleted = now.siteId ? deleteLinks(*now.siteId, now.lastLink, kRowsAtOnce)
+                         : deleteOrphanedLinks(now.lastLink, kRowsAtOnce);
   } catch (const DatabaseError&) {
     work_.pop_front();
     throw;
   }
-  if (deleted < kRowsAtOnce) work_.pop_front();
+  if (deleted == kRowsAtOnce) return true;
+  work_.pop_front();
+  return false;
 }
 
 void LinkCleaner::goOn() {
   if (scheduled_ || work_.empty()) return;
   scheduled_ = true;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        scheduled_ = false;
-        guarded("LinkCleaner", [this] {
-          if (!work_.empty()) deleteSome();
-        });
-        goOn();
-      },
-      Qt::QueuedConnection);
+  takeTurn(this, [this] {
+    scheduled_ = false;
+    guarded("LinkCleaner", [this] {
+      if (!work_.empty()) deleteSome();
+    });
+    goOn();
+  });
 }
 
 void finishClearing() {

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/ReportError.h"
 #include "app/Settings.h"
 #include "store/NoneOf.h"
 #include "store/Sequence.h"
@@ -26,18 +25,27 @@ LinkRow readFile(const Recordset& row) {
   return link;
 }
 
-// The id is made durable even when its row is refused: it must not be drawn again.
-void insertRow(const LinkRow& link, std::int64_t id, Transaction& idAndRow) {
+std::int64_t drawLinkId() {
   try {
-    gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                      number(link.siteId) + ", " + quoted(link.url.text()) + ", " + quoted(link.linkType) + ", " +
-                      quoted(link.userName) + ", " + quoted(link.password) + ", " + number(id) + ", \"False\", " +
-                      quoted(link.fileType) + ")");
-  } catch (const DatabaseError&) {
-    idAndRow.commit();
-    throw;
+    return drawSequenceValue("link_id");
+  } catch (const DatabaseError& error) {
+    if (error.mayPass()) throw;
+    throw NoLinkId(error);
   }
-  idAndRow.commit();
+}
+
+void insertRow(const LinkRow& link, std::int64_t id) {
+  gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
+                    number(link.siteId) + ", " + quoted(link.url.text()) + ", " + quoted(link.linkType) + ", " +
+                    quoted(link.userName) + ", " + quoted(link.password) + ", " + number(id) + ", \"False\", " +
+                    quoted(link.fileType) + ")");
+}
+
+// Those up to the link `newest`, at most `most`; how many they were.
+std::int64_t deleteWhere(const Statement& condition, std::int64_t newest, std::int64_t most) {
+  gDatabase.execute("delete from link where id in (select id from link where " + condition +
+                    " and id <= " + number(newest) + " limit " + number(most) + ")");
+  return gDatabase.rowsAffected();
 }
 
 }  // namespace
@@ -73,17 +81,17 @@ bool isLinkStored(const EscapedAddress& url) {
 }
 
 std::int64_t insertLink(const LinkRow& link) {
-  std::int64_t id = 0;
+  Transaction idAndRow(gDatabase);
   try {
-    Transaction idAndRow(gDatabase);
-    id = drawSequenceValue("link_id");
-    if (id != 0) insertRow(link, id, idAndRow);
-  } catch (const std::exception& error) {
-    if (id != 0) throw;
-    reportException(error, "nextSequenceValue");
+    const std::int64_t id = drawLinkId();
+    insertRow(link, id);
+    idAndRow.commit();
+    return id;
+  } catch (const DatabaseError& error) {
+    // The id is made durable even when its row is refused: it must not be drawn again.
+    if (!error.mayPass()) idAndRow.commit();
+    throw;
   }
-  if (id == 0) throw NoLinkId();
-  return id;
 }
 
 void markLinkDone(std::int64_t id) { gDatabase.execute("update link set status = \"Done\" where id = " + number(id)); }
@@ -105,17 +113,19 @@ std::optional<std::int64_t> linkLossMark() {
 std::int64_t newestLink() { return gDatabase.query("select max(id) as newest from link").number("newest"); }
 
 std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most) {
-  gDatabase.execute("delete from link where id in (select id from link where site_id = " + number(siteId) +
-                    " and id <= " + number(newest) + " limit " + number(most) + ")");
-  return gDatabase.rowsAffected();
+  return deleteWhere("site_id = " + number(siteId), newest, most);
+}
+
+// The ids are compared where they are stored: one that is no 32-bit integer, or none at all, is not taken for another.
+// From one site's links to the next one's by the index.
+std::int64_t deleteOrphanedLinks(std::int64_t newest, std::int64_t most) {
+  return deleteWhere(
+      "site_id in (with recursive present (value) as (select min(site_id) from link where site_id > -1 union all "
+      "select (select min(site_id) from link where site_id > value) from present where value is not null) select value "
+      "from present where value not in (select id from site))",
+      newest, most);
 }
 
 void deleteAllLinks() { gDatabase.execute("delete from link"); }
-
-std::optional<Id> nextSiteWithLinks(Id siteId) {
-  const Recordset next = gDatabase.query("select min(site_id) as next from link where site_id > " + number(siteId));
-  if (next.isNull("next")) return std::nullopt;
-  return next.number("next");
-}
 
 }  // namespace mv

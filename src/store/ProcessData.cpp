@@ -46,6 +46,10 @@ LoginField loginField(const Recordset& row, Id siteId) {
 
 }  // namespace
 
+bool isSiteStored(Id siteId) {
+  return gDatabase.count("select count(*) as outCount from site where id = " + number(siteId)) != 0;
+}
+
 ScanLimits loadScanLimits(Id siteId) {
   const Recordset site =
       gDatabase.query("select pages_to_scan, alternate_matchpath from site where id = " + number(siteId));

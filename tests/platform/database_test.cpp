@@ -212,6 +212,73 @@ TEST_F(DatabaseTest, SeveralStatementsAreOneOrNone) {
   EXPECT_EQ(count("link"), 0);
 }
 
+TEST_F(DatabaseTest, AGroupIsCommittedAsAWhole) {
+  Database other;
+  other.open(path);
+  const auto linksOf = [](Database& database) { return database.count("select count(*) as outCount from link"); };
+  const auto store = [&](int id) {
+    mv::Transaction idAndRow(db);
+    db.execute("update valid_sid set next_value = " + number(id) + " where sid_name = 'link_id'");
+    db.execute("insert into link (id) values (" + number(id) + ")");
+    idAndRow.commit();
+  };
+  {
+    mv::CommitGroup group(db);
+    EXPECT_EQ(linksOf(db), 0);
+    other.execute("delete from link");  // not locked out by a group that has stored nothing
+    for (int id = 1; id <= 3; ++id) store(id);
+    EXPECT_EQ(errorOf([&] { db.execute("insert into link (id) values (2)"); }), DatabaseError::kDuplicateKey);
+    EXPECT_EQ(linksOf(db), 3) << "a row that is refused takes no other with it";
+    EXPECT_EQ(linksOf(other), 0);
+    group.commit();
+  }
+  EXPECT_EQ(linksOf(other), 3);
+  const auto mark = db.invalidationCount("link", "url");
+  {
+    mv::CommitGroup takenBack(db);
+    store(4);
+  }
+  EXPECT_EQ(linksOf(db), 3);
+  EXPECT_NE(db.invalidationCount("link", "url"), mark);
+}
+
+TEST_F(DatabaseTest, AGroupThatFailsIsTakenBackAsAWhole) {
+  const auto pages = db.query("pragma page_count").number("page_count");
+  db.query("pragma max_page_count = " + mv::rawStatement(std::to_string(pages + 40)));
+  const Statement row = "insert into link (url) values (" + quoted(std::string(3000, 'x')) + ")";
+  {
+    mv::CommitGroup group(db);
+    long failure = 0;
+    for (int i = 0; i < 100 && failure == 0; ++i) failure = errorOf([&] { db.execute(row); });
+    EXPECT_EQ(failure, DatabaseError::kDiskFull);
+    EXPECT_NE(errorOf([&] { db.execute("insert into link (url) values (\"small\")"); }), 0) << "a half would stay";
+    EXPECT_NE(errorOf([&] { group.commit(); }), 0);
+  }
+  EXPECT_EQ(count("link"), 0);
+  {
+    mv::CommitGroup group(db);
+    db.execute("insert into link (url) values (\"small\")");
+    { mv::Transaction takenBack(db); }
+    EXPECT_NE(errorOf([&] { group.commit(); }), 0);
+  }
+  EXPECT_EQ(count("link"), 0);
+}
+
+TEST_F(DatabaseTest, AGroupDoesNotHoldTheThreadWhileAnotherProgramWrites) {
+  Database other;
+  other.open(path);
+  other.execute("begin immediate");
+  const auto start = std::chrono::steady_clock::now();
+  mv::CommitGroup group(db);
+  EXPECT_EQ(errorOf([&] { db.execute("insert into link (id) values (1)"); }), DatabaseError::kLocked);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  EXPECT_EQ(count("link"), 0) << "reading goes on";
+  other.execute("rollback");
+  db.execute("insert into link (id) values (1)");
+  group.commit();
+  EXPECT_EQ(other.count("select count(*) as outCount from link"), 1);
+}
+
 // A reader's connection too takes the right to write for a moment when it finds the journal's index just being changed.
 TEST_F(DatabaseTest, AWriterWaitsItsTurn) {
   addLinks(1);

@@ -1,6 +1,7 @@
 #include "process/Process.h"
 
 #include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <algorithm>
 #include <chrono>
@@ -8,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/TimeBudget.h"
 #include "desktop/Dialogs.h"
 #include "testkit/Fixture.h"
 
@@ -21,6 +23,7 @@ class Probe : public mv::Process {
 
   using Process::enableWorkTimer;
   using Process::run;
+  using Process::yieldThen;
 
   std::function<void()> onTick = [] {};
   int ticks = 0;
@@ -100,6 +103,34 @@ TEST_F(ProcessTest, TicksThatAreDueTogetherComeOneALoopIteration) {
   EXPECT_TRUE(waitFor(
       [&] { return std::all_of(std::begin(others), std::end(others), [](auto& one) { return one.ticks > 0; }); }));
   EXPECT_EQ(most, 1);
+}
+
+// Ten sites with a page of a million links each: every one goes on, and an eleventh has its ticks in time.
+TEST_F(ProcessTest, LongWorkOfManyGoesOnByTurns) {
+  struct Worker : Probe {
+    int pieces = 0;
+    void work() {
+      ++pieces;
+      const mv::TimeBudget budget;
+      while (!budget.spent()) continue;
+      yieldThen([this] { work(); });
+    }
+  };
+  Worker workers[10];
+  for (Worker& worker : workers) worker.run([&worker] { worker.work(); });
+  QElapsedTimer sinceTick;
+  qint64 longest = 0;
+  process.onTick = [&] {
+    longest = std::max(longest, sinceTick.elapsed());
+    sinceTick.start();
+  };
+  process.enableWorkTimer();
+  sinceTick.start();
+  ASSERT_TRUE(waitFor([this] { return process.ticks == 10; }));
+  EXPECT_LT(longest, 200);
+  const auto [least, most] = std::minmax_element(std::begin(workers), std::end(workers),
+                                                 [](const auto& a, const auto& b) { return a.pieces < b.pieces; });
+  EXPECT_LE(most->pieces - least->pieces, 1);
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ TEST_F(LinkStoring, StoresAnAddressOnceEscapedAndWithoutScheme) {
   EXPECT_EQ(parser.LinkID, first + 1) << "a refused link draws no id";
 }
 
-// An id that the table refuses is not drawn for ever; an id that cannot be drawn is shown once, and nothing is stored.
+// An id that the table refuses is not drawn for ever; without an id nothing is stored.
 TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
   mv::gDatabase.execute("update valid_sid set next_value = 50 where sid_name = 'link_id'");
   mv::gDatabase.execute("insert into link (id, url) values (50, \"host1/other\")");
@@ -105,7 +105,6 @@ TEST_F(LinkStoring, AFailedInsertUsesItsIdUp) {
 
   mv::gDatabase.execute("delete from valid_sid where sid_name = 'link_id'");
   EXPECT_THROW(add("host1/b.htm"), mv::NoLinkId);
-  EXPECT_EQ(dialogs.messages().size(), 1U);
   EXPECT_EQ(count("link", "url = \"host1/b.htm\""), 0);
   mv::Transaction another(mv::gDatabase);  // none was left open
 }
@@ -160,6 +159,36 @@ TEST_F(LinkStoring, EntersOnlyTheAllowedNumberOfForeignDomains) {
                                   std::pair("http://TWO:80/c.htm", true), std::pair("http://me@HOST1:80/d.htm", true),
                                   std::pair("https://host1:443/e.htm", true), std::pair("http://host1:8/e.htm", false)})
     EXPECT_EQ(add(url), kept) << url;
+}
+
+// An empty domain is what a free slot looks like.
+TEST_F(LinkStoring, AnEmptyDomainTakesNoHop) {
+  EXPECT_FALSE(add("/up.htm")) << "none allowed";
+  parser.DomainHops = 1;
+  for (const auto& [url, kept] : {std::pair("/up.htm", true), std::pair("http://two/a.htm", true),
+                                  std::pair("/down.htm", false), std::pair("http://three/a.htm", false)})
+    EXPECT_EQ(add(url), kept) << url;
+}
+
+TEST_F(LinkStoring, WhatIsTakenBackTakesNeitherHopNorRoom) {
+  parser.DomainHops = 1;
+  parser.Room = {.bytes = 20};
+  {
+    const mv::clsLinkParser::CachedLookups lookups(parser);
+    mv::CommitGroup group(mv::gDatabase);
+    EXPECT_TRUE(add("http://two/123456789"));
+    EXPECT_FALSE(add("http://host1/123456"));
+    EXPECT_EQ(parser.Room.leftOut, 1);
+  }
+  parser.takeBack();
+  EXPECT_EQ(parser.Room.leftOut, 0);
+  const mv::clsLinkParser::CachedLookups lookups(parser);
+  EXPECT_TRUE(add("http://three/1234567"));
+  EXPECT_FALSE(add("http://two/1"));
+  EXPECT_TRUE(add("http://host1/"));
+  EXPECT_FALSE(add("http://host1/"));
+  EXPECT_FALSE(add("http://host1/1"));
+  EXPECT_EQ(parser.Room.bytes, 1);
 }
 
 }  // namespace

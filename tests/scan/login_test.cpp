@@ -188,4 +188,31 @@ TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
   EXPECT_EQ(status(), "Login: user name and password refused (401)");
 }
 
+// Whoever is not logged in any more is shown the form in place of the page.
+TEST_F(LoginTest, ThePageBehindTheFormIsReadAgain) {
+  bool loggedIn = false;
+  site.setRule([this, &loggedIn](const Request& request) -> std::optional<Resource> {
+    if (request.path.starts_with("/cgi/in?")) {
+      loggedIn = true;
+      return Resource{.body = "welcome"};
+    }
+    if (loggedIn && request.path == "/") return Resource{.body = "<a href=\"/inside.htm\">"};
+    return std::nullopt;
+  });
+  page("/inside.htm", "x");
+  scan(3);
+  EXPECT_EQ(status(), "Login: answered, the login form is gone");
+  EXPECT_TRUE(waitForStatus("/inside.htm", "False"));
+  EXPECT_EQ(site.requestCount("/"), 2);
+  EXPECT_EQ(process().status().pagesProcessed, 1);
+}
+
+// The answer to a wrong password is a page without the form.
+TEST_F(LoginTest, AFormThatStaysBehindAnAnswerIsARefusal) {
+  page(kLogin, "wrong password");
+  scan(12);
+  EXPECT_EQ(status(), "Login: refused, the login form came again; not tried any more");
+  EXPECT_EQ(logins(), 3);
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 #include "BasePath.h"
 #include "ScanTest.h"
 #include "app/ErrorLog.h"
+#include "app/Events.h"
 #include "process/ProcessTexts.h"
 #include "scan/ScanProcess.h"
 #include "scan/ScanTexts.h"
@@ -109,6 +110,16 @@ TEST_F(ScanProcessTest, OneCycleKeepsToItsBudgetAndTheNextGoesOn) {
   const int before = site.requestCount("/");
   ASSERT_TRUE(waitFor([&] { return site.requestCount("/") > before + 1; })) << "the start page again and again";
   for (int i = 0; i < 20; ++i) EXPECT_EQ(site.requestCount("/p" + std::to_string(i) + ".htm"), 1);
+}
+
+TEST_F(ScanProcessTest, AnIdleScanAsksForItsStartPageOnceASecond) {
+  site.page("/", "nothing");
+  prepare(process);
+  process.tmrOKToDownload.setInterval(0);
+  process.initWindow();
+  ASSERT_TRUE(waitFor([this] { return pages.count() >= 1; }));
+  waitFor([] { return false; }, 1500);
+  EXPECT_EQ(site.requestCount("/"), 2);
 }
 
 TEST_F(ScanProcessTest, TheQueueHoldsWaitingPagesOnlyAndTheStartPageFirst) {
@@ -278,6 +289,105 @@ TEST_F(ScanProcessTest, AStartThatFailedIsTriedAgain) {
   EXPECT_EQ(site.requestCount("/"), 0) << "no scan without its tags";
   mv::gDatabase.execute("alter table away rename to valid_tag");
   EXPECT_TRUE(waitForStatus("/a.htm", "False"));
+}
+
+// A page of 200 links is read while the database takes nothing for a while.
+class StoreTroubleTest : public ScanProcessTest {
+ protected:
+  void scanDuring(const std::function<void()>& trouble, const std::function<void()>& passes) {
+    setSite("pages_to_scan = 5000");
+    site.page("/", "<a href=\"list.htm\">");
+    site.page("/list.htm", anchors("/p", 0, 100) + anchors("/f", 0, 100, ".jpg"));
+    QObject::connect(&process.lvwLinks, &QAbstractItemModel::dataChanged, &process, [&](const QModelIndex& cell) {
+      const mv::WorkRow& row = process.lvwLinks.row(cell.row());
+      if (row.state == mv::RowState::Working && mv::listedText(row.url).ends_with("/list.htm")) trouble();
+    });
+    begin();
+    ASSERT_TRUE(waitFor([this] { return !dialogs.messages().empty(); }));
+    EXPECT_EQ(value("select next_value from valid_sid where sid_name = 'link_id'"), std::to_string(count("link") + 2))
+        << "of a slice all is undone, ids too";
+    passes();
+    ASSERT_TRUE(waitFor([this] { return count("link") == 201; }));
+    ASSERT_TRUE(waitForStatus("/list.htm", "Done"));
+    EXPECT_EQ(value("select max(id) from link"), "202") << "no id is drawn twice, none is left out";
+    EXPECT_EQ(process.lvwLinks.count(), 2 + 100);
+    EXPECT_EQ(site.requestCount("/list.htm"), 1);
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_TRUE(dialogs.messages()[0].text.contains("The scan waits"));
+  }
+};
+
+TEST_F(StoreTroubleTest, NoLinkIsLostWhileAnotherProgramHoldsTheLock) {
+  mv::Database other;
+  other.open(mv::gDatabasePath);
+  scanDuring([&other] { other.execute("begin immediate"); }, [&other] { other.execute("rollback"); });
+}
+
+TEST_F(StoreTroubleTest, NoLinkIsLostWhileTheDiskIsFull) {
+  scanDuring([] { mv::gDatabase.query("pragma max_page_count = 1"); },
+             [] { mv::gDatabase.query("pragma max_page_count = 1000000"); });
+}
+
+TEST_F(StoreTroubleTest, TheOutcomeOfAPageWaitsToo) {
+  site.page("/", "<a href=\"one.htm\">");
+  site.page("/one.htm", "x");
+  mv::Database other;
+  other.open(mv::gDatabasePath);
+  QObject::connect(&process, &mv::ScanProcess::pageProcessed, &process, [&] {
+    if (pages.count() == 2) other.execute("begin immediate");
+  });
+  begin();
+  ASSERT_TRUE(waitFor([this] { return !dialogs.messages().empty(); }));
+  other.execute("rollback");
+  EXPECT_TRUE(waitForStatus("/one.htm", "Done"));
+  EXPECT_EQ(site.requestCount("/one.htm"), 1);
+  EXPECT_EQ(dialogs.messages().size(), 1U);
+}
+
+// A link that the table refuses for good keeps its page from being done, so that it is read again.
+TEST_F(ScanProcessTest, APageWhoseLinksAreRefusedIsReadAgain) {
+  site.page("/", "<a href=\"list.htm\">");
+  site.page("/list.htm", anchors("/p", 0, 3));
+  mv::gDatabase.execute("insert into link (id, url, status) values (4, \"elsewhere\", \"Done\")");
+  begin();
+  ASSERT_TRUE(waitForStatus("/list.htm", "Done"));
+  EXPECT_EQ(count("link"), 5) << "the id that was taken is passed over";
+  EXPECT_EQ(site.requestCount("/list.htm"), 2);
+  EXPECT_EQ(dialogs.messages().size(), 1U);
+}
+
+// Tags that are never ended overlap: each makes a link of thousands of characters.
+TEST_F(ScanProcessTest, APageAddsNoMoreThanItsSizeAllows) {
+  std::string page;
+  for (int i = 0; i < 750; ++i) page += "<a href=" + std::to_string(i);
+  page += ">";
+  site.page("/", page);
+  begin();
+  ASSERT_TRUE(waitFor([this] { return pages.count() == 3; }, 60'000)) << "the start page is read again and again";
+  const long bytes = std::stol(value("select sum(length(url)) from link"));
+  EXPECT_GT(bytes, 1'000'000);
+  EXPECT_LE(bytes, 64 * std::ssize(page) + (1 << 20));
+  const std::string log = readFile(mv::errorLogPath());
+  const std::size_t told = log.find("Addresses left out: ");
+  ASSERT_NE(told, std::string::npos);
+  EXPECT_EQ(log.find("Addresses left out: ", told + 1), std::string::npos);
+}
+
+TEST_F(ScanProcessTest, EndsByItselfWhenItsSiteIsGone) {
+  for (const bool takenBack : {false, true}) {
+    mv::ScanProcess scan;
+    prepare(scan);
+    QSignalSpy gone(&scan, &mv::Process::siteGone), stopped(&scan, &mv::Process::stopped);
+    scan.initWindow();
+    mv::gDatabase.execute("update site set id = 77");
+    if (takenBack) Q_EMIT mv::events().siteTakenBack(siteId);
+    ASSERT_TRUE(waitFor([&] { return stopped.count() == 1; }));
+    EXPECT_EQ(gone.count(), 1);
+    mv::gDatabase.execute("update site set id = " + mv::number(siteId));
+  }
+  const std::string log = readFile(mv::errorLogPath());
+  EXPECT_NE(log.find("Scan: " + site.host() + ": its site is no longer stored"), std::string::npos) << log;
+  EXPECT_TRUE(dialogs.messages().empty());
 }
 
 }  // namespace

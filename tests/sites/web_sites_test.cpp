@@ -297,6 +297,20 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   EXPECT_EQ(count("site", "id = 0"), 1);
 }
 
+TEST_F(WebSites, DeletingThousandsOfSitesLeavesTheWindowsAlive) {
+  openWith({});
+  insertNumbered("site (id, name, domain, auto_scan)", 100, 2000, "i, 'h' || i, 'h', 'no'");
+  window->buildWorkingLists("init");
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+  const LoopMeter turn;
+  QTest::keyClick(list, Qt::Key_Delete);
+  EXPECT_GT(count("site"), 0) << "all at once";
+  ASSERT_TRUE(waitFor([this] { return count("site") == 0; }));
+  EXPECT_EQ(names(*list), "");
+  EXPECT_LT(turn.longest, 100.0);
+}
+
 TEST_F(WebSites, OpensTheEditor) {
   openWith({"a", "b"});
   press("Edit");

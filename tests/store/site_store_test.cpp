@@ -81,6 +81,17 @@ TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
   EXPECT_EQ(value("select group_concat(id) from link"), "6000");
 }
 
+TEST_F(SiteStoreTest, LinksAreClearedByTheVeryValueOfTheirSite) {
+  for (const int id : {1, 2}) mv::insertSite(site(id, "here"));
+  gDatabase.execute(
+      "insert into link (id, site_id) values (1, 1), (2, 2), (3, 1.5), (4, 4294967297), (5, 'x'), (6, 2.5), (7, 1)");
+  mv::LinkCleaner::instance().resume();
+  EXPECT_EQ(value("select group_concat(id) from link"), "1,2,7");
+  gDatabase.execute("insert into link (id, site_id) values (8, 4294967297)");
+  mv::clearLinkCache(std::int64_t{4294967297});
+  EXPECT_EQ(value("select group_concat(id) from link"), "1,2,7");
+}
+
 TEST(SiteDerivations, TakeTheTypedTextApart) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"http://host/P/index.html", "host/P/index.html", "host"},

@@ -5,6 +5,16 @@
 
 namespace mv::engine {
 
+namespace {
+
+void syncDatabase(sqlite3* connection) {
+  sqlite3_file* file = nullptr;
+  const int code = sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (code == SQLITE_OK && file && file->pMethods) file->pMethods->xSync(file, SQLITE_SYNC_NORMAL);
+}
+
+}  // namespace
+
 Checkpoints::Checkpoints(sqlite3* writer, std::string path) : writer_(writer), path_(std::move(path)) {
   sqlite3_wal_hook(writer, &Checkpoints::written, this);
 }
@@ -48,6 +58,9 @@ void Checkpoints::copy() {
         break;
       left = all - copied;
     }
+    // The engine syncs the database when nothing is left only. While the writer goes on, that would be in its own last
+    // step, and everything at once.
+    syncDatabase(connection_.get());
   } catch (const std::exception&) {
     connection_.reset();
   }

@@ -10,4 +10,9 @@ DatabaseError::DatabaseError(long number, std::string description, std::string s
       description_(std::move(description)),
       source_(std::move(source)) {}
 
+bool DatabaseError::mayPass() const {
+  return number_ == kLocked || number_ == kDiskFull || number_ == kDiskError || number_ == kReadOnly ||
+         number_ == kNotOpen;
+}
+
 }  // namespace mv

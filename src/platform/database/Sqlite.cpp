@@ -14,7 +14,6 @@ namespace mv::engine {
 
 namespace {
 
-constexpr int kBusyTimeoutMs = 2000;
 // A database and what the engine keeps beside it: what their names add to the database's.
 constexpr const char* kFileSuffixes[] = {"", "-journal", "-wal", "-shm"};
 constexpr std::int64_t kCheckedBelowBytes = 4 * 1024 * 1024;  // files up to this size are checked page by page

@@ -27,6 +27,9 @@ using ConnectionPtr = std::unique_ptr<sqlite3, CloseConnection>;
 using StatementPtr = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 using ValuePtr = std::unique_ptr<sqlite3_value, FreeValue>;
 
+// How long a statement waits for another connection's lock.
+inline constexpr int kBusyTimeoutMs = 2000;
+
 // Everything here raises DatabaseError.
 [[noreturn]] void raise(sqlite3* connection, int code, const std::string& statementName);
 // "The database <path> <trouble>"

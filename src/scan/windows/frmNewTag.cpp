@@ -4,7 +4,7 @@
 #include <QLabel>
 
 #include "base/Text.h"
-#include "scan/StarTag.h"
+#include "html/StarTag.h"
 #include "store/TagStore.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
@@ -25,7 +25,7 @@ frmNewTag::frmNewTag()
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(makeLabel("lblTag", "&Tag:", txtTagName_), 0, 0);
   grid->addWidget(txtTagName_, 0, 1);
-  auto* kinds = new QLabel("Found as it is written: <img src=    With a star, in any spelling: <img * src=");
+  auto* kinds = new QLabel("As it is written: <img src=     With a star, in any spelling: <img * src=");
   kinds->setObjectName("lblKinds");
   kinds->setTextFormat(Qt::PlainText);
   grid->addWidget(kinds, 1, 1);

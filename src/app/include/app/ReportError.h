@@ -14,7 +14,7 @@ void reportError(long number, const std::string& description, const std::string&
 
 // The same for a caught exception: DatabaseError and FileError with their numbers, any other with 0; `source` is used
 // where the exception has none.
-void reportException(const std::exception& error, const std::string& source);
+void reportException(const std::exception& error, const std::string& source, const std::string& extra = {});
 
 // Runs `work`; an exception is reported and swallowed. `source` names the window or procedure. True when it succeeded.
 template <class Work>

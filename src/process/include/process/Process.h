@@ -20,6 +20,7 @@
 #include "base/TimeBudget.h"
 #include "process/ProcessError.h"
 #include "process/WorkList.h"
+#include "store/Id.h"
 #include "transfer/InternetTransfer.h"
 
 namespace mv {
@@ -56,6 +57,8 @@ class Process : public QObject {
   // more than a window can show would be drawn for nobody.
   void viewChanged();
   void stopped();
+  // Its site is no longer stored: it is stopping by itself, and the error log says so.
+  void siteGone();
 
  protected:
   virtual void tick() = 0;
@@ -63,9 +66,14 @@ class Process : public QObject {
   // An exception left a procedure that run() had called. What this one throws is lost.
   virtual void failed(const std::exception& error) = 0;
 
+  // When it starts: the site that it works for, and what it is called in the log. It ends when the site is taken back.
+  void belongTo(Id siteId, std::string title);
+  // To be called when the site turns out to be no longer stored.
+  void endWithSite();
   // Every entry from outside goes through this: does nothing when stop is requested; exceptions go to failed().
   void run(const std::function<void()>& work);
-  // Yields to pending events, then goes on with `work` through run(). Dropped when stop is requested meanwhile.
+  // Yields to pending events and to the other processes' work, then goes on with `work` through run(). Dropped when
+  // stop is requested meanwhile.
   void yieldThen(std::function<void()> work);
   // Switches the work timer on without restarting a running one.
   void enableWorkTimer();
@@ -105,6 +113,8 @@ class Process : public QObject {
   int depth_ = 0;
   bool stopRequested_ = false;
   bool stoppedEmitted_ = false;
+  std::string title_;
+  QMetaObject::Connection takenBack_;
   QPersistentModelIndex takenRow_;
   QTimer viewTimer_;
   QElapsedTimer sinceViewChanged_;

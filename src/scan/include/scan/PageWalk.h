@@ -4,30 +4,36 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "scan/SiteLogin.h"
-#include "scan/StarLinks.h"
 #include "scan/clsLinkParser.h"
 #include "scan/clsPageScanner.h"
 
 namespace mv {
 
+class StarLinks;
+
 class PageWalk {
  public:
   // `parser` outlives the walk.
-  explicit PageWalk(clsLinkParser& parser) : parser_(parser) {}
+  explicit PageWalk(clsLinkParser& parser);
+  ~PageWalk();
+  PageWalk(const PageWalk&) = delete;
+  PageWalk& operator=(const PageWalk&) = delete;
 
   // The strings that mark a link.
   void setTags(const std::vector<std::string>& tags);
   struct Page {
-    std::string text;                     // UTF-8
-    std::string basePath;                 // of links behind plain tags, unless the page has a base href
-    std::string address;                  // that answered: links behind tags with a star are resolved against it
-    std::string contentType = {};         // as the server names it; a page that is not HTML has no tags with a star
-    AddressResolver::Encode encode = {};  // for AddressResolver
+    std::string text;              // UTF-8
+    std::string basePath;          // of links behind plain tags, unless the page has a base href
+    std::string address;           // that answered: links behind tags with a star are resolved against it
+    std::string contentType = {};  // as the server names it; a page that is not HTML has no tags with a star
   };
   void begin(Page page);
 
@@ -35,7 +41,12 @@ class PageWalk {
   using TakeLink = std::function<bool()>;
   // Goes on until the time budget is spent. True when the page is walked through.
   bool goOn(const TakeLink& take);
+  // What was taken since goOn() was called last has not been stored: goes back to there.
+  void takeBack();
 
+  // How many new addresses of the page walked through had no room in the table (see clsLinkParser); 0 when the same
+  // page has come before, with the same lack of room.
+  std::int64_t leftOut();
   // The first form of the page walked through.
   PageForm form();
   // Gives the page's memory back.
@@ -43,27 +54,39 @@ class PageWalk {
 
  private:
   enum class Phase { BaseHref, Plain, Stars };
+  // Between two links.
+  struct Place {
+    Phase phase = Phase::BaseHref;
+    bool starsDue = false;
+    bool isOver = false;       // the search of the phase
+    std::size_t tag = 0;       // the next plain one
+    std::size_t position = 0;  // of the scanner, when goOn() began
+    std::size_t given = 0;     // by the tags with a star, likewise
+    std::string baseHref = {};
+    std::string basePath = {};
+  };
 
   // Goes on by a stretch of the page; true with a link, which may be "".
   bool findLink();
   bool takeFound(const TakeLink& take);
   // False behind the last tag.
   bool beginNextSearch();
+  // Has the scanner look for the plain tag at hand, from `position` on.
+  void beginSearch(std::size_t position);
 
   clsLinkParser& parser_;
   clsPageScanner scanner_;
   std::vector<std::string> tags_;  // the plain ones
-  StarLinks stars_;
+  std::unique_ptr<StarLinks> stars_;
   std::size_t starPlace_ = 0;  // so many plain tags stand before the first star
-  bool starsDue_ = false;
   std::string address_;
-  AddressResolver::Encode encode_;
-  Phase phase_ = Phase::BaseHref;
-  std::size_t tag_ = 0;  // the next plain one
-  bool isOver_ = false;  // the search that phase_ is in
   std::string link_;
-  std::string baseHref_;
-  std::string basePath_;
+  Place now_;
+  Place before_;  // when goOn() was called last
+  std::size_t fingerprint_ = 0;
+  // Of the pages that had no room for all of their addresses: coming again they get none, or the start page, fetched in
+  // every round, would fill the table bit by bit.
+  std::unordered_set<std::size_t> full_;
 };
 
 }  // namespace mv

@@ -3,7 +3,10 @@
 // database.
 #pragma once
 
+#include <QElapsedTimer>
 #include <cstdint>
+#include <exception>
+#include <optional>
 #include <string>
 
 #include "process/Process.h"
@@ -11,6 +14,7 @@
 #include "scan/ScanQueue.h"
 #include "scan/ScanStatus.h"
 #include "scan/SiteLogin.h"
+#include "scan/StoreTrouble.h"
 #include "scan/clsLinkParser.h"
 #include "store/Id.h"
 #include "transfer/SiteLocation.h"
@@ -61,18 +65,31 @@ class ScanProcess : public Process {
     std::string location = {};  // its address without scheme and credentials
     std::string encoding = {};  // of its text, see InternetTransfer::TextEncoding
     bool failed = false;
-    std::string reported = {};  // error last shown; the same is not shown twice for a page
+    bool isReadAgain = false;      // after a login that let the scan in
+    bool isLoginAnswered = false;  // it let the scan in: to be read again
+    bool isIncomplete = false;     // the table has refused a link
+    std::string reported = {};     // error last shown; the same is not shown twice for a page
   };
 
   void start();
   void beginRound();
   void fillQueue();
+  // False: the outcome of the page at hand cannot be stored now.
+  bool finishPage();
+  void storeOutcome();
+  int idleTime() const;
   void takeUp(int row);
   void showPage();
   void pageFailed();
   void walkPage();
+  // True when the page is walked through; none when the slice could not be stored, and is done again later.
+  std::optional<bool> walkSlice();
+  void sliceFailed(const std::exception& error);
   std::string answeringAddress() const;
   bool storeLink();
+  void reportRefusal();
+  void pageWalked();
+  void logLeftOut();
   // True when a login request is on its way: the page that answers it comes next.
   bool logIn();
   void report(const std::exception& error);
@@ -83,8 +100,12 @@ class ScanProcess : public Process {
   PageWalk walk_{parser_};
   SiteLogin login_;
   Page page_;
+  std::int64_t readAgainId_ = 0;  // the page that is
+  std::exception_ptr refusal_;    // of a link of the slice at hand
+  StoreTrouble trouble_;
   ScanStatus status_;
   bool started_ = false;
+  QElapsedTimer sinceStartPage_;  // was asked for
 };
 
 }  // namespace mv

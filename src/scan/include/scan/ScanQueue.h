@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "process/WorkList.h"
 #include "store/Id.h"
@@ -34,13 +35,20 @@ class ScanQueue {
   void stopFilling() { waiting_.reset(); }
 
   // Has the link that `parser` has resolved stored, unless a row bears its address, and queues it when it is a page, is
-  // new, and has room. What AddLinkToDatabase raises is raised.
+  // new, and has room: its row comes with keepStored(). What AddLinkToDatabase raises is raised.
   void store(clsLinkParser& parser);
+  // What was stored since the last of these calls is there to stay, or has been taken back.
+  void keepStored();
+  void takeBackStored();
 
   // Row `index` is fetched now.
   void takeUp(int index);
-  // The page is worked through, or its request has failed. Raises DatabaseError.
+  // The page is worked through, or its request has failed. Raises DatabaseError; may be called again then.
   void finish(std::int64_t linkId, bool failed);
+  // The page's links are not all stored: it waits for the next round.
+  void giveUp(std::int64_t linkId);
+  // The page is fetched once more.
+  void putBack(std::int64_t linkId);
 
   bool alternateMatchpath() const { return limits_.alternateMatchpath; }
   long rowsAdded() const { return rowsAdded_; }
@@ -49,11 +57,13 @@ class ScanQueue {
 
  private:
   bool hasRoom() const { return rowsAdded_ < kLimit && rowsAdded_ < pagesLeft(); }
+  void setState(std::int64_t linkId, RowState state);
 
   WorkList& list_;
   ScanLimits limits_;
   std::optional<LinkRows> waiting_;
-  long rowsAdded_ = 0;  // in this round
+  std::vector<WorkRow> stored_;  // not certain yet
+  long rowsAdded_ = 0;           // in this round, those included
   long pagesProcessed_ = 0;
 };
 

@@ -29,19 +29,23 @@ class SiteLogin {
   const LoginStatus& status() const { return status_; }
   // The page being fetched or worked through is the answer to a login request.
   bool isAnswerDue() const { return isAnswerDue_; }
+  // It is, and the form is gone: the page that showed the form is worth reading again.
+  bool isLetIn() const { return isAnswerDue_ && status_.state == LoginState::Answered; }
 
   // The start page's address as lists show it: in place of user name and password stands a mask, whatever characters
   // they hold.
   std::string listedStartPage() const;
   // A page is to be fetched: the address to ask for. It holds user name and password when they are used and the page,
-  // at `location` without scheme, is on the site's own host.
-  std::string beginPage(const std::string& url, const std::string& location);
+  // at `location` without scheme, is on the site's own host. `isReadAgain`: it has shown the form and comes once more,
+  // after a login that let the scan in.
+  std::string beginPage(const std::string& url, const std::string& location, bool isReadAgain);
   // Its request failed.
   void pageFailed(long code, const std::string& reason);
   // Is there something to be done with the form of a page?
   bool wantsForms() const;
-  // A page has come, with this form. The request that logs in, when one is to be sent now; a page that answers one is
-  // not answered with another, for a wrong password would go on for ever. Raises DatabaseError.
+  // A page has come, with this form. The request that logs in, when one is to be sent now; a page that answers one, or
+  // that is read again after one, is not answered with another, for a wrong password would go on for ever. Raises
+  // DatabaseError.
   std::optional<LoginRequest> submit(const PageForm& form);
 
  private:
@@ -60,6 +64,7 @@ class SiteLogin {
   std::string password_;
   bool credentialsSent_ = false;  // with the page's request
   bool isAnswerDue_ = false;
+  bool isReadAgain_ = false;
   bool everSent_ = false;  // a login request, by this process
   int refusals_ = 0;       // of the requests sent last
   LoginStatus status_;

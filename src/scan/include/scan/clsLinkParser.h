@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "scan/FilterRules.h"
 #include "scan/KnownLinks.h"
@@ -15,6 +17,12 @@
 #include "store/ProcessData.h"
 
 namespace mv {
+
+// What may still be added to the table, in bytes of the addresses stored.
+struct AddressRoom {
+  std::int64_t bytes = std::numeric_limits<std::int64_t>::max();
+  std::int64_t leftOut = 0;  // addresses that were new and had no room
+};
 
 class clsLinkParser {
  public:
@@ -29,6 +37,7 @@ class clsLinkParser {
   std::string LinkType;     // "Document", "Directory", "File" or "Email Address"
   bool Flag = false;        // after AddLinkToDatabase: a new row was inserted
   long DomainHops = 0;      // foreign domains allowed
+  AddressRoom Room;
 
   // While one lives, what is read about a file type or a stored address is cached for the links that follow. For links
   // that are handled one after the other without the event loop, where the user could change what is stored.
@@ -43,8 +52,9 @@ class clsLinkParser {
     clsLinkParser& parser_;
   };
 
-  // Ends the caching before its time: a message box may stand open.
-  void forgetLookups();
+  // The links that were handled since the caching began last are not stored after all: foreign domains that they have
+  // entered and room that they have taken are free again.
+  void takeBack();
 
   // Loads the global and the site's rules; once, when the scan starts. Raises DatabaseError.
   void BuildFilters();
@@ -56,8 +66,8 @@ class clsLinkParser {
 
   // Sets URL from Link, BasePath and Domain. BasePath is shortened by "../" steps.
   void ProcessLink();
-  // Stores URL unless it is known, filtered, foreign beyond the limit, or a mail address. Raises DatabaseError, and
-  // NoLinkId.
+  // Stores URL unless it is known, filtered, foreign beyond the limit, a mail address, or without room. Raises
+  // DatabaseError, and NoLinkId.
   void AddLinkToDatabase();
   // URL as AddLinkToDatabase leaves it.
   const EscapedAddress& storedAddress() const { return link_.url; }
@@ -66,6 +76,7 @@ class clsLinkParser {
   // Link without its leading steps; BasePath goes up with them.
   std::string_view normalizeRelativeLink();
   void cacheLookups();
+  void forgetLookups();
 
   void classify();
   FileTypeUse fileTypeUse();
@@ -80,6 +91,8 @@ class clsLinkParser {
   bool passesDomainHopper();
   void rememberHttpsHost();
   void insertUnlessKnown();
+  // False: it has no room.
+  bool insert();
 
   bool lookupsCached_ = false;
   std::unordered_map<std::string, FileTypeUse> fileTypes_;  // by extension
@@ -88,6 +101,8 @@ class clsLinkParser {
   std::string answeringHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::string httpsHost_;                       // of the last absolute https link
+  std::vector<std::string> newHops_;            // of them, since the caching began
+  AddressRoom roomBefore_;                      // when the caching began
   RuleSet globalRules_;
   RuleSet siteRules_;
 };

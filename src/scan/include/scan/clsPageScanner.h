@@ -20,6 +20,9 @@ class clsPageScanner {
   std::string_view html() const;
   // Makes html() the whole text last set again.
   void restart();
+  // Where html() begins in that text, and back to there.
+  std::size_t position() const { return position_; }
+  void goTo(std::size_t position);
 
   // Search strings that the page will be walked for: the whole tags among them are then found in one pass over the
   // page. What getLink finds does not depend on it.

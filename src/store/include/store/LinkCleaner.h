@@ -5,6 +5,7 @@
 #include <QObject>
 #include <cstdint>
 #include <deque>
+#include <optional>
 
 #include "store/Id.h"
 
@@ -27,12 +28,15 @@ class LinkCleaner : public QObject {
 
  private:
   struct Work {
-    Id siteId;
-    std::int64_t lastLink;  // the newest link when the clearing was asked for
+    std::optional<Id> siteId;  // nullopt: of all sites that are gone
+    std::int64_t lastLink;     // the newest link when the clearing was asked for
   };
 
-  // Deletes some more of the first site's links; takes the site off the list when none are left.
+  void add(std::optional<Id> siteId);
+  // Deletes more of the first site's links, for as long as one iteration of the event loop may take.
   void deleteSome();
+  // Deletes a few of them. False when none are left: the site is off the list.
+  bool deleteNext();
   void goOn();
 
   std::deque<Work> work_;

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,10 +30,10 @@ struct LinkRow {
   std::string fileType;  // "" for links that are no file
 };
 
-// The sequence of link ids gave no id; the user has been told.
-class NoLinkId : public std::runtime_error {
+// The sequence of link ids gives no id, for a reason that does not pass: further links would fare no better.
+class NoLinkId : public DatabaseError {
  public:
-  NoLinkId() : std::runtime_error("no id for a new link") {}
+  explicit NoLinkId(const DatabaseError& reason) : DatabaseError(reason) {}
 };
 
 // Links of a site in the engine's order, as they were at the moment of the question, read one by one. Must not outlive
@@ -78,8 +77,8 @@ std::optional<std::int64_t> linkLossMark();
 std::int64_t newestLink();
 // Deletes links of the site up to id `newest`, at most `most`; how many they were.
 std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most);
+// The same for links of sites that are not stored. As quick as there are few sites.
+std::int64_t deleteOrphanedLinks(std::int64_t newest, std::int64_t most);
 void deleteAllLinks();
-// The smallest site id above `siteId` that a link bears, found by the index; none when there is no such.
-std::optional<Id> nextSiteWithLinks(Id siteId);
 
 }  // namespace mv

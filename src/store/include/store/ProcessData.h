@@ -11,6 +11,9 @@
 
 namespace mv {
 
+// False when the site was deleted, or taken back.
+bool isSiteStored(Id siteId);
+
 struct ScanLimits {
   std::int64_t pagesToScan = 0;  // pages a round
   bool alternateMatchpath = false;

@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -54,6 +55,8 @@ class Recordset {
   std::unique_ptr<State> state_;
 };
 
+class CommitGroup;
+
 class Database {
  public:
   Database();
@@ -76,7 +79,8 @@ class Database {
   // The open file is no longer at its path: it was moved, deleted, or another was put in its place.
   bool hasMoved() const;
 
-  // Every statement is a transaction of its own. Raise DatabaseError; nothing is half done.
+  // Every statement is a transaction of its own, unless a Transaction or a CommitGroup is open. Raise DatabaseError;
+  // nothing is half done.
   Recordset query(const Statement& statement);
   void execute(const Statement& statement);
   // Rows that the last execute inserted, changed or deleted.
@@ -89,6 +93,11 @@ class Database {
   // programs' changes; opening. Names as the table was created with. Raises DatabaseError.
   std::int64_t invalidationCount(const std::string& table, const std::string& column);
 
+  // While a CommitGroup is open: its number, no other has it. 0 without one.
+  std::int64_t openGroup() const;
+  // Has the open CommitGroup do some `work` before it commits: for what would else be stored again and again.
+  void beforeCommit(std::function<void()> work);
+
   // The `outCount` of a count query.
   std::int64_t count(const Statement& statement);
 
@@ -98,12 +107,50 @@ class Database {
   struct Connection;
 
  private:
+  friend class CommitGroup;
+  friend class Transaction;
+  void carryOut(const Statement& statement);
+
   std::shared_ptr<Connection> connection_;
   std::int64_t openings_ = 0;
+  CommitGroup* group_ = nullptr;  // the open one
+  std::int64_t groups_ = 0;       // so far
+};
+
+// One commit for all that is stored while it lives, by whoever stores it: a commit each would cost more than the work.
+// The first statement that changes something takes the right to write, which other programs then wait for until
+// commit(); without commit() everything is taken back. When another program has that right, it is waited for some
+// milliseconds only: whoever groups does the whole again later.
+//
+// One at a time, for one slice of work: it ends before the event loop runs or a message box opens.
+class CommitGroup {
+ public:
+  explicit CommitGroup(Database& database);
+  ~CommitGroup();
+  CommitGroup(const CommitGroup&) = delete;
+  CommitGroup& operator=(const CommitGroup&) = delete;
+  // Raises DatabaseError: then nothing of it is stored. Some failures of a statement, a full disk above all, have the
+  // engine take everything back at once; every further change and commit() raise kDiskError then. False when there was
+  // nothing to commit.
+  bool commit();
+
+ private:
+  friend class Database;
+  friend class Transaction;
+  void join();
+  bool isLost() const;
+
+  Database& database_;
+  std::int64_t number_;
+  std::vector<std::function<void()>> beforeCommit_;
+  bool begun_ = false;
 };
 
 // Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
 // two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+//
+// While a CommitGroup is open it is a part of that: it becomes durable with the whole, and to take it back takes the
+// whole back.
 class Transaction {
  public:
   explicit Transaction(Database& database);

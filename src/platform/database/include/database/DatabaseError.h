@@ -14,6 +14,8 @@ class DatabaseError : public std::runtime_error {
   long number() const { return number_; }
   const std::string& description() const { return description_; }
   const std::string& source() const { return source_; }
+  // The statement is not at fault but what surrounds it: another program's lock, the disk. Later it may succeed.
+  bool mayPass() const;
 
   enum Number : long {
     kInvalidArgument = 3001,

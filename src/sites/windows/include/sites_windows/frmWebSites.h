@@ -3,6 +3,7 @@
 
 #include <QTimer>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <set>
 
@@ -52,6 +53,8 @@ class frmWebSites : public ListWindow {
 
   void openNew();
   void openEdit();
+  void deleteSome(std::deque<Id> ids);
+  void deleteUnlessRunning(Id id);
   void startSelected();
   void startRow(int row);
   bool mayStart(Id siteId) const;
@@ -61,13 +64,13 @@ class frmWebSites : public ListWindow {
   void closeProcesses(const SiteListRow& site);
   void endOwnProcesses(Id siteId);
 
-  void addSiteRow(const SiteListRow& site);
+  int addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
   Id idOfRow(int row) const;
   // As it is stored; the row shows the name without its password.
   SiteListRow siteOfRow(int row) const;
   int rowOf(Id siteId);  // -1 when it has none
-  std::vector<Id> deletableSites();
+  std::deque<Id> deletableSites();
   bool workByKey(const QKeyEvent& event);
   bool isRunning(int row);
   void setRunning(int row, bool running);
