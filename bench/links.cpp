@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "app/Settings.h"
+#include "decoding/TextDecoding.h"
 #include "scan/StarLinks.h"
 #include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
-#include "transfer/TextDecoding.h"
 
 namespace {
 

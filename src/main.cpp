@@ -11,6 +11,7 @@
 #include "base/ProgramName.h"
 #include "base/Text.h"
 #include "program/StartUp.h"
+#include "transfer/HttpsHosts.h"
 
 namespace {
 
@@ -51,11 +52,11 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName("morvane2000");
   QApplication::setWindowIcon(programIcon());
 
+  const std::string userFolder = mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+  mv::keepHttpsHosts(userFolder);
   mv::StartUp startUp;
   mv::onEndSignal([&] { startUp.end(); });
-  const bool hasWindow =
-      startUp.run(mv::toUtf8(QCoreApplication::applicationDirPath()),
-                  mv::toUtf8(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
+  const bool hasWindow = startUp.run(mv::toUtf8(QCoreApplication::applicationDirPath()), userFolder);
   if (startUp.isEnded()) return EXIT_SUCCESS;
   return hasWindow ? QApplication::exec() : EXIT_FAILURE;
 }

@@ -38,6 +38,7 @@ bool ProgramRun::start() {
   if (!environment.contains("DISPLAY") && !environment.contains("WAYLAND_DISPLAY"))
     environment.insert("QT_QPA_PLATFORM", "offscreen");
   environment.insert("XDG_CONFIG_HOME", mv::toQString(userSettingsOf(folder_.path())));
+  environment.insert("XDG_DATA_HOME", mv::toQString(userSettingsOf(folder_.path())));
   process_.setProcessEnvironment(environment);
   process_.start(programIn(folder_), QStringList());
   return process_.waitForStarted(kPatienceMs);

@@ -18,6 +18,7 @@
 #include "net/TextBody.h"
 #include "store/LinkStore.h"
 #include "store/Sequence.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -87,6 +88,8 @@ DownloadProcess::~DownloadProcess() = default;
 void DownloadProcess::initWindow() {
   run([this] {
     belongTo(SiteId, downloadTitle(SiteName));
+    Inet2.setSite(SiteId);
+    SiteLocation(SiteName).announce();
     loadSiteLimits();
     showCounters("filesinqueue", "", 0);
     buildQueue();

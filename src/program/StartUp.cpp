@@ -13,6 +13,7 @@
 #include "app/UserNotice.h"
 #include "base/Clock.h"
 #include "base/Text.h"
+#include "net/CookieFile.h"
 #include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
@@ -20,6 +21,8 @@
 #include "store/LinkCleaner.h"
 #include "store/Preferences.h"
 #include "store/ProgramDatabase.h"
+#include "store/SiteStore.h"
+#include "transfer/SiteLocation.h"
 #include "windows/NoticeBoxes.h"
 #include "windows/WindowRegistry.h"
 
@@ -31,6 +34,7 @@ constexpr int kSecondsPerHour = 3600;
 constexpr const char* kDatabaseName = "/morvane2000.mdb";
 // A database is there even when a maintenance that was cut off has left it under its temporary name only.
 constexpr const char* kCopyName = "/mv2000TempDB.mdb";
+constexpr const char* kCookieFile = "/cookies.txt";
 constexpr const char* kSharedFolder = "/../share/morvane2000";
 
 constexpr const char* kLostText =
@@ -41,6 +45,11 @@ constexpr const char* kLostText =
 bool holdsDatabase(const QString& folder) {
   return QFile::exists(folder + QString::fromLatin1(kDatabaseName)) ||
          QFile::exists(folder + QString::fromLatin1(kCopyName));
+}
+
+// Whichever site is started first: none may ask by http what another has to ask by https.
+void announceSites() {
+  for (const SiteListRow& site : listSites()) SiteLocation(site.name).announce();
 }
 
 // A name with bytes that are no character cannot be kept in the database, nor shown and typed.
@@ -108,6 +117,8 @@ void StartUp::openData() {
   guarded("loadPreferences", loadPreferences);
   upgradeDatabase();
   ensureIndexes();
+  guarded("listSites", announceSites);
+  cookies_ = std::make_unique<CookieFile>(gProgramFolder + kCookieFile);
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
   if (ended_) logClosed();
 }

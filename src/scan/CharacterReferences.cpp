@@ -8,7 +8,7 @@
 #include "HtmlCharacters.h"
 #include "NamedReferences.h"
 #include "base/Text.h"
-#include "transfer/TextDecoding.h"
+#include "decoding/TextDecoding.h"
 
 namespace mv {
 

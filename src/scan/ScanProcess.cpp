@@ -8,7 +8,9 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/WebAddress.h"
+#include "decoding/Encoding.h"
 #include "net/Address.h"
+#include "net/StoredAddress.h"
 #include "scan/ScanTexts.h"
 #include "store/LinkStore.h"
 #include "store/ProcessData.h"
@@ -30,7 +32,11 @@ void ScanProcess::initWindow() {
 
 void ScanProcess::start() {
   belongTo(SiteID, scanTitle(SiteName));
-  login_.start(SiteID, SiteName, LoginFormID);
+  location_ = SiteLocation(SiteName);
+  location_.announce();
+  if (location_.address() != SiteName) Domain = location_.host();
+  Inet2.setSite(SiteID);
+  login_.start(SiteID, location_, LoginFormID);
   show(status_.login, login_.status());
   parser_.SiteID = SiteID;
   parser_.Domain = Domain;
@@ -59,7 +65,7 @@ void ScanProcess::buildTagArray() {
 
 void ScanProcess::buildQueue() {
   if (StopRequested()) return;
-  page_.location = SiteName;
+  page_.location = location_.address();
   queue_.build(SiteID, login_.listedStartPage());
   fillQueue();
 }
@@ -135,7 +141,7 @@ void ScanProcess::takeUp(int index) {
   const WorkRow& row = lvwLinks.row(index);
   page_ = {.linkId = row.linkId, .url = plainAddress(row.url), .isReadAgain = row.linkId == readAgainId_};
   if (page_.isReadAgain) readAgainId_ = 0;
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? SiteName : page_.url;
+  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);
@@ -163,12 +169,15 @@ void ScanProcess::transferEvent(int state) {
   if (state == kError) pageFailed();
   if (state != kResponseCompleted) return;
   disableWorkTimer();
+  page_.encoding = Inet2.TextEncoding();
   if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
     parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
-  walk_.begin({.text = Inet2.TakeText(),
-               .basePath = computeBasePath(),
-               .address = answeringAddress(),
-               .contentType = Inet2.GetHeader("Content-Type")});
+  walk_.begin(
+      {.text = Inet2.TakeText(),
+       .basePath = computeBasePath(),
+       .address = answeringAddress(),
+       .contentType = Inet2.GetHeader("Content-Type"),
+       .encode = [encoding = page_.encoding](std::string_view query) { return encodedForQuery(query, encoding); }});
   walkPage();
 }
 
@@ -228,6 +237,7 @@ void ScanProcess::reportRefusal() {
 
 bool ScanProcess::storeLink() {
   try {
+    parser_.URL = storedAddress(std::move(parser_.URL), page_.encoding);
     queue_.store(parser_);
   } catch (const std::exception& error) {
     if (StoreTrouble::mayPass(error)) throw;

@@ -16,15 +16,18 @@ constexpr int kMostRefusals = 3;  // in a row: after some more a server locks th
 
 }  // namespace
 
-void SiteLogin::start(Id siteId, const std::string& address, Id formId) {
+void SiteLogin::start(Id siteId, const SiteLocation& location, Id formId) {
   siteId_ = siteId;
-  siteAddress_ = address;
+  site_ = location;
   formId_ = formId;
   refusals_ = 0;
+  usesCredentials_ = false;
+  userName_.clear();
+  password_.clear();
   readCredentials();
+  // The site's files, which another process fetches, need them from the first one on.
+  InternetTransfer::rememberLogin(siteId_, site_.address(), userName_, password_);
   if (usesCredentials_) {
-    // The site's files, which another process fetches, need them from the first one on.
-    InternetTransfer::rememberCredentials(siteAddress_, userName_, password_);
     const bool none = userName_.empty() && password_.empty();
     status_ = {.state = none ? LoginState::NoCredentials : LoginState::CredentialsInUse};
   } else if (wantsForms()) {
@@ -41,15 +44,20 @@ void SiteLogin::readCredentials() {
   }
 }
 
+std::string SiteLogin::withLogin(std::string_view address, std::string_view user, std::string_view password) const {
+  const std::string byHttp = withCredentials(address, user, password);
+  return site_.isHttps() ? "https" + byHttp.substr(byHttp.find(':')) : byHttp;
+}
+
 std::string SiteLogin::listedStartPage() const {
-  return usesCredentials_ ? maskPassword(withCredentials(siteAddress_, userName_, {})) : "http://" + siteAddress_;
+  return usesCredentials_ ? maskPassword(withLogin(site_.address(), userName_, {})) : site_.withScheme();
 }
 
 std::string SiteLogin::beginPage(const std::string& url, const std::string& location, bool isReadAgain) {
   isAnswerDue_ = false;
   isReadAgain_ = isReadAgain;
-  const std::string withPassword = withCredentials(location, userName_, password_);
-  credentialsSent_ = usesCredentials_ && hostOf(withPassword) == hostOf(siteAddress_);
+  const std::string withPassword = withLogin(location, userName_, password_);
+  credentialsSent_ = usesCredentials_ && hostOf(withPassword) == hostOf(site_.withScheme());
   return credentialsSent_ ? withPassword : url;
 }
 

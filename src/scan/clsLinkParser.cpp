@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "base/Text.h"
 #include "net/Address.h"
+#include "transfer/HttpsHosts.h"
 #include "transfer/RequestAddress.h"
 
 namespace mv {
@@ -12,6 +14,7 @@ namespace mv {
 namespace {
 
 constexpr std::string_view kMailTo = "mailto:";
+constexpr std::string_view kHttps = "https://";
 
 // Start of the addresses of a music-download service, whose links do not end with their type. The name is a reserved
 // one: a build for users of such a service puts its address here.
@@ -96,6 +99,7 @@ void clsLinkParser::AddLinkToDatabase() {
   Flag = false;
   classify();
   if (!typeIsWanted() || !passesFilters() || !passesDomainHopper() || URL.starts_with(kMailTo)) return;
+  rememberHttpsHost();
   link_.url = EscapedAddress::escape(std::string(withoutScheme(URL)));
   URL = link_.url.text();
   insertUnlessKnown();
@@ -183,6 +187,15 @@ bool clsLinkParser::passesDomainHopper() {
   const bool passes = !Flag;
   Flag = false;
   return passes;
+}
+
+// The table keeps no scheme.
+void clsLinkParser::rememberHttpsHost() {
+  if (!URL.starts_with(kHttps)) return;
+  std::string host = extractLinkDomain();
+  if (host == httpsHost_) return;
+  rememberHttps(URL);
+  httpsHost_ = std::move(host);
 }
 
 void clsLinkParser::insertUnlessKnown() {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "transfer/TextDecoding.h"
+#include "decoding/Encoding.h"
+#include "decoding/TextDecoding.h"
 
 namespace {
 
@@ -31,6 +32,90 @@ TEST(TextDecoding, BytesBecomeUtf8) {
        "\xC3\xB4\xC2\x90\xE2\x82\xAC\xE2\x82\xAC"},
   };
   for (const auto& c : cases) EXPECT_EQ(decodeText(c.bytes, c.contentType), c.text) << c.what;
+}
+
+// The first of them that a page has counts.
+TEST(TextDecoding, TheEncodingOfAPage) {
+  const std::string far(1024, ' ');
+  const struct {
+    const char* what;
+    std::string bytes;
+    const char* contentType;
+    const char* encoding;
+  } cases[] = {
+      {"a mark goes before the header", "\xEF\xBB\xBF\xC3\xA4", "text/html; charset=koi8-r", "utf-8"},
+      {"UTF-16, little, by its mark", "\xFF\xFE\xE4\0"s, "text/html; charset=koi8-r", "utf-16le"},
+      {"UTF-16, big, by its mark", "\xFE\xFF\0\xE4"s, "", "utf-16be"},
+      {"UTF-16 by the header", "a\0"s, "text/html; charset=utf-16", "utf-16le"},
+      {"UTF-16, little, by its looks", "<\0a\0"s, "text/html", "utf-16le"},
+      {"UTF-16, big, by its looks", "\0<\0a"s, "text/html", "utf-16be"},
+      {"the header goes before the page", "<meta charset=koi8-r>", "text/html; charset = 'latin2'", "iso-8859-2"},
+      {"an unknown charset is none", "<meta charset=koi8-r>", "text/html; charset=no-such", "koi8-r"},
+      {"quotes", "<META CharSet = \"KOI8-R\">", "", "koi8-r"},
+      {"a slash", "<meta/charset='koi8-r'/>", "", "koi8-r"},
+      {"behind other attributes and tags", "<!DOCTYPE html><html lang='>'><meta name=x charset=koi8-r>", "", "koi8-r"},
+      {"http-equiv", "<meta content='text/html; charset=koi8-r' http-equiv=Content-Type>", "", "koi8-r"},
+      {"content without http-equiv", "<meta content='text/html; charset=koi8-r'>", "", "utf-8"},
+      {"the first attribute of a name counts", "<meta charset=koi8-u charset=koi8-r>", "", "koi8-u"},
+      {"in a comment", "<!-- <meta charset=koi8-r> -->", "", "utf-8"},
+      {"in another tag's attribute", "<a title='<meta charset=koi8-r>'>", "", "utf-8"},
+      {"not a meta tag", "<metadata charset=koi8-r>", "", "utf-8"},
+      {"a page cannot be UTF-16 and say so", "<meta charset=utf-16be>\xC3\xA4", "", "utf-8"},
+      {"within 1,024 bytes", far.substr(22) + "<meta charset=koi8-r>", "", "koi8-r"},
+      {"behind 1,024 bytes", far + "<meta charset=koi8-r>", "", "utf-8"},
+      {"XML declaration", "<?xml version='1.0' encoding=\"iso-8859-5\"?><html>", "", "iso-8859-5"},
+      {"declared UTF-8 that is not", "<meta charset=utf-8>\xE4", "", "utf-8"},
+      {"none, and not UTF-8", far + "\xE4 and more", "", "windows-1252"},
+      {"none, and not UTF-8 at the very end", far + "\xE4", "", "windows-1252"},
+  };
+  for (const auto& c : cases) {
+    TextDecoder decoder(c.contentType);
+    for (const char byte : c.bytes) decoder.append({&byte, 1});
+    decoder.finish();
+    EXPECT_EQ(decoder.encoding(), c.encoding) << c.what;
+    EXPECT_EQ(decoder.text(), decodeText(c.bytes, c.contentType)) << c.what << ": byte by byte or all at once";
+  }
+}
+
+TEST(TextDecoding, LabelsMeanWhatTheyMeanOnTheWeb) {
+  const struct {
+    const char* label;
+    std::string bytes;
+    const char* text;
+  } cases[] = {
+      {"gb2312", "\x81\x30\x81\x30\xA8\xA4", "\xC2\x80\xC3\xA0"},  // more than the old set
+      {"Shift_JIS", "\x87\x40", "\xE2\x91\xA0"},
+      {"ks_c_5601-1987", "\x81\x41", "\xEA\xB0\x82"},
+      {" latin5\n", "\x80\xFD", "\xE2\x82\xAC\xC4\xB1"},
+      {"tis-620", "\x80\xA1", "\xE2\x82\xAC\xE0\xB8\x81"},
+      {"iso-8859-16", "\x93\xA4\xFE", "\xC2\x93\xE2\x82\xAC\xC8\x9B"},
+      {"l1", "\x93", "\xE2\x80\x9C"},
+      {"visual", "\xE0", "\xD7\x90"},
+      {"koi8-ru", "\xA4", "\xD1\x94"},
+      {"x-mac-ukrainian", "\x80", "\xD0\x90"},
+      {"big5", "\xA4\x40", "\xE4\xB8\x80"},
+      {"x-euc-jp", "\xA4\xA2", "\xE3\x81\x82"},
+      {"csiso2022jp", "\x1B$B$\"\x1B(B", "\xE3\x81\x82"},
+      {"hz-gb-2312", "~{<a href=x>", "\xEF\xBF\xBD"},
+      {"utf-16", "\x3D\xD8\0\xDE"s, "\xF0\x9F\x98\x80"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(decodeText(c.bytes, "charset=\"" + std::string(c.label) + "\""), c.text) << c.label;
+  for (const char* name :
+       {"ibm866", "iso-8859-3", "iso-8859-8-i", "iso-8859-10", "iso-8859-13", "iso-8859-14", "iso-8859-15", "macintosh",
+        "windows-874", "windows-1258", "gb18030", "euc-kr", "iso-2022-jp", "big5"}) {
+    EXPECT_EQ(encodingOf(name), name);
+    EXPECT_TRUE(QStringDecoder(decoderOf(name)).isValid()) << name;
+  }
+  for (const char* none : {"", "utf", "latin1 latin2", "iso-8859-12"}) EXPECT_EQ(encodingOf(none), "") << none;
+}
+
+TEST(TextDecoding, QueriesAreWrittenInThePagesEncoding) {
+  EXPECT_EQ(encodedForQuery("?q=\xC3\xA4%C3+ b", "utf-8"), "?q=%C3%A4%C3+ b");
+  EXPECT_EQ(encodedForQuery("\xC3\xA4", "windows-1252"), "%E4");
+  EXPECT_EQ(encodedForQuery("\xE3\x81\x82", "shift_jis"), "%82%A0");
+  EXPECT_EQ(encodedForQuery("\xE3\x81\x82", "utf-16le"), "%E3%81%82");
+  EXPECT_EQ(encodedForQuery("\xC3\xA4\xCE\xB1", "windows-1252"), "%E4%26%23945%3B");
 }
 
 // As a page comes in: wherever it is cut, the parts lead to where the whole does.

@@ -11,14 +11,12 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <functional>
 #include <random>
 #include <thread>
 
+#include "TransferClient.h"
 #include "base/TimeBudget.h"
-#include "testkit/Fixture.h"
 #include "testkit/TestSite.h"
-#include "transfer/InternetTransfer.h"
 
 namespace {
 
@@ -61,38 +59,7 @@ std::string randomBytes(std::size_t size) {
   return bytes;
 }
 
-// A receiver of one transfer.
-class Client {
- public:
-  Client() {
-    QObject::connect(&transfer, &InternetTransfer::StateChanged, &transfer, [this](int, int state) {
-      states.push_back(state);
-      if (onState) onState(state);
-    });
-  }
-
-  void begin(const std::string& url, BodyMode mode = BodyMode::Text) {
-    states.clear();
-    transfer.Execute(url, "Get", mode);
-    EXPECT_TRUE(states.empty()) << "a state from inside Execute";
-  }
-  bool over() const { return !states.empty() && states.back() >= mv::kError; }
-  // The last state: 11 or 12; 0 when none came.
-  int run(const std::string& url, BodyMode mode = BodyMode::Text) {
-    begin(url, mode);
-    return waitFor([this] { return over(); }) ? states.back() : 0;
-  }
-  std::string body(ChunkType type = ChunkType::Text) {
-    std::string all;
-    for (auto piece = transfer.GetChunk(1024, type); !piece.empty(); piece = transfer.GetChunk(1024, type))
-      all += piece;
-    return all;
-  }
-
-  InternetTransfer transfer;
-  States states;
-  std::function<void(int)> onState;
-};
+using Client = TransferClient;
 
 class TransferTest : public ::testing::Test {
  protected:
@@ -132,7 +99,6 @@ TEST_F(TransferTest, Outcomes) {
        {.body = "body", .headers = {{"Content-Encoding", "gzip"}}},
        CURLE_BAD_CONTENT_ENCODING,
        nullptr},
-      {"redirect without a place", {.body = "body", .status = 302}, 0, ""},
   };
   for (const auto& c : cases) {
     for (const auto mode : {BodyMode::Text, BodyMode::File}) {
@@ -269,13 +235,21 @@ TEST_F(TransferTest, ADigestChallengeIsAnswered) {
   EXPECT_EQ(site.requests().back().headers.count("x-other"), 0U) << "a user name is no way to write into the request";
 }
 
-TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
+TEST_F(TransferTest, ASitesLoginGoesWithItsRequestsToItsHostOnly) {
   TestSite otherPort;
   site.add("/leave", redirect(otherPort.url("/")));
   site.add("/rename", redirect("http://" + otherName + "/page"));
   site.page("/page", "x");
   otherPort.page("/", "x");
-  InternetTransfer::rememberCredentials(site.host() + "/members", "me", "p/:@ %41?#\xC3\xA4");
+  constexpr std::int64_t kSite = 7;
+  InternetTransfer::rememberLogin(kSite, site.host() + "/members", "me", "p/:@ %41?#\xC3\xA4");
+  InternetTransfer::rememberLogin(kSite + 1, site.host(), "another", "site");
+  get("/page");
+  EXPECT_EQ(authorisation(site), "") << "no site's request";
+  client.transfer.setSite(kSite + 2);
+  get("/page");
+  EXPECT_EQ(authorisation(site), "") << "of a site without a login";
+  client.transfer.setSite(kSite);
   get("/page");
   EXPECT_EQ(authorisation(site), basic("me:p/:@ %41?#\xC3\xA4"));
   client.run("http://you:two@" + site.host() + "/page");
@@ -288,7 +262,7 @@ TEST_F(TransferTest, AHostsRememberedCredentialsGoNowhereElse) {
   site.add("/named", redirect("http://you:two@" + site.host() + "/page"));
   get("/named");
   EXPECT_EQ(client.transfer.ResponseAddress(), site.url("/page"));
-  InternetTransfer::rememberCredentials(site.host(), "", "");
+  InternetTransfer::rememberLogin(kSite, site.host(), "", "");
   get("/page");
   EXPECT_EQ(authorisation(site), "");
 }

@@ -39,6 +39,18 @@ void Authorization::setCredentials(const Credentials& credentials, const std::st
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, basic_.get());
 }
 
+void Authorization::beginAgain(const std::string& host) {
+  curl_easy_setopt(easy_, CURLOPT_UNRESTRICTED_AUTH, 0L);
+  if (host != host_) {
+    host_.clear();
+    curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, plain_.get());
+    basic_.reset();
+    curl_easy_setopt(easy_, CURLOPT_USERNAME, nullptr);
+    curl_easy_setopt(easy_, CURLOPT_PASSWORD, nullptr);
+  }
+  curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, basic_ ? basic_.get() : plain_.get());
+}
+
 // libcurl drops credentials where scheme or port change, and so also where a site sends its visitors from http to
 // https.
 void Authorization::heed(const ResponseHead& head) {

@@ -21,6 +21,8 @@ class Authorization {
   // For `host` (as in RequestAddress) only. Basic goes along with the first request, as its server mostly wants it, at
   // no extra round trip; libcurl answers a digest challenge.
   void setCredentials(const Credentials& credentials, const std::string& host);
+  // The request begins anew at `host`: another one than before gets no credentials.
+  void beginAgain(const std::string& host);
   // At the end of every head, before libcurl acts on it: a redirect may keep or lose the credentials, a digest
   // challenge takes the basic ones back.
   void heed(const ResponseHead& head);

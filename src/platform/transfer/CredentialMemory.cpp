@@ -6,27 +6,31 @@ namespace mv {
 
 namespace {
 
-std::map<std::string, Credentials>& memory() {
-  static std::map<std::string, Credentials> credentials;
-  return credentials;
+struct Login {
+  std::string host;
+  Credentials credentials;
+};
+
+std::map<std::int64_t, Login>& memory() {
+  static std::map<std::int64_t, Login> logins;
+  return logins;
 }
 
 }  // namespace
 
-void rememberHostCredentials(const std::string& host, const Credentials& credentials) {
-  if (host.empty()) return;
-  if (credentials.user.empty() && credentials.password.empty())
-    memory().erase(host);
+void rememberSiteLogin(std::int64_t site, const std::string& host, const Credentials& credentials) {
+  if (host.empty() || (credentials.user.empty() && credentials.password.empty()))
+    memory().erase(site);
   else
-    memory()[host] = credentials;
+    memory()[site] = {host, credentials};
 }
 
-std::optional<Credentials> hostCredentials(const std::string& host) {
-  const auto found = memory().find(host);
-  if (found == memory().end()) return std::nullopt;
-  return found->second;
+std::optional<Credentials> siteLogin(std::int64_t site, const std::string& host) {
+  const auto found = memory().find(site);
+  if (found == memory().end() || found->second.host != host) return std::nullopt;
+  return found->second.credentials;
 }
 
-void forgetHostCredentials() { memory().clear(); }
+void forgetSiteLogins() { memory().clear(); }
 
 }  // namespace mv

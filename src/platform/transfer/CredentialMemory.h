@@ -1,7 +1,8 @@
-// User names and passwords of hosts, for requests whose addresses hold none. In memory only, gone with the program.
-// Other rooms use InternetTransfer::rememberCredentials.
+// User names and passwords of sites, for requests whose addresses hold none. In memory only, gone with the program.
+// Other rooms use InternetTransfer::rememberLogin.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -9,9 +10,10 @@
 
 namespace mv {
 
-// `host` as in RequestAddress. Empty credentials forget the host.
-void rememberHostCredentials(const std::string& host, const Credentials& credentials);
-std::optional<Credentials> hostCredentials(const std::string& host);
-void forgetHostCredentials();
+// For the site's own `host`, as in RequestAddress. Empty credentials forget the site's.
+void rememberSiteLogin(std::int64_t site, const std::string& host, const Credentials& credentials);
+// What a request of the site to `host` carries.
+std::optional<Credentials> siteLogin(std::int64_t site, const std::string& host);
+void forgetSiteLogins();
 
 }  // namespace mv

@@ -72,9 +72,8 @@ CurlLoop::CurlLoop() {
   share_ = curl_share_init();
   if (initialised != CURLE_OK || multi_ == nullptr || share_ == nullptr) throw std::bad_alloc();
   // Connections and host names belong to the multi handle anyway. All runs on one thread: no locks.
-  for (const auto data : {CURL_LOCK_DATA_COOKIE, CURL_LOCK_DATA_SSL_SESSION, CURL_LOCK_DATA_PSL, CURL_LOCK_DATA_HSTS}) {
+  for (const auto data : {CURL_LOCK_DATA_COOKIE, CURL_LOCK_DATA_SSL_SESSION, CURL_LOCK_DATA_PSL})
     curl_share_setopt(share_, CURLSHOPT_SHARE, data);
-  }
   curl_multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, &CurlLoop::onSocket);
   curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
   curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &CurlLoop::onTimer);
@@ -100,6 +99,13 @@ void CurlLoop::prepare(CURL* easy) {
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
 }
 
+void CurlLoop::addCookie(const std::string& line) {
+  const std::unique_ptr<CURL, void (*)(CURL*)> easy(curl_easy_init(), &curl_easy_cleanup);
+  if (!easy) throw std::bad_alloc();
+  curl_easy_setopt(easy.get(), CURLOPT_SHARE, share_);
+  curl_easy_setopt(easy.get(), CURLOPT_COOKIELIST, line.c_str());
+}
+
 void CurlLoop::add(CURL* easy, CurlClient* client) {
   curl_easy_setopt(easy, CURLOPT_PRIVATE, client);
   curl_multi_add_handle(multi_, easy);
@@ -121,10 +127,15 @@ void CurlLoop::remove(CURL* easy, CurlClient* client) {
 
 int CurlLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*) {
   auto* loop = static_cast<CurlLoop*>(self);
-  if (what == CURL_POLL_REMOVE) {
-    loop->unwatch(socket);
-  } else {
-    loop->watch(socket, what);
+  try {
+    if (what == CURL_POLL_REMOVE) {
+      loop->unwatch(socket);
+    } else {
+      loop->watch(socket, what);
+    }
+  } catch (const std::exception&) {
+    // No memory for a notifier: a socket that nobody listens to ends its request by the time-outs. An error told here
+    // would end all requests.
   }
   return 0;
 }
@@ -149,13 +160,14 @@ int CurlLoop::onClose(void* self, curl_socket_t socket) {
 void CurlLoop::watch(curl_socket_t socket, int what) {
   auto& notifiers = notifiers_[socket];
   if (!notifiers) {
-    notifiers = std::make_unique<Notifiers>();
-    notifiers->read = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Read);
-    notifiers->write = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Write);
-    QObject::connect(notifiers->read.get(), &QSocketNotifier::activated, &timer_,
+    auto fresh = std::make_unique<Notifiers>();
+    fresh->read = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Read);
+    fresh->write = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Write);
+    QObject::connect(fresh->read.get(), &QSocketNotifier::activated, &timer_,
                      [this, socket] { act(socket, CURL_CSELECT_IN); });
-    QObject::connect(notifiers->write.get(), &QSocketNotifier::activated, &timer_,
+    QObject::connect(fresh->write.get(), &QSocketNotifier::activated, &timer_,
                      [this, socket] { act(socket, CURL_CSELECT_OUT); });
+    notifiers = std::move(fresh);
   }
   notifiers->read->setEnabled((what & CURL_POLL_IN) != 0);
   notifiers->write->setEnabled((what & CURL_POLL_OUT) != 0);

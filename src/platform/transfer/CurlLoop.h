@@ -24,7 +24,7 @@ class CurlClient {
   virtual void finished(CURLcode result) = 0;
 };
 
-// One multi handle, with the connections, host names, cookies, HSTS entries and TLS sessions that its requests share.
+// One multi handle, with the connections, host names, cookies and TLS sessions that its requests share.
 class CurlLoop {
  public:
   // The loop that new requests join; made when first asked for.
@@ -38,6 +38,8 @@ class CurlLoop {
 
   // Settings of an easy handle that belong to the loop: the shared state and how its sockets are closed.
   void prepare(CURL* easy);
+  // See InternetTransfer.
+  void addCookie(const std::string& line);
   // Starts the request. `client` lives until finished() or remove().
   void add(CURL* easy, CurlClient* client);
   // The request has got its connection, fresh or used before: the end of that one is told to `client` from now on. The

@@ -3,6 +3,8 @@
 
 #include <curl/curl.h>
 
+#include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,16 +13,27 @@
 #include "CurlLoop.h"
 #include "ResponseBody.h"
 #include "ResponseHead.h"
+#include "SlowWatch.h"
 #include "StateReporter.h"
+#include "transfer/RequestAddress.h"
 #include "transfer/TransferTypes.h"
 
 namespace mv {
 
+// What it sends goes to hosts that are known for https by https, on a redirect too; with a host that is only said to
+// speak it, the request begins again by http when it does not.
+//
 // States are told through `raise`, often from inside libcurl: it takes note and returns. The last one is kError or
 // kResponseCompleted, after a header request perhaps twice (once for the headers, once for the body that was resumed).
 class CurlRequest : private CurlClient {
  public:
-  CurlRequest(const std::string& address, BodyMode mode, const TransferLimits& limits, StateReporter::Raise raise);
+  struct Order {
+    std::string address;
+    BodyMode mode;
+    TransferLimits limits;
+    std::int64_t site;  // whose login it carries; 0: none's
+  };
+  CurlRequest(const Order& order, StateReporter::Raise raise);
   ~CurlRequest() override;
   CurlRequest(const CurlRequest&) = delete;
   CurlRequest& operator=(const CurlRequest&) = delete;
@@ -47,6 +60,8 @@ class CurlRequest : private CurlClient {
   const std::string& info() const { return info_; }
 
  private:
+  template <class Answer, class Work>
+  static Answer guarded(void* self, Answer failure, const Work& work);
   static int onResolve(void*, void*, void* self);
   static curl_socket_t onOpen(void* self, curlsocktype purpose, curl_sockaddr* address);
   static int onReady(void* self, char*, char*, int, int);
@@ -56,15 +71,23 @@ class CurlRequest : private CurlClient {
 
   void socketClosed() override { states_.noteClosed(); }
   void finished(CURLcode result) override;
+  void begin();
+  bool beginAgain(CURLcode result);
+  void giveUp();
 
-  void setOptions(const std::string& url);
+  void setOptions();
   void setLimits();
   void setBodyOptions();
   void setObservers();
 
-  void endOfHead();
+  std::string hopAddress() const;
+  bool takeHeader(std::string_view line);
+  bool endOfHead();
+  bool follow(const std::string& hop);
   std::size_t takeBody(std::string_view bytes);
+  void callbackFailed(const char* why) noexcept;
   void conclude(CURLcode result);
+  void failByTransport(CURLcode result);
   void fail(long code, const std::string& info);
 
   struct EasyDeleter {
@@ -74,11 +97,18 @@ class CurlRequest : private CurlClient {
   std::string address_;
   BodyMode mode_;
   TransferLimits limits_;
+  std::int64_t site_;
   StateReporter states_;
+  SlowWatch slow_;
   std::shared_ptr<CurlLoop> loop_;
   std::unique_ptr<CURL, EasyDeleter> easy_;
   Authorization authorization_;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
+
+  RequestAddress target_;   // where the request has begun
+  RequestAddress next_;     // where it is to begin again, "" for nowhere
+  bool httpMayDo_ = false;  // the target says http, and https is a try
+  int redirects_ = 0;
 
   bool running_ = false;
   bool held_ = false;  // the headers have been told, the body not asked for yet
@@ -90,6 +120,8 @@ class CurlRequest : private CurlClient {
   std::size_t headBytes_ = 0;  // of all responses
   ResponseBody body_;
   std::size_t errorBodyBytes_ = 0;
+  std::string flaw_;                      // of the answer's head
+  std::array<char, 200> exception_ = {};  // which a callback has ended with
 
   long code_ = 0;
   std::string info_;

@@ -13,6 +13,7 @@
 #include "CurlLoop.h"
 #include "CurlRequest.h"
 #include "base/Text.h"
+#include "transfer/HttpsHosts.h"
 
 namespace mv {
 
@@ -33,6 +34,7 @@ class InternetTransfer::Private {
   InternetTransfer* q;
   int index;
   std::size_t textLimit = std::numeric_limits<std::size_t>::max();
+  std::int64_t site = 0;
   std::string address;
   std::string targetFolder;
   std::unique_ptr<CurlRequest> request;
@@ -60,7 +62,8 @@ void InternetTransfer::Private::start(const std::string& url, BodyMode mode) {
   holdMs = its.holdMs;
   executing = true;
   completed = false;
-  request = std::make_unique<CurlRequest>(url, mode, its, [this](TransferState state) { enqueue(state); });
+  request = std::make_unique<CurlRequest>(CurlRequest::Order{url, mode, its, site},
+                                          [this](TransferState state) { enqueue(state); });
   holding = mode == BodyMode::HeadersOnly;
   request->body().keepFileNear(targetFolder);
   request->start();
@@ -143,6 +146,8 @@ void InternetTransfer::Execute(const std::string& url, const std::string& operat
 
 void InternetTransfer::setTextLimit(std::size_t bytes) { d->textLimit = bytes; }
 
+void InternetTransfer::setSite(std::int64_t site) { d->site = site; }
+
 void InternetTransfer::cancel() { d->drop(); }
 
 bool InternetTransfer::StillExecuting() const { return d->executing; }
@@ -169,10 +174,16 @@ std::string InternetTransfer::ResponseAddress() const {
   return d->request ? d->request->responseAddress() : std::string();
 }
 
-void InternetTransfer::rememberCredentials(const std::string& address, const std::string& user,
-                                           const std::string& password) {
-  rememberHostCredentials(hostOf(address), {user, password});
+std::string InternetTransfer::TextEncoding() const {
+  return d->completed ? std::string(d->request->body().textEncoding()) : std::string();
 }
+
+void InternetTransfer::rememberLogin(std::int64_t site, const std::string& address, const std::string& user,
+                                     const std::string& password) {
+  rememberSiteLogin(site, hostOf(address), {user, password});
+}
+
+void InternetTransfer::addCookie(const std::string& line) { CurlLoop::current()->addCookie(line); }
 
 InternetTransfer::Limits& InternetTransfer::limits() {
   static Limits limits;
@@ -180,7 +191,8 @@ InternetTransfer::Limits& InternetTransfer::limits() {
 }
 
 void InternetTransfer::forgetSharedState() {
-  forgetHostCredentials();
+  forgetSiteLogins();
+  forgetHttpsHosts();
   CurlLoop::forgetCurrent();
 }
 

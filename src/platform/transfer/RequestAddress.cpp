@@ -126,6 +126,24 @@ std::optional<RequestAddress> toRequestAddress(std::string_view address) {
   return result;
 }
 
+void askByHttps(RequestAddress& address) {
+  constexpr std::string_view kHttp = "http://";
+  if (lowered(address.url.substr(0, kHttp.size())) != kHttp) return;
+  // The host anew: it may have borne the port of http.
+  address.url = std::string(kHttps) + address.host + address.url.substr(address.url.find('/', kHttp.size()));
+}
+
+std::string redirectTarget(const std::string& base, const std::string& location) {
+  const std::unique_ptr<CURLU, void (*)(CURLU*)> url(curl_url(), &curl_url_cleanup);
+  char* whole = nullptr;
+  if (!url || curl_url_set(url.get(), CURLUPART_URL, base.c_str(), 0) != CURLUE_OK ||
+      curl_url_set(url.get(), CURLUPART_URL, location.c_str(), CURLU_URLENCODE | CURLU_ALLOW_SPACE) != CURLUE_OK ||
+      curl_url_get(url.get(), CURLUPART_URL, &whole, 0) != CURLUE_OK)
+    return {};
+  const std::unique_ptr<char, void (*)(void*)> result(whole, &curl_free);
+  return result.get();
+}
+
 std::string hostOf(std::string_view address) {
   const auto target = toRequestAddress(address);
   return target ? target->host : std::string();

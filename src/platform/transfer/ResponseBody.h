@@ -2,10 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "BodySpool.h"
+#include "decoding/TextDecoding.h"
+#include "decoding/Unpacker.h"
 #include "transfer/TransferTypes.h"
 
 namespace mv {
@@ -17,11 +21,20 @@ class ResponseBody {
   // Before the first append: a large file is kept on the file system of this folder.
   void keepFileNear(const std::string& folder) { file_ = BodySpool(limits_.spoolThreshold, folder); }
 
-  // False when it is too much: a page over its limit, or what the disk refuses. failureCode() and failureText() then
-  // tell why.
+  // What the head says of the body that comes now; takes the place of an earlier one.
+  struct Announced {
+    std::string type;                    // Content-Type
+    std::string encoding;                // Content-Encoding
+    std::optional<std::uint64_t> bytes;  // Content-Length
+  };
+  void begin(const Announced& announced);
+  // False when it is not to be taken: a page over its limit or one that cannot be unpacked, a byte beyond the announced
+  // length of a file, what the disk refuses. failureCode() and failureText() then tell why.
   bool append(std::string_view bytes);
-  // After the last append, false as there. A page becomes UTF-8, from the charset that `contentType` names.
-  bool finish(const std::string& contentType);
+  // After the last append, false as there. A page is UTF-8 then.
+  bool finish();
+  // Gives back what has been received.
+  void discard();
 
   bool hasFailed() const { return !failureText_.empty(); }
   long failureCode() const { return failureCode_; }  // a CURLcode
@@ -30,17 +43,23 @@ class ResponseBody {
   // After finish(), see InternetTransfer.
   bool moveTo(AtomicFile& file) { return file_.moveTo(file); }
   std::string takeText();
+  std::string_view textEncoding() const { return decoder_.encoding(); }
   std::string takeChunk(std::size_t size, ChunkType type);
 
  private:
   bool appendText(std::string_view bytes);
+  bool takeUnpacked(std::string_view bytes);
+  bool appendFile(std::string_view bytes);
   bool written(bool success);
+  bool refuse(long code, std::string text);
 
   bool isText_;
   TransferLimits limits_;
-  std::string text_;
+  Announced announced_;
+  std::uint64_t received_ = 0;  // bytes: of a file as sent, of a page unpacked
+  Unpacker unpacker_;
+  TextDecoder decoder_;
   std::size_t textAt_ = 0;
-  std::size_t textChecked_ = 0;  // UTF-8 up to here
   BodySpool file_;
   long failureCode_ = 0;
   std::string failureText_;

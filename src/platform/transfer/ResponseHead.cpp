@@ -1,14 +1,17 @@
 #include "ResponseHead.h"
 
 #include <algorithm>
+#include <charconv>
 
-#include "transfer/TextDecoding.h"
+#include "TransportError.h"
+#include "decoding/TextDecoding.h"
 
 namespace mv {
 
 namespace {
 
 constexpr int kLastRequest = -1;
+constexpr long kPartialContent = 206;
 
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view kBlank = " \t\r\n";
@@ -71,8 +74,8 @@ ResponseHead::Event ResponseHead::take(std::string_view line) {
 void ResponseHead::begin(std::string_view statusLine) {
   open_ = true;
   curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status_);
-  const auto reason = behindBlank(behindBlank(statusLine));
-  reason_ = reason.empty() ? standardPhrase(status_) : decodeText(std::string(reason), {});
+  reason_ = asPlainLine(decodeText(behindBlank(behindBlank(statusLine)), {}));
+  if (reason_.empty()) reason_ = standardPhrase(status_);
 }
 
 std::vector<std::string> ResponseHead::fields(const char* name) const {
@@ -86,6 +89,24 @@ std::vector<std::string> ResponseHead::fields(const char* name) const {
 std::string ResponseHead::field(const char* name) const {
   const auto values = fields(name);
   return values.empty() ? std::string() : values.back();
+}
+
+std::optional<std::uint64_t> ResponseHead::announcedLength() const {
+  const std::string value = field("Content-Length");
+  std::uint64_t length = 0;
+  const auto result = std::from_chars(value.data(), value.data() + value.size(), length);
+  if (result.ec != std::errc()) return std::nullopt;
+  return length;
+}
+
+std::string ResponseHead::flaw(bool isFile) const {
+  const auto lengths = fields("Content-Length");
+  if (std::any_of(lengths.begin(), lengths.end(), [&](const auto& length) { return length != lengths.front(); }))
+    return "The server announces two different lengths";
+  if (status_ == kPartialContent) return "The server sends a part only, which was not asked for";
+  if (isFile && status_ >= 300 && status_ < 400)
+    return "The server redirects (" + std::to_string(status_) + ") without saying where to";
+  return {};
 }
 
 std::string ResponseHead::redirection() const {

@@ -3,6 +3,8 @@
 
 #include <curl/curl.h>
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,10 +24,12 @@ class ResponseHead {
 
   // 0 before a response has begun.
   long status() const { return status_; }
-  // UTF-8; the status's usual phrase when the server sent none.
+  // UTF-8, one plain line; the status's usual phrase when the server sent none.
   const std::string& reason() const { return reason_; }
   // Lines of this response are still missing.
   bool isOpen() const { return open_; }
+  // A whole head has come, and not only an interim one.
+  bool isComplete() const { return !open_ && status_ >= 200; }
 
   // All values of a header field, name without regard to case, in the order received.
   std::vector<std::string> fields(const char* name) const;
@@ -33,6 +37,10 @@ class ResponseHead {
   std::string field(const char* name) const;
   // Where libcurl goes on to: of several addresses the first. "" when this is no redirect.
   std::string redirection() const;
+  // The length that the body is announced with, in bytes; nothing when there is none, or none that is a number.
+  std::optional<std::uint64_t> announcedLength() const;
+  // Why the body of this answer is not what was asked for, "" when it may be. A file has to come with status 200.
+  std::string flaw(bool isFile) const;
   // Neither an interim response nor a redirect.
   bool isFinal() const { return status_ >= 200 && redirection().empty(); }
 

@@ -6,6 +6,7 @@
 
 namespace mv {
 
+class CookieFile;
 class DatabaseWatch;
 class frmDownloadManager;
 
@@ -44,6 +45,7 @@ class StartUp {
   void databaseLost();
 
   bool ended_ = false;
+  std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<DatabaseWatch> watch_;
   std::unique_ptr<frmDownloadManager> main_;
 };

@@ -16,6 +16,7 @@
 #include "scan/StoreTrouble.h"
 #include "scan/clsLinkParser.h"
 #include "store/Id.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -27,7 +28,7 @@ class ScanProcess : public Process {
   // Given by the opener before initWindow.
   Id SiteID = 0;
   std::string SiteName;  // the start address without "http://"
-  std::string Domain;
+  std::string Domain;    // taken from behind the scheme of a name that has one
   Id LoginFormID = 0;
   long DomainHops = 0;
 
@@ -61,6 +62,7 @@ class ScanProcess : public Process {
     std::int64_t linkId = 0;    // 0: its outcome is written
     std::string url = {};       // without parameters for a login's answer
     std::string location = {};  // its address without scheme and credentials
+    std::string encoding = {};  // of its text, see InternetTransfer::TextEncoding
     bool failed = false;
     bool isReadAgain = false;      // after a login that let the scan in
     bool isLoginAnswered = false;  // it let the scan in: to be read again
@@ -90,6 +92,7 @@ class ScanProcess : public Process {
   bool logIn();
   void report(const std::exception& error);
 
+  SiteLocation location_;
   clsLinkParser parser_;
   ScanQueue queue_{lvwLinks};
   PageWalk walk_{parser_};

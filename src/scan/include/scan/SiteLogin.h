@@ -8,6 +8,7 @@
 #include "scan/LoginRequest.h"
 #include "scan/ScanStatus.h"
 #include "store/Id.h"
+#include "transfer/SiteLocation.h"
 
 namespace mv {
 
@@ -19,9 +20,9 @@ struct PageForm {
 
 class SiteLogin {
  public:
-  // The scan starts, perhaps anew: reads the site's user name and password and gives them to all requests to the site,
-  // those of other windows too. `address`: the site's, without scheme. Raises DatabaseError.
-  void start(Id siteId, const std::string& address, Id formId);
+  // The scan starts, perhaps anew: reads the site's user name and password and gives them to all requests of the site
+  // to its own host, those of other windows too. Raises DatabaseError.
+  void start(Id siteId, const SiteLocation& location, Id formId);
 
   const std::string& userName() const { return userName_; }
   const std::string& password() const { return password_; }
@@ -49,12 +50,14 @@ class SiteLogin {
 
  private:
   void readCredentials();
+  // withCredentials() by the scheme of the site.
+  std::string withLogin(std::string_view address, std::string_view user, std::string_view password) const;
   void answered(const LoginRequest& request);
   void explain(const LoginRequest& request);
   bool isGivenUp() const;
 
   Id siteId_ = 0;
-  std::string siteAddress_;
+  SiteLocation site_;
   Id formId_ = 0;
   bool usesCredentials_ = false;
   std::string userName_;

@@ -89,6 +89,7 @@ class clsLinkParser {
   bool isOwnHost(const std::string& host) const;
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
+  void rememberHttpsHost();
   void insertUnlessKnown();
   // False: it has no room.
   bool insert();
@@ -101,6 +102,7 @@ class clsLinkParser {
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::vector<std::string> newHops_;            // of them, since the caching began
   AddressRoom roomBefore_;                      // when the caching began
+  std::string httpsHost_;                       // of the last absolute https link
   RuleSet globalRules_;
   RuleSet siteRules_;
 };

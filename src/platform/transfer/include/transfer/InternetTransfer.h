@@ -1,17 +1,21 @@
 // The asynchronous HTTP client: GET of an address, reported through a state-change signal, body read in pieces.
 //
-// All instances share one connection cache, DNS cache, cookie jar and HSTS list (in memory only), so what one window
-// logged in to, another is logged in to as well. Everything runs on the event loop of the thread that created the
-// instance; no call blocks.
+// All instances share one connection cache, DNS cache and cookie jar (in memory only), so what one window logged in to,
+// another is logged in to as well. Hosts that are known to speak https are asked by https, see HttpsHosts. Everything
+// runs on the event loop of the thread that created the instance; no call blocks.
 //
 // Addresses: "http://" or "https://"; without a scheme, http. "user:password@" before the host, each "%XX" of it one
 // byte, is sent to that host only (basic or digest authentication) and never shows in an error text. Redirects are
 // followed within http and https, at most 20. TLS certificates are verified.
-// Time-outs: 60 s to connect; a transfer slower than 1 byte/s for 60 s ends.
+// Time-outs: 60 s to connect; a transfer slower than 1 byte/s for 60 s, or than 100 bytes/s over five minutes, ends.
+// What ends with state 11 although the server has answered: a status of 400 or more, an answer that ends within its
+// header, a header over 256 KiB, two different lengths, a part (206) that was not asked for, a compressed page that is
+// not whole; of a file also a redirect to nowhere and the first byte beyond the announced length.
 #pragma once
 
 #include <QObject>
 #include <QString>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -38,6 +42,9 @@ class InternetTransfer : public QObject {
 
   // The longest text body that this instance takes, in bytes, within that of all (64 MiB). Read when a request starts.
   void setTextLimit(std::size_t bytes);
+
+  // From the next Execute on, requests carry the login that rememberLogin keeps for this site; 0, as at first: none.
+  void setSite(std::int64_t site);
 
   // Drops a running or held request without a signal.
   void cancel();
@@ -70,14 +77,24 @@ class InternetTransfer : public QObject {
   // The address that answered, after all redirects, without user information; "" before an answer.
   std::string ResponseAddress() const;
 
-  // From now on every request of the program to the host (and port) of `address` whose own address holds no user
-  // information carries these, as typed; another host never gets them. In memory only. Both empty: forgets the host's.
-  static void rememberCredentials(const std::string& address, const std::string& user, const std::string& password);
+  // The encoding that the completed text came in, by the name of the WHATWG Encoding Standard in lower case ("utf-8",
+  // "windows-1252"); see TextDecoder.
+  std::string TextEncoding() const;
+
+  // From now on every request of `site` (its id) to the host (and port) of `address` whose own address holds no user
+  // information carries these, as typed; another host never gets them, nor does another site use them. In memory only.
+  // Both empty: forgets the site's.
+  static void rememberLogin(std::int64_t site, const std::string& address, const std::string& user,
+                            const std::string& password);
+
+  // Puts a cookie, a line of the Netscape format, into the set of all, in place of one of the same name, path and
+  // domain; one that has expired removes that.
+  static void addCookie(const std::string& line);
 
   // Process-wide, for tests and slow lines. Read when a request starts.
   using Limits = TransferLimits;
   static Limits& limits();
-  // Forgets cookies, credentials, HSTS entries and idle connections of the whole program.
+  // Forgets cookies, logins, https hosts and idle connections of the whole program.
   static void forgetSharedState();
 
  Q_SIGNALS:

@@ -25,6 +25,12 @@ struct RequestAddress {
 // Empty when there is no usable host.
 std::optional<RequestAddress> toRequestAddress(std::string_view address);
 
+// The same address by https; one of another scheme than http stays as it is.
+void askByHttps(RequestAddress& address);
+
+// Where a redirect to `location` leads from `base`, both with scheme, as libcurl resolves it; "" when it is no address.
+std::string redirectTarget(const std::string& base, const std::string& location);
+
 // RequestAddress::host of `address`; "" when there is no usable host.
 std::string hostOf(std::string_view address);
 
