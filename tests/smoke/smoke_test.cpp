@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <fstream>
 
 #include "app/ErrorLog.h"
 #include "app/Settings.h"
@@ -72,6 +73,23 @@ TEST(SmokeTest, AKilledHarvestLosesNothingAndTheNextStartGoesOn) {
   const QString log = toQString(readFile(errorLogPath()));
   EXPECT_EQ(log.count("Log opened "), 2);
   EXPECT_EQ(log.count("Log closed "), 1);
+}
+
+TEST(SmokeTest, TheCookiesOfABrowserOpenASite) {
+  TestSite site;
+  site.setRule([](const Request& request) {
+    const auto cookie = request.headers.find("cookie");
+    if (cookie == request.headers.end() || cookie->second != "session=open") return Resource{.status = 403};
+    if (request.path == "/") return Resource{.body = "<a href=\"a.jpg\">"};
+    return Resource{.type = "image/jpeg", .body = fileOf('a', 20000)};
+  });
+  ProgramRun program(MORVANE_PROGRAM);
+  program.addAutoScanSite(site.host(), "10", "1", {"jpg"});
+  std::ofstream(gProgramFolder + "/cookies.txt")
+      << "# Netscape HTTP Cookie File\n127.0.0.1\tFALSE\t/\tFALSE\t0\tsession\topen\n";
+  ASSERT_TRUE(program.start());
+  EXPECT_TRUE(waitFor([&] { return savedFiles().contains("a.jpg"); }, 60'000));
+  EXPECT_TRUE(program.terminate());
 }
 
 }  // namespace

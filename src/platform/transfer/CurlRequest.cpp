@@ -354,10 +354,10 @@ void CurlRequest::conclude(CURLcode result) {
     fail(CURLE_WEIRD_SERVER_REPLY, flaw_);
   } else if (body_.hasFailed()) {
     fail(body_.failureCode(), body_.failureText());
+  } else if (!head_.isComplete() && (result == CURLE_OK || result == CURLE_PARTIAL_FILE)) {
+    fail(CURLE_PARTIAL_FILE, "The answer ends within its header");
   } else if (result != CURLE_OK) {
     failByTransport(result);
-  } else if (!head_.isComplete()) {
-    fail(CURLE_PARTIAL_FILE, "The answer ends within its header");
   } else {
     states_.raise(kResponseReceived);
     states_.raiseDisconnected();
