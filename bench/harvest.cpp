@@ -94,6 +94,8 @@ void printTotals(const Meter& meter, long errors, double idle) {
 void harvest(const std::string& address, const std::string& folder, long step) {
   mvtest::openProgramFolder(folder);
   const mv::Id site = mvbench::addSite(std::string(mv::withoutScheme(address)));
+  // A file of the same name from another folder of the site is no reason to pass one over.
+  mv::gDatabase.execute("update pref set overwrite_existing = \"yes\"");
   mvbench::Program program;
   auto& scan = program.scans().at(0)->process();
   auto& download = program.downloads().at(0)->process();

@@ -20,9 +20,9 @@ namespace {
 
 void printLinks(mv::StarLinks& stars, const std::string& address, const std::string& file) {
   std::ifstream input(file, std::ios::binary);
-  const std::string page =
-      mv::decodeText({std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()}, "text/html");
-  stars.begin(page, address + file, nullptr);
+  const std::string bytes{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+  const std::string page = mv::decodeText(bytes, "text/html");
+  stars.begin(page, address + file);
   std::printf("%s\n", file.c_str());
   for (std::string link; stars.next(link);)
     if (!link.empty()) std::printf("%s\n", link.c_str());

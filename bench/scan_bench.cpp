@@ -26,7 +26,7 @@ std::vector<mv::StarTag> shippedTags() {
 
 std::size_t linksOf(mv::clsPageScanner& scanner, mv::StarLinks& stars, const std::string& page) {
   scanner.setHtml(page);
-  stars.begin(scanner.html(), "http://www.host1.example/gallery/", nullptr);
+  stars.begin(scanner.html(), "http://www.host1.example/gallery/");
   std::size_t links = 0;
   std::string link;
   do {

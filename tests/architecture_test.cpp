@@ -26,6 +26,19 @@ std::string readAll(const fs::path& path) {
 
 const fs::path kRoot(MORVANE_SOURCE_DIR);
 
+// "Suite.Name" of every test.
+Names writtenTests() {
+  const std::regex head(R"(\nTEST(?:_[FP])?\((\w+),\s*(\w+)\))");
+  Names names;
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / "tests")) {
+    if (entry.path().extension() != ".cpp") continue;
+    const std::string source = readAll(entry.path());
+    for (std::sregex_iterator at(source.begin(), source.end(), head), end; at != end; ++at)
+      names.insert((*at)[1].str() + '.' + (*at)[2].str());
+  }
+  return names;
+}
+
 struct Room {
   std::string name;
   fs::path folder;
@@ -181,6 +194,26 @@ TEST_F(Architecture, OneRoomSpeaksToEachLibrary) {
   const Names transfers = filesIncluding("curl/");
   EXPECT_FALSE(transfers.empty());
   for (const std::string& file : transfers) EXPECT_TRUE(file.starts_with("transfer/")) << file;
+}
+
+TEST(Promises, EveryPromiseNamesATestThatIsThere) {
+  const std::string page = readAll(kRoot / "docs/promises.md");
+  const std::regex row(R"(\n\| ([^|]+) \| ([^|]+) \|)");
+  const std::regex name(R"(`([^`]+)`)");
+  const Names tests = writtenTests();
+  int promises = 0;
+  for (std::sregex_iterator at(page.begin(), page.end(), row), end; at != end; ++at) {
+    const std::string promise = (*at)[1], held = (*at)[2];
+    if (promise.starts_with("---") || promise == "promise") continue;
+    ++promises;
+    std::sregex_iterator named(held.begin(), held.end(), name);
+    EXPECT_NE(named, std::sregex_iterator()) << "nothing holds: " << promise;
+    for (; named != std::sregex_iterator(); ++named) {
+      const std::string test = (*named)[1];
+      EXPECT_TRUE(tests.contains(test) || fs::exists(kRoot / test)) << test << " is not there: " << promise;
+    }
+  }
+  EXPECT_GT(promises, 20);
 }
 
 }  // namespace

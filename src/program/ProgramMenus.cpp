@@ -114,7 +114,7 @@ Menu windowsMenu() {
 Menu helpMenu() {
   return {"mnuHelp",
           "&Help",
-          {{"mnuHelpOpen", "&Open Help", plain(openHelp)},
+          {{"mnuHelpOpen", "&Open Help", plain(openHelp), QKeySequence::HelpContents},
            {"mnuHelpOnlineManual", "Morvane2000 Online &Manual", page(supportPage("/morvane2000/manual.html"))},
            {"mnuHelpMorvaneHelpPage", "Morvane2000 &Help Page", page(supportPage("/morvane2000/help.html"))},
            {"mnuHelpMorvane99HomePage", "&Morvane2000 Home Page", page(supportPage("/morvane2000/index.html"))},

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QShortcut>
 #include <stdexcept>
 
 #include "app/DatabaseWatch.h"
@@ -12,6 +13,7 @@
 #include "app/Settings.h"
 #include "app/UserNotice.h"
 #include "base/Clock.h"
+#include "base/SingleRun.h"
 #include "base/Text.h"
 #include "net/CookieFile.h"
 #include "program/ProgramMenus.h"
@@ -85,7 +87,7 @@ StartUp::StartUp() { showNoticesInBoxes(); }
 StartUp::~StartUp() {
   watch_.reset();
   main_.reset();
-  closeProgramDatabase();
+  if (!single_ || single_->isFirst()) closeProgramDatabase();
 }
 
 bool StartUp::run(const std::string& executableFolder, const std::string& userFolder) {
@@ -95,6 +97,12 @@ bool StartUp::run(const std::string& executableFolder, const std::string& userFo
 
 bool StartUp::run(const std::string& programFolder) {
   setProgramFolder(programFolder);
+  single_ = std::make_unique<SingleRun>(gProgramFolder);
+  if (!single_->isFirst()) {
+    single_->callFirst();
+    ended_ = true;
+    return false;
+  }
   guarded("main", [&] {
     for (const auto step : {&StartUp::openData, &StartUp::openFrame, &StartUp::openSites, &StartUp::autoScan})
       if (!ended_) (this->*step)();
@@ -127,14 +135,24 @@ void StartUp::openFrame() {
   main_ = std::make_unique<frmDownloadManager>(programMenus());
   guarded("frmDownloadManager", [this] { main_->initWindow(); });
   main_->show();
+  single_->onCall([this] { raiseMain(); });
   watch_ = std::make_unique<DatabaseWatch>();
   QObject::connect(watch_.get(), &DatabaseWatch::lost, watch_.get(), [this] { databaseLost(); });
   if (isYes(gAutoUpdate)) main_->getFormUpdates();
   if (isYes(gHelpServer)) main_->getHelp();
 }
 
+void StartUp::raiseMain() {
+  main_->setWindowState(main_->windowState() & ~Qt::WindowMinimized);
+  main_->show();
+  main_->raise();
+  main_->activateWindow();
+}
+
 void StartUp::openSites() {
   showSingle<frmWebSites>();
+  const auto* newSite = new QShortcut(QKeySequence::New, main_.get());
+  QObject::connect(newSite, &QShortcut::activated, newSite, [] { showSingle<frmWebSites>()->newSite(); });
   main_->splash().showBriefly();
 }
 

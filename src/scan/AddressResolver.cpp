@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "HtmlCharacters.h"
 #include "base/Text.h"
@@ -16,9 +15,7 @@ constexpr std::string_view kHttps = "https";
 constexpr int kHttpPort = 80;
 constexpr int kHttpsPort = 443;
 
-bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
-
-bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+constexpr bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
 void appendEscaped(char c, std::string& out) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -127,10 +124,32 @@ std::string_view cleaned(std::string_view reference, std::string& room) {
   return room;
 }
 
+// The "special-query percent-encode set" of the URL standard, but for what is not ASCII.
+constexpr std::array<bool, 256> makeEscapedInQuery() {
+  std::array<bool, 256> table{};
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = isControl(static_cast<char>(i));
+  for (const char c : std::string_view(" \"#<>'")) table[static_cast<unsigned char>(c)] = true;
+  return table;
+}
+constexpr std::array<bool, 256> kEscapedInQuery = makeEscapedInQuery();
+
+bool isEscapedInQuery(char c) { return kEscapedInQuery[static_cast<unsigned char>(c)]; }
+
+void appendQuery(std::string_view query, std::string& link) {
+  link += '?';
+  while (!query.empty()) {
+    const auto escaped = std::find_if(query.begin(), query.end(), isEscapedInQuery);
+    const auto end = static_cast<std::size_t>(escaped - query.begin());
+    link += query.substr(0, end);
+    if (end == query.size()) return;
+    appendEscaped(query[end], link);
+    query.remove_prefix(end + 1);
+  }
+}
+
 }  // namespace
 
-void AddressResolver::setPage(std::string_view address, Encode encode) {
-  encode_ = std::move(encode);
+void AddressResolver::setPage(std::string_view address) {
   page_ = urlOf(isWebScheme(schemeOf(address)) ? std::string(address) : "http://" + std::string(address));
   setBaseUrl(page_);
 }
@@ -187,18 +206,6 @@ bool AddressResolver::resolveAny(std::string_view reference, std::string& link) 
   if (!schemeOf(reference).empty()) link.append(toUtf8(target.scheme())).append("://").append(userInfoOf(target));
   link.append(hostAndPortOf(target)).append(pathOf(target));
   return true;
-}
-
-// The "special-query percent-encode set" of the URL standard.
-void AddressResolver::appendQuery(std::string_view query, std::string& link) const {
-  constexpr std::string_view kEncoded = " \"#<>'";
-  const bool isAsciiOnly = std::all_of(query.begin(), query.end(), isAscii);
-  const std::string text = encode_ && !isAsciiOnly ? encode_(query) : std::string(query);
-  link += '?';
-  for (const char c : text) {
-    const bool stays = isAscii(c) && !isControl(c) && kEncoded.find(c) == std::string_view::npos;
-    stays ? link.push_back(c) : appendEscaped(c, link);
-  }
 }
 
 }  // namespace mv

@@ -55,6 +55,11 @@ std::size_t runOf(std::string_view text, std::size_t from, bool (*belongs)(char)
   return end;
 }
 
+std::string utf8Of(char32_t character) {
+  if (character < 0x80) return std::string(1, static_cast<char>(character));
+  return toUtf8(QString::fromUcs4(&character, 1));
+}
+
 bool isHexDigit(char c) { return isAsciiDigit(c) || (lowered(c) >= 'a' && lowered(c) <= 'f'); }
 
 // "Numeric character reference end state": what is no character is the replacement character, and the controls of 0x80
@@ -66,8 +71,7 @@ std::string numbered(std::string_view digits, int base) {
   if (parsed.ec != std::errc() || number == 0 || number > kHighestCharacter || isSurrogate) number = kReplacement;
   if (number >= 0x80 && number < 0xA0)
     return decodeText(std::string(1, static_cast<char>(number)), "text/html; charset=windows-1252");
-  const char32_t character = number;
-  return toUtf8(QString::fromUcs4(&character, 1));
+  return utf8Of(number);
 }
 
 // Cuts a reference off the front of `text`, which begins with "&", and appends what it means. False: it is none.
@@ -89,7 +93,7 @@ bool takeNamed(std::string_view& text, std::string& out) {
   if (found == namedReferences().end()) return false;
   const char next = end < text.size() ? text[end] : '\0';
   if (next != ';' && (found->second.needsSemicolon || next == '=')) return false;
-  out += toUtf8(QString::fromUcs4(&found->second.character, 1));
+  out += utf8Of(found->second.character);
   text.remove_prefix(next == ';' ? end + 1 : end);
   return true;
 }

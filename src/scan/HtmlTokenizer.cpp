@@ -1,6 +1,7 @@
 #include "scan/HtmlTokenizer.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -21,6 +22,21 @@ constexpr std::size_t kLettersInKey = 8;
 constexpr std::size_t kDeepest = 64;
 
 std::size_t slotOf(std::uint64_t key) { return static_cast<std::size_t>(key * kHashFactor >> 55U); }
+
+// Words of eight bytes; what placeInWord does needs the first byte in the lowest place.
+constexpr std::size_t kNearWords = std::endian::native == std::endian::little ? 3 : 0;
+
+// Where the first `c` of eight bytes is; 8 for none. A byte that is `c` becomes zero, and only zeros borrow from their
+// own highest bit; what is wrong about bytes behind the first does not matter.
+std::size_t placeInWord(const char* bytes, char c) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  word ^= kOnes * static_cast<unsigned char>(c);
+  const std::uint64_t zeros = (word - kOnes) & ~word & kHighBits;
+  return static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+}
 
 }  // namespace
 
@@ -43,6 +59,7 @@ void HtmlTokenizer::setWanted(const std::vector<Wanted>& wanted) {
   elements_.emplace_back();  // number 0 means a free slot
   for (const char* name : {"style", "xmp", "iframe", "noembed", "noframes", "title", "textarea"})
     elementOf(name).content = Content::RawText;
+  for (const char* name : {"iframe", "noembed", "noframes", "xmp"}) elementOf(name).needsEndTag = true;
   elementOf(kScript).content = Content::Script;
   elementOf("plaintext").content = Content::PlainText;
   elementOf("svg").content = Content::Svg;
@@ -92,13 +109,16 @@ void HtmlTokenizer::begin() {
   state_ = State::Data;
   tag_.attributes.clear();
   foreign_.clear();
+  unended_.clear();
 }
 
 bool HtmlTokenizer::advance(std::string_view page, std::size_t bytes) {
   page_ = page;
   stop_ = at_ + std::min(bytes, page.size() - at_);
   while (at_ < stop_) step();
-  return at_ >= page.size();
+  if (at_ < page.size() || !isUnended()) return at_ >= page.size();
+  goBackBehindTag();
+  return false;
 }
 
 inline void HtmlTokenizer::step() {
@@ -156,9 +176,14 @@ bool HtmlTokenizer::skip(Belongs belongs) {
 
 inline bool HtmlTokenizer::skipBlanks() { return skip(isHtmlBlank); }
 
-// Goes to the next `c`; false when the piece ends first.
+// Goes to the next `c`; false when the piece ends first. Mostly it is near, and memchr is for what is far.
 inline bool HtmlTokenizer::findNext(char c) {
   if (at_ >= stop_) return false;
+  for (std::size_t words = 0; words < kNearWords && stop_ - at_ >= sizeof(std::uint64_t); ++words) {
+    const std::size_t distance = placeInWord(page_.data() + at_, c);
+    at_ += distance;
+    if (distance < sizeof(std::uint64_t)) return true;
+  }
   const void* found = std::memchr(page_.data() + at_, c, stop_ - at_);
   at_ = found ? static_cast<std::size_t>(static_cast<const char*>(found) - page_.data()) : stop_;
   return found != nullptr;
@@ -347,10 +372,12 @@ void HtmlTokenizer::enterContent() {
   const bool isForeign = inForeignContent();
   if (!isSelfClosing_ && changesContent(isForeign) && foreign_.size() < kDeepest) foreign_.push_back(element_);
   if (isForeign) return;
-  if (element_->content == Content::RawText) state_ = State::RawText;
+  const bool isUnended = std::find(unended_.begin(), unended_.end(), element_) != unended_.end();
+  if (element_->content == Content::RawText && !isUnended) state_ = State::RawText;
   if (element_->content == Content::Script) state_ = State::ScriptData;
   if (element_->content == Content::PlainText) state_ = State::PlainText;
   rawElement_ = element_;
+  contentAt_ = at_;
 }
 
 // Does the element begin foreign content, or HTML in it ("integration point")?
@@ -411,6 +438,14 @@ void HtmlTokenizer::rawText() {
     if (tagStands("</", rawElement_->name)) return beginTag(at_ + 2, true);
     ++at_;
   }
+}
+
+bool HtmlTokenizer::isUnended() const { return state_ == State::RawText && rawElement_->needsEndTag; }
+
+void HtmlTokenizer::goBackBehindTag() {
+  unended_.push_back(rawElement_);
+  at_ = contentAt_;
+  state_ = State::Data;
 }
 
 void HtmlTokenizer::scriptData() {

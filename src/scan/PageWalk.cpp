@@ -62,7 +62,6 @@ void PageWalk::begin(Page page) {
   parser_.Room = {.bytes = isFull ? 0 : std::ssize(page.text) * kRoomPerByte + kLeastRoom};
   scanner_.setHtml(std::move(page.text));
   address_ = std::move(page.address);
-  encode_ = std::move(page.encode);
   now_ = {.starsDue = stars_.hasTags() && isHtml(page.contentType),
           .isOver = tags_.empty(),  // tags with a star find the base themselves
           .basePath = std::move(page.basePath)};
@@ -122,7 +121,7 @@ bool PageWalk::beginNextSearch() {
     now_.starsDue = false;
     now_.phase = Phase::Stars;
     scanner_.restart();
-    stars_.begin(scanner_.html(), address_, encode_);
+    stars_.begin(scanner_.html(), address_);
     return true;
   }
   if (now_.tag >= tags_.size()) return false;
@@ -144,7 +143,7 @@ std::int64_t PageWalk::leftOut() {
 }
 
 void PageWalk::end() {
-  stars_.begin({}, {}, nullptr);
+  stars_.begin({}, {});
   scanner_.setHtml({});
 }
 

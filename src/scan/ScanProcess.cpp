@@ -1,5 +1,6 @@
 #include "scan/ScanProcess.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "BasePath.h"
@@ -8,7 +9,6 @@
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/WebAddress.h"
-#include "decoding/Encoding.h"
 #include "net/Address.h"
 #include "net/StoredAddress.h"
 #include "scan/ScanTexts.h"
@@ -20,7 +20,8 @@ namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 3000;  // milliseconds
+constexpr int kWorkInterval = 3000;   // milliseconds
+constexpr int kShortestRound = 1000;  // milliseconds
 
 }  // namespace
 
@@ -86,7 +87,18 @@ void ScanProcess::fillQueue() {
     parser_.InitializeDomainHopper();
     started_ = true;
   }
-  enableWorkTimer();
+  const int idle = idleTime();
+  if (idle == 0)
+    enableWorkTimer();
+  else
+    QTimer::singleShot(idle, this, [this] { run([this] { enableWorkTimer(); }); });
+}
+
+// Milliseconds. A round of nothing but the start page is asked for once a second at most, however short the work
+// timer's interval is: with pauses it never comes that soon.
+int ScanProcess::idleTime() const {
+  if (queue_.rowsAdded() > 1 || !sinceStartPage_.isValid()) return 0;
+  return static_cast<int>(std::max<qint64>(0, kShortestRound - sinceStartPage_.elapsed()));
 }
 
 void ScanProcess::crawlStep() {
@@ -141,7 +153,9 @@ void ScanProcess::takeUp(int index) {
   const WorkRow& row = lvwLinks.row(index);
   page_ = {.linkId = row.linkId, .url = plainAddress(row.url), .isReadAgain = row.linkId == readAgainId_};
   if (page_.isReadAgain) readAgainId_ = 0;
-  page_.location = row.linkId == ScanQueue::kStartPageLinkId ? location_.address() : page_.url;
+  const bool isStartPage = row.linkId == ScanQueue::kStartPageLinkId;
+  if (isStartPage) sinceStartPage_.start();
+  page_.location = isStartPage ? location_.address() : page_.url;
   showPage();
   queue_.takeUp(index);
   rowTaken(index);
@@ -172,12 +186,10 @@ void ScanProcess::transferEvent(int state) {
   page_.encoding = Inet2.TextEncoding();
   if (page_.linkId == ScanQueue::kStartPageLinkId && !login_.isAnswerDue())
     parser_.setAnsweringHost(hostOf(Inet2.ResponseAddress()));
-  walk_.begin(
-      {.text = Inet2.TakeText(),
-       .basePath = computeBasePath(),
-       .address = answeringAddress(),
-       .contentType = Inet2.GetHeader("Content-Type"),
-       .encode = [encoding = page_.encoding](std::string_view query) { return encodedForQuery(query, encoding); }});
+  walk_.begin({.text = Inet2.TakeText(),
+               .basePath = computeBasePath(),
+               .address = answeringAddress(),
+               .contentType = Inet2.GetHeader("Content-Type")});
   walkPage();
 }
 
@@ -288,8 +300,11 @@ std::string ScanProcess::computeBasePath() const {
 // page wrote it.
 std::string ScanProcess::answeringAddress() const {
   std::string answered = Inet2.ResponseAddress();
+  const std::string_view address = withoutScheme(answered);
   const auto asked = toRequestAddress(page_.location);
-  return asked && withoutScheme(asked->url) == withoutScheme(answered) ? page_.location : answered;
+  if (asked && withoutScheme(asked->url) == address)
+    answered.replace(answered.size() - address.size(), address.size(), page_.location);
+  return answered;
 }
 
 void ScanProcess::failed(const std::exception& error) {

@@ -37,7 +37,7 @@ void StarLinks::setTags(const std::vector<StarTag>& tags) {
     want(tag.element, tag.attribute, holds);
   }
   tokenizer_.setWanted(wanted_);
-  begin({}, {}, nullptr);
+  begin({}, {});
 }
 
 void StarLinks::want(const std::string& element, const std::string& attribute, Holds holds) {
@@ -53,9 +53,9 @@ void StarLinks::want(const std::string& element, const std::string& attribute, H
   holds_[static_cast<std::size_t>(known - wanted_.begin())].push_back(holds);
 }
 
-void StarLinks::begin(std::string_view page, std::string_view address, AddressResolver::Encode encode) {
+void StarLinks::begin(std::string_view page, std::string_view address) {
   page_ = page;
-  resolver_.setPage(address, std::move(encode));
+  resolver_.setPage(address);
   hasBase_ = false;
   if (found_.capacity() > kRememberedFound) found_ = {};
   given_ = passed_ = 0;
@@ -89,7 +89,8 @@ bool StarLinks::seek(std::size_t bytes) {
 
 bool StarLinks::next(std::string& link) {
   link.clear();
-  seek(page_.size());
+  while (!seek(page_.size())) {
+  }
   if (next_ == found_.size()) return false;
   follow(found_[next_++], link);
   ++given_;

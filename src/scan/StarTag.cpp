@@ -37,7 +37,7 @@ Parts partsOf(std::string_view text) {
   text.remove_prefix(1);
   parts.element = takeName(text);
   const std::string_view behind = withoutBlanks(text);
-  parts.hasStar = text.size() > 2 && isHtmlBlank(text.front()) && behind.starts_with('*');
+  parts.hasStar = !text.empty() && isHtmlBlank(text.front()) && behind.starts_with('*');
   if (!behind.starts_with('*')) return parts;
   text = behind.substr(1);
   parts.hasStar = parts.hasStar && (text.empty() || isHtmlBlank(text.front()));

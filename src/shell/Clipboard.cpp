@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextDocumentFragment>
@@ -38,7 +39,24 @@ Selection activeSelection() {
   return {};
 }
 
+class SelectionKeeper : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::FocusOut || !qobject_cast<QLineEdit*>(watched)) return false;
+    if (static_cast<QFocusEvent*>(event)->reason() != Qt::MenuBarFocusReason) return false;
+    QFocusEvent asUnderAPopup(QEvent::FocusOut, Qt::PopupFocusReason);
+    watched->event(&asUnderAPopup);
+    return true;
+  }
+};
+
 }  // namespace
+
+void keepSelectionsUnderMenus() {
+  static SelectionKeeper* const keeper = new SelectionKeeper(qApp);
+  qApp->installEventFilter(keeper);
+}
 
 void cutToClipboard() {
   const Selection selection = activeSelection();

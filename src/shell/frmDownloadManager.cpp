@@ -17,6 +17,7 @@
 #include "desktop/Dialogs.h"
 #include "desktop/Twips.h"
 #include "help_windows/OnlineUpdates.h"
+#include "shell/Clipboard.h"
 #include "shell/frmSplash.h"
 #include "store/LinkCleaner.h"
 #include "store/WindowPlaces.h"
@@ -69,6 +70,7 @@ void frmDownloadManager::addItem(QMenu& menu, const MenuItem& item) {
   entry->setObjectName(toQString(item.name));
   if (entry->isSeparator()) return;
   entry->setEnabled(static_cast<bool>(item.work));
+  entry->setShortcut(item.shortcut);
   if (item.work)
     connect(entry, &QAction::triggered, this, [this, item] { guarded(item.name.c_str(), [&] { item.work(*this); }); });
 }
@@ -87,6 +89,7 @@ void frmDownloadManager::layOut() {
 }
 
 void frmDownloadManager::wire() {
+  keepSelectionsUnderMenus();
   timerQuit.setInterval(kTimerQuitInterval);
   connect(&timerQuit, &QTimer::timeout, this, [] { clearAndEndProgram(); });
   connect(&events(), &Events::sitesStarting, this, [this] { guarded("frmDownloadManager", [this] { getMessage(); }); });

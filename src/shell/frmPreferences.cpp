@@ -114,8 +114,6 @@ void frmPreferences::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     auto* focused = qobject_cast<QPushButton*>(focusWidget());
     (focused ? focused : btnClose_)->click();
-  } else if (event->key() == Qt::Key_Escape) {
-    closeRequested();
   } else {
     ChildWindow::keyPressEvent(event);
   }
@@ -132,8 +130,9 @@ void frmPreferences::buildTabs() {
   SSTabPrefs_->addTab(makeGeneralTab(), "General");
   btnClose_ = named(new QPushButton("&Close"), "btnClose");
   btnClose_->setToolTip("Closes the Preferences window");
+  auto* lblClosing = named(makeText("Close keeps the changes. The close box of the window drops them."), "lblClosing");
   auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
+  buttons->addWidget(lblClosing, 1);
   buttons->addWidget(btnClose_);
   auto* whole = new QVBoxLayout(this);
   whole->addWidget(SSTabPrefs_);
@@ -216,8 +215,10 @@ QWidget* frmPreferences::makeAutoHideTab() {
 QWidget* frmPreferences::makeAutoUpdateTab() {
   chkAutoUpdate_ = named(new QCheckBox("Automatically update my Form Definition database"), "chkAutoUpdate");
   return makeTab({makeFrame("frmAutoUpdate", "AutoUpdate Setting",
-                            {makeText("When the program starts it asks the update server for login forms that it does "
-                                      "not know yet."),
+                            {makeText("A form definition tells the program how the login page of a kind of web site is "
+                                      "filled in. With this option it asks the update server at every start for "
+                                      "definitions that it does not know yet, and adds them to the Form Manager; forms "
+                                      "that are there stay as they are."),
                              chkAutoUpdate_})});
 }
 

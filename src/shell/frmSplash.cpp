@@ -7,7 +7,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/Settings.h"
+#include "base/Text.h"
 #include "desktop/Dialogs.h"
+#include "transfer/InternetTransfer.h"
 
 namespace mv {
 
@@ -24,6 +27,12 @@ QLabel* centredLabel(const QString& text, qreal scale, bool bold) {
   label->setFont(font);
   label->setAlignment(Qt::AlignCenter);
   return label;
+}
+
+QString detailsText() {
+  return QString("MIT licence\n\nQt %1, %2, %3\n\nProgram folder: %4")
+      .arg(qVersion(), toQString(Database::engineVersion()), toQString(InternetTransfer::libraryVersion()),
+           toQString(gProgramFolder));
 }
 
 }  // namespace
@@ -46,6 +55,11 @@ frmSplash::frmSplash(QWidget* owner) : QFrame(owner, Qt::Dialog | Qt::FramelessW
   layout->addWidget(centredLabel(applicationTitle(), 2.0, true));
   layout->addWidget(centredLabel("Version " + QApplication::applicationVersion(), 1.0, false));
   layout->addWidget(centredLabel("Harvests files from web sites", 1.1, false));
+  details_ = centredLabel({}, 1.0, false);
+  details_->setObjectName("lblDetails");
+  details_->setTextFormat(Qt::PlainText);
+  details_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  layout->addWidget(details_);
   layout->addSpacing(8);
   layout->addWidget(close_, 0, Qt::AlignHCenter);
 
@@ -56,12 +70,15 @@ frmSplash::frmSplash(QWidget* owner) : QFrame(owner, Qt::Dialog | Qt::FramelessW
 
 void frmSplash::showBriefly() {
   close_->hide();
+  details_->hide();
   showCentred();
   closingTimer.start();
 }
 
 void frmSplash::showUntilClosed() {
   closingTimer.stop();
+  details_->setText(detailsText());
+  details_->show();
   close_->show();
   showCentred();
   raise();

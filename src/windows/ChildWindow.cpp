@@ -1,6 +1,7 @@
 #include "windows/ChildWindow.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QStyle>
@@ -123,6 +124,13 @@ bool ChildWindow::unload() {
 
 void ChildWindow::closeRequested() {
   run([this] { unload(); });
+}
+
+void ChildWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+    closeRequested();
+  else
+    QWidget::keyPressEvent(event);
 }
 
 void ChildWindow::closeEvent(QCloseEvent* event) {

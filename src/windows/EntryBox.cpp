@@ -18,6 +18,11 @@ bool isWanted(QChar character, EntryBox::Accepts accepts) {
       return character != QLatin1Char('"') && character != QLatin1Char('\'');
     case EntryBox::Accepts::NoApostropheKey:
       return character != QLatin1Char('\'');
+    case EntryBox::Accepts::OneLine: {
+      using enum QChar::Category;
+      const QChar::Category category = character.category();
+      return category != Other_Control && category != Separator_Line && category != Separator_Paragraph;
+    }
     case EntryBox::Accepts::AnyText:
       break;
   }
@@ -52,7 +57,8 @@ class CleaningValidator : public QValidator {
 
 EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent), accepts_(accepts) {
   setObjectName(objectName);
-  if (accepts == Accepts::Digits || accepts == Accepts::NoQuotes) setValidator(new CleaningValidator(accepts, this));
+  if (accepts == Accepts::Digits || accepts == Accepts::NoQuotes || accepts == Accepts::OneLine)
+    setValidator(new CleaningValidator(accepts, this));
 }
 
 void EntryBox::keyPressEvent(QKeyEvent* event) {

@@ -29,7 +29,7 @@ ListWindow::ListWindow(const QString& caption, int width, int height)
       editChosen();
     });
   });
-  connect(list_, &ListView::deletePressed, this, [this] { run([this] { deleteChosen(); }); });
+  connect(list_, &ListView::deletePressed, this, [this] { run([this] { deleteByKey(); }); });
 }
 
 QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTip, const QIcon& icon,

@@ -1,6 +1,7 @@
 #include "windows/RecordEditor.h"
 
 #include <QLabel>
+#include <QTabWidget>
 #include <algorithm>
 
 #include "store/Sequence.h"
@@ -50,7 +51,16 @@ bool RecordEditor::isComplete(Choice choice) {
   const auto failed = std::find_if(all.begin(), all.end(), [](const Check& check) { return check.failed; });
   if (failed == all.end()) return true;
   showMessage(this, failed->title ? QString(failed->title) : applicationTitle(), failed->text, failed->icon);
+  if (failed->box && !isUnloaded()) bringTo(failed->box);
   return false;
+}
+
+void RecordEditor::bringTo(QWidget* box) {
+  for (QWidget* page = box; page != this; page = page->parentWidget())
+    // The pages of a tab control stand in a stack of its own.
+    if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget()); tabs && tabs->indexOf(page) >= 0)
+      tabs->setCurrentWidget(page);
+  box->setFocus();
 }
 
 bool RecordEditor::save() {

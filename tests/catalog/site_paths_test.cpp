@@ -92,18 +92,36 @@ TEST_F(SitePaths, APasswordInTheSitesAddressIsNotShown) {
   EXPECT_FALSE(dialogs.folderRequests[0].prompt.contains("secret"));
 }
 
-TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndNothingIsAsked) {
-  open({"gif"});
+TEST_F(SitePaths, AFolderThatCannotBeMadeIsReportedAndDoesNotBlockBrowse) {
+  open({"gif"}, "");
+  dialogs.nextFolders = {std::nullopt, "/good"};
   control<QLineEdit>(window, "txtPath").setText("/proc/none/of/this");
-  click(window, "cmdBrowse");
-  EXPECT_EQ(dialogs.messages().size(), 1u);
-  EXPECT_TRUE(dialogs.folderRequests.empty());
-  EXPECT_EQ(count("site_paths"), 0);
+  for (const int asked : {1, 2}) {
+    click(window, "cmdBrowse");
+    EXPECT_NE(lastMessage().find("/proc/none/of/this cannot be created"), std::string::npos);
+    EXPECT_EQ(dialogs.folderRequests.size(), static_cast<std::size_t>(asked));
+  }
+  EXPECT_EQ(stored("gif"), "/good");
 
   control<QLineEdit>(window, "txtPath").clear();
   click(window, "cmdBrowse");
-  ASSERT_EQ(dialogs.folderRequests.size(), 1u);
-  EXPECT_EQ(dialogs.folderRequests[0].initialFolder.toStdString(), mv::gProgramFolder);
+  EXPECT_EQ(dialogs.folderRequests.back().initialFolder.toStdString(), mv::gProgramFolder);
+}
+
+TEST_F(SitePaths, ATypedFolderIsStoredOrItIsSaidWhyNot) {
+  open({"gif"});
+  const QString typed = QString::fromStdString(folder()) + "/typed/../typed here";
+  type(window, "txtPath", typed);
+  QTest::keyClick(&control<QLineEdit>(window, "txtPath"), Qt::Key_Return);
+  EXPECT_EQ(stored("gif"), folder() + "/typed here");
+  EXPECT_TRUE(std::filesystem::is_directory(folder() + "/typed here"));
+  EXPECT_EQ(shown().toStdString(), folder() + "/typed here");
+
+  type(window, "txtPath", "/proc/none/of/this");
+  QTest::keyClick(&control<QLineEdit>(window, "txtPath"), Qt::Key_Return);
+  EXPECT_NE(lastMessage().find("cannot be created"), std::string::npos);
+  EXPECT_EQ(stored("gif"), folder() + "/typed here");
+  EXPECT_EQ(shown().toStdString(), folder() + "/typed here");
 }
 
 }  // namespace

@@ -72,6 +72,18 @@ TEST_F(HelpWindowTest, ASubjectThenATopicThenItsText) {
   EXPECT_EQ(WindowRegistry::instance().windows().size(), 1u);
 }
 
+TEST_F(HelpWindowTest, EscapeClosesItWhereverTheFocusIs) {
+  for (const char* name : {"lvwSubjects", "cmboTopics", "txtHelp", "SSTab1"}) {
+    frmHelp* window = open();
+    auto& place = control<QWidget>(window, name);
+    auto* tabs = qobject_cast<QTabWidget*>(&place);
+    QWidget* focused = tabs ? tabs->tabBar() : &place;
+    focused->setFocus();
+    QTest::keyClick(focused, Qt::Key_Escape);
+    EXPECT_FALSE(WindowRegistry::instance().isLoaded(window)) << name;
+  }
+}
+
 TEST_F(HelpWindowTest, SubjectsWithoutTopicsLeaveTheDropDownAsItIs) {
   gDatabase.execute("delete from help_info");
   addTopic(11, "Sites", "A", "text of A");

@@ -94,6 +94,10 @@ TEST(HtmlTokenizer, FindsWhatTheStandardCallsAStartTag) {
       {"ends at its own end tag only",
        "<title></titles></ title></style>" + link + "</TITLE\n a='>'>" + link,
        {"a href=x"}},
+      {"an unended iframe does not swallow the rest",
+       "<iframe/>" + link + "<noframes>" + link + "</noframes>" + link + "<iframe>" + link,
+       {"a href=x", "a href=x", "a href=x"}},
+      {"an unended title does", "<title>" + link, {}},
       {"a slash makes it no empty element", "<title/>" + link, {}},
       {"noscript is read, as by a browser without scripts", "<noscript>" + link + "</noscript>", {"a href=x"}},
       {"plaintext never ends", "<plaintext>" + link + "</plaintext>" + link, {}},
@@ -117,13 +121,14 @@ TEST(HtmlTokenizer, FindsWhatTheStandardCallsAStartTag) {
 // One pass over the page, whatever never ends in it.
 TEST(HtmlTokenizer, HostilePagesAreReadOnce) {
   for (const std::string piece :
-       {"<", "<!", "</", "<a ", "<a b=", "<a b='", "<!--", "--", "<script><!--", "</script", "<title>", "<svg><p>",
-        "<svg>", "<![CDATA[", "]]", "<a href=x>", "<a =", "a", "<math><mi>"}) {
+       {"<",  "<!",           "</",       "<a ",     "<a b=",      "<a b='",    "<!--",
+        "--", "<script><!--", "</script", "<title>", "<svg><p>",   "<svg>",     "<![CDATA[",
+        "]]", "<a href=x>",   "<a =",     "a",       "<math><mi>", "<iframe/>", "<xmp><noframes>"}) {
     std::string page;
-    while (page.size() < 8'000'000) page += piece;
+    while (page.size() < 2'000'000) page += piece;
     const std::clock_t start = std::clock();
     tagsOf(page, 1000);
-    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC) << piece;
+    EXPECT_LT(std::clock() - start, 2 * CLOCKS_PER_SEC) << piece;
   }
 }
 

@@ -112,6 +112,16 @@ TEST_F(ScanProcessTest, OneCycleKeepsToItsBudgetAndTheNextGoesOn) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(site.requestCount("/p" + std::to_string(i) + ".htm"), 1);
 }
 
+TEST_F(ScanProcessTest, AnIdleScanAsksForItsStartPageOnceASecond) {
+  site.page("/", "nothing");
+  prepare(process);
+  process.tmrOKToDownload.setInterval(0);
+  process.initWindow();
+  ASSERT_TRUE(waitFor([this] { return pages.count() >= 1; }));
+  waitFor([] { return false; }, 1500);
+  EXPECT_EQ(site.requestCount("/"), 2);
+}
+
 TEST_F(ScanProcessTest, TheQueueHoldsWaitingPagesOnlyAndTheStartPageFirst) {
   addLink(10, "h/file.jpg", "File");
   addLink(11, "h/done.htm", "Document", "Done");

@@ -106,7 +106,7 @@ std::string resolved(const AddressResolver& resolver, const std::string& referen
 // RFC 3986, sections 5.4.1 and 5.4.2, without fragments and without the scheme of the base.
 TEST(AddressResolver, ResolvesTheExamplesOfTheRfc) {
   AddressResolver resolver;
-  resolver.setPage("http://a/b/c/d;p?q", nullptr);
+  resolver.setPage("http://a/b/c/d;p?q");
   const struct {
     const char *reference, *link;
   } cases[] = {{"g:h", ""},
@@ -154,7 +154,7 @@ TEST(AddressResolver, ResolvesTheExamplesOfTheRfc) {
 
 TEST(AddressResolver, WritesAddressesAsTheyAreStored) {
   AddressResolver resolver;
-  resolver.setPage("Host1:80/g/caf\u00E9/p.htm", nullptr);
+  resolver.setPage("Host1:80/g/caf\u00E9/p.htm");
   const struct {
     const char *reference, *link;
   } cases[] = {{"http://HOST2", "http://host2/"},
@@ -168,7 +168,7 @@ TEST(AddressResolver, WritesAddressesAsTheyAreStored) {
                {" \r\n a\tb\n.htm ", "host1/g/caf\u00E9/ab.htm"},
                {"a b.jpg", "host1/g/caf\u00E9/a b.jpg"},
                {"\u00E4%20%C3%A4%7E%2F%zz%.jpg", "host1/g/caf\u00E9/\u00E4%20%C3%A4%7E%2F%zz%.jpg"},
-               {"../\u00E4?\u00E4=a b\"'<>%20|", "host1/g/\u00E4?%C3%A4=a%20b%22%27%3C%3E%20|"},
+               {"../\u00E4?\u00E4=a b\"'<>%20|", "host1/g/\u00E4?\u00E4=a%20b%22%27%3C%3E%20|"},
                {"?", "host1/g/caf\u00E9/p.htm?"},
                {"it's|so[1].htm", "host1/g/caf\u00E9/it's|so[1].htm"},
                {"a%3Fb%23c?d?e", "host1/g/caf\u00E9/a%3Fb%23c?d?e"},
@@ -188,9 +188,6 @@ TEST(AddressResolver, WritesAddressesAsTheyAreStored) {
                {"a:b", ""},
                {"./a:b", "host1/g/caf\u00E9/a:b"}};
   for (const auto& c : cases) EXPECT_EQ(resolved(resolver, c.reference), c.link) << c.reference;
-
-  resolver.setPage("h/p", [](std::string_view) { return std::string("\xE4"); });
-  EXPECT_EQ(resolved(resolver, "\u00E4?\u00E4"), "h/\u00E4?%E4") << "the page's own set, in the query only";
 }
 
 TEST(AddressResolver, ABaseIsResolvedItself) {
@@ -201,7 +198,7 @@ TEST(AddressResolver, ABaseIsResolvedItself) {
       {"https://h2", "h2/x"}, {"mailto:me@here", "h/a/x"}, {"http://a b/", "h/a/x"}, {" /q/ ", "h/q/x"}};
   for (const auto& c : cases) {
     AddressResolver resolver;
-    resolver.setPage("https://h/a/p.htm", nullptr);
+    resolver.setPage("https://h/a/p.htm");
     resolver.setBase(c.base);
     EXPECT_EQ(resolved(resolver, "x"), c.link) << c.base;
   }
@@ -213,9 +210,9 @@ TEST(AddressResolver, SimpleReferencesComeToTheSame) {
                                 ";", "=",  "+", ",",  "x.htm", "$",  "!",   "(", "*"};
   std::mt19937 random(5);
   AddressResolver resolver;
-  resolver.setPage("http://host1/d/e/f.htm?q", nullptr);
+  resolver.setPage("http://host1/d/e/f.htm?q");
   AddressResolver deeper;
-  deeper.setPage("http://host1/d/e/z/f.htm", nullptr);
+  deeper.setPage("http://host1/d/e/z/f.htm");
   for (int round = 0; round < 5000; ++round) {
     std::string path = "s";
     for (auto left = random() % 6; left > 0; --left) path += pieces[random() % std::size(pieces)];
@@ -227,7 +224,7 @@ TEST(AddressResolver, SimpleReferencesComeToTheSame) {
 }
 
 std::vector<std::string> linksOf(mv::StarLinks& stars, const std::string& page, std::size_t stretch) {
-  stars.begin(page, "http://host1/d/p.htm", nullptr);
+  stars.begin(page, "http://host1/d/p.htm");
   std::vector<std::string> links;
   std::string link;
   do {
@@ -271,7 +268,7 @@ TEST(StarLinks, ComeInTheOrderOfThePage) {
   // Back to any place, whatever has been given since.
   const std::string page = "<a href=0><a href=1><base href=/b/><a href=2><a href=3>";
   for (std::size_t back = 0; back <= 4; ++back) {
-    stars.begin(page, "host1/d/p.htm", nullptr);
+    stars.begin(page, "host1/d/p.htm");
     std::string link;
     for (std::size_t given = 0; given < 4; ++given) stars.next(link);
     stars.goBack(back);

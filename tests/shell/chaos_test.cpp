@@ -1,12 +1,17 @@
 // Ten sites at work while their windows, and the managers', are hidden, shown, ended, closed and opened in no order at
-// all. The order comes from a seed that is printed; MORVANE_CHAOS_SEED repeats it, MORVANE_CHAOS_SECONDS makes it
-// longer.
+// all, while another program holds the lock of the database, while the database is full or away for a moment, and while
+// the server cuts its answers off. The order comes from a seed that is printed; MORVANE_CHAOS_SEED repeats it,
+// MORVANE_CHAOS_SECONDS makes it longer.
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <chrono>
+#include <filesystem>
 #include <random>
 #include <set>
+#include <thread>
 
+#include "database/RawStatement.h"
 #include "download_windows/frmDownload.h"
 #include "program/ProgramMenus.h"
 #include "scan_windows/frmScan.h"
@@ -74,9 +79,13 @@ class ChaosTest : public ProgramTest {
     const auto quicken = [](QTimer& timer) {
       if (timer.interval() != kTickMs) timer.setInterval(kTickMs);
     };
+    const auto hasten = [&](Process& process) {
+      quicken(process.tmrOKToDownload);
+      quicken(process.tmrWaitForAWhile);
+    };
     for (ChildWindow* window : WindowRegistry::instance().windows()) {
-      if (auto* scan = dynamic_cast<frmScan*>(window)) quicken(scan->process().tmrOKToDownload);
-      if (auto* download = dynamic_cast<frmDownload*>(window)) quicken(download->process().tmrOKToDownload);
+      if (auto* scan = dynamic_cast<frmScan*>(window)) hasten(scan->process());
+      if (auto* download = dynamic_cast<frmDownload*>(window)) hasten(download->process());
     }
   }
 
@@ -124,8 +133,73 @@ class ChaosTest : public ProgramTest {
     control<QAbstractButton>(preferences, kButtons[pick(std::size(kButtons))]).click();
   }
 
+  // --- what befalls the database and the network; calmDown() ends it
+
+  // As a backup does: another connection has the right to write for a while.
+  void lockDatabase() {
+    if (locking_.joinable()) return;
+    locking_ = std::jthread([path = gDatabasePath, milliseconds = pick(400)] {
+      Database other;
+      try {
+        other.open(path);
+        other.execute("begin immediate");
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        other.execute("rollback");
+      } catch (const DatabaseError&) {
+        // It is away, or somebody else was quicker.
+      }
+    });
+  }
+  void fillDatabase() {
+    const std::int64_t pages = gDatabase.query("pragma page_count").number("page_count");
+    gDatabase.query(rawStatement("pragma max_page_count = " + std::to_string(pages)));
+  }
+  void moveDatabase() {
+    std::error_code ignored;
+    std::filesystem::rename(gDatabasePath, away(), ignored);
+  }
+  std::string away() const { return gDatabasePath + ".away"; }
+  void cutConnections() {
+    static constexpr Fault kFaults[] = {Fault::Refuse, Fault::Reset, Fault::ShortBody, Fault::Garbage};
+    const std::string start = startOf(pick(kSites));
+    const std::string number = std::to_string(pick(kPages));
+    const Fault fault = kFaults[pick(std::size(kFaults))];
+    web_.add(start + number + ".jpg", {.type = "image/jpeg", .body = std::string(3000, 'p'), .fault = fault});
+    web_.add(start + number + ".html", {.body = std::string(3000, 'h'), .fault = fault});
+  }
+  void befall() {
+    switch (pick(4)) {
+      case 0:
+        return lockDatabase();
+      case 1:
+        return fillDatabase();
+      case 2:
+        return moveDatabase();
+      default:
+        return cutConnections();
+    }
+  }
+  void calmDown() {
+    std::error_code ignored;
+    if (!std::filesystem::exists(gDatabasePath)) std::filesystem::rename(away(), gDatabasePath, ignored);
+    if (locking_.joinable()) locking_.join();
+    gDatabase.query("pragma max_page_count = 1000000000");
+  }
+  // What the user is told of such troubles, and of nothing else.
+  void expectTroublesOnly() {
+    for (const auto& message : dialogs.messages()) {
+      const QString text = message.text.toLower();
+      const bool isTrouble = text.contains("locked") || text.contains("full") || text.contains("unable to open") ||
+                             text.contains("cannot be stored") || text.contains("in use");
+      EXPECT_TRUE(isTrouble) << message.text.toStdString();
+    }
+    dialogs.forgetMessages();
+  }
+
   void doSomething() {
-    switch (pick(8)) {
+    switch (pick(9)) {
+      case 8:
+        return befall();
       case 0:
         return useProcessManager();
       case 1:
@@ -155,6 +229,7 @@ class ChaosTest : public ProgramTest {
 
   TestSite web_;
   std::mt19937 random_;
+  std::jthread locking_;
   std::unique_ptr<frmDownloadManager> main_;
   frmWebSites* sites_ = nullptr;
 };
@@ -170,7 +245,9 @@ TEST_F(ChaosTest, NoWindowIsLostAndNoProcessGetsStuck) {
     doSomething();
     waitFor([] { return true; });
     QTest::qWait(pick(10));
+    if (pick(4) == 0) calmDown();
   }
+  calmDown();
   std::printf("%d deeds, %zu requests served, %zu child windows at the end\n", deeds, web_.requests().size(),
               WindowRegistry::instance().windows().size());
 
@@ -180,6 +257,7 @@ TEST_F(ChaosTest, NoWindowIsLostAndNoProcessGetsStuck) {
   expectAllAtWork();
 
   // Whatever became of them, all sites can be stopped and started again, and each works.
+  expectTroublesOnly();
   sites_->closeAllWebSites();
   startAll();
   ASSERT_EQ(processWindows().size(), 2u * kSites);

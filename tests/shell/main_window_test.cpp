@@ -12,6 +12,7 @@
 
 #include "app/EndProgram.h"
 #include "app/ErrorLog.h"
+#include "base/Text.h"
 #include "base/UserSettings.h"
 #include "desktop/Browser.h"
 #include "program/ProgramMenus.h"
@@ -19,6 +20,7 @@
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
 #include "store/LinkCleaner.h"
+#include "testkit/Controls.h"
 #include "testkit/Fixture.h"
 #include "windows/ChildWindow.h"
 #include "windows/WindowRegistry.h"
@@ -82,6 +84,27 @@ TEST_F(MainWindowTest, ClipboardCommandsActOnTheControlWithTheFocus) {
   edit->selectAll();
   item("mnuEditCopy")->trigger();
   EXPECT_EQ(clipboard->text(), "abc") << "a password does not leave its box";
+}
+
+TEST_F(MainWindowTest, TheEditMenuByKeyActsOnTheSelectionThatWasThereBefore) {
+  auto* edit = new QLineEdit("xabcy", main.get());
+  edit->setGeometry(0, 40, 100, 20);
+  edit->show();
+  main->activateWindow();
+  edit->setFocus();
+  ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == edit; }));
+  auto* menu = main->findChild<QMenu*>("mnuEdit");
+  const auto chooseByKey = [&](Qt::Key mnemonic) {
+    edit->setSelection(1, 3);
+    QTest::keyClick(edit, Qt::Key_E, Qt::AltModifier);
+    ASSERT_TRUE(waitFor([&] { return menu->isVisible(); }));
+    QTest::keyClick(menu, mnemonic);
+    ASSERT_TRUE(waitFor([&] { return !menu->isVisible(); }));
+  };
+  chooseByKey(Qt::Key_O);
+  EXPECT_EQ(QApplication::clipboard()->text(), "abc");
+  chooseByKey(Qt::Key_C);
+  EXPECT_EQ(edit->text(), "xy");
 }
 
 TEST_F(MainWindowTest, OpensOneWindowOfAKindAndArrangesThem) {
@@ -170,6 +193,10 @@ TEST_F(MainWindowTest, AboutStaysUntilItIsClosed) {
   item("mnuAbout")->trigger();
   EXPECT_FALSE(splash.closingTimer.isActive());
   EXPECT_TRUE(splash.isVisible());
+  const QString details = textOf(&splash, "lblDetails");
+  for (const QString& part :
+       {QString("MIT"), QString(qVersion()), QString("SQLite 3."), QString("libcurl "), toQString(folder())})
+    EXPECT_TRUE(details.contains(part)) << part.toStdString();
   QTest::keyClick(&splash, Qt::Key_Escape);
   EXPECT_FALSE(splash.isVisible());
 }

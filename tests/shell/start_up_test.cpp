@@ -15,6 +15,7 @@
 #include "shell/frmDownloadManager.h"
 #include "shell/frmSplash.h"
 #include "sites_windows/frmWebSites.h"
+#include "testkit/Controls.h"
 #include "testkit/Fixture.h"
 #include "testkit/TestSite.h"
 #include "windows/WindowRegistry.h"
@@ -140,6 +141,18 @@ TEST_F(StartUpTest, ARequestToEndDuringAMessageOfTheStartEndsInOrder) {
   EXPECT_EQ(log.count("Log opened ") + log.count("Log closed "), 2);
   startUp_.reset();
   EXPECT_FALSE(gDatabase.isOpen());
+}
+
+TEST_F(StartUpTest, ASecondStartRaisesTheFirst) {
+  ASSERT_TRUE(start());
+  startUp_->mainWindow()->showMinimized();
+  StartUp second;
+  EXPECT_FALSE(second.run(folder()));
+  EXPECT_TRUE(second.isEnded());
+  EXPECT_TRUE(waitFor([this] { return !startUp_->mainWindow()->isMinimized(); }));
+  QTest::keyClick(startUp_->mainWindow(), Qt::Key_N, Qt::ControlModifier);
+  EXPECT_NE(WindowRegistry::instance().findByCaption("New Web Site"), nullptr);
+  end();
 }
 
 TEST_F(StartUpTest, AProgramFolderThatCannotBeUsedIsNamed) {

@@ -48,6 +48,48 @@ TEST_F(SiteEditor, ANewSiteIsStoredWithItsDefaults) {
   EXPECT_EQ(names(control<mv::ListView>(sites, "lvwSites")), "www.example.test/dir/index.html");
 }
 
+TEST_F(SiteEditor, ALineBelowTheLocationBoxSaysWhatIsWrongWithIt) {
+  addSite("www.example.test/a", "/x");
+  openNew();
+  EXPECT_FALSE(box("txtURL").placeholderText().isEmpty());
+  const std::pair<const char*, const char*> cases[] = {{"www.example.test", ""},
+                                                       {"www.example.test/a", "Another web site"},
+                                                       {"http://www.example.test/a", "Another web site"},
+                                                       {"https://www.example.test/", "by https only"},
+                                                       {" www.example.test", "blank"}};
+  for (const auto& [typed, said] : cases) {
+    type(editor, "txtURL", typed);
+    const QString hint = textOf(editor, "lblURLHint");
+    EXPECT_TRUE(*said ? hint.contains(said) : hint.isEmpty()) << typed << ": " << hint.toStdString();
+  }
+  QApplication::clipboard()->setText("www.example\n.test/\tdir\r\n");
+  box("txtURL").selectAll();
+  box("txtURL").paste();
+  EXPECT_EQ(textOf(editor, "txtURL"), "www.example.test/dir");
+  click(editor, "cmdOK");
+  openEdit(2);
+  EXPECT_EQ(textOf(editor, "lblURLHint"), "") << "its own address is no other site's";
+}
+
+TEST_F(SiteEditor, AFailedCheckBringsTheFocusToItsBox) {
+  openNew(kOther);
+  click(editor, "cmdOK");
+  EXPECT_NE(lastMessage().find("URL Not Entered"), std::string::npos);
+  EXPECT_TRUE(box("txtURL").hasFocus());
+  QTest::keyClicks(&box("txtURL"), "www.example.test");
+  box("txtDefaultPath").clear();
+  click(editor, "cmdOK");
+  EXPECT_NE(lastMessage().find("Default Path Not Defined"), std::string::npos);
+  EXPECT_TRUE(box("txtDefaultPath").isVisible());
+  EXPECT_TRUE(box("txtDefaultPath").hasFocus());
+  box("txtDefaultPath").setText("/x");
+  box("txtPagesToScan").clear();
+  box("txtUpperLimit").setText("7");
+  click(editor, "cmdOK");
+  EXPECT_EQ(lastMessage(), "Error: Please enter a value for Queue Size");
+  EXPECT_TRUE(box("txtPagesToScan").hasFocus());
+}
+
 TEST_F(SiteEditor, AnExistingSiteIsShownAndEveryChangeStored) {
   openEdit(addSite("www.example.test", "/old"));
   mv::gDatabase.execute(

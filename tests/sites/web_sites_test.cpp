@@ -171,6 +171,20 @@ TEST_F(WebSites, StartOfASiteThatARebuildShowsOffMakesNoSecondPair) {
   EXPECT_EQ(processWindows(), 4) << "the half that was ended is there again";
 }
 
+TEST_F(WebSites, ADeletedSiteThatARebuildShowsOffStopsWorking) {
+  setMaximum(1);
+  openWith({"a", "b"});
+  clickRow(*list, 0);
+  press("Start");
+  window->buildWorkingLists("init");
+  clickRow(*list, 0);
+  press("Delete");
+  EXPECT_EQ(processWindows(), 0);
+  clickRow(*list, 0);
+  press("Start");
+  EXPECT_EQ(states(), "1") << "its connection is free";
+}
+
 TEST_F(WebSites, ASiteThatWasRenamedWhileItRunsIsStopped) {
   openWith({"a"});
   clickRow(*list, 0);
@@ -262,6 +276,11 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   clickRows(*list, {0, 1, 2});
   list->setFocus();
   QTest::keyClick(list, Qt::Key_Delete);
+  ASSERT_EQ(dialogs.questions.size(), 1u) << "the key may be a slip";
+  EXPECT_TRUE(dialogs.questions[0].text.contains("these 2 web sites"));
+  EXPECT_EQ(list->rowCount(), 4);
+  press("Delete");
+  EXPECT_EQ(dialogs.questions.size(), 1u) << "the button is none";
   EXPECT_EQ(names(*list), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(all("name", "site order by id"), "127.0.0.1:1/b,127.0.0.1:1/d");
   EXPECT_EQ(states(), "10");
@@ -272,6 +291,7 @@ TEST_F(WebSites, DeletesTheSelectedSitesButNotARunningOne) {
   insert("site (id, name)", {{"0", "without number"}});
   window->buildWorkingLists("init");
   clickRow(*list, 0);
+  dialogs.nextConfirmation = true;
   QTest::keyClick(list, Qt::Key_Delete);
   EXPECT_EQ(lastMessage(), "No Site Selected: Please select a web site to delete. ");
   EXPECT_EQ(count("site", "id = 0"), 1);
@@ -283,6 +303,7 @@ TEST_F(WebSites, DeletingThousandsOfSitesLeavesTheWindowsAlive) {
   window->buildWorkingLists("init");
   list->setFocus();
   QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+  dialogs.nextConfirmation = true;
   const LoopMeter turn;
   QTest::keyClick(list, Qt::Key_Delete);
   EXPECT_GT(count("site"), 0) << "all at once";
@@ -302,6 +323,21 @@ TEST_F(WebSites, OpensTheEditor) {
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->Mode, "edit");
   EXPECT_EQ(editor->SiteID, list->cell(1, 1).toInt());
+}
+
+TEST_F(WebSites, IsWorkedByKeys) {
+  openWith({"a", "b"});
+  clickRow(*list, 1);
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_F5);
+  EXPECT_EQ(states(), "01");
+  QTest::keyClick(list, Qt::Key_F5);
+  QTest::keyClick(list, Qt::Key_F5, Qt::ShiftModifier);
+  EXPECT_EQ(states(), "00");
+  QTest::keyClick(list, Qt::Key_Insert);
+  EXPECT_TRUE(windowTitled("New Web Site"));
+  QTest::keyClick(list, Qt::Key_Escape);
+  EXPECT_FALSE(window->isChildVisible());
 }
 
 TEST_F(WebSites, AnEditedRunningSiteStaysOnWithItsNewValues) {

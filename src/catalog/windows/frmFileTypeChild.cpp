@@ -98,7 +98,8 @@ bool frmFileTypeChild::extensionIsTaken() const {
 }
 
 RecordEditor::Checks frmFileTypeChild::checks(Choice) const {
-  return {{extensionIsTaken(), nullptr, "This Extension is already in the database.", MessageIcon::None}};
+  return {{extensionIsTaken(), nullptr, "This Extension is already in the database.", txtFileTypeExtention_,
+           MessageIcon::None}};
 }
 
 const clsFileType& frmFileTypeChild::record() {

@@ -114,7 +114,7 @@ void frmNewFilter::openNewRule() { (new frmNewRule)->open(); }
 
 RecordEditor::Checks frmNewFilter::checks(Choice choice) const {
   return {{txtFilterName_->text().isEmpty(), choice == Choice::Ok ? "Filter not named" : "Error",
-           "Please enter a name for this filter"}};
+           "Please enter a name for this filter", txtFilterName_}};
 }
 
 Filter frmNewFilter::record() const {

@@ -153,12 +153,13 @@ void frmNewRule::browse() {
 RecordEditor::Checks frmNewRule::checks(Choice) const {
   const bool savesTo = cmboRuleTypes_->currentText() == kSaveTo;
   return {
-      {txtRuleName_->text().isEmpty(), "Rule not named", "Please enter a name for this rule"},
-      {cmboRuleTypes_->currentIndex() < 0, "Rule type not defined", "Please select an item from the 'Then' list"},
-      {txtValue_->text().isEmpty(), "No value defined", "Please enter a value in the 'This' field"},
-      {cmboOperator_->currentIndex() < 0, "No operator defined", "Please select a logical operator"},
-      {cmboFields_->currentIndex() < 0, "No field defined", "Please select an item from the 'If' list"},
-      {savesTo && txtPath_->text().isEmpty(), "No path defined", "Please define a save to directory"},
+      {txtRuleName_->text().isEmpty(), "Rule not named", "Please enter a name for this rule", txtRuleName_},
+      {cmboRuleTypes_->currentIndex() < 0, "Rule type not defined", "Please select an item from the 'Then' list",
+       cmboRuleTypes_},
+      {txtValue_->text().isEmpty(), "No value defined", "Please enter a value in the 'This' field", txtValue_},
+      {cmboOperator_->currentIndex() < 0, "No operator defined", "Please select a logical operator", cmboOperator_},
+      {cmboFields_->currentIndex() < 0, "No field defined", "Please select an item from the 'If' list", cmboFields_},
+      {savesTo && txtPath_->text().isEmpty(), "No path defined", "Please define a save to directory", txtPath_},
   };
 }
 

@@ -1,11 +1,13 @@
 #include "catalog_windows/frmSitePaths.h"
 
 #include <QBoxLayout>
+#include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <stdexcept>
 
 #include "app/Settings.h"
 #include "base/Text.h"
@@ -83,6 +85,7 @@ QWidget* frmSitePaths::buildPathFrame() {
   frame->setMinimumWidth(kNarrowestPath);
   txtPath_->setObjectName("txtPath");
   txtPath_->setAccessibleName(frame->title());
+  connect(txtPath_, &QLineEdit::editingFinished, this, [this] { run([this] { takeTypedFolder(); }); });
   cmdBrowse_->setObjectName("cmdBrowse");
   cmdBrowse_->setEnabled(false);
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
@@ -164,10 +167,7 @@ void frmSitePaths::browse() {
 // there.
 QString frmSitePaths::askFolder(const QString& extension) {
   const QString shown = txtPath_->text();
-  if (!shown.isEmpty()) {
-    path_.Path = toUtf8(shown);
-    path_.checkPath();
-  }
+  if (!shown.isEmpty()) makeFolder(shown);
   FolderRequest request;
   request.title = QStringLiteral("Add New Path for %1 files").arg(extension);
   request.prompt =
@@ -175,6 +175,31 @@ QString frmSitePaths::askFolder(const QString& extension) {
   request.initialFolder = shown.isEmpty() ? toQString(gProgramFolder) : shown;
   request.owner = this;
   return browseForFolder(request).value_or(QString());
+}
+
+// Why it cannot be made is said; the dialog then begins at the nearest folder that there is.
+bool frmSitePaths::makeFolder(const QString& folder) {
+  try {
+    path_.Path = toUtf8(folder);
+    path_.checkPath();
+    return true;
+  } catch (const std::runtime_error& error) {
+    showMessage(this, applicationTitle(), QString::fromUtf8(error.what()), MessageIcon::Exclamation);
+    return false;
+  }
+}
+
+void frmSitePaths::takeTypedFolder() {
+  const int row = lvwFiletypesAssigned_->currentSelectedRow();
+  if (row < 0 || !txtPath_->isModified()) return;
+  txtPath_->setModified(false);
+  const QString typed = txtPath_->text().trimmed();
+  const QString folder = QDir::cleanPath(QFileInfo(typed).absoluteFilePath());
+  // An emptied box is no folder: the one that is stored stays.
+  if (typed.isEmpty() || !makeFolder(folder) || isUnloaded())
+    showPathOfRow(row);
+  else
+    saveFolder(folder);
 }
 
 void frmSitePaths::saveFolder(const QString& folder) {
@@ -192,12 +217,5 @@ void frmSitePaths::activated() {
 }
 
 void frmSitePaths::unloading() { savePosition(); }
-
-void frmSitePaths::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
-    closeRequested();
-  else
-    ChildWindow::keyPressEvent(event);
-}
 
 }  // namespace mv

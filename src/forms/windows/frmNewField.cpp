@@ -77,7 +77,7 @@ void frmNewField::loadRecord() {
 }
 
 RecordEditor::Checks frmNewField::checks(Choice) const {
-  return {{txtName_->text().isEmpty(), "Name Not Entered", "Please enter a Name"},
+  return {{txtName_->text().isEmpty(), "Name Not Entered", "Please enter a Name", txtName_},
           {isNew() && !hasForm(FormID), nullptr,
            "The form of this field has been deleted meanwhile. The field was not saved."}};
 }

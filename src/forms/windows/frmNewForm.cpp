@@ -219,11 +219,11 @@ void frmNewForm::deleteField() {
 RecordEditor::Checks frmNewForm::checks(Choice choice) const {
   const bool unnamed = txtName_->text().isEmpty();
   const Check reserved = {standsForNoLogin(toUtf8(txtName_->text())), "Error",
-                          "This name stands for no login. Please enter another name."};
-  if (choice == Choice::Apply) return {{unnamed, "Error", "Please enter a name"}, reserved};
-  return {{unnamed, "Name Not Entered", "Please click the General Information tab and enter a Name"},
+                          "This name stands for no login. Please enter another name.", txtName_};
+  if (choice == Choice::Apply) return {{unnamed, "Error", "Please enter a name", txtName_}, reserved};
+  return {{unnamed, "Name Not Entered", "Please click the General Information tab and enter a Name", txtName_},
           {cmboFormType_->currentIndex() < 0, "Form Type Not Defined",
-           "Please click the General  Information tab and select a Form Type"},
+           "Please click the General  Information tab and select a Form Type", cmboFormType_},
           reserved};
 }
 

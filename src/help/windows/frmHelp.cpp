@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListView>
 #include <QTabWidget>
@@ -124,12 +123,5 @@ void frmHelp::topicChosen(int index) {
 }
 
 void frmHelp::activated() { MainFrame::current()->setClipboardItemsEnabled(true); }
-
-void frmHelp::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape)
-    run([this] { unload(); });
-  else
-    ChildWindow::keyPressEvent(event);
-}
 
 }  // namespace mv

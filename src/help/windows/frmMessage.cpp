@@ -60,9 +60,7 @@ void frmMessage::activated() { MainFrame::current()->setClipboardItemsEnabled(tr
 
 void frmMessage::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (event->key() == Qt::Key_Escape)
-    cmdClose_->click();
-  else if (enter)
+  if (enter)
     (cbGo_->hasFocus() ? cbGo_ : cmdClose_)->click();
   else
     ChildWindow::keyPressEvent(event);

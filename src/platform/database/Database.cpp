@@ -275,6 +275,8 @@ void Database::open(const std::string& path, const TableNames& neededTables) {
   ++openings_;
 }
 
+std::string Database::engineVersion() { return std::string("SQLite ") + sqlite3_libversion(); }
+
 void Database::close() { connection_.reset(); }
 
 bool Database::isOpen() const { return connection_ != nullptr; }

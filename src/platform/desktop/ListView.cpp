@@ -245,6 +245,10 @@ void ListView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Delete:
       Q_EMIT deletePressed();
       return;
+    case Qt::Key_Escape:
+      // Left to itself the view takes it for the beginning of a search.
+      event->ignore();
+      return;
     default:
       moveByKey(event);
       return;

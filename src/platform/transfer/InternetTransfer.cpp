@@ -1,5 +1,7 @@
 #include "transfer/InternetTransfer.h"
 
+#include <curl/curl.h>
+
 #include <QPointer>
 #include <QTimer>
 #include <QtGlobal>
@@ -194,6 +196,10 @@ void InternetTransfer::forgetSharedState() {
   forgetSiteLogins();
   forgetHttpsHosts();
   CurlLoop::forgetCurrent();
+}
+
+std::string InternetTransfer::libraryVersion() {
+  return std::string("libcurl ") + curl_version_info(CURLVERSION_NOW)->version;
 }
 
 }  // namespace mv

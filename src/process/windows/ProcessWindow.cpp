@@ -3,6 +3,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -92,6 +93,7 @@ void ProcessWindow::buildLinkView() {
   lvwLinks_->setSelectionMode(QAbstractItemView::SingleSelection);
   lvwLinks_->setMinimumHeight(kSmallestList);
   lvwLinks_->setModel(&process_.lvwLinks);
+  lvwLinks_->installEventFilter(this);
   QHeaderView& header = *lvwLinks_->header();
   header.setSectionsClickable(true);
   header.resizeSection(0, kStateWidth);
@@ -105,6 +107,7 @@ void ProcessWindow::wire() {
           [this](int column) { run([this, column] { sortLinks(column); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
+  connect(&process_, &Process::siteGone, this, [this] { unload(); });
 }
 
 QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& subject, const QString& reason,
@@ -161,6 +164,14 @@ void ProcessWindow::setDetailsShown(bool shown) {
   setFrameSize(place().width, shown ? kExpandedHeight : kCollapsedHeight);
 }
 
+bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool key = watched == lvwLinks_ && event->type() == QEvent::KeyPress;
+  // Left to itself the view takes Escape for the beginning of a search.
+  if (!key || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return ChildWindow::eventFilter(watched, event);
+  closeRequested();
+  return true;
+}
+
 void ProcessWindow::sortLinks(int column) {
   const Qt::SortOrder order = sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder;
   sortDescending_ = !sortDescending_;
@@ -195,7 +206,7 @@ void ProcessWindow::showErrorPanel() {
 }
 
 bool ProcessWindow::queryUnload() {
-  if (!gAppClosing && !gClosingProcesses) {
+  if (!gAppClosing && !gClosingProcesses && !process_.StopRequested()) {
     hideChild();
     return false;
   }

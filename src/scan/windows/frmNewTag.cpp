@@ -25,7 +25,7 @@ frmNewTag::frmNewTag()
   auto* grid = new QGridLayout(makeScrollingPage(this));
   grid->addWidget(makeLabel("lblTag", "&Tag:", txtTagName_), 0, 0);
   grid->addWidget(txtTagName_, 0, 1);
-  auto* kinds = new QLabel("Found as it is written: <img src=    With a star, in any spelling: <img * src=");
+  auto* kinds = new QLabel("As it is written: <img src=     With a star, in any spelling: <img * src=");
   kinds->setObjectName("lblKinds");
   kinds->setTextFormat(Qt::PlainText);
   grid->addWidget(kinds, 1, 1);
@@ -46,8 +46,8 @@ Tag frmNewTag::record() const { return {TagId, toUtf8(txtTagName_->text())}; }
 
 RecordEditor::Checks frmNewTag::checks(Choice) const {
   const char* const problem = starTagProblem(record().text);
-  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag"},
-          {*problem != '\0', "No Tag With A Star", problem}};
+  return {{txtTagName_->text().isEmpty(), "No Tag Text Provided", "Please enter the text for this tag", txtTagName_},
+          {*problem != '\0', "No Tag With A Star", problem, txtTagName_}};
 }
 
 void frmNewTag::insertRecord() { insertTag(record()); }

@@ -7,7 +7,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
+#include "base/Text.h"
+#include "store/SiteDerivations.h"
+#include "windows/ElidedLabel.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"
 
@@ -58,7 +62,10 @@ void addLimit(QGridLayout* grid, EntryBox* box, const char* label, const char* u
 }  // namespace
 
 RequiredInfoPage::RequiredInfoPage() {
-  txtURL = new EntryBox("txtURL", Accepts::AnyText, this);
+  txtURL = new EntryBox("txtURL", Accepts::OneLine, this);
+  txtURL->setPlaceholderText("www.example.org/pictures/");
+  lblURLHint_ = new ElidedLabel("lblURLHint", {}, this);
+  connect(txtURL, &QLineEdit::textChanged, this, &RequiredInfoPage::showHint);
   txtURL->setToolTip("Enter the URL here. Do not include the http:// part");
   txtUpperLimit = numberBox("txtUpperLimit", "24", "Don't download files larger than this size", this);
   txtLowerLimit = numberBox("txtLowerLimit", "10", "Don't download files smaller that this size", this);
@@ -86,6 +93,7 @@ RequiredInfoPage::RequiredInfoPage() {
   layout->setSpacing(kTightSpacing);
   layout->addWidget(labelFor(txtURL, "Web Site Location (URL)"));
   layout->addWidget(txtURL);
+  layout->addWidget(lblURLHint_);
   layout->addLayout(grid);
   layout->addWidget(note);
   layout->addStretch();
@@ -95,10 +103,26 @@ std::array<EntryBox*, 4> RequiredInfoPage::limitBoxes() const {
   return {txtUpperLimit, txtLowerLimit, txtPagesToScan, txtFilesToDownload};
 }
 
-QString RequiredInfoPage::emptyLimit() const {
-  for (const EntryBox* box : limitBoxes())
-    if (box->text().isEmpty()) return box->accessibleName();
-  return {};
+QWidget* RequiredInfoPage::emptyLimit() const {
+  for (EntryBox* box : limitBoxes())
+    if (box->text().isEmpty()) return box;
+  return nullptr;
+}
+
+void RequiredInfoPage::setOtherSites(std::set<std::string> names) {
+  otherSites_ = std::move(names);
+  showHint(txtURL->text());
+}
+
+void RequiredInfoPage::showHint(const QString& typed) {
+  if (typed != typed.trimmed())
+    lblURLHint_->setLine("There is a blank at the beginning or the end of the address.");
+  else if (otherSites_.contains(siteLocation(toUtf8(typed))))
+    lblURLHint_->setLine("Another web site has this address already.");
+  else if (typed.startsWith("https://"))
+    lblURLHint_->setLine("With https:// the pages and files of this site come by https only.");
+  else
+    lblURLHint_->setLine({});
 }
 
 PathsPage::PathsPage() {

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 #include <array>
+#include <set>
+#include <string>
 
 class QCheckBox;
 class QLineEdit;
@@ -11,6 +13,7 @@ class QPushButton;
 
 namespace mv {
 
+class ElidedLabel;
 class EntryBox;
 
 // "Required Info": the location and the four limits.
@@ -19,14 +22,22 @@ class RequiredInfoPage : public QWidget {
   RequiredInfoPage();
 
   std::array<EntryBox*, 4> limitBoxes() const;
-  // The label of the first limit box that is empty, "" when none is.
-  QString emptyLimit() const;
+  // The first limit box that is empty, nullptr when none is.
+  QWidget* emptyLimit() const;
+  // The locations of the other sites, which the line below the location box speaks of.
+  void setOtherSites(std::set<std::string> names);
 
   EntryBox* txtURL;
   EntryBox* txtUpperLimit;
   EntryBox* txtLowerLimit;
   EntryBox* txtPagesToScan;
   EntryBox* txtFilesToDownload;
+
+ private:
+  void showHint(const QString& typed);
+
+  ElidedLabel* lblURLHint_;
+  std::set<std::string> otherSites_;
 };
 
 // "Paths": the default folder, unique file names, the way to the path manager.

@@ -34,6 +34,13 @@ QWidget* scrolling(QWidget* content) {
   return page;
 }
 
+std::set<std::string> namesOfOthers(Id siteId) {
+  std::set<std::string> names;
+  for (const SiteListRow& site : listSites())
+    if (site.id != siteId) names.insert(site.name);
+  return names;
+}
+
 }  // namespace
 
 frmNew::frmNew()
@@ -105,6 +112,7 @@ void frmNew::connectPages() {
 
 void frmNew::initWindow() {
   RecordEditor::initWindow();
+  required_->setOtherSites(namesOfOthers(SiteID));
   if (isNew()) showDefaults();
   fileTypes_->disableMoves();
 }
@@ -159,13 +167,15 @@ RecordEditor::Checks frmNew::checks(Choice choice) const {
   const bool noLocation = required_->txtURL->text().isEmpty();
   Checks all;
   if (choice == Choice::Ok)
-    all = {{noLocation, "URL Not Entered", "Please click the Required Information tab and enter a URL"},
-           {paths_->txtDefaultPath->text().isEmpty(), "Default Path Not Defined",
-            "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path"}};
+    all = {
+        {noLocation, "URL Not Entered", "Please click the Required Information tab and enter a URL", required_->txtURL},
+        {paths_->txtDefaultPath->text().isEmpty(), "Default Path Not Defined",
+         "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path",
+         paths_->txtDefaultPath}};
   else
-    all = {{noLocation, "Error", "Please enter a URL"}};
-  const QString emptyLimit = required_->emptyLimit();
-  all.push_back({!emptyLimit.isEmpty(), "Error", "Please enter a value for " + emptyLimit});
+    all = {{noLocation, "Error", "Please enter a URL", required_->txtURL}};
+  if (QWidget* emptyLimit = required_->emptyLimit())
+    all.push_back({true, "Error", "Please enter a value for " + emptyLimit->accessibleName(), emptyLimit});
   return all;
 }
 

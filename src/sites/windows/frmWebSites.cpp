@@ -170,8 +170,11 @@ void frmWebSites::buildToolbar() {
 void frmWebSites::listen() {
   listenTo(&Events::siteAdded, [this](std::int64_t id) { buildWorkingLists("websiteadded", id); });
   listenTo(&Events::siteEdited, [this](std::int64_t id) { buildWorkingLists("websiteedited", id); });
-  for (const auto takenBack : {&Events::siteTakenBack, &Events::filterTakenBack})
-    listenTo(takenBack, [this](std::int64_t) { buildWorkingLists("init"); });
+  listenTo(&Events::filterTakenBack, [this](std::int64_t) { buildWorkingLists("init"); });
+  listenTo(&Events::siteTakenBack, [this](std::int64_t id) {
+    runningSites_.erase(id);
+    buildWorkingLists("init");
+  });
 }
 
 void frmWebSites::buildConnectionsMenu() {
@@ -202,13 +205,22 @@ void frmWebSites::activated() {
 bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
   // Left without a tool tip, a button shows its caption instead.
   if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
-  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
-  if (watched == &list() && key == Qt::Key_F2)
+  const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+  if (key && watched == &list() && workByKey(*key)) return true;
+  if (!key || watched != connections_ || key->key() != Qt::Key_Down) return ListWindow::eventFilter(watched, event);
+  run([this] { connections_->showMenu(); });
+  return true;
+}
+
+bool frmWebSites::workByKey(const QKeyEvent& event) {
+  if (event.key() == Qt::Key_F2)
     run([this] { openEdit(); });
-  else if (watched == connections_ && key == Qt::Key_Down)
-    run([this] { connections_->showMenu(); });
+  else if (event.key() == Qt::Key_Insert)
+    newSite();
+  else if (event.key() == Qt::Key_F5)
+    (event.modifiers() == Qt::ShiftModifier ? stop_ : start_)->click();
   else
-    return ListWindow::eventFilter(watched, event);
+    return false;
   return true;
 }
 
@@ -290,6 +302,10 @@ void frmWebSites::forgetVanishedSelection() {
 
 // --- New, Edit, Delete
 
+void frmWebSites::newSite() {
+  run([this] { openNew(); });
+}
+
 void frmWebSites::openNew() {
   auto* editor = new frmNew;
   editor->Mode = "new";
@@ -307,10 +323,25 @@ void frmWebSites::openEdit() {
   editor->open();
 }
 
+std::vector<Id> frmWebSites::deletableSites() {
+  std::vector<Id> ids;
+  for (const int row : list().selectedRows())
+    if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
+  return ids;
+}
+
+void frmWebSites::deleteByKey() {
+  const std::size_t sites = deletableSites().size();
+  if (sites == 0) return;
+  const QString what = sites == 1 ? "this web site" : QString("these %1 web sites").arg(sites);
+  if (askConfirmation(this, "Delete Web Site", "Delete " + what + " with all settings and collected links?") &&
+      !isUnloaded())
+    deleteChosen();
+}
+
 void frmWebSites::deleteChosen() {
-  std::deque<Id> ids;
-  for (const int row : list().selectedRows()) ids.push_back(idOfRow(row));
-  deleteSome(std::move(ids));
+  const std::vector<Id> ids = deletableSites();
+  deleteSome({ids.begin(), ids.end()});
 }
 
 // Thousands of sites take seconds: what is left goes in later turns.
@@ -330,6 +361,7 @@ void frmWebSites::deleteUnlessRunning(Id id) {
   if (row < 0 || list().cell(row, kOnOff) != kOff) return;
   if (!deleteSite(id))
     showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
+  endOwnProcesses(id);
   list().removeRow(rowOf(id));
   forgetVanishedSelection();
 }
@@ -389,6 +421,13 @@ void frmWebSites::closeProcesses(const SiteListRow& site) {
   endProcess(site.name, downloadOf(site.id));
   endProcess(site.name, scanOf(site.id));
   runningSites_.erase(site.id);
+}
+
+// A site that is gone, though a rebuild has shown it off, has no work left.
+void frmWebSites::endOwnProcesses(Id siteId) {
+  if (auto* download = downloadOf(siteId)) closeProcess(*download);
+  if (auto* scan = scanOf(siteId)) closeProcess(*scan);
+  runningSites_.erase(siteId);
 }
 
 void frmWebSites::autoScan() {

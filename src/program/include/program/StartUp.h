@@ -8,6 +8,7 @@ namespace mv {
 
 class CookieFile;
 class DatabaseWatch;
+class SingleRun;
 class frmDownloadManager;
 
 // The folder that holds database, log and downloads: `executableFolder` when it holds the database and can be written;
@@ -25,7 +26,8 @@ class StartUp {
   StartUp(const StartUp&) = delete;
   StartUp& operator=(const StartUp&) = delete;
 
-  // Runs all steps. An error ends the remaining ones and is shown; the program stays in the state reached. False when
+  // Runs all steps; where the program is at work in that folder already it is called to the front instead, and this run
+  // is ended. An error ends the remaining ones and is shown; the program stays in the state reached. False when
   // that is a state without a main window.
   bool run(const std::string& programFolder);
   // The same in the folder that findProgramFolder finds.
@@ -44,7 +46,10 @@ class StartUp {
   void autoScan();
   void databaseLost();
 
+  void raiseMain();
+
   bool ended_ = false;
+  std::unique_ptr<SingleRun> single_;
   std::unique_ptr<CookieFile> cookies_;
   std::unique_ptr<DatabaseWatch> watch_;
   std::unique_ptr<frmDownloadManager> main_;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QUrl>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,17 +10,15 @@ namespace mv {
 
 class AddressResolver {
  public:
-  // UTF-8 to the page's own character set, in which the query part of its addresses is meant.
-  using Encode = std::function<std::string(std::string_view)>;
-
-  // The page that answered at `address`, without a scheme by http. `encode` null: UTF-8. Forgets the base.
-  void setPage(std::string_view address, Encode encode);
+  // The page that answered at `address`, without a scheme by http. Forgets the base.
+  void setPage(std::string_view address);
   // The value of <base href>, resolved against the page; what cannot be a base changes nothing.
   void setBase(std::string_view href);
 
   // Sets `link` to what `reference` (UTF-8, character references replaced) leads to: host in lower case, in Unicode and
   // without the scheme's usual port, no dot segments, no fragment, a path of at least "/". Path as readable as it is
-  // written, its escapes left alone; query percent-encoded. An absolute reference keeps "http://" or "https://"; a
+  // written, its escapes left alone; of the query what is ASCII percent-encoded, for the rest depends on the page's
+  // character set. An absolute reference keeps "http://" or "https://"; a
   // relative one becomes host and path. False, and `link` is of no use: empty, a fragment only, of another scheme, or
   // no address.
   bool resolve(std::string_view reference, std::string& link) const;
@@ -33,9 +30,7 @@ class AddressResolver {
  private:
   void setBaseUrl(const QUrl& url);
   bool resolveAny(std::string_view reference, std::string& link) const;
-  void appendQuery(std::string_view query, std::string& link) const;
 
-  Encode encode_;
   QUrl page_;
   QUrl base_;
   std::string host_;    // of base_, with port

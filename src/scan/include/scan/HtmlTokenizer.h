@@ -1,6 +1,8 @@
 // The start tags of an HTML page, as the tokenizer of the HTML standard (WHATWG, section "Tokenization") sees them:
 // what stands in comments, scripts, style sheets, titles, text areas and CDATA sections is none. Of each tag only the
 // attributes that are looked for are noted. One pass, in pieces of any size; no page makes it slower than linear.
+// In one thing it is kinder than the standard: an iframe, noembed, noframes or xmp element without an end tag, often
+// one that is written as an empty element of XHTML, does not swallow the rest of the page.
 #pragma once
 
 #include <array>
@@ -82,6 +84,7 @@ class HtmlTokenizer {
     std::string name;
     std::uint64_t key = 0;  // of the name, see keyed()
     Content content = Content::Ordinary;
+    bool needsEndTag = false;  // for its content
     bool endsForeignContent = false;
     std::size_t wanted = kNotWanted;
     std::vector<std::string> attributes = {};
@@ -109,6 +112,8 @@ class HtmlTokenizer {
   void bogusComment();
   void cdataSection();
   void rawText();
+  bool isUnended() const;
+  void goBackBehindTag();
   void scriptData();
   void scriptDataEscaped();
   bool escapedScriptTag();
@@ -154,6 +159,7 @@ class HtmlTokenizer {
 
   std::size_t contentAt_ = 0;            // where the comment, section or escape began
   const Element* rawElement_ = nullptr;  // whose text is being passed over
+  std::vector<const Element*> unended_;  // have no end tag in the rest of the page
   std::vector<const Element*> foreign_;  // open svg and math elements and, in them, those that hold HTML again
 };
 

@@ -25,11 +25,10 @@ class PageWalk {
   // The strings that mark a link.
   void setTags(const std::vector<std::string>& tags);
   struct Page {
-    std::string text;                     // UTF-8
-    std::string basePath;                 // of links behind plain tags, unless the page has a base href
-    std::string address;                  // that answered: links behind tags with a star are resolved against it
-    std::string contentType = {};         // as the server names it; a page that is not HTML has no tags with a star
-    AddressResolver::Encode encode = {};  // for AddressResolver
+    std::string text;              // UTF-8
+    std::string basePath;          // of links behind plain tags, unless the page has a base href
+    std::string address;           // that answered: links behind tags with a star are resolved against it
+    std::string contentType = {};  // as the server names it; a page that is not HTML has no tags with a star
   };
   void begin(Page page);
 
@@ -76,7 +75,6 @@ class PageWalk {
   StarLinks stars_;
   std::size_t starPlace_ = 0;  // so many plain tags stand before the first star
   std::string address_;
-  AddressResolver::Encode encode_;
   std::string link_;
   Place now_;
   Place before_;  // when goOn() was called last

@@ -3,6 +3,7 @@
 // database.
 #pragma once
 
+#include <QElapsedTimer>
 #include <cstdint>
 #include <exception>
 #include <optional>
@@ -73,6 +74,7 @@ class ScanProcess : public Process {
   void start();
   void beginRound();
   void fillQueue();
+  int idleTime() const;
   // False: the outcome of the page at hand cannot be stored now.
   bool finishPage();
   void storeOutcome();
@@ -103,6 +105,7 @@ class ScanProcess : public Process {
   StoreTrouble trouble_;
   ScanStatus status_;
   bool started_ = false;
+  QElapsedTimer sinceStartPage_;  // was asked for
 };
 
 }  // namespace mv

@@ -23,7 +23,7 @@ class StarLinks {
   bool hasTags() const { return hasTags_; }
 
   // A new page, which stays where it is until the last link: valid UTF-8, at `address` (the one that answered).
-  void begin(std::string_view page, std::string_view address, AddressResolver::Encode encode);
+  void begin(std::string_view page, std::string_view address);
   // Goes through about `bytes` of the page. True when next() is quick.
   bool seek(std::size_t bytes);
   // The next link, as AddressResolver makes it; false behind the last one. One that leads nowhere, or of more than

@@ -4,6 +4,10 @@
 
 namespace mv {
 
+// From now on a text box keeps its selection while the menu bar has the keyboard, as it does while a menu is open: what
+// is chosen there by key is to act on it.
+void keepSelectionsUnderMenus();
+
 void cutToClipboard();
 void copyToClipboard();
 void pasteFromClipboard();

@@ -1,6 +1,7 @@
 // The menu bar of the main window as data: whoever puts the program together says what stands in it and what it does.
 #pragma once
 
+#include <QKeySequence>
 #include <QString>
 #include <functional>
 #include <string>
@@ -17,6 +18,7 @@ struct MenuItem {
   std::string name;      // object name, and source of errors
   QString caption = {};  // "": a separator
   MenuWork work = {};    // without one the entry is there, disabled
+  QKeySequence shortcut = {};
 };
 
 struct Menu {

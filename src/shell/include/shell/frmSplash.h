@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QTimer>
 
+class QLabel;
 class QPushButton;
 
 namespace mv {
@@ -28,6 +29,7 @@ class frmSplash : public QFrame {
  private:
   void showCentred();
 
+  QLabel* details_;
   QPushButton* close_;
 };
 

@@ -104,6 +104,8 @@ class ChildWindow : public QWidget {
   void placeCascaded();
 
   void closeEvent(QCloseEvent* event) override;
+  // Escape is the close box.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   class Frame;

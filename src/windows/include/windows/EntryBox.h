@@ -11,6 +11,7 @@ class EntryBox : public QLineEdit {
  public:
   enum class Accepts {
     AnyText,
+    OneLine,  // no line breaks, tabs or other control characters
     Digits,
     NoQuotes,
     NoQuoteKeys,      // quotes cannot be typed, but a text that has some keeps them

@@ -37,8 +37,10 @@ class ListWindow : public ChildWindow {
   virtual void fillList() = 0;
   // Opens the chosen row; double click, Enter and F2 come here. Runs guarded.
   virtual void editChosen() {}
-  // The Delete key comes here. Runs guarded.
+  // Runs guarded.
   virtual void deleteChosen() {}
+  // The Delete key comes here. Runs guarded.
+  virtual void deleteByKey() { deleteChosen(); }
 
   // Whether a rebuild ends with the rows in the order of the list's sort column and direction (the default), or in the
   // order in which fillList() added them; a click on a header then sorts what is there.

@@ -39,6 +39,7 @@ class RecordEditor : public EditorWindow {
     bool failed;
     const char* title;
     QString text;
+    QWidget* box = nullptr;  // what the message names: gets the focus, on its tab
     MessageIcon icon = MessageIcon::Exclamation;
   };
   using Checks = std::vector<Check>;
@@ -73,6 +74,7 @@ class RecordEditor : public EditorWindow {
 
  private:
   bool isComplete(Choice choice);
+  void bringTo(QWidget* box);
   bool save();
   // False when no identifier is to be had.
   bool saveNew();

@@ -30,7 +30,6 @@ class frmSitePaths : public ChildWindow {
  protected:
   void unloading() override;
   void activated() override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QWidget* buildFileTypesFrame();
@@ -42,6 +41,8 @@ class frmSitePaths : public ChildWindow {
   void showPathOfRow(int row);
   void browse();
   QString askFolder(const QString& extension);
+  bool makeFolder(const QString& folder);
+  void takeTypedFolder();
   void saveFolder(const QString& folder);
 
   clsPath path_;

@@ -28,7 +28,6 @@ class frmHelp : public ChildWindow {
 
  protected:
   void activated() override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildControls();

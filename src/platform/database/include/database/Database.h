@@ -101,6 +101,9 @@ class Database {
   // The `outCount` of a count query.
   std::int64_t count(const Statement& statement);
 
+  // Name and version of the engine.
+  static std::string engineVersion();
+
   struct Connection;
 
  private:

@@ -40,6 +40,9 @@ class InternetTransfer : public QObject {
   // without one, cancel() or destruction drops it. If it was dropped by time, the address is requested anew.
   void Execute(const std::string& url, const std::string& operation, BodyMode mode);
 
+  // Name and version of the library that it is made of.
+  static std::string libraryVersion();
+
   // The longest text body that this instance takes, in bytes, within that of all (64 MiB). Read when a request starts.
   void setTextLimit(std::size_t bytes);
 

@@ -60,6 +60,7 @@ class ProcessWindow : public ChildWindow {
   void unloading() override;
   bool canDeleteNow() const override;
   void activated() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void buildLinkView();

@@ -24,6 +24,8 @@ class frmWebSites : public ListWindow {
   // "init" rebuilds the list, every row off; "websiteadded" appends the row of a site, "websiteedited" refreshes it.
   // Other words do nothing.
   void buildWorkingLists(const std::string& command, long siteId = 0) override;
+  // Opens the editor of a new site.
+  void newSite();
   // Starts the sites marked for automatic scanning among the first maxConnections rows.
   void autoScan();
   // Stops every running site.
@@ -33,9 +35,12 @@ class frmWebSites : public ListWindow {
 
  protected:
   void fillList() override;
-  // Enter and double click start the selected sites; F2 opens the editor.
+  // Enter, double click and F5 start the selected sites, Shift+F5 stops them; F2 opens the editor, Insert that of a new
+  // site.
   void editChosen() override;
   void deleteChosen() override;
+  // Asks first: unlike the button the key may be a slip.
+  void deleteByKey() override;
   bool queryUnload() override;
   void activated() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -57,6 +62,7 @@ class frmWebSites : public ListWindow {
   void stopSelected();
   void stopRow(int row);
   void closeProcesses(const SiteListRow& site);
+  void endOwnProcesses(Id siteId);
 
   void addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
@@ -64,6 +70,8 @@ class frmWebSites : public ListWindow {
   // As it is stored; the row shows the name without its password.
   SiteListRow siteOfRow(int row) const;
   int rowOf(Id siteId);  // -1 when it has none
+  std::vector<Id> deletableSites();
+  bool workByKey(const QKeyEvent& event);
   bool isRunning(int row);
   void setRunning(int row, bool running);
   void offerStart(bool start);
