@@ -12,7 +12,7 @@
 
 #include "app/Settings.h"
 #include "decoding/TextDecoding.h"
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 #include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
 

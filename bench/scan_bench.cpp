@@ -5,8 +5,7 @@
 
 #include "Figures.h"
 #include "Pages.h"
-#include "scan/StarLinks.h"
-#include "scan/clsPageScanner.h"
+#include "html/StarLinks.h"
 #include "store/ProcessData.h"
 #include "testkit/ProgramFolder.h"
 
@@ -24,9 +23,8 @@ std::vector<mv::StarTag> shippedTags() {
   return tags;
 }
 
-std::size_t linksOf(mv::clsPageScanner& scanner, mv::StarLinks& stars, const std::string& page) {
-  scanner.setHtml(page);
-  stars.begin(scanner.html(), "http://www.host1.example/gallery/");
+std::size_t linksOf(mv::StarLinks& stars, const std::string& page) {
+  stars.begin(page, "http://www.host1.example/gallery/");
   std::size_t links = 0;
   std::string link;
   do {
@@ -55,13 +53,12 @@ Pages make(std::string (PageMaker::*page)(std::size_t), std::size_t count, std::
 }
 
 void scanPages(const std::string& name, const Pages& pages, double goal) {
-  mv::clsPageScanner scanner;
   mv::StarLinks stars;
   stars.setTags(shippedTags());
   std::size_t links = 0;
   const Timing timing = medianOf(kRuns, [&] {
     links = 0;
-    for (const std::string& page : pages.texts) links += linksOf(scanner, stars, page);
+    for (const std::string& page : pages.texts) links += linksOf(stars, page);
   });
   std::printf("%zu pages, %zu bytes, %zu links\n", pages.texts.size(), pages.bytes, links);
   printFigure(name, megabytesPerSecond(pages.bytes, timing.cpu), "MB/s", Goal::AtLeast, goal);

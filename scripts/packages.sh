@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libgl-dev libsqlite3-dev libcurl4-openssl-dev zlib1g-dev"
 run_packages="qt6-qpa-plugins libqt6svg6 fonts-dejavu-core"
-test_packages="libgtest-dev libssl-dev"
+test_packages="libgtest-dev libssl-dev fonts-noto-core fonts-dejavu fonts-cantarell"
 fuzz_packages="clang libclang-rt-14-dev"
 measure_packages="universal-ctags"
 

@@ -10,6 +10,7 @@
 #include "base/EndSignals.h"
 #include "base/ProgramName.h"
 #include "base/Text.h"
+#include "files/FileSignals.h"
 #include "program/StartUp.h"
 #include "transfer/HttpsHosts.h"
 
@@ -45,6 +46,8 @@ const char* answerTo(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (const char* answer = answerTo(argc, argv)) return std::fputs(answer, stdout) < 0 ? 1 : 0;
+
+  mv::makeFileSignalsErrors();
 
   QApplication application(argc, argv);
   QApplication::setApplicationName(mv::kProgramName);

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "app/EndProgram.h"
+#include "app/Events.h"
 #include "base/Clock.h"
 #include "base/Text.h"
 #include "database/RawStatement.h"
@@ -80,6 +81,7 @@ ProgramTest::ProgramTest() {
 }
 
 ProgramTest::~ProgramTest() {
+  Q_EMIT mv::events().programEnding();
   EXPECT_TRUE(dialogs.allSeen()) << "an unexpected message: " << mv::toUtf8(dialogs.messages().back().text);
   resetSettings();
   mv::Dialogs::install(nullptr);

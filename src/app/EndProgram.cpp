@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "app/Events.h"
 #include "app/Settings.h"
 
 namespace mv {
@@ -17,6 +18,7 @@ std::function<void()>& installedEnd() {
 }  // namespace
 
 void endProgramNow() {
+  Q_EMIT events().programEnding();
   if (installedEnd()) {
     installedEnd()();
     return;

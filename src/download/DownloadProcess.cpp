@@ -1,23 +1,25 @@
 #include "download/DownloadProcess.h"
 
 #include <algorithm>
-#include <charconv>
-#include <filesystem>
 #include <limits>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 #include <utility>
-#include <vector>
 
+#include "DownloadQueue.h"
+#include "ErrorNumber.h"
 #include "FileName.h"
+#include "FileReceiver.h"
+#include "FileSize.h"
+#include "LoginWatch.h"
+#include "SaveQueue.h"
+#include "app/Events.h"
 #include "app/Settings.h"
-#include "database/Database.h"
 #include "download/DownloadTexts.h"
 #include "net/Address.h"
 #include "net/TextBody.h"
 #include "store/LinkStore.h"
-#include "store/Sequence.h"
+#include "store/ProcessData.h"
 #include "transfer/SiteLocation.h"
 
 namespace mv {
@@ -26,61 +28,29 @@ namespace {
 
 constexpr int kWorkInterval = 200;  // milliseconds
 constexpr const char* kSkip = "skip";
-
-// The leading whole number of a header's value; 0 for anything that is no size.
-std::int64_t leadingSize(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-  std::int64_t size = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
-  if (error == std::errc::result_out_of_range) return std::numeric_limits<std::int64_t>::max();
-  return std::max<std::int64_t>(size, 0);
-}
-
-// A limit in bytes; a limit beyond 64 bits is the largest number.
-std::int64_t inBytes(std::int64_t limit, std::int64_t unit) {
-  std::int64_t bytes = 0;
-  if (__builtin_mul_overflow(limit, unit, &bytes)) return std::numeric_limits<std::int64_t>::max();
-  return bytes;
-}
-
-std::int64_t lowerLimit(const DownloadLimits& limits) { return inBytes(limits.lowerKilobytes, 1024); }
-
-std::int64_t upperLimit(const DownloadLimits& limits) { return inBytes(limits.upperMegabytes, 1024 * 1024); }
-
-std::string joined(const std::string& folder, const std::string& name) {
-  return (std::filesystem::path(folder) / name).string();
-}
-
-// Folders do not count.
-bool fileExists(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::file_status found = std::filesystem::status(path, error);
-  return std::filesystem::exists(found) && !std::filesystem::is_directory(found);
-}
-
-long errorNumber(const std::exception& error) {
-  if (const auto* failure = dynamic_cast<const DatabaseError*>(&error)) return failure->number();
-  if (const auto* failure = dynamic_cast<const FileError*>(&error)) return failure->number();
-  return 0;
-}
-
-WorkRow workRow(LinkRow link) {
-  WorkRow row;
-  row.linkId = link.id;
-  row.userName = std::move(link.userName);
-  row.password = std::move(link.password);
-  row.fileName = lastSegment(link.url.restored());
-  row.fileType = std::move(link.fileType);
-  row.url = std::move(link.url);
-  return row;
-}
+constexpr const char* kContentType = "Content-Type";
+constexpr std::size_t kLongestLoginPage = std::size_t{1} << 20;  // bytes
+constexpr const char* kWaitsForLogin = "The login page came instead. The file waits for the next login.";
+constexpr const char* kLoginInVain = "The login page came instead, after logins too.";
 
 }  // namespace
 
 DownloadProcess::DownloadProcess()
-    : Process({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}, kWorkInterval) {
+    : Process({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}, kWorkInterval),
+      queue_(std::make_unique<DownloadQueue>(lvwLinks)),
+      login_(std::make_unique<LoginWatch>()),
+      receiver_(std::make_unique<FileReceiver>()) {
+  Inet2.setTextLimit(kLongestLoginPage);
   // A file half received when the process is stopped goes at once, not with the window.
-  connect(this, &Process::stopped, this, [this] { file_.reset(); });
+  connect(this, &Process::stopped, this, [this] { receiver_->drop(); });
+  SaveQueue& queue = SaveQueue::instance();
+  connect(&queue, &SaveQueue::settled, this, [this](const SaveResult& result) { run([&] { saveSettled(result); }); });
+  connect(&queue, &SaveQueue::hasRoom, this, [this] {
+    if (std::exchange(awaitsRoom_, false)) enableWorkTimer();
+  });
+  connect(&events(), &Events::siteLoggedIn, this, [this](std::int64_t site) {
+    if (site == SiteId) login_->loggedIn();
+  });
 }
 
 DownloadProcess::~DownloadProcess() = default;
@@ -90,34 +60,25 @@ void DownloadProcess::initWindow() {
     belongTo(SiteId, downloadTitle(SiteName));
     Inet2.setSite(SiteId);
     SiteLocation(SiteName).announce();
-    loadSiteLimits();
+    queue_->loadLimits(SiteId);
+    login_->start(SiteId);
     showCounters("filesinqueue", "", 0);
     buildQueue();
     enableWorkTimer();
   });
 }
 
-void DownloadProcess::loadSiteLimits() { limits_ = loadDownloadLimits(SiteId); }
-
 void DownloadProcess::buildQueue() {
   if (StopRequested()) return;
-  LinkRows links = unfinishedFiles(SiteId);
-  const std::int64_t most = std::min(kQueueLimit, queueSize());
-  std::vector<WorkRow> rows;
-  while (std::ssize(rows) < most) {
-    std::optional<LinkRow> link = links.next();
-    if (!link) break;
-    rows.push_back(workRow(std::move(*link)));
-  }
+  const long rows = queue_->build(SiteId, kQueueLimit, [this](std::int64_t link) {
+    return SaveQueue::instance().holdsLink(link) || login_->isPutOff(link);
+  });
   // The list is there by the next repaint, so the count is announced once. A process that waits for links must not
   // disturb its window five times a second.
-  if (!rows.empty()) {
-    setRowsOpened(static_cast<long>(rows.size()));
-    lvwLinks.append(std::move(rows));
-  }
+  if (rows > 0) setRowsOpened(rows);
   setRowsOpened(std::nullopt);
   showCounters("filesinqueue", "", 0);
-  setProgress(0, static_cast<long>(queueSize()));
+  setProgress(0, static_cast<long>(queue_->left()));
 }
 
 void DownloadProcess::rebuildQueue() {
@@ -125,9 +86,9 @@ void DownloadProcess::rebuildQueue() {
     endWithSite();
     return;
   }
-  if (lvwLinks.count() > 0) lvwLinks.clear();
-  loadSiteLimits();
-  processedCount_ = 0;
+  // Rows whose files are on their way to the disk stay until it is known what became of them.
+  queue_->clear([this](std::int64_t link) { return saving_.contains(link); });
+  queue_->loadLimits(SiteId);
   buildQueue();
   show(status_.file, FileStatus());
   enableWorkTimer();
@@ -138,7 +99,12 @@ void DownloadProcess::tick() {
     markLinkDone();
     entry_.outcomeDue = false;
   }
-  downloadNext();
+  if (SaveQueue::instance().isFull()) {
+    disableWorkTimer();
+    awaitsRoom_ = true;
+  } else {
+    downloadNext();
+  }
 }
 
 void DownloadProcess::downloadNext() {
@@ -165,12 +131,12 @@ bool DownloadProcess::takeUp(int index) {
     findSavePath();
     show(status_.savePath, entry_.savePath);
     rowTaken(index);
-    lvwLinks.setState(index, RowState::Working);
-    ++processedCount_;
+    queue_->takeUp(index);
     showCounters("filesinqueue", "", 0);
     checkIfFileExists(answer);
     if (answer != kSkip) {
       entry_.mode = kGetHeader;
+      login_->beginRequest();
       Inet2.Execute(entry_.url, "GET", BodyMode::HeadersOnly);
       return false;
     }
@@ -207,12 +173,33 @@ void DownloadProcess::transferEvent(int state) {
     receiveFile();
   else if (entry_.mode == kGetHeader)
     checkHeader();
+  else if (entry_.mode == kGetPage)
+    checkPage();
 }
 
 void DownloadProcess::transferFailed() {
   setProgress(0, progressMaximum());
-  countError(Inet2.ResponseInfo(), Inet2.ResponseCode());
+  if (entry_.mode == kGetPage)
+    refuseFile();  // its headers have come before
+  else
+    entryFailed(Inet2.ResponseInfo(), Inet2.ResponseCode());
+}
+
+void DownloadProcess::entryFailed(const std::string& reason, long code) {
+  countError(reason, code);
   entry_.failed = true;
+  settle();
+}
+
+// The tick writes the status again, which repeats a statement that has failed here.
+void DownloadProcess::settle() {
+  login_->forget(entry_.linkId);
+  try {
+    mv::markLinkDone(entry_.linkId);
+  } catch (const DatabaseError&) {
+    enableWorkTimer();
+    return;
+  }
   enableWorkTimer();
 }
 
@@ -226,35 +213,53 @@ void DownloadProcess::checkHeader() {
   if (StopRequested()) return;
   entry_.announcedLength = Inet2.GetHeader("Content-Length");
   entry_.contentLength = leadingSize(entry_.announcedLength);
-  if (entry_.contentLength != 0) {
-    showSize(SizeStatus::Verdict::Wanted);
-    if (lowerLimit(limits_) <= entry_.contentLength && entry_.contentLength <= upperLimit(limits_)) {
-      requestFile();
-      return;
-    }
-  }
-  refuseFile();
-  Inet2.cancel();  // nobody will read the body
-  enableWorkTimer();
+  if (entry_.contentLength != 0) showSize(wanted(entry_.contentLength));
+  if (fits(entry_.contentLength, queue_->limits()))
+    requestFile();
+  else if (login_->beginAnswer(Inet2.GetHeader(kContentType)))
+    requestPage();
+  else
+    refuseFile();
 }
 
 void DownloadProcess::refuseFile() {
-  if (entry_.contentLength == 0) {
-    showSize(SizeStatus::Verdict::Unknown);
-    return;
-  }
-  if (entry_.contentLength < lowerLimit(limits_)) {
-    showSize(SizeStatus::Verdict::TooSmall, lowerLimit(limits_));
-    showFile(FileStatus::Note::TooSmall);
-  }
-  if (entry_.contentLength > upperLimit(limits_)) {
-    showSize(SizeStatus::Verdict::TooBig, upperLimit(limits_));
-    showFile(FileStatus::Note::TooBig);
-  }
+  const SizeStatus why = refusal(entry_.contentLength, queue_->limits());
+  showSize(why);
+  if (why.verdict == SizeStatus::Verdict::TooSmall) showFile(FileStatus::Note::TooSmall);
+  if (why.verdict == SizeStatus::Verdict::TooBig) showFile(FileStatus::Note::TooBig);
+  Inet2.cancel();  // nobody will read the body
+  settle();
 }
 
-void DownloadProcess::showSize(SizeStatus::Verdict verdict, std::int64_t limit) {
-  show(status_.size, SizeStatus{verdict, entry_.contentLength, entry_.announcedLength, limit});
+void DownloadProcess::showSize(SizeStatus size) {
+  size.announced = entry_.announcedLength;
+  show(status_.size, std::move(size));
+}
+
+// Not to be saved, by its size: but it may be the login page, which says nothing of the file.
+void DownloadProcess::requestPage() {
+  entry_.mode = kGetPage;
+  Inet2.Execute(entry_.url, "GET", BodyMode::Text);
+}
+
+void DownloadProcess::checkPage() {
+  login_->look(Inet2.TakeText());
+  if (login_->isLoginPage())
+    awaitLogin();
+  else
+    refuseFile();
+}
+
+void DownloadProcess::awaitLogin() {
+  receiver_->drop();
+  if (!login_->putOff(entry_.linkId)) {
+    entryFailed(kLoginInVain, 0);
+    return;
+  }
+  entry_.outcomeDue = false;
+  showCounters("error", kWaitsForLogin, 0);
+  logDownloadError();
+  enableWorkTimer();
 }
 
 void DownloadProcess::requestFile() {
@@ -265,21 +270,25 @@ void DownloadProcess::requestFile() {
 
 // When the statement fails it is tried again, with the same outcome.
 void DownloadProcess::markLinkDone() {
-  if (StopRequested()) return;
-  const int row = lvwLinks.findLink(entry_.linkId);
-  if (row < 0) return;
+  if (StopRequested() || saving_.contains(entry_.linkId)) return;
+  if (showOutcome(entry_)) mv::markLinkDone(entry_.linkId);
+}
+
+bool DownloadProcess::showOutcome(const Entry& entry) {
+  const int row = lvwLinks.findLink(entry.linkId);
+  if (row < 0) return false;
   RowState outcome = RowState::Done;
-  if (entry_.skippedExisting) outcome = RowState::Exists;
-  if (entry_.failed) outcome = RowState::Error;
+  if (entry.skippedExisting) outcome = RowState::Exists;
+  if (entry.failed) outcome = RowState::Error;
   lvwLinks.setState(row, outcome);
-  mv::markLinkDone(entry_.linkId);
+  return true;
 }
 
 void DownloadProcess::showCounters(const std::string& kind, const std::string& reason, long code) {
   if (StopRequested()) return;
   if (kind == "filesinqueue") {
-    show(status_.queue, queueSize());
-    show(status_.processed, processedCount_);
+    show(status_.queue, queue_->left());
+    show(status_.processed, queue_->taken());
   } else if (kind == "error") {
     showError(fileText(status_), reason, code);
   }
@@ -292,12 +301,12 @@ void DownloadProcess::logDownloadError() {
 void DownloadProcess::findSavePath() {
   if (StopRequested()) return;
   entry_.savePath = loadSitePath(SiteId, entry_.fileType);
-  if (entry_.savePath.empty()) entry_.savePath = limits_.folder;
+  if (entry_.savePath.empty()) entry_.savePath = queue_->limits().folder;
 }
 
 void DownloadProcess::checkIfFileExists(std::string& result) {
   result.clear();
-  if (isYes(gOverwriteExisting) || !fileExists(joined(entry_.savePath, cleanFileName(entry_.fileName)))) return;
+  if (!isTaken(filePath(entry_.savePath, entry_.fileName))) return;
   result = kSkip;
   entry_.skippedExisting = true;
 }
@@ -318,39 +327,26 @@ void DownloadProcess::beginReceiving() {
   entry_.bytesReceived = 0;
   showSaveProgress(0);
   showReceived(0);
-  chooseFullPath();
-  path_.Path = entry_.savePath;
-  path_.checkPath();
+  FileTarget target{entry_.savePath, entry_.fileName};
+  if (isYes(UniqueNames)) target.numbered = {BaseName, entry_.fileType};
+  if (!receiver_->choosePath(target)) {
+    yieldThen([this] { receive(&DownloadProcess::beginReceiving); });
+    return;
+  }
+  receiver_->makeFolder();
   // Both may have asked the user something, and the user may have stopped the site meanwhile.
   if (StopRequested()) return;
-  file_ = std::make_unique<AtomicFile>(entry_.fullPath);
-  if (Inet2.MoveBodyTo(*file_)) {
-    entry_.bytesReceived = static_cast<std::int64_t>(file_->size());
-    fileReceived();
-  } else {
-    receiveChunks();
-  }
-}
-
-void DownloadProcess::chooseFullPath() {
-  if (isYes(UniqueNames)) {
-    const Id number = nextSequenceValue("filename_id");
-    if (number == 0) throw std::runtime_error("No number for the file's name could be drawn.");
-    entry_.fileName = BaseName + std::to_string(number) + "." + entry_.fileType;
-  }
-  entry_.fullPath = joined(entry_.savePath, cleanFileName(entry_.fileName));
+  receiver_->open();
+  entry_.isPage = login_->beginAnswer(Inet2.GetHeader(kContentType));
+  receiveChunks();
 }
 
 void DownloadProcess::receiveChunks() {
-  const TimeBudget budget;
-  while (!budget.spent()) {
-    const std::string chunk = Inet2.GetChunk(kChunkSize, ChunkType::Bytes);
-    if (chunk.empty()) {
-      fileReceived();
-      return;
-    }
-    file_->write(chunk);
-    entry_.bytesReceived += std::ssize(chunk);
+  const bool whole = receiver_->goOn(Inet2, entry_.isPage ? login_.get() : nullptr);
+  entry_.bytesReceived = receiver_->bytes();
+  if (whole) {
+    fileReceived();
+    return;
   }
   showSaveProgress(entry_.bytesReceived);
   showReceived(entry_.bytesReceived);
@@ -370,23 +366,51 @@ void DownloadProcess::showSaveProgress(std::int64_t bytes) {
 }
 
 void DownloadProcess::fileReceived() {
+  if (entry_.isPage && login_->isLoginPage()) {
+    awaitLogin();
+    return;
+  }
   if (entry_.bytesReceived != entry_.contentLength)
     throw std::runtime_error("The file has " + std::to_string(entry_.bytesReceived) + " bytes, the server announced " +
                              std::to_string(entry_.contentLength) + ".");
   showSaveProgress(entry_.contentLength + std::int64_t{kChunkSize});
   showReceived(entry_.contentLength);
-  file_->commit();
-  file_.reset();
-  Q_EMIT fileSaved(entry_.fullPath);
+  save();
+}
+
+// The next file is fetched while this one is brought to the disk.
+void DownloadProcess::save() {
+  saving_[entry_.linkId] = entry_;
+  SaveQueue::instance().add(receiver_->take(entry_.linkId));
   enableWorkTimer();
 }
 
+void DownloadProcess::saveSettled(const SaveResult& result) {
+  auto saved = saving_.extract(result.linkId);
+  if (saved.empty()) return;
+  login_->forget(result.linkId);
+  // The tick shows the outcome of the entry that was taken up last.
+  const bool isTickDue = entry_.outcomeDue && entry_.linkId == result.linkId;
+  Entry& entry = isTickDue ? entry_ : saved.mapped();
+  entry.skippedExisting = result.outcome == SaveResult::Outcome::Exists;
+  entry.failed = result.outcome == SaveResult::Outcome::Failed;
+  if (entry.failed) saveFailed(entry, result);
+  if (entry.skippedExisting && entry_.linkId == result.linkId) showFile(FileStatus::Note::Exists);
+  if (!isTickDue) showOutcome(entry);
+  if (result.outcome == SaveResult::Outcome::Saved) Q_EMIT fileSaved(result.path);
+}
+
+void DownloadProcess::saveFailed(const Entry& entry, const SaveResult& result) {
+  ++errorCount_;
+  DownloadStatus ofFile;
+  ofFile.file = FileStatus{entry.fileName};
+  showError(fileText(ofFile), result.reason, result.code);
+  logError(entry.linkId, entry.url);
+}
+
 void DownloadProcess::receivingFailed(const std::exception& error) {
-  file_.reset();
-  if (gAppClosing) return;
-  countError(error.what(), errorNumber(error));
-  entry_.failed = true;
-  enableWorkTimer();
+  receiver_->drop();
+  if (!gAppClosing) entryFailed(error.what(), errorNumber(error));
 }
 
 // The database refused a statement, most likely for a while only. The entry taken up, if there is one, is marked as an

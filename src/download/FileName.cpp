@@ -1,9 +1,12 @@
 #include "FileName.h"
 
+#include <QCryptographicHash>
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 #include "base/Text.h"
 
@@ -14,9 +17,30 @@ namespace {
 constexpr std::size_t kLongestName = 255;      // bytes, the limit of the common file systems
 constexpr std::size_t kLongestExtension = 32;  // what follows the last dot of a longer one is no extension
 
+constexpr qsizetype kHashBytes = 6;  // of a cut name; twice as many characters
+
 bool isUnusable(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte < 0x20 || byte == 0x7f || c == '/' || c == '\\';
+}
+
+// The length of the character that turns the direction of a text at the begin of `text`; 0 when none stands there.
+std::size_t turningLength(std::string_view text) {
+  constexpr std::array<std::string_view, 12> kTurning{"\u061c", "\u200e", "\u200f", "\u202a", "\u202b", "\u202c",
+                                                      "\u202d", "\u202e", "\u2066", "\u2067", "\u2068", "\u2069"};
+  for (const std::string_view character : kTurning)
+    if (text.starts_with(character)) return character.size();
+  return 0;
+}
+
+std::string withoutTurning(std::string_view name) {
+  std::string kept;
+  for (std::size_t at = 0; at < name.size();) {
+    const std::size_t turning = turningLength(name.substr(at));
+    if (turning == 0) kept += name[at];
+    at += std::max<std::size_t>(turning, 1);
+  }
+  return kept.empty() && !name.empty() ? "_" : kept;
 }
 
 // Does a file system take this name for a device, whatever its extension is?
@@ -38,22 +62,40 @@ std::string_view wholeCharacters(std::string_view text, std::size_t length) {
   return text.substr(0, continuesCharacter(text[end]) ? length : end);  // no UTF-8 at all: any byte is a boundary
 }
 
-std::string shortenedName(std::string_view name) {
+// What tells a cut name from others that begin alike.
+std::string mark(std::string_view wholeName) {
+  const QByteArray hash = QCryptographicHash::hash(
+      QByteArrayView(wholeName.data(), static_cast<qsizetype>(wholeName.size())), QCryptographicHash::Sha256);
+  return "~" + hash.first(kHashBytes).toHex().toStdString();
+}
+
+std::string shortenedName(std::string_view name, std::string_view wholeName) {
   if (name.size() <= kLongestName) return std::string(name);
   const std::size_t dot = name.rfind('.');
   std::string_view extension;
   if (dot != std::string_view::npos && dot > 0 && name.size() - dot <= kLongestExtension) extension = name.substr(dot);
+  const std::string end = mark(wholeName).append(extension);
   const std::string_view stem = name.substr(0, name.size() - extension.size());
-  return std::string(wholeCharacters(stem, kLongestName - extension.size())).append(extension);
+  return std::string(wholeCharacters(stem, kLongestName - end.size())).append(end);
 }
 
 }  // namespace
 
 std::string cleanFileName(std::string_view name) {
-  std::string clean(name);
+  std::string clean = withoutTurning(name);
   std::replace_if(clean.begin(), clean.end(), isUnusable, '_');
   if (clean == "." || clean == ".." || isDeviceName(clean)) clean.insert(0, 1, '_');
-  return shortenedName(clean);
+  return shortenedName(clean, name);
+}
+
+std::string filePath(const std::string& folder, std::string_view name) {
+  return (std::filesystem::path(folder) / cleanFileName(name)).string();
+}
+
+bool fileExists(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::file_status found = std::filesystem::status(path, error);
+  return std::filesystem::exists(found) && !std::filesystem::is_directory(found);
 }
 
 }  // namespace mv

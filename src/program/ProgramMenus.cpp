@@ -108,7 +108,8 @@ Menu windowsMenu() {
           "&Windows",
           {{"mnuWindowsCascade", "&Cascade", arranged(cascadeWindows)},
            {"mnuWindowsTileHorizontally", "Tile &Horizontally", arranged(tileHorizontally)},
-           {"mnuWindowsTileVertically", "Tile &Vertically", arranged(tileVertically)}}};
+           {"mnuWindowsTileVertically", "Tile &Vertically", arranged(tileVertically)}},
+          true};
 }
 
 Menu helpMenu() {

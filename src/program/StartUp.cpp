@@ -15,6 +15,7 @@
 #include "base/Clock.h"
 #include "base/SingleRun.h"
 #include "base/Text.h"
+#include "download/SaveFolders.h"
 #include "net/CookieFile.h"
 #include "program/ProgramMenus.h"
 #include "shell/frmDownloadManager.h"
@@ -128,6 +129,7 @@ void StartUp::openData() {
   guarded("listSites", announceSites);
   cookies_ = std::make_unique<CookieFile>(gProgramFolder + kCookieFile);
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });
+  guarded("clearSaveFolders", clearSaveFolders);
   if (ended_) logClosed();
 }
 

@@ -6,9 +6,10 @@
 #include <utility>
 
 #include "BasePath.h"
-#include "HtmlCharacters.h"
 #include "base/TimeBudget.h"
-#include "scan/StarTag.h"
+#include "html/HtmlCharacters.h"
+#include "html/StarLinks.h"
+#include "html/StarTag.h"
 
 namespace mv {
 
@@ -39,6 +40,10 @@ bool isHtml(std::string_view contentType) {
 
 }  // namespace
 
+PageWalk::PageWalk(clsLinkParser& parser) : parser_(parser), stars_(std::make_unique<StarLinks>()) {}
+
+PageWalk::~PageWalk() = default;
+
 void PageWalk::setTags(const std::vector<std::string>& tags) {
   tags_.clear();
   std::vector<StarTag> stars;
@@ -50,7 +55,7 @@ void PageWalk::setTags(const std::vector<std::string>& tags) {
       tags_.push_back(tag);
     }
   }
-  stars_.setTags(stars);
+  stars_->setTags(stars);
   std::vector<std::string> searchStrings = tags_;
   searchStrings.emplace_back(kBaseTag);
   scanner_.expect(searchStrings);
@@ -62,7 +67,7 @@ void PageWalk::begin(Page page) {
   parser_.Room = {.bytes = isFull ? 0 : std::ssize(page.text) * kRoomPerByte + kLeastRoom};
   scanner_.setHtml(std::move(page.text));
   address_ = std::move(page.address);
-  now_ = {.starsDue = stars_.hasTags() && isHtml(page.contentType),
+  now_ = {.starsDue = stars_->hasTags() && isHtml(page.contentType),
           .isOver = tags_.empty(),  // tags with a star find the base themselves
           .basePath = std::move(page.basePath)};
   beginSearch(0);
@@ -72,7 +77,7 @@ bool PageWalk::goOn(const TakeLink& take) {
   const TimeBudget budget;
   const clsLinkParser::CachedLookups lookups(parser_);
   now_.position = scanner_.position();
-  now_.given = stars_.given();
+  now_.given = stars_->given();
   before_ = now_;
   do {
     while (!now_.isOver) {
@@ -87,13 +92,13 @@ void PageWalk::takeBack() {
   parser_.takeBack();
   now_ = before_;
   beginSearch(now_.position);
-  if (now_.phase == Phase::Stars) stars_.goBack(now_.given);
+  if (now_.phase == Phase::Stars) stars_->goBack(now_.given);
 }
 
 bool PageWalk::findLink() {
   if (now_.phase == Phase::Stars) {
-    if (!stars_.seek(kBytesAtOnce)) return false;
-    now_.isOver = !stars_.next(link_);
+    if (!stars_->seek(kBytesAtOnce)) return false;
+    now_.isOver = !stars_->next(link_);
   } else {
     if (!scanner_.seek(kBytesAtOnce)) return false;
     scanner_.getLink();
@@ -121,7 +126,7 @@ bool PageWalk::beginNextSearch() {
     now_.starsDue = false;
     now_.phase = Phase::Stars;
     scanner_.restart();
-    stars_.begin(scanner_.html(), address_);
+    stars_->begin(scanner_.html(), address_);
     return true;
   }
   if (now_.tag >= tags_.size()) return false;
@@ -143,7 +148,7 @@ std::int64_t PageWalk::leftOut() {
 }
 
 void PageWalk::end() {
-  stars_.begin({}, {});
+  stars_->begin({}, {});
   scanner_.setHtml({});
 }
 

@@ -9,6 +9,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "NormalPlace.h"
+#include "WindowList.h"
 #include "app/ErrorLog.h"
 #include "app/Events.h"
 #include "app/ReportError.h"
@@ -32,16 +34,28 @@ constexpr int kWidth = 6200;   // twips
 constexpr int kHeight = 3600;  // twips
 constexpr int kTimerQuitInterval = 8000;
 constexpr int kGrip = 80;  // pixels of a window that must be in view for the mouse to take hold of it
+// Beside the place that a maximised window comes back to: a row whose height says that it is maximised.
+constexpr const char* kMaximisedKey = "Morvane2000 (maximised)";
 
-// Where a window stored at `place` is to stand: there, unless its upper edge is on no screen any more.
-QPoint withinView(const QRect& place) {
+// The screen that shows the upper edge of `place`; none when that is on no screen any more.
+const QScreen* screenOf(const QRect& place) {
   const QRect grip(place.topLeft(), QSize(qMax(kGrip, place.width()), kGrip / 4));
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect seen = screen->availableGeometry() & grip;
-    if (seen.width() >= kGrip && seen.top() == grip.top()) return place.topLeft();
+    if (seen.width() >= kGrip && seen.top() == grip.top()) return screen;
   }
-  const QScreen* primary = QGuiApplication::primaryScreen();
-  return primary ? primary->availableGeometry().topLeft() : QPoint();
+  return nullptr;
+}
+
+// A stored place, no larger than its screen, and on the first one when its own is gone.
+QRect withinView(QRect place) {
+  const QScreen* screen = screenOf(place);
+  const QScreen* shown = screen ? screen : QGuiApplication::primaryScreen();
+  if (!shown) return place;
+  const QRect room = shown->availableGeometry();
+  place.setSize(place.size().boundedTo(room.size()));
+  if (!screen) place.moveTopLeft(room.topLeft());
+  return place;
 }
 
 }  // namespace
@@ -55,6 +69,7 @@ frmDownloadManager::frmDownloadManager(const std::vector<Menu>& menus)
   wire();
   move(0, 0);
   resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
+  normalPlace_ = std::make_unique<NormalPlace>(*this);
 }
 
 frmDownloadManager::~frmDownloadManager() = default;
@@ -63,6 +78,7 @@ void frmDownloadManager::addMenu(const Menu& menu) {
   QMenu* entries = menuBar()->addMenu(menu.caption);
   entries->setObjectName(toQString(menu.name));
   for (const MenuItem& item : menu.items) addItem(*entries, item);
+  if (menu.listsWindows) listOpenWindows(*entries, *area_);
 }
 
 void frmDownloadManager::addItem(QMenu& menu, const MenuItem& item) {
@@ -102,8 +118,13 @@ void frmDownloadManager::initWindow() {
   readWindowPosition(toUtf8(windowTitle()), top, left, height, width);
   if (height == 0) return;
   const auto pixels = [](long twips) { return twipsToPixels(static_cast<int>(twips)); };
-  resize(pixels(width), pixels(height));
-  move(withinView(QRect(pixels(left), pixels(top), pixels(width), pixels(height))));
+  const QRect place = withinView(QRect(pixels(left), pixels(top), pixels(width), pixels(height)));
+  resize(place.size());
+  move(place.topLeft());
+  normalPlace_->set(place);
+  long maximised = 0;
+  readWindowPosition(kMaximisedKey, top, left, maximised, width);
+  if (maximised != 0) setWindowState(windowState() | Qt::WindowMaximized);
 }
 
 void frmDownloadManager::setItemEnabled(const char* name, bool enabled) {
@@ -134,6 +155,7 @@ void frmDownloadManager::closeEvent(QCloseEvent* event) {
   if (std::exchange(closed_, true)) return;
   gAppClosing = true;
   unloadChildWindows();
+  Q_EMIT events().programEnding();
   guarded("frmDownloadManager", [this] { saveOwnPosition(); });
   finishClearing();
   try {
@@ -152,11 +174,12 @@ void frmDownloadManager::unloadChildWindows() {
 
 void frmDownloadManager::saveOwnPosition() {
   if (isMinimized() || !gDatabase.isOpen()) return;
-  // The normal geometry is the one inside the title bar and borders; a place is where the window's own frame stands.
-  const QPoint frame = geometry().topLeft() - pos();
-  const QRect place = (isMaximized() ? normalGeometry() : geometry()).translated(-frame);
+  const QRect place = normalPlace_->rect();
   saveWindowPosition(toUtf8(windowTitle()), pixelsToTwips(place.top()), pixelsToTwips(place.left()),
                      pixelsToTwips(place.height()), pixelsToTwips(place.width()));
+  long top = 0, left = 0, maximised = 0, width = 0;
+  readWindowPosition(kMaximisedKey, top, left, maximised, width);
+  if (isMaximized() != (maximised != 0)) saveWindowPosition(kMaximisedKey, 0, 0, isMaximized() ? 1 : 0, 0);
 }
 
 }  // namespace mv

@@ -41,7 +41,7 @@ frmPictureViewer::frmPictureViewer(const QString& lastSaved) : ChildWindow(kWidt
   setCaption(kPictureViewer);
   buildControls();
   wire();
-  placeCascaded();
+  setOpens(Opens::Cascaded);
   run([this] { restorePosition(); });
   updateControls();
   followLastSaved();

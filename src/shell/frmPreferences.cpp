@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
-#include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -23,7 +22,9 @@
 #include "store/LinkCleaner.h"
 #include "store/Maintenance.h"
 #include "store/WindowPlaces.h"
+#include "windows/EntryBox.h"
 #include "windows/MainFrame.h"
+#include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 #include "windows/WindowRegistry.h"
 
@@ -35,8 +36,8 @@ constexpr int kWidth = 7800;   // twips
 constexpr int kHeight = 7200;  // twips
 constexpr int kFewestHours = 1;
 constexpr int kMostHours = 24;
+constexpr int kMostDigits = 4;  // of hours in the table
 constexpr int kLargeStep = 5;
-constexpr int kHoursBoxWidth = 60;
 constexpr double kMegabyte = 1024.0 * 1024.0;
 constexpr int kProgressInterval = 100;  // milliseconds
 
@@ -95,7 +96,7 @@ frmPreferences::frmPreferences() : ChildWindow(kWidth, kHeight) {
   setCaption("Preferences");
   buildTabs();
   wire();
-  placeCascaded();
+  setOpens(Opens::Cascaded);
   // Without the row there is nothing to choose, and nothing that Close may write.
   SSTabPrefs_->setEnabled(run([this] { loadPreferencesWindow(); }));
   run([this] { showDatabaseInfo(); });
@@ -122,7 +123,7 @@ void frmPreferences::keyPressEvent(QKeyEvent* event) {
 // --- the controls
 
 void frmPreferences::buildTabs() {
-  SSTabPrefs_ = named(new QTabWidget, "SSTabPrefs");
+  SSTabPrefs_ = new PageTabs("SSTabPrefs");
   SSTabPrefs_->addTab(makeAutoScanTab(), "AutoScan");
   SSTabPrefs_->addTab(makeDatabaseTab(), "Database");
   SSTabPrefs_->addTab(makeAutoHideTab(), "AutoHide");
@@ -152,7 +153,7 @@ QGroupBox* frmPreferences::makeStopFrame() {
   lblGenLogOffAfterThisLong_ = named(new QLabel("Quit after this many hours"), "lblGenLogOffAfterThisLong");
   txtGenQuitAfterThisManyHours_ = makeShownValue("txtGenQuitAfterThisManyHours");
   txtGenQuitAfterThisManyHours_->setAccessibleName("Hours");
-  txtGenQuitAfterThisManyHours_->setFixedWidth(kHoursBoxWidth);
+  txtGenQuitAfterThisManyHours_->setFixedWidth(widthForDigits(*txtGenQuitAfterThisManyHours_, kMostDigits));
   txtGenQuitAfterThisManyHours_->setFocusPolicy(Qt::NoFocus);
   sldrQuitAfterThisManyHours_ = named(new QSlider(Qt::Horizontal), "sldrQuitAfterThisManyHours");
   sldrQuitAfterThisManyHours_->setRange(kFewestHours, kMostHours);

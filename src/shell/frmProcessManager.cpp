@@ -18,6 +18,7 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
   list().setObjectName("lvwProcesses");
   list().setAccessibleName(kProcessManager);
   list().setColumns({{"Process and Site Name"}});
+  list().setEmptyText("No site is running. Start one in the Web Sites window.");
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });
   addButton("Delete", "End the selected process", toolIcon("delete"), [this] { deleteChosen(); });
   listenTo(&Events::processesChanged, [this] { buildWorkingLists("init"); });

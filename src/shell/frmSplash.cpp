@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "app/Settings.h"
@@ -95,10 +96,9 @@ void frmSplash::keyPressEvent(QKeyEvent* event) {
 
 void frmSplash::showCentred() {
   adjustSize();
-  if (const QWidget* owner = parentWidget()) {
-    const QPoint centre = owner->frameGeometry().center() - rect().center();
-    move(qMax(0, centre.x()), qMax(0, centre.y()));
-  }
+  const QWidget* owner = parentWidget();
+  if (const QScreen* shown = owner ? owner->screen() : screen())
+    move(shown->availableGeometry().center() - rect().center());
   show();
 }
 

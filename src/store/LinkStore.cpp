@@ -96,6 +96,12 @@ std::int64_t insertLink(const LinkRow& link) {
 
 void markLinkDone(std::int64_t id) { gDatabase.execute("update link set status = \"Done\" where id = " + number(id)); }
 
+void markLinksDone(const std::vector<std::int64_t>& ids) {
+  Transaction together(gDatabase);
+  for (const std::int64_t id : ids) markLinkDone(id);
+  together.commit();
+}
+
 std::optional<std::int64_t> linkLossMark() {
   try {
     return gDatabase.invalidationCount("link", "url");

@@ -11,6 +11,15 @@ std::optional<std::string> findSitePath(Id siteId, Id fileTypeId) {
                    [](const Recordset& rows) { return rows.text("path"); });
 }
 
+std::set<std::string> allSitePaths() {
+  std::set<std::string> folders;
+  for (Recordset rows = gDatabase.query("select download_path as path from site union select path from site_paths");
+       !rows.endOfRows(); rows.moveNext())
+    folders.insert(rows.text("path"));
+  folders.erase("");
+  return folders;
+}
+
 bool saveSitePath(Id siteId, Id fileTypeId, const std::string& folder) {
   const bool bothAreThere =
       gDatabase.count("select count(*) as outCount from site, valid_filetypes as vf where site.id = " + number(siteId) +

@@ -14,6 +14,11 @@ insert into valid_sid (sid_name, next_value) values
   ('tag_id', 1),
   ('filename_id', 1);
 
+-- Where the windows of the first start stand, in twips.
+insert into win_pos (wname, wtop, wleft, wwidth, wheight) values
+  ('Morvane2000', 600, 900, 16500, 11250),
+  ('Web Sites', 0, 0, 11400, 4500);
+
 insert into valid_rule (id, name) values (1, 'Ignore'), (2, 'Save To');
 insert into valid_field (id, name) values (1, 'Link'), (2, 'Domain'), (3, 'Filetype');
 

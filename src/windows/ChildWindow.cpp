@@ -7,6 +7,8 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "ContentsSize.h"
+#include "FreeSpace.h"
 #include "LoadedWindows.h"
 #include "app/Settings.h"
 #include "base/Text.h"
@@ -67,12 +69,14 @@ class ChildWindow::Frame : public QMdiSubWindow {
   QRect normal_;
 };
 
-ChildWindow::ChildWindow(int width, int height) : frame_(new Frame(*this)) {
+ChildWindow::ChildWindow(int width, int height) : frame_(new Frame(*this)), size_({width, height}) {
   QMdiArea& area = MainFrame::current()->mdiArea();
   frame_->setWidget(this);
   frame_->hide();
   area.addSubWindow(frame_);
-  frame_->setGeometry(0, 0, twipsToPixels(width), twipsToPixels(height));
+  const QSize size(twipsToPixels(width), twipsToPixels(height));
+  size_.keep({width, height}, size);
+  frame_->setGeometry(QRect(QPoint(), size));
   connect(&area, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* active) {
     if (active == frame_) becomeActive();
   });
@@ -88,6 +92,7 @@ void ChildWindow::setCaption(const QString& caption) { setWindowTitle(caption); 
 
 void ChildWindow::showChild() {
   if (unloaded_) return;
+  if (!std::exchange(opened_, true)) openFirst();
   if (isMinimised())
     frame_->showNormal();
   else
@@ -166,16 +171,31 @@ std::string ChildWindow::sourceName() const {
   return scope == std::string::npos ? name : name.substr(scope + 1);
 }
 
+// --- place and size
+
 TwipRect ChildWindow::place() const {
   const QRect pixels = frame_->normalGeometry();
-  return {pixelsToTwips(pixels.top()), pixelsToTwips(pixels.left()), pixelsToTwips(pixels.height()),
-          pixelsToTwips(pixels.width())};
+  const QSize size = size_.kept(pixels.size());
+  return {pixelsToTwips(pixels.top()), pixelsToTwips(pixels.left()), size.height(), size.width()};
+}
+
+QSize ChildWindow::contentsSize(int width) { return neededSize(*this, width); }
+
+QSize ChildWindow::shownSize(const QSize& twips) {
+  const QMargins frame = frame_->contentsMargins();
+  const QSize around(frame.left() + frame.right(), frame.top() + frame.bottom());
+  const QMdiArea* area = frame_->mdiArea();
+  const QSize room = area && area->isVisible() ? area->viewport()->size() : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+  const int width = size_.shown(twips, contentsSize(0) + around, room).width();
+  const QSize size = size_.shown(twips, contentsSize(width - around.width()) + around, room).expandedTo(kSmallest);
+  size_.keep(twips, size);
+  return size;
 }
 
 void ChildWindow::setPlace(const TwipRect& place) {
-  QRect pixels(twipsToPixels(place.left), twipsToPixels(place.top), twipsToPixels(place.width),
-               twipsToPixels(place.height));
-  pixels.setSize(pixels.size().expandedTo(kSmallest));
+  placed_ = true;
+  if (!frame_->isAtNormalSize()) frame_->showNormal();
+  QRect pixels(QPoint(twipsToPixels(place.left), twipsToPixels(place.top)), shownSize({place.width, place.height}));
   const QMdiArea* area = frame_->mdiArea();
   if (area && area->isVisible()) {
     const QSize space = area->viewport()->size();
@@ -183,8 +203,50 @@ void ChildWindow::setPlace(const TwipRect& place) {
     pixels.moveLeft(std::max(std::min(pixels.left(), space.width() - kReachable), kReachable - pixels.width()));
     pixels.moveTop(std::max(std::min(pixels.top(), space.height() - titleBar), 0));
   }
-  if (!frame_->isAtNormalSize()) frame_->showNormal();
   frame_->setGeometry(pixels);
+}
+
+void ChildWindow::openFirst() {
+  const QSize size = shownSize(size_.given());
+  frame_->setGeometry(QRect(placed_ ? frame_->pos() : firstPoint(size), size));
+}
+
+QPoint ChildWindow::firstPoint(const QSize& size) const {
+  if (opens_ == Opens::AtTopLeft) return {};
+  const QSize room = frame_->mdiArea()->viewport()->size();
+  if (opens_ == Opens::InFreeSpace) {
+    std::vector<QRect> taken;
+    for (const ChildWindow* other : loadedWindows())
+      if (other != this && other->keepsItsPlace()) taken.push_back(other->frame_->normalGeometry());
+    const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
+    if (const auto place = freePlace(room, withFollowers, taken)) return *place;
+    if (const auto place = freePlace(room, size, taken)) return *place;
+  }
+  const QPoint place = cascadedPoint();
+  return {std::clamp(place.x(), 0, std::max(0, room.width() - size.width())),
+          std::clamp(place.y(), 0, std::max(0, room.height() - size.height()))};
+}
+
+QPoint ChildWindow::cascadedPoint() const {
+  const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
+  const QSize space = frame_->mdiArea()->viewport()->size() / 2;
+  const int steps = std::max(1, std::min(space.width(), space.height()) / step);
+  const auto opened = std::count_if(loadedWindows().begin(), loadedWindows().end(), [this](const ChildWindow* other) {
+    return other != this && other->isChildVisible() && !other->isMinimised();
+  });
+  const int offset = static_cast<int>(opened % steps) * step;
+  return {offset, offset};
+}
+
+void ChildWindow::setOwnHeight(int height) {
+  size_.setOwnHeight(height);
+  const QSize given(size_.kept(frame_->normalGeometry().size()).width(), height);
+  frame_->resize(shownSize(given));
+}
+
+void ChildWindow::returnToOwnSize() {
+  if (!frame_->isAtNormalSize()) frame_->showNormal();
+  frame_->resize(shownSize(size_.own()));
 }
 
 bool ChildWindow::restorePosition() {
@@ -203,19 +265,5 @@ void ChildWindow::savePosition() {
   const TwipRect at = place();
   saveWindowPosition(toUtf8(positionKey()), at.top, at.left, at.height, at.width);
 }
-
-void ChildWindow::placeCascaded() {
-  const QMdiArea* area = frame_->mdiArea();
-  const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
-  const QSize space = area->viewport()->size() / 2;
-  const int steps = std::max(1, std::min(space.width(), space.height()) / step);
-  const auto opened = std::count_if(loadedWindows().begin(), loadedWindows().end(), [this](const ChildWindow* other) {
-    return other != this && other->isChildVisible() && !other->isMinimised();
-  });
-  const int offset = static_cast<int>(opened % steps) * step;
-  frame_->move(offset, offset);
-}
-
-void ChildWindow::setFrameSize(int width, int height) { frame_->resize(twipsToPixels(width), twipsToPixels(height)); }
 
 }  // namespace mv

@@ -11,7 +11,7 @@ namespace mv {
 
 EditorWindow::EditorWindow(const QString& caption, int width, int height) : ChildWindow(width, height) {
   setCaption(caption);
-  placeCascaded();
+  setOpens(Opens::Cascaded);
 }
 
 void EditorWindow::open() {

@@ -87,4 +87,11 @@ void EntryBox::mouseReleaseEvent(QMouseEvent* event) {
   focusedByMouse_ = false;
 }
 
+int widthForDigits(const QLineEdit& box, int digits) {
+  const QString widest(digits, u'0');
+  // sizeHint() is made for 17 letters x, and has the frame and the margins.
+  const int around = box.sizeHint().width() - 17 * box.fontMetrics().horizontalAdvance(u'x');
+  return box.fontMetrics().horizontalAdvance(widest + u'0') + around;
+}
+
 }  // namespace mv

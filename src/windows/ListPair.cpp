@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kMinimumListHeight = 96;  // logical pixels: header and a few rows
 constexpr int kMinimumListWidth = 120;
-constexpr int kNameColumnWidth = 100;
+constexpr int kNameCharacters = 12;
 
 }  // namespace
 
@@ -45,7 +45,7 @@ ListView* ListPair::makeList(const ListTexts& texts, const char* column, const s
   auto* list = new ListView(this);
   list->setObjectName(texts.name);
   list->setToolTip(texts.toolTip);
-  std::vector<ListColumn> columns{{column, kNameColumnWidth, false}};
+  std::vector<ListColumn> columns{{column, kNameCharacters, false}};
   for (const char* title : hidden) columns.push_back({title, 0, true});
   list->setColumns(columns);
   list->setMultiSelect(true);

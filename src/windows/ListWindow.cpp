@@ -4,8 +4,10 @@
 #include <QResizeEvent>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
 #include <utility>
 
+#include "desktop/ListColumns.h"
 #include "windows/MainFrame.h"
 
 namespace mv {
@@ -50,6 +52,7 @@ QToolButton* ListWindow::addButton(const QString& caption, const QString& toolTi
 }
 
 void ListWindow::load() {
+  keepColumnWidths(*list_, objectName() + '.' + list_->objectName());
   run([this] { restorePosition(); });
   run([this] { buildWorkingLists("init"); });
 }
@@ -58,7 +61,22 @@ void ListWindow::buildWorkingLists(const std::string& command, long) {
   if (command == "init") rebuild();
 }
 
+// What tells a row from the others.
+QSet<QString> ListWindow::rowKeys() const {
+  QSet<QString> keys;
+  for (int row = 0; row < list_->rowCount(); ++row) keys << list_->cell(row, std::max(idColumn_, 0));
+  return keys;
+}
+
+// The row that an editor has just made is looked for by the user.
+void ListWindow::showNewRow(const QSet<QString>& before) {
+  if (before.isEmpty()) return;
+  for (int row = list_->rowCount() - 1; row >= 0; --row)
+    if (!before.contains(list_->cell(row, std::max(idColumn_, 0)))) list_->showRow(row);
+}
+
 void ListWindow::rebuild() {
+  const QSet<QString> before = rowKeys();
   list_->setSorting(false);
   list_->clearRows();
   fillList();
@@ -69,6 +87,7 @@ void ListWindow::rebuild() {
     forgetChosen();
   else
     list_->setRowSelected(row, true);
+  showNewRow(before);
 }
 
 void ListWindow::choose(int row) {
@@ -101,9 +120,17 @@ void ListWindow::activated() {
 
 void ListWindow::unloading() { savePosition(); }
 
+// Large letters need more than the strip has.
+int ListWindow::toolbarHeight() const { return std::max(twipsToPixels(kToolbarHeight), toolbar_->sizeHint().height()); }
+
+QSize ListWindow::contentsSize(int) {
+  const QSize rows = list_->sizeHint();
+  return {std::max(toolbar_->sizeHint().width(), rows.width()), toolbarHeight() + rows.height()};
+}
+
 void ListWindow::resizeEvent(QResizeEvent* event) {
   ChildWindow::resizeEvent(event);
-  const int top = twipsToPixels(kToolbarHeight);
+  const int top = toolbarHeight();
   toolbar_->setGeometry(0, 0, width(), top);
   if (height() > top) list_->setGeometry(0, top, width(), height() - top);
 }

@@ -25,6 +25,8 @@ RecordWindow::RecordWindow(Description description)
   setIdColumn(static_cast<int>(description_.columns.size()) - 1);
   setKeepSorted(description_.sorted);
   setKeepChosen(description_.keepsChosen);
+  if (description_.opensInFreeSpace) setOpens(Opens::InFreeSpace);
+  list().setEmptyText(QString("Press New to describe a first %1.").arg(lowerCase(description_.kind)));
   addButtons();
 }
 

@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <algorithm>
 
+#include "FileName.h"
 #include "download/DownloadProcess.h"
 #include "download/DownloadTest.h"
 #include "process/ProcessTexts.h"
@@ -145,7 +146,7 @@ TEST_F(DownloadProcessTest, NamesComeFromTheAddress) {
   addLink(site.host(), "jpg");
   site.file("/", "image/jpeg", "5");
   downloadAll();
-  EXPECT_EQ(savedFiles(), (Names{"it's.jpg", longName.substr(0, 251) + ".jpg", "show.php?id=3"}));
+  EXPECT_EQ(savedFiles(), (Names{"it's.jpg", mv::cleanFileName(longName + ".jpg"), "show.php?id=3"}));
   EXPECT_EQ(readFile(path("it's.jpg")), "2");
   EXPECT_EQ(state(""), "Error");
   EXPECT_EQ(process->ErrorCount(), 2);

@@ -13,7 +13,7 @@ using Texts = std::vector<QString>;
 class ListViewTest : public ::testing::Test {
  protected:
   ListViewTest() {
-    list.setColumns({{"Name", 120}, {"Number", 60}, {"Id", 40, true}});
+    list.setColumns({{"Name", 16}, {"Number", 8}, {"Id", 4, true}});
     list.resize(400, 300);
     list.show();
   }

@@ -21,19 +21,17 @@ void fill(ListView& list) {
 }  // namespace
 
 frmFileTypeManager::frmFileTypeManager()
-    : RecordWindow({.kind = "FileType",
-                    .width = 6200,
-                    .height = 3600,
-                    .windowName = "frmFileTypeManager",
-                    .listName = "lvwFiletypes",
-                    .columns = {{"FileType", 68},
-                                {"Description", 106},
-                                {"Can Delete", 76},
-                                {"Download by Default", 128},
-                                {"Id", 0, true}},
-                    .editCaption = "Edit: ",
-                    .fill = fill,
-                    .remove = deleteFileType}) {
+    : RecordWindow(
+          {.kind = "FileType",
+           .width = 6200,
+           .height = 3600,
+           .windowName = "frmFileTypeManager",
+           .listName = "lvwFiletypes",
+           .columns =
+               {{"FileType", 10}, {"Description", 20}, {"Can Delete", 4}, {"Download by Default", 4}, {"Id", 0, true}},
+           .editCaption = "Edit: ",
+           .fill = fill,
+           .remove = deleteFileType}) {
   load();
 }
 

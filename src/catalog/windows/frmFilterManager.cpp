@@ -25,7 +25,8 @@ frmFilterManager::frmFilterManager()
                     .height = 3600,
                     .windowName = "frmFilterManager",
                     .listName = "lvwFilters",
-                    .columns = {{"Filter", 140}, {"Description", 150}, {"Global", 60}, {"Id", 0, true}},
+                    .columns = {{"Filter", 18}, {"Description", 22}, {"Global", 4}, {"Id", 0, true}},
+                    .opensInFreeSpace = true,
                     .editCaption = "Edit: ",
                     .fill = fill,
                     .remove = deleteFilter}) {

@@ -20,7 +20,8 @@ frmRuleManager::frmRuleManager()
                     .height = 3600,
                     .windowName = "frmRuleManager",
                     .listName = "lvwRules",
-                    .columns = {{"Rule", 170}, {"Id", 0, true}},
+                    .columns = {{"Rule", 22}, {"Id", 0, true}},
+                    .opensInFreeSpace = true,
                     .editCaption = "Edit Rule: ",
                     .fill = fill,
                     .remove = deleteRule}) {

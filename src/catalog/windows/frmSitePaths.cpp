@@ -13,6 +13,7 @@
 #include "base/Text.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
+#include "desktop/ListColumns.h"
 #include "store/SiteStore.h"
 #include "windows/MainFrame.h"
 #include "windows/ScrollingPage.h"
@@ -65,8 +66,8 @@ QWidget* frmSitePaths::buildFileTypesFrame() {
   auto* label = wrappedLabel("lblFileTypesList", "Filetypes being downloaded from this site");
   label->setBuddy(lvwFiletypesAssigned_);
   lvwFiletypesAssigned_->setObjectName("lvwFiletypesAssigned");
-  lvwFiletypesAssigned_->setColumns({{"Extension", 90}, {"Id", 0, true}});
-  lvwFiletypesAssigned_->setMinimumHeight(kLowestList);
+  lvwFiletypesAssigned_->setColumns({{"Extension", 10}, {"Id", 0, true}});
+  lvwFiletypesAssigned_->setMinimumSize(columnsWidth(*lvwFiletypesAssigned_), kLowestList);
   lvwFiletypesAssigned_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   connect(lvwFiletypesAssigned_, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
   connect(lvwFiletypesAssigned_, &QTreeWidget::itemSelectionChanged, this,

@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QTabWidget>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -11,6 +10,7 @@
 #include "base/Text.h"
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTexts.h"
+#include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -44,8 +44,7 @@ void frmDownload::buildSummary() {
 }
 
 void frmDownload::buildDetails() {
-  auto* tabs = new QTabWidget;
-  tabs->setObjectName("SSTab1");
+  auto* tabs = new PageTabs("SSTab1");
   tabs->addTab(&linkView(), "Links");
   tabs->addTab(makePreviewTab(), "Preview");
   tabs->addTab(makeInfoTab(), "Info");

@@ -3,7 +3,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QTabWidget>
 
 #include "app/Settings.h"
 #include "base/Text.h"
@@ -14,6 +13,7 @@
 #include "store/FormStore.h"
 #include "windows/ChoiceBox.h"
 #include "windows/EntryBox.h"
+#include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -51,8 +51,7 @@ frmNewForm::frmNewForm()
                     .manager = "Form Manager",
                     .rebuildsManager = true,
                     .sequence = "form_id"}) {
-  auto* tabs = new QTabWidget;
-  tabs->setObjectName("SSTab1");
+  auto* tabs = new PageTabs("SSTab1");
   tabs->addTab(makeGeneralPage(), "&General Information");
   tabs->addTab(makeFieldsPage(), "Field Information");
 
@@ -87,15 +86,15 @@ ListView* frmNewForm::makeFieldList() {
   lvwFields_->setObjectName("lvwFields");
   lvwFields_->setAccessibleName("Fields");
   lvwFields_->setMinimumHeight(kLowestList);
-  lvwFields_->setColumns({{"Name", 100},
-                          {"Id", 40},
-                          {"Form Id", 60},
-                          {"Logical Number", 105},
-                          {"Search String", 160},
-                          {"Supplied by User", 115},
-                          {"Prompt", 110},
-                          {"Field Name", 90},
-                          {"Field Value", 160}});
+  lvwFields_->setColumns({{"Name", 12},
+                          {"Id", 4},
+                          {"Form Id", 4},
+                          {"Logical Number", 4},
+                          {"Search String", 14},
+                          {"Supplied by User", 4},
+                          {"Prompt", 12},
+                          {"Field Name", 10},
+                          {"Field Value", 12}});
   connect(lvwFields_, &ListView::rowChosen, this, [this](int row) { run([&] { chooseField(row); }); });
   connect(lvwFields_, &ListView::rowActivated, this, [this](int row) {
     run([&] {

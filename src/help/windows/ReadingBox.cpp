@@ -9,6 +9,8 @@ namespace mv {
 namespace {
 
 constexpr qsizetype kLongestLine = 2000;
+constexpr int kCharactersAskedFor = 40;
+constexpr int kLinesAskedFor = 6;
 constexpr qsizetype kPiece = 2000;  // characters
 
 // Every line end is a line feed, so that none can be cut in two.
@@ -41,6 +43,11 @@ ReadingBox::ReadingBox(const QString& objectName, const QString& accessibleName,
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   nextSlice_.setSingleShot(true);
   connect(&nextSlice_, &QTimer::timeout, this, [this] { showSlice(); });
+}
+
+QSize ReadingBox::sizeHint() const {
+  const QFontMetrics letters = fontMetrics();
+  return {kCharactersAskedFor * letters.averageCharWidth(), kLinesAskedFor * letters.lineSpacing() + 2 * frameWidth()};
 }
 
 void ReadingBox::showText(const QString& text) {

@@ -11,6 +11,8 @@ class ReadingBox : public QPlainTextEdit {
  public:
   ReadingBox(const QString& objectName, const QString& accessibleName, QWidget* parent);
 
+  // Some lines; more is for the window to give.
+  QSize sizeHint() const override;
   // In place of the text before; a long one comes in slices, its first thousands of characters at once. Lines of more
   // than two thousand characters are broken: laying out a word of a million would take a minute.
   void showText(const QString& text);

@@ -4,14 +4,15 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QListView>
-#include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "ReadingBox.h"
 #include "base/Text.h"
+#include "desktop/ListColumns.h"
 #include "desktop/ListView.h"
 #include "store/HelpStore.h"
 #include "windows/MainFrame.h"
+#include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -20,7 +21,7 @@ namespace {
 
 constexpr int kWidth = 6855;   // twips
 constexpr int kHeight = 4455;  // twips
-constexpr int kSubjectWidth = 150;
+constexpr int kSubjectCharacters = 20;
 constexpr int kShortestTopics = 12;  // characters
 
 QLabel* makeLabel(const char* name, const QString& text, QWidget* buddy) {
@@ -40,14 +41,15 @@ frmHelp::frmHelp()
   setObjectName("frmHelp");
   setCaption("Help");
   buildControls();
-  placeCascaded();
+  setOpens(Opens::Cascaded);
   connect(lvwSubjects_, &ListView::rowChosen, this, [this](int row) { run([&] { subjectChosen(row); }); });
   connect(cmboTopics_, &QComboBox::activated, this, [this](int index) { run([&] { topicChosen(index); }); });
 }
 
 void frmHelp::buildControls() {
   lvwSubjects_->setObjectName("lvwSubjects");
-  lvwSubjects_->setColumns({{"Subject", kSubjectWidth}});
+  lvwSubjects_->setColumns({{"Subject", kSubjectCharacters}});
+  lvwSubjects_->setMinimumWidth(columnsWidth(*lvwSubjects_));
   cmboTopics_->setObjectName("cmboTopics");
   // Thousands of topics, or a very long one, must neither widen the window nor be measured one by one.
   cmboTopics_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -58,8 +60,7 @@ void frmHelp::buildControls() {
   auto* lblNoOptions = new QLabel("No options for this window.");
   lblNoOptions->setObjectName("lblNoOptions");
   lblNoOptions->setAlignment(Qt::AlignCenter);
-  auto* SSTab1 = new QTabWidget;
-  SSTab1->setObjectName("SSTab1");
+  auto* SSTab1 = new PageTabs("SSTab1");
   SSTab1->addTab(makeHelpPage(), "Help");
   SSTab1->addTab(lblNoOptions, "Options");
   (new QVBoxLayout(makeScrollingPage(this)))->addWidget(SSTab1);

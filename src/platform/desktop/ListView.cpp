@@ -7,12 +7,17 @@
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
 #include <cstdlib>
+
+#include "desktop/ListColumns.h"
 
 namespace mv {
 namespace {
 
 const QString kTextType = "text/plain";
+constexpr int kRowsAskedFor = 4;
+constexpr int kEmptyTextMargin = 8;
 
 bool lessText(const QString& a, const QString& b) {
   const int order = a.compare(b, Qt::CaseInsensitive);
@@ -48,6 +53,8 @@ ListView::ListView(QWidget* parent) : QTreeWidget(parent) {
   setTabKeyNavigation(false);
   header()->setSectionsClickable(true);
   header()->setSectionsMovable(false);
+  header()->setStretchLastSection(false);
+  tellCutCells(*this);
   connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
     if (headerClickSorts_) sortByClick(column);
   });
@@ -65,9 +72,31 @@ void ListView::setColumns(const std::vector<ListColumn>& columns) {
   for (const ListColumn& column : columns) titles << column.title;
   setHeaderLabels(titles);
   for (int i = 0; i < columnCount(); ++i) {
-    setColumnWidth(i, columns[static_cast<std::size_t>(i)].width);
+    setColumnWidth(i, mv::columnWidth(*this, i, columns[static_cast<std::size_t>(i)].characters));
     setColumnHidden(i, columns[static_cast<std::size_t>(i)].hidden);
   }
+  giveRoom(*this, 0);
+}
+
+QSize ListView::sizeHint() const {
+  const int row = fontMetrics().height() + 2 * frameWidth();
+  return QSize(columnsWidth(*this), header()->sizeHint().height() + kRowsAskedFor * row + 2 * frameWidth())
+      .expandedTo(minimumSize());
+}
+
+void ListView::setEmptyText(const QString& text) {
+  emptyText_ = text;
+  viewport()->update();
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+  QTreeWidget::paintEvent(event);
+  if (rowCount() > 0 || emptyText_.isEmpty()) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const QRect room =
+      viewport()->rect().adjusted(kEmptyTextMargin, kEmptyTextMargin, -kEmptyTextMargin, -kEmptyTextMargin);
+  painter.drawText(room, static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), emptyText_);
 }
 
 void ListView::setMultiSelect(bool on) { setSelectionMode(on ? ExtendedSelection : SingleSelection); }
@@ -75,6 +104,7 @@ void ListView::setMultiSelect(bool on) { setSelectionMode(on ? ExtendedSelection
 int ListView::addRow(const QStringList& texts, bool bold) {
   auto* item = new Row(texts);
   const int row = sorting_ ? sortedPlace(item->text(sortColumn_)) : rowCount();
+  if (!sorting_) header()->setSortIndicatorShown(false);
   insertTopLevelItem(row, item);
   if (bold) setBold(row, true);
   return row;
@@ -153,6 +183,10 @@ void ListView::setRowSelected(int row, bool selected) {
   item->setSelected(selected);
   if (selected && (!currentItem() || !currentItem()->isSelected()))
     setCurrentItem(item, 0, QItemSelectionModel::NoUpdate);
+}
+
+void ListView::showRow(int row) {
+  if (QTreeWidgetItem* item = topLevelItem(row)) scrollToItem(item);
 }
 
 std::vector<int> ListView::selectedRows() const {

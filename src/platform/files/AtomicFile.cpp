@@ -1,13 +1,15 @@
 #include "files/AtomicFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
 #include <utility>
+
+#include "TemporaryName.h"
 
 namespace mv {
 
@@ -26,10 +28,30 @@ std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// Short, so that it fits where the final name does.
-std::string temporaryName(const std::string& folder) {
-  static std::atomic<unsigned> counter{0};
-  return folder + "/.mv" + std::to_string(getpid()) + '-' + std::to_string(++counter) + ".part";
+int answerOf(int done) { return done == 0 ? 0 : errno; }
+
+// Runs `take` with one temporary name after the other until one is free. The name; "" and `error` when none was taken.
+template <class Take>
+std::string takeTemporaryName(const std::string& folder, int& error, Take take) {
+  error = EEXIST;
+  std::string name;
+  for (int attempt = 0; error == EEXIST && attempt < kNameAttempts; ++attempt) {
+    name = temporaryPath(folder);
+    error = take(name);
+  }
+  return error == 0 ? name : std::string();
+}
+
+// EEXIST when `to` is there. Not every file system knows such a rename, and not every one of those knows links; where
+// neither is, a file of another program that comes within these two calls is replaced.
+int renameToFreeName(const char* from, const char* to) {
+  int error = answerOf(::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE));
+  if (error != EINVAL && error != ENOSYS) return error;
+  error = answerOf(::link(from, to));
+  if (error == 0) return answerOf(::unlink(from));
+  if (error == EEXIST) return error;
+  struct stat found {};
+  return ::lstat(to, &found) == 0 ? EEXIST : answerOf(std::rename(from, to));
 }
 
 }  // namespace
@@ -39,40 +61,42 @@ struct AtomicFile::Private {
   std::string temporary;  // "" while the file has no name at all
   OpenFile file;
   std::string buffer;  // small pieces on their way into the file
+  bool flushed = false;
 
   void check(int error) const {
     if (error != 0) raise(error, path);
   }
 
   void openNamed(const std::string& folder) {
-    int error = EEXIST;
-    std::string name;
-    for (int attempt = 0; error == EEXIST && attempt < kNameAttempts; ++attempt) {
-      name = temporaryName(folder);
-      error = file.openNamed(name);
-    }
+    int error = 0;
+    temporary = takeTemporaryName(folder, error, [this](const std::string& name) { return file.openNamed(name); });
     check(error);
-    temporary = name;
   }
 
-  void flush() {
+  void finish() {
     check(file.write(buffer));
     buffer.clear();
   }
 
-  // Gives the unnamed file its final name when that is free, else a temporary one to be renamed. True when done.
-  bool linkUnnamed() {
-    int error = file.link(path);
-    if (error == 0) return true;
-    if (error != EEXIST) raise(error, path);
-    std::string name;
-    for (int attempt = 0; error == EEXIST && attempt < kNameAttempts; ++attempt) {
-      name = temporaryName(folderOf(path));
-      error = file.link(name);
+  // A name that is taken is taken over with one rename, for which the file needs another name first.
+  int takeOverName() {
+    if (temporary.empty()) {
+      file.lock();
+      int error = 0;
+      temporary = takeTemporaryName(folderOf(path), error, [this](const std::string& name) { return file.link(name); });
+      if (error != 0) return error;
     }
-    check(error);
-    temporary = name;
-    return false;
+    return answerOf(std::rename(temporary.c_str(), path.c_str()));
+  }
+
+  int takeName(Existing existing) {
+    if (temporary.empty()) {
+      const int error = file.link(path);
+      if (error != EEXIST || existing == Existing::Keep) return error;
+    }
+    const int error = existing == Existing::Keep ? renameToFreeName(temporary.c_str(), path.c_str()) : takeOverName();
+    if (error == 0) temporary.clear();
+    return error;
   }
 };
 
@@ -81,8 +105,8 @@ AtomicFile::AtomicFile(const std::string& path) : d(std::make_unique<Private>())
   struct stat status {};
   const bool isFolder = stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
   if (path.empty() || path.back() == '/' || isFolder) raise(EISDIR, path);
-  const std::string folder = folderOf(path);
-  if (d->file.openUnnamed(folder) != 0) d->openNamed(folder);
+  const std::string inFolder = folderOf(path);
+  if (d->file.openUnnamed(inFolder) != 0) d->openNamed(inFolder);
 }
 
 AtomicFile::~AtomicFile() {
@@ -91,28 +115,47 @@ AtomicFile::~AtomicFile() {
 }
 
 void AtomicFile::write(std::string_view bytes) {
+  d->flushed = false;
   if (d->buffer.size() + bytes.size() < kBuffered) {
     d->buffer.append(bytes);
     return;
   }
-  d->flush();
+  d->finish();
   d->check(d->file.write(bytes));
 }
 
 bool AtomicFile::adopt(OpenFile& content) {
-  if (size() > 0 || !d->file.isNameable() || !content.isNameable() || !content.isOn(folderOf(d->path))) return false;
+  if (size() > 0 || !d->file.isNameable() || !content.isNameable() || !content.isOn(folder())) return false;
   d->file = std::move(content);
+  d->flushed = false;
   return true;
 }
 
 std::uint64_t AtomicFile::size() const { return d->file.size() + d->buffer.size(); }
 
-void AtomicFile::commit() {
-  d->flush();
-  if (d->temporary.empty() && d->linkUnnamed()) return;
-  d->check(d->file.close());
-  if (std::rename(d->temporary.c_str(), d->path.c_str()) != 0) raise(errno, d->path);
-  d->temporary.clear();
+void AtomicFile::setPath(const std::string& path) { d->path = path; }
+
+const std::string& AtomicFile::path() const { return d->path; }
+
+std::string AtomicFile::folder() const { return folderOf(d->path); }
+
+void AtomicFile::finish() { d->finish(); }
+
+void AtomicFile::startWriteback() { d->file.startWriteback(); }
+
+void AtomicFile::flush() {
+  if (d->flushed) return;
+  d->check(d->file.flush());
+  d->flushed = true;
+}
+
+bool AtomicFile::commit(Existing existing) {
+  finish();
+  flush();
+  const int error = d->takeName(existing);
+  if (error == EEXIST) return false;
+  d->check(error);
+  return true;
 }
 
 void AtomicFile::failAfterBytes(std::uint64_t bytes) { OpenFile::failAfterBytes(bytes); }

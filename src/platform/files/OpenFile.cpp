@@ -1,6 +1,7 @@
 #include "files/OpenFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,12 @@ namespace {
 constexpr mode_t kNewFileMode = 0666;  // less the umask
 
 std::uint64_t failFrom = 0;
+bool refusesUnnamed = false;
+
+std::function<int()>& beforeFlush() {
+  static std::function<int()> before;
+  return before;
+}
 
 std::string descriptorPath(int file) { return "/proc/self/fd/" + std::to_string(file); }
 
@@ -35,6 +42,7 @@ OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
 
 int OpenFile::openUnnamed(const std::string& folder) {
   *this = OpenFile();
+  if (refusesUnnamed) return EOPNOTSUPP;
   const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFileMode);
   if (file < 0) return errno;
   descriptor_ = file;
@@ -56,8 +64,15 @@ int OpenFile::openScratch(const std::string& folder) {
 int OpenFile::openNamed(const std::string& path) {
   *this = OpenFile();
   descriptor_ = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
-  return descriptor_ < 0 ? errno : 0;
+  if (descriptor_ < 0) return errno;
+  // Another program's removeLeftovers may have taken it for one between the two calls.
+  struct stat own {};
+  if (lock() != EWOULDBLOCK && ::fstat(descriptor_, &own) == 0 && own.st_nlink > 0) return 0;
+  close();
+  return EEXIST;
 }
+
+int OpenFile::lock() const { return ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
 
 bool OpenFile::isOn(const std::string& folder) const {
   struct stat own {};
@@ -91,6 +106,19 @@ int OpenFile::read(std::uint64_t offset, std::string& bytes) const {
   return error;
 }
 
+void OpenFile::startWriteback() const { ::sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE); }
+
+int OpenFile::flush() const {
+  if (beforeFlush()) {
+    if (const int error = beforeFlush()()) return error;
+  }
+  int done = 0;
+  do {
+    done = ::fdatasync(descriptor_);
+  } while (done != 0 && errno == EINTR);
+  return done == 0 ? 0 : errno;
+}
+
 int OpenFile::link(const std::string& path) const {
   const int done = ::linkat(AT_FDCWD, descriptorPath(descriptor_).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW);
   return done == 0 ? 0 : errno;
@@ -102,5 +130,9 @@ int OpenFile::close() {
 }
 
 void OpenFile::failAfterBytes(std::uint64_t bytes) { failFrom = bytes; }
+
+void OpenFile::setBeforeFlush(std::function<int()> before) { beforeFlush() = std::move(before); }
+
+void OpenFile::refuseUnnamed(bool refuse) { refusesUnnamed = refuse; }
 
 }  // namespace mv

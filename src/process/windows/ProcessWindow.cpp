@@ -11,8 +11,10 @@
 
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "desktop/ListColumns.h"
 #include "process/ProcessTexts.h"
 #include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -23,9 +25,9 @@ constexpr const char* kHideDetails = "Hide Details";
 
 constexpr int kProgressHeight = 12;
 constexpr int kSmallestList = 90;
-constexpr int kStateWidth = 60;
-constexpr int kIdWidth = 60;
-constexpr int kUrlWidth = 220;
+// Characters, from the first column on.
+constexpr int kColumnWidths[] = {7, 7, 28, 8, 8, 12, 4};
+constexpr int kAddressColumn = 2;
 
 int asProgress(long value) { return static_cast<int>(std::clamp<long>(value, 0, std::numeric_limits<int>::max())); }
 
@@ -35,7 +37,7 @@ ProcessWindow::ProcessWindow(Process& process) : ChildWindow(kProcessWidth, kCol
   buildControls();
   buildLinkView();
   layOut();
-  placeCascaded();
+  setOpens(Opens::InFreeSpace);
   wire();
 }
 
@@ -96,9 +98,13 @@ void ProcessWindow::buildLinkView() {
   lvwLinks_->installEventFilter(this);
   QHeaderView& header = *lvwLinks_->header();
   header.setSectionsClickable(true);
-  header.resizeSection(0, kStateWidth);
-  header.resizeSection(1, kIdWidth);
-  header.resizeSection(2, kUrlWidth);
+  header.setStretchLastSection(false);
+  for (int column = 0; column < header.count(); ++column)
+    header.resizeSection(column, columnWidth(*lvwLinks_, column, kColumnWidths[column]));
+  giveRoom(*lvwLinks_, kAddressColumn);
+  tellCutCells(*lvwLinks_);
+  // The rows come and go; the list asks for no more than its least height.
+  lvwLinks_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
 }
 
 void ProcessWindow::wire() {
@@ -107,7 +113,7 @@ void ProcessWindow::wire() {
           [this](int column) { run([this, column] { sortLinks(column); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
-  connect(&process_, &Process::siteGone, this, [this] { unload(); });
+  connect(&process_, &Process::siteGone, this, [this] { closeProcess(*this); });
 }
 
 QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& subject, const QString& reason,
@@ -161,7 +167,7 @@ void ProcessWindow::setDetailsShown(bool shown) {
   collapsed_ = !shown;
   details_->setVisible(shown);
   btnDetails_->setText(shown ? kHideDetails : kShowDetails);
-  setFrameSize(place().width, shown ? kExpandedHeight : kCollapsedHeight);
+  setOwnHeight(shown ? kExpandedHeight : kCollapsedHeight);
 }
 
 bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -206,7 +212,7 @@ void ProcessWindow::showErrorPanel() {
 }
 
 bool ProcessWindow::queryUnload() {
-  if (!gAppClosing && !gClosingProcesses && !process_.StopRequested()) {
+  if (!gAppClosing && !gClosingProcesses) {
     hideChild();
     return false;
   }

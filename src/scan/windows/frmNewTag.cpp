@@ -4,7 +4,7 @@
 #include <QLabel>
 
 #include "base/Text.h"
-#include "scan/StarTag.h"
+#include "html/StarTag.h"
 #include "store/TagStore.h"
 #include "windows/EntryBox.h"
 #include "windows/ScrollingPage.h"

@@ -21,7 +21,6 @@ namespace {
 
 using Accepts = EntryBox::Accepts;
 
-constexpr int kNumberBoxWidth = 84;  // logical pixels: room for the longest run of digits
 // With these the whole first page is seen at the window's first size.
 constexpr int kTightSpacing = 3;
 constexpr QMargins kTightMargins(9, 4, 9, 4);
@@ -44,7 +43,7 @@ EntryBox* numberBox(const char* name, const char* text, const char* toolTip, QWi
   auto* box = new EntryBox(name, Accepts::Digits, parent);
   box->setText(text);
   box->setToolTip(toolTip);
-  box->setFixedWidth(kNumberBoxWidth);
+  box->setFixedWidth(widthForDigits(*box, EntryBox::kMaxDigits));
   return box;
 }
 

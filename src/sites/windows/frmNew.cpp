@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "AssignmentLists.h"
@@ -19,6 +18,7 @@
 #include "desktop/Dialogs.h"
 #include "store/SiteDerivations.h"
 #include "windows/EntryBox.h"
+#include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 
 namespace mv {
@@ -52,8 +52,7 @@ frmNew::frmNew()
                     .sequence = "site_id"}) {
   buildPages();
 
-  auto* requiredTabs = new QTabWidget(this);
-  requiredTabs->setObjectName("SSTab1");
+  auto* requiredTabs = new PageTabs("SSTab1", this);
   requiredTabs->addTab(required_, "Required Info");
   requiredTabs->addTab(makeOptionalTabs(), "Optional Info");
 
@@ -77,8 +76,7 @@ void frmNew::buildPages() {
 }
 
 QTabWidget* frmNew::makeOptionalTabs() {
-  auto* tabs = new QTabWidget;
-  tabs->setObjectName("SSTab2");
+  auto* tabs = new PageTabs("SSTab2");
   tabs->addTab(login_, "Authentication");
   tabs->addTab(scrolling(fileTypes_), "Filetypes");
   tabs->addTab(scrolling(filters_), "Filters");

@@ -34,6 +34,9 @@ namespace {
 
 constexpr int kWidth = 6500;   // twips
 constexpr int kHeight = 3600;  // twips
+// As the shipped database has them.
+constexpr int kShippedWidth = 11400;  // twips
+constexpr int kShippedHeight = 4500;  // twips
 constexpr int kQuitInterval = 60'000;
 constexpr const char* kTitle = "Web Sites";
 constexpr const char* kOn = "on";
@@ -129,6 +132,7 @@ frmWebSites::frmWebSites() : ListWindow(kTitle, kWidth, kHeight) {
   buildList();
   buildToolbar();
   listen();
+  addOwnSize(kShippedWidth, kShippedHeight);
   tmrQuit.setInterval(kQuitInterval);
   connect(&tmrQuit, &QTimer::timeout, this, [this] { run([this] { quitWhenDue(); }); });
   load();
@@ -139,14 +143,15 @@ frmWebSites::frmWebSites() : ListWindow(kTitle, kWidth, kHeight) {
 void frmWebSites::buildList() {
   list().setObjectName("lvwSites");
   list().setAccessibleName(kTitle);
-  list().setColumns({{"Web Site", 150},
-                     {"ID", 40},
-                     {"AutoScan", 70},
-                     {"On/Off", 55},
-                     {"Domain", 120},
-                     {"Hops", 50},
-                     {"Unique Names", 100},
-                     {"Base Name", 90}});
+  list().setColumns({{"Web Site", 22},
+                     {"ID", 4},
+                     {"AutoScan", 4},
+                     {"On/Off", 4},
+                     {"Domain", 18},
+                     {"Hops", 4},
+                     {"Unique Names", 4},
+                     {"Base Name", 12}});
+  list().setEmptyText("Press New to describe a first web site.");
   list().setMultiSelect(true);
   list().setAcceptTextDrops(true);
   list().installEventFilter(this);
@@ -240,7 +245,7 @@ void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
     ListWindow::buildWorkingLists(command);
     forgetVanishedSelection();
   } else if (command == "websiteadded") {
-    for (const SiteListRow& site : loadSiteRow(siteId)) addSiteRow(site);
+    for (const SiteListRow& site : loadSiteRow(siteId)) list().showRow(addSiteRow(site));
   } else if (command == "websiteedited") {
     refreshRow(siteId);
   }
@@ -252,9 +257,9 @@ void frmWebSites::fillList() {
   maxConnections_ = readMaxConnections().value_or(maxConnections_);
 }
 
-void frmWebSites::addSiteRow(const SiteListRow& site) {
+int frmWebSites::addSiteRow(const SiteListRow& site) {
   sites_[site.id] = site;
-  list().addRow(textsOf(site));
+  return list().addRow(textsOf(site));
 }
 
 void frmWebSites::refreshRow(Id siteId) {
@@ -323,8 +328,8 @@ void frmWebSites::openEdit() {
   editor->open();
 }
 
-std::vector<Id> frmWebSites::deletableSites() {
-  std::vector<Id> ids;
+std::deque<Id> frmWebSites::deletableSites() {
+  std::deque<Id> ids;
   for (const int row : list().selectedRows())
     if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
   return ids;
@@ -339,10 +344,7 @@ void frmWebSites::deleteByKey() {
     deleteChosen();
 }
 
-void frmWebSites::deleteChosen() {
-  const std::vector<Id> ids = deletableSites();
-  deleteSome({ids.begin(), ids.end()});
-}
+void frmWebSites::deleteChosen() { deleteSome(deletableSites()); }
 
 // Thousands of sites take seconds: what is left goes in later turns.
 void frmWebSites::deleteSome(std::deque<Id> ids) {

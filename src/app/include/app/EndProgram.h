@@ -5,7 +5,8 @@
 
 namespace mv {
 
-// Closes the database and leaves the process. Does not return, unless setEndProgram installed something else.
+// Tells Events::programEnding, closes the database and leaves the process. Does not return, unless setEndProgram
+// installed something else.
 void endProgramNow();
 
 // For tests: what endProgramNow calls instead. An empty function brings the real end back.

@@ -12,8 +12,8 @@ void appendToErrorLog(const std::vector<std::string>& lines);
 // The same for writers that lose an entry rather than stop: a failure is ignored.
 void tryAppendToErrorLog(const std::vector<std::string>& lines) noexcept;
 
-// A record is made of whole lines, whatever an address or a feed's text holds: line breaks and other control characters become
-// blanks.
+// A record is made of whole lines, whatever an address or a feed's text holds: line breaks and other control characters
+// become blanks.
 std::string asOneLine(std::string text);
 
 // The stamps of start and end: a line and the current date and time. Raise FileError.

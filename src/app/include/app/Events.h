@@ -11,8 +11,12 @@ namespace mv {
 class Events : public QObject {
   Q_OBJECT
  Q_SIGNALS:
+  // The program is about to end, with the database still open: what must not be lost is finished now, in seconds.
+  void programEnding();
   // A download has saved a file: its full path.
   void fileSaved(const std::string& path);
+  // A scan's login request was answered with a page without the form: sessions that had ended are open again.
+  void siteLoggedIn(std::int64_t siteId);
   // A process window was opened or ended.
   void processesChanged();
   // The user has asked to start sites; none of them has been started yet.

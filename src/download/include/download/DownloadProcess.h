@@ -1,20 +1,26 @@
 // Fetches one web site's stored file links, one after the other, and saves the files. Without a window; frmDownload
 // shows it. It runs until it is stopped: a used-up work list is rebuilt from the database.
+//
+// A file that has come is brought to the disk while the next one is fetched; its name, its row's state and the link's
+// status follow when it is there, also when the process has been stopped meanwhile.
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 
-#include "catalog/clsPath.h"
 #include "download/DownloadStatus.h"
-#include "files/AtomicFile.h"
 #include "process/Process.h"
 #include "store/Id.h"
-#include "store/ProcessData.h"
 
 namespace mv {
+
+class DownloadQueue;
+class FileReceiver;
+class LoginWatch;
+struct SaveResult;
 
 class DownloadProcess : public Process {
   Q_OBJECT
@@ -41,14 +47,14 @@ class DownloadProcess : public Process {
   void showCounters(const std::string& kind, const std::string& reason, long code);
   void logDownloadError();
   void findSavePath();
-  // "skip" when a file of the address's name is there and overwriting is off, else "".
+  // "skip" when a file of the address's name is there, or waits to be there, and overwriting is off, else "".
   void checkIfFileExists(std::string& result);
   void receiveFile();
 
   const DownloadStatus& status() const { return status_; }
 
  Q_SIGNALS:
-  // A file has been saved under its final name.
+  // A file has been saved under its final name. Not told by a process that has been stopped.
   void fileSaved(const std::string& path);
 
  protected:
@@ -57,52 +63,61 @@ class DownloadProcess : public Process {
   void failed(const std::exception& error) override;
 
  private:
-  void loadSiteLimits();
-  // Files that this round may still take up.
-  std::int64_t queueSize() const { return limits_.queueSize - processedCount_; }
+  // The file taken up last, or one that is being saved. Every one begins with a new Entry.
+  struct Entry {
+    std::int64_t linkId = 0;
+    std::string url = {};
+    std::string fileName = {};  // of the address
+    std::string fileType = {};
+    std::string savePath = {};
+    std::string_view mode = {};        // what the running request is for
+    std::string announcedLength = {};  // as the header has it
+    std::int64_t contentLength = 0;    // bytes; 0: not known
+    std::int64_t bytesReceived = 0;
+    bool isPage = false;      // which may be the login page
+    bool outcomeDue = false;  // still to be written
+    bool skippedExisting = false;
+    bool failed = false;
+  };
+
   void rebuildQueue();
   void beginEntry(const WorkRow& row);
   // Takes row `index` up; true when it was skipped and the next row is to be tried.
   bool takeUp(int index);
   void skipEntry(int index);
   void refuseFile();
-  void showSize(SizeStatus::Verdict verdict, std::int64_t limit = 0);
+  void showSize(SizeStatus size);
   void showFile(FileStatus::Note note);
   void transferFailed();
   // Counts, shows and logs a failure of the current entry.
   void countError(const std::string& reason, long code);
+  // The current entry ends as an error.
+  void entryFailed(const std::string& reason, long code);
+  // The current entry has ended without a file.
+  void settle();
+  void requestPage();
+  void checkPage();
+  void awaitLogin();
+  // Sets the state of the entry's row; false when the list has none.
+  bool showOutcome(const Entry& entry);
   // Runs a step of receiving the file; an exception ends the entry as an error and goes no further.
   void receive(void (DownloadProcess::*step)());
   void beginReceiving();
-  void chooseFullPath();
   void receiveChunks();
   void showReceived(std::int64_t bytes);
   void showSaveProgress(std::int64_t bytes);
   void fileReceived();
+  void save();
+  void saveSettled(const SaveResult& result);
+  void saveFailed(const Entry& entry, const SaveResult& result);
   void receivingFailed(const std::exception& error);
 
-  // The file taken up last. Every one begins with a new Entry.
-  struct Entry {
-    std::int64_t linkId = 0;
-    std::string url = {};
-    std::string fileName = {};  // of the address; of a numbered file, its name from the moment it is received
-    std::string fileType = {};
-    std::string savePath = {};
-    std::string fullPath = {};
-    std::string_view mode = {};        // what the running request is for
-    std::string announcedLength = {};  // as the header has it
-    std::int64_t contentLength = 0;    // bytes; 0: not known
-    std::int64_t bytesReceived = 0;
-    bool outcomeDue = false;  // still to be written
-    bool skippedExisting = false;
-    bool failed = false;
-  };
-
-  clsPath path_;
-  std::unique_ptr<AtomicFile> file_;  // open from the first to the last chunk
+  std::unique_ptr<DownloadQueue> queue_;
+  std::unique_ptr<LoginWatch> login_;
+  std::unique_ptr<FileReceiver> receiver_;  // holds a file from the first to the last chunk
   Entry entry_;
-  DownloadLimits limits_;
-  std::int64_t processedCount_ = 0;  // in this round
+  std::map<std::int64_t, Entry> saving_;  // by link: received, and on their way to the disk
+  bool awaitsRoom_ = false;               // for further ones
   DownloadStatus status_;
 };
 

@@ -6,21 +6,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <unordered_set>
 #include <vector>
 
 #include "scan/SiteLogin.h"
-#include "scan/StarLinks.h"
 #include "scan/clsLinkParser.h"
 #include "scan/clsPageScanner.h"
 
 namespace mv {
 
+class StarLinks;
+
 class PageWalk {
  public:
   // `parser` outlives the walk.
-  explicit PageWalk(clsLinkParser& parser) : parser_(parser) {}
+  explicit PageWalk(clsLinkParser& parser);
+  ~PageWalk();
+  PageWalk(const PageWalk&) = delete;
+  PageWalk& operator=(const PageWalk&) = delete;
 
   // The strings that mark a link.
   void setTags(const std::vector<std::string>& tags);
@@ -72,7 +77,7 @@ class PageWalk {
   clsLinkParser& parser_;
   clsPageScanner scanner_;
   std::vector<std::string> tags_;  // the plain ones
-  StarLinks stars_;
+  std::unique_ptr<StarLinks> stars_;
   std::size_t starPlace_ = 0;  // so many plain tags stand before the first star
   std::string address_;
   std::string link_;

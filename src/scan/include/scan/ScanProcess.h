@@ -74,10 +74,10 @@ class ScanProcess : public Process {
   void start();
   void beginRound();
   void fillQueue();
-  int idleTime() const;
   // False: the outcome of the page at hand cannot be stored now.
   bool finishPage();
   void storeOutcome();
+  int idleTime() const;
   void takeUp(int row);
   void showPage();
   void pageFailed();

@@ -100,9 +100,9 @@ class clsLinkParser {
   LinkRow link_;  // as it is to be stored: a file of an unknown type as a document
   std::string answeringHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
+  std::string httpsHost_;                       // of the last absolute https link
   std::vector<std::string> newHops_;            // of them, since the caching began
   AddressRoom roomBefore_;                      // when the caching began
-  std::string httpsHost_;                       // of the last absolute https link
   RuleSet globalRules_;
   RuleSet siteRules_;
 };

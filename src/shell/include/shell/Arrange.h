@@ -5,10 +5,11 @@ class QMdiArea;
 
 namespace mv {
 
+// Each in the size of its own.
 void cascadeWindows(QMdiArea& area);
-// One above the other, each over the whole width.
+// One above the other, each over the whole width; more than three in a grid.
 void tileHorizontally(QMdiArea& area);
-// Side by side, each over the whole height.
+// Side by side, each over the whole height; more than three in a grid.
 void tileVertically(QMdiArea& area);
 
 }  // namespace mv

@@ -25,6 +25,7 @@ struct Menu {
   std::string name;  // object name
   QString caption;
   std::vector<MenuItem> items;
+  bool listsWindows = false;  // ends with the open child windows
 };
 
 // Entries that the main window turns on and off as the active child window needs them; a menu may lack them.

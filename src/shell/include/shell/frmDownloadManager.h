@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QTimer>
+#include <memory>
 #include <vector>
 
 #include "shell/Menu.h"
@@ -11,6 +12,7 @@
 
 namespace mv {
 
+class NormalPlace;
 class OnlineUpdates;
 class frmSplash;
 
@@ -58,6 +60,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
 
   bool closed_ = false;  // the end of the session and a signal may ask one after the other
   QMdiArea* area_;
+  std::unique_ptr<NormalPlace> normalPlace_;
   OnlineUpdates* online_;
   frmSplash* splash_ = nullptr;
 };

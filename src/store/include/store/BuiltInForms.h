@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "base/Text.h"
-
 #include "store/Id.h"
 
 namespace mv {

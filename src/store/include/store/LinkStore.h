@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "database/Database.h"
 #include "store/EscapedAddress.h"
@@ -65,6 +66,8 @@ bool isLinkStored(const EscapedAddress& url);
 std::int64_t insertLink(const LinkRow& link);
 // The link is fetched, or given up: it is not taken up again.
 void markLinkDone(std::int64_t id);
+// All of them or, raising, none.
+void markLinksDone(const std::vector<std::int64_t>& ids);
 
 // Stays the same as long as every address that was stored is certain to be there still. None when that cannot be told:
 // whoever reads or writes next will learn why. Raises nothing.

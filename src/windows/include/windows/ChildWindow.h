@@ -12,6 +12,7 @@
 #include "app/Events.h"
 #include "app/ReportError.h"
 #include "desktop/Twips.h"
+#include "windows/FirstSize.h"
 
 namespace mv {
 
@@ -44,16 +45,36 @@ class ChildWindow : public QWidget {
   bool RefreshPending = false;
 
   // The place of the window with its frame, in twips; of a minimised or maximised window the one it comes back to. A
-  // place outside the frame's area is moved back until its title bar can be reached.
+  // place outside the frame's area is moved back until its title bar can be reached. A width or height that is one of
+  // the window's own is shown as large as the contents need (FirstSize), and stays what it is until the user changes
+  // it.
   TwipRect place() const;
   void setPlace(const TwipRect& place);
+  // Back to the size of its own, where it stands.
+  void returnToOwnSize();
 
   // Called by the frame window's close box.
   void closeRequested();
 
  protected:
-  // `width` and `height` in twips, frame included; placed at the top left.
+  // `width` and `height` in twips, frame included: the size of its own. It opens as large, or larger where its contents
+  // need it.
   ChildWindow(int width, int height);
+
+  // Where a window opens that has been given no place: at the top left; where the title bars of the windows opened
+  // before stay in reach; where it covers no other window, and cascaded when there is no such place.
+  enum class Opens { AtTopLeft, Cascaded, InFreeSpace };
+  void setOpens(Opens where) { opens_ = where; }
+  // Windows of its size that will want to stand below it: it opens where there is room for them, too.
+  virtual int windowsToFollow() const { return 0; }
+  // Other windows that open in free space keep clear of this one.
+  virtual bool keepsItsPlace() const { return isChildVisible() && !isMinimised(); }
+  // What the contents need, without the frame, when they are `width` wide at least; pixels.
+  virtual QSize contentsSize(int width);
+  // Another height of its own from now on, in twips, taken at once.
+  void setOwnHeight(int height);
+  // A further size that is the program's, not the user's: what the shipped database has, in twips.
+  void addOwnSize(int width, int height) { size_.addOwn({width, height}); }
 
   // While one stands on the stack the window is not deleted: a message box runs events, among them an unload of the
   // very window whose code shows it. Every entry that may show a box or unload the window holds one, most simply by
@@ -99,10 +120,6 @@ class ChildWindow : public QWidget {
   bool restorePosition();
   // Stores the place, unless the window is minimised or the database has gone. Raises DatabaseError.
   void savePosition();
-  void setFrameSize(int width, int height);  // twips, frame included
-  // Moves the window from the top left to a place where the title bars of the windows opened before stay in reach.
-  void placeCascaded();
-
   void closeEvent(QCloseEvent* event) override;
   // Escape is the close box.
   void keyPressEvent(QKeyEvent* event) override;
@@ -114,8 +131,17 @@ class ChildWindow : public QWidget {
   void leaveBusy();
   void deleteWhenIdle();
   void becomeActive();
+  // The size in pixels, frame included, that a size in twips is shown with.
+  QSize shownSize(const QSize& twips);
+  void openFirst();
+  QPoint firstPoint(const QSize& size) const;
+  QPoint cascadedPoint() const;
 
   Frame* frame_;
+  FirstSize size_;
+  Opens opens_ = Opens::AtTopLeft;
+  bool opened_ = false;  // has been shown
+  bool placed_ = false;  // has been given a place
   int busy_ = 0;
   bool unloaded_ = false;
 };

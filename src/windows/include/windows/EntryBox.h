@@ -33,4 +33,7 @@ class EntryBox : public QLineEdit {
   bool focusedByMouse_ = false;
 };
 
+// The width in pixels at which `box` shows so many digits of its font, whole.
+int widthForDigits(const QLineEdit& box, int digits);
+
 }  // namespace mv

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QSet>
 #include <QString>
 #include <functional>
 
@@ -57,6 +58,7 @@ class ListWindow : public ChildWindow {
   int chosenRow() const;
   void forgetChosen();
 
+  QSize contentsSize(int width) override;
   void activated() override;
   void unloading() override;
   void resizeEvent(QResizeEvent* event) override;
@@ -65,6 +67,9 @@ class ListWindow : public ChildWindow {
   void rebuild();
   void choose(int row);
   int rememberedRow() const;
+  int toolbarHeight() const;
+  void showNewRow(const QSet<QString>& before);
+  QSet<QString> rowKeys() const;
 
   QToolBar* toolbar_;
   ListView* list_;

@@ -25,6 +25,7 @@ class RecordWindow : public ListWindow {
     const char* windowName = "";  // object names
     const char* listName = "";
     std::vector<ListColumn> columns;  // the first is the record's name, the last its identifier
+    bool opensInFreeSpace = false;    // otherwise at the top left
     const char* editCaption = "";     // of the editor of a record; its name follows
     bool toolTips = true;             // of the buttons
     bool sorted = true;               // a rebuild keeps the order that a header was clicked for

@@ -13,7 +13,7 @@ namespace mv {
 
 struct ListColumn {
   QString title;
-  int width = 100;      // logical pixels
+  int characters = 14;  // that its cells have room for
   bool hidden = false;  // a value that the window needs and the user does not
 };
 
@@ -22,10 +22,16 @@ class ListView : public QTreeWidget {
  public:
   explicit ListView(QWidget* parent = nullptr);
 
+  // The first column takes the room that the others leave.
   void setColumns(const std::vector<ListColumn>& columns);
+  // What stands in the middle of a list without rows.
+  void setEmptyText(const QString& text);
+  // All columns, and some rows.
+  QSize sizeHint() const override;
   void setMultiSelect(bool on);
 
-  // Appends a row, or, while sorting is on, puts it in its place. Not selected. Returns its row number.
+  // Appends a row, or, while sorting is on, puts it in its place; appended, it leaves the order that a header was
+  // clicked for, and the header's arrow goes. Not selected. Returns its row number.
   int addRow(const QStringList& texts, bool bold = false);
   void removeRow(int row);
   void clearRows();
@@ -39,6 +45,8 @@ class ListView : public QTreeWidget {
 
   bool isRowSelected(int row) const;
   void setRowSelected(int row, bool selected);
+  // Scrolls as little as shows the row.
+  void showRow(int row);
   // In list order.
   std::vector<int> selectedRows() const;
   // The selected row nearest the keyboard focus, -1 when none is selected.
@@ -85,6 +93,7 @@ class ListView : public QTreeWidget {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
   QStringList mimeTypes() const override;
 
@@ -96,6 +105,7 @@ class ListView : public QTreeWidget {
   // Answers a drag over the list or a drop on it.
   bool takesDrop(QDropEvent& event) const;
 
+  QString emptyText_;
   bool sorting_ = false;
   bool headerClickSorts_ = true;
   int sortColumn_ = 0;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -21,8 +22,11 @@ class OpenFile {
   int openUnnamed(const std::string& folder);
   // The same; where the file system has no such files, one that can never take a name.
   int openScratch(const std::string& folder);
-  // A new file of that name; EEXIST when there is one.
+  // A new file of that name, locked (see lock); EEXIST when there is one.
   int openNamed(const std::string& path);
+  // Marks the file as one that a running program works on, until it is closed: removeLeftovers passes it over.
+  // EWOULDBLOCK when another holds the mark.
+  int lock() const;
 
   bool isOpen() const { return descriptor_ >= 0; }
   bool isNameable() const { return nameable_; }
@@ -34,6 +38,10 @@ class OpenFile {
   int write(std::string_view bytes);
   // Puts what stands at `offset` into `bytes` and cuts that to what there was, "" at the end.
   int read(std::uint64_t offset, std::string& bytes) const;
+  // The system begins to bring what was written to the disk. Waits for nothing, promises nothing.
+  void startWriteback() const;
+  // Every byte written is on the disk afterwards, and the file's size is.
+  int flush() const;
   // Gives a nameable file that name; EEXIST when it is taken.
   int link(const std::string& path) const;
   // The system may tell only now that something could not be written.
@@ -41,6 +49,11 @@ class OpenFile {
 
   // For tests: no file grows beyond so many bytes. 0 switches that off.
   static void failAfterBytes(std::uint64_t bytes);
+  // For tests: runs before every flush, on the flushing thread; an answer other than 0 is the flush's error. An empty
+  // function switches that off. Not to be changed while something is flushed.
+  static void setBeforeFlush(std::function<int()> before);
+  // For tests: file systems without unnamed files.
+  static void refuseUnnamed(bool refuse);
 
  private:
   int descriptor_ = -1;

@@ -56,6 +56,8 @@ class ProcessWindow : public ChildWindow {
   // Brings the controls up to the process's state; subclasses call this first.
   virtual void refresh();
 
+  // Hidden, too: the user brings it back where it was.
+  bool keepsItsPlace() const override { return !isMinimised(); }
   bool queryUnload() override;
   void unloading() override;
   bool canDeleteNow() const override;

@@ -22,6 +22,8 @@ class frmScan : public ProcessWindow {
   QString settledCaption() const override;
 
  protected:
+  // The download of its site.
+  int windowsToFollow() const override { return 1; }
   void refresh() override;
 
  private:

@@ -64,13 +64,13 @@ class frmWebSites : public ListWindow {
   void closeProcesses(const SiteListRow& site);
   void endOwnProcesses(Id siteId);
 
-  void addSiteRow(const SiteListRow& site);
+  int addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
   Id idOfRow(int row) const;
   // As it is stored; the row shows the name without its password.
   SiteListRow siteOfRow(int row) const;
   int rowOf(Id siteId);  // -1 when it has none
-  std::vector<Id> deletableSites();
+  std::deque<Id> deletableSites();
   bool workByKey(const QKeyEvent& event);
   bool isRunning(int row);
   void setRunning(int row, bool running);

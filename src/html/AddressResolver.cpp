@@ -1,10 +1,10 @@
-#include "scan/AddressResolver.h"
+#include "html/AddressResolver.h"
 
 #include <algorithm>
 #include <array>
 
-#include "HtmlCharacters.h"
 #include "base/Text.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

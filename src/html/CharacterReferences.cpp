@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <unordered_map>
 
-#include "HtmlCharacters.h"
 #include "NamedReferences.h"
 #include "base/Text.h"
 #include "decoding/TextDecoding.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

@@ -7,7 +7,7 @@
 
 #include "AddressAttributes.h"
 #include "CharacterReferences.h"
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 
 namespace {
 

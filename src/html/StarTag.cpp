@@ -1,8 +1,8 @@
-#include "scan/StarTag.h"
+#include "html/StarTag.h"
 
 #include <algorithm>
 
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

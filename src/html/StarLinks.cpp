@@ -1,11 +1,11 @@
-#include "scan/StarLinks.h"
+#include "html/StarLinks.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "AddressAttributes.h"
 #include "CharacterReferences.h"
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

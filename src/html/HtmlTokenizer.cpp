@@ -1,11 +1,11 @@
-#include "scan/HtmlTokenizer.h"
+#include "html/HtmlTokenizer.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
 
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

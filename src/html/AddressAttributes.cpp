@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "HtmlCharacters.h"
+#include "html/HtmlCharacters.h"
 
 namespace mv {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "scan/HtmlTokenizer.h"
+#include "html/HtmlTokenizer.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "scan/AddressResolver.h"
-#include "scan/HtmlTokenizer.h"
-#include "scan/StarTag.h"
+#include "html/AddressResolver.h"
+#include "html/HtmlTokenizer.h"
+#include "html/StarTag.h"
 
 namespace mv {
 

@@ -1,0 +1,21 @@
+// The sizes that a site's files may have.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "download/DownloadStatus.h"
+#include "store/ProcessData.h"
+
+namespace mv {
+
+// The leading whole number of a header's value, at most the largest number; 0 for anything that is no size.
+std::int64_t leadingSize(std::string_view text);
+
+// Lies a known size within the limits, both ends included? Limits beyond 64 bits are the largest number.
+bool fits(std::int64_t bytes, const DownloadLimits& limits);
+SizeStatus wanted(std::int64_t bytes);
+// Why it does not, or why nothing can be said (0 bytes): the verdict, and the limit that is broken.
+SizeStatus refusal(std::int64_t bytes, const DownloadLimits& limits);
+
+}  // namespace mv

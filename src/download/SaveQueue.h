@@ -1,0 +1,78 @@
+// Received files of all sites on their way to the disk. A file has its name, and its link is marked, once its bytes are
+// there; until then it counts as existing and its link as handled. Whoever received it may be gone by then: the queue
+// belongs to the program, and what waits at the program's end is finished before.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "files/GroupCommit.h"
+
+namespace mv {
+
+// What became of a file.
+struct SaveResult {
+  enum class Outcome { Saved, Exists, Failed };
+
+  std::int64_t linkId = 0;
+  Outcome outcome = Outcome::Saved;
+  std::string path = {};    // by the name that it got or was to get
+  std::string reason = {};  // of a failure
+  long code = 0;
+};
+
+// Is there a file of that path, or one that waits to be there, which may not be overwritten?
+bool isTaken(const std::string& path);
+
+class SaveQueue : public QObject {
+  Q_OBJECT
+ public:
+  static SaveQueue& instance();
+
+  struct Save {
+    std::int64_t linkId = 0;
+    std::unique_ptr<AtomicFile> file;
+    Existing existing = Existing::Keep;
+    // Another path in the same folder when the file's own is taken and to be kept. Empty: the file is dropped then.
+    std::function<std::string()> nextPath = {};
+  };
+  void add(Save save);
+
+  bool holdsLink(std::int64_t linkId) const { return held_.contains(linkId); }
+  bool holdsPath(const std::string& path) const;
+  // Whoever has more to save waits for hasRoom(): each file that waits is open.
+  bool isFull() const;
+
+ Q_SIGNALS:
+  // A file is through, and its link is marked. Slots must not throw.
+  void settled(const mv::SaveResult& result);
+  void hasRoom();
+
+ private:
+  struct Held {
+    std::string path;
+    Existing existing;
+    std::function<std::string()> nextPath;
+  };
+
+  SaveQueue();
+  void take(GroupCommit::Files files);
+  // Tries a numbered file's next name; false when it has none.
+  bool tryNextPath(GroupCommit::File& file);
+  void markLinks();
+  void finish();
+
+  std::map<std::int64_t, Held> held_;  // by link
+  std::vector<SaveResult> unmarked_;   // through, but for their links
+  QTimer retry_;
+  GroupCommit commits_;
+};
+
+}  // namespace mv

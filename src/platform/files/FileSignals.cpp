@@ -1,0 +1,11 @@
+#include "files/FileSignals.h"
+
+#include <csignal>
+
+namespace mv {
+
+void makeFileSignalsErrors() {
+  for (const int number : {SIGXFSZ, SIGPIPE}) std::signal(number, SIG_IGN);
+}
+
+}  // namespace mv
