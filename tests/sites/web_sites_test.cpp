@@ -7,6 +7,7 @@
 
 #include "SitesTest.h"
 #include "app/EndProgram.h"
+#include "app/ErrorLog.h"
 #include "base/Clock.h"
 #include "download_windows/frmDownload.h"
 #include "scan_windows/frmScan.h"
@@ -169,6 +170,26 @@ TEST_F(WebSites, StartOfASiteThatARebuildShowsOffMakesNoSecondPair) {
   press("Start");
   EXPECT_EQ(states(), "110") << "at the limit those at work are on again, and no other one";
   EXPECT_EQ(processWindows(), 4) << "the half that was ended is there again";
+}
+
+TEST_F(WebSites, ASiteThatIsTakenBackWhileItRunsStopsWithALineInTheLog) {
+  setMaximum(1);
+  openWith({"kept"});
+  openNew();
+  type(editor, "txtURL", "127.0.0.1:1/new");
+  click(editor, "cmdApply");
+  clickRow(*list, 1);
+  press("Start");
+  ASSERT_EQ(processWindows(), 2);
+  click(editor, "cmdCancel");
+  EXPECT_TRUE(waitFor([this] { return processWindows() == 0; }));
+  EXPECT_EQ(names(*list), "127.0.0.1:1/kept");
+  const QString log = mv::toQString(readFile(mv::errorLogPath()));
+  EXPECT_EQ(log.count("127.0.0.1:1/new: its site is no longer stored"), 2) << log.toStdString();
+  EXPECT_TRUE(dialogs.messages().empty());
+  clickRow(*list, 0);
+  press("Start");
+  EXPECT_EQ(states(), "1") << "its connection is free";
 }
 
 TEST_F(WebSites, ADeletedSiteThatARebuildShowsOffStopsWorking) {

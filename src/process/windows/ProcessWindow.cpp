@@ -14,6 +14,7 @@
 #include "desktop/ListColumns.h"
 #include "process/ProcessTexts.h"
 #include "windows/ScrollingPage.h"
+#include "windows/WindowRegistry.h"
 
 namespace mv {
 
@@ -112,6 +113,7 @@ void ProcessWindow::wire() {
           [this](int column) { run([this, column] { sortLinks(column); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
+  connect(&process_, &Process::siteGone, this, [this] { closeProcess(*this); });
 }
 
 QGroupBox* ProcessWindow::makeErrorPanel(const QString& frame, const QString& subject, const QString& reason,
