@@ -138,7 +138,7 @@ void newLinks() {
 void hugePage() {
   constexpr int kLinksOfPage = 1'000'000;
   std::string html;
-  for (int i = 0; i < kLinksOfPage; ++i) html += "<a href=\"http://" + url(2 * storedRows + i) + "\">x</a>\n";
+  for (int i = 0; i < kLinksOfPage; ++i) html += "<a href=\"/pictures/" + std::to_string(i) + ".jpg\">\n";
   mvtest::TestSite site;
   site.page("/", html);
   mv::ScanProcess process;

@@ -86,7 +86,9 @@ void SaveQueue::markLinks() {
   std::vector<std::int64_t> links;
   for (const SaveResult& result : unmarked_) links.push_back(result.linkId);
   try {
+    CommitGroup withoutPatience(gDatabase);  // a lock is waited for by the timer, not by the thread
     markLinksDone(links);
+    withoutPatience.commit();
   } catch (const std::exception&) {
     // A lock or a full disk, which whoever works on the database tells the user about. The files have their names.
     retry_.start();

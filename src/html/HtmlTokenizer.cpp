@@ -12,16 +12,9 @@ namespace mv {
 namespace {
 
 constexpr std::string_view kScript = "script";
-constexpr std::uint64_t kHashFactor = 0x9E3779B97F4A7C15U;
-
-// A name of up to eight letters is its key; of a longer one the key holds the last eight.
-constexpr std::uint64_t keyed(std::uint64_t key, unsigned char letter) { return key << 8U | letter; }
-constexpr std::size_t kLettersInKey = 8;
 
 // What is nested more deeply in foreign content counts as what it stands in.
 constexpr std::size_t kDeepest = 64;
-
-std::size_t slotOf(std::uint64_t key) { return static_cast<std::size_t>(key * kHashFactor >> 55U); }
 
 // Words of eight bytes; what placeInWord does needs the first byte in the lowest place.
 constexpr std::size_t kNearWords = std::endian::native == std::endian::little ? 3 : 0;
@@ -44,63 +37,9 @@ std::size_t placeInWord(const char* bytes, char c) {
 
 HtmlTokenizer::HtmlTokenizer(Take take) : take_(std::move(take)) { setWanted({}); }
 
-HtmlTokenizer::Element& HtmlTokenizer::elementOf(std::string_view name) {
-  const auto known =
-      std::find_if(elements_.begin(), elements_.end(), [name](const Element& element) { return element.name == name; });
-  if (known != elements_.end()) return *known;
-  Element& element = elements_.emplace_back();
-  element.name = name;
-  for (const char c : name) element.key = keyed(element.key, static_cast<unsigned char>(c));
-  return element;
-}
-
 void HtmlTokenizer::setWanted(const std::vector<Wanted>& wanted) {
-  elements_.clear();
-  elements_.emplace_back();  // number 0 means a free slot
-  for (const char* name : {"style", "xmp", "iframe", "noembed", "noframes", "title", "textarea"})
-    elementOf(name).content = Content::RawText;
-  for (const char* name : {"iframe", "noembed", "noframes", "xmp"}) elementOf(name).needsEndTag = true;
-  elementOf(kScript).content = Content::Script;
-  elementOf("plaintext").content = Content::PlainText;
-  elementOf("svg").content = Content::Svg;
-  elementOf("math").content = Content::MathMl;
-  // "title" holds HTML in svg, and raw text elsewhere.
-  for (const char* name : {"foreignobject", "desc"}) elementOf(name).content = Content::SvgIntegration;
-  for (const char* name : {"mi", "mo", "mn", "ms", "mtext"}) elementOf(name).content = Content::MathIntegration;
-  for (const char* name :
-       {"b",     "big",   "blockquote", "body",   "br",   "center", "code",  "dd", "div",  "dl",   "dt",
-        "em",    "embed", "h1",         "h2",     "h3",   "h4",     "h5",    "h6", "head", "hr",   "i",
-        "img",   "li",    "listing",    "menu",   "meta", "nobr",   "ol",    "p",  "pre",  "ruby", "s",
-        "small", "span",  "strong",     "strike", "sub",  "sup",    "table", "tt", "u",    "ul",   "var"})
-    elementOf(name).endsForeignContent = true;
-  for (std::size_t i = 0; i < wanted.size(); ++i) {
-    Element& element = elementOf(wanted[i].element);
-    element.wanted = i;
-    element.attributes = wanted[i].attributes;
-    if (element.attributes.size() > kMostAttributes) element.attributes.resize(kMostAttributes);
-  }
-  makeTable();
+  elements_.setWanted(wanted);
   begin();
-}
-
-void HtmlTokenizer::makeTable() {
-  // Half of the slots stay free, so that a name that is looked for in vain is soon known.
-  const std::size_t most = std::min(elements_.size(), kSlots / 2);
-  slots_.assign(kSlots, 0);
-  for (std::size_t number = 1; number < most; ++number) {
-    std::size_t slot = slotOf(elements_[number].key);
-    while (slots_[slot] != 0) slot = (slot + 1) % kSlots;
-    slots_[slot] = static_cast<std::uint16_t>(number);
-  }
-}
-
-inline const HtmlTokenizer::Element* HtmlTokenizer::find(std::uint64_t key, std::string_view name) const {
-  for (std::size_t slot = slotOf(key); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
-    const Element& element = elements_[slots_[slot]];
-    if (element.key != key) continue;
-    if (name.size() <= kLettersInKey || equalsFolded(name, element.name)) return &element;
-  }
-  return nullptr;
 }
 
 void HtmlTokenizer::begin() {
@@ -253,15 +192,15 @@ inline void HtmlTokenizer::tagName() {
   std::uint64_t key = key_;
   const bool isWhole = skip([&key](char c) {
     const unsigned char letter = foldedTagName(c);
-    if (letter != 0) key = keyed(key, letter);
+    if (letter != 0) key = HtmlElements::keyed(key, letter);
     return letter != 0;
   });
   key_ = key;
   if (!isWhole) return;
   // An end tag matters to foreign content only.
   const bool matters = !isEndTag_ || !foreign_.empty();
-  element_ = matters ? find(key_, page_.substr(nameAt_, at_ - nameAt_)) : nullptr;
-  isNoted_ = !isEndTag_ && element_ && element_->wanted != kNotWanted;
+  element_ = matters ? elements_.find(key_, page_.substr(nameAt_, at_ - nameAt_)) : nullptr;
+  isNoted_ = !isEndTag_ && element_ && element_->wanted != HtmlElement::kNotWanted;
   seen_ = 0;
   state_ = State::BeforeAttributeName;
   while (state_ == State::BeforeAttributeName && at_ < stop_) beforeAttributeName();
@@ -362,7 +301,7 @@ inline void HtmlTokenizer::startTag() {
     take_(tag_);
     tag_.attributes.clear();
   }
-  if (element_ && (element_->content != Content::Ordinary || !foreign_.empty())) enterContent();
+  if (element_ && (element_->content != HtmlContent::Ordinary || !foreign_.empty())) enterContent();
 }
 
 // What follows a start tag is not always markup.
@@ -373,23 +312,24 @@ void HtmlTokenizer::enterContent() {
   if (!isSelfClosing_ && changesContent(isForeign) && foreign_.size() < kDeepest) foreign_.push_back(element_);
   if (isForeign) return;
   const bool isUnended = std::find(unended_.begin(), unended_.end(), element_) != unended_.end();
-  if (element_->content == Content::RawText && !isUnended) state_ = State::RawText;
-  if (element_->content == Content::Script) state_ = State::ScriptData;
-  if (element_->content == Content::PlainText) state_ = State::PlainText;
+  if (element_->content == HtmlContent::RawText && !isUnended) state_ = State::RawText;
+  if (element_->content == HtmlContent::Script) state_ = State::ScriptData;
+  if (element_->content == HtmlContent::PlainText) state_ = State::PlainText;
   rawElement_ = element_;
   contentAt_ = at_;
 }
 
 // Does the element begin foreign content, or HTML in it ("integration point")?
 bool HtmlTokenizer::changesContent(bool isForeign) const {
-  if (element_->content == Content::Svg || element_->content == Content::MathMl) return true;
+  if (element_->content == HtmlContent::Svg || element_->content == HtmlContent::MathMl) return true;
   if (!isForeign) return false;
-  if (foreign_.back()->content == Content::MathMl) return element_->content == Content::MathIntegration;
-  return element_->content == Content::SvgIntegration || element_->name == "title";
+  if (foreign_.back()->content == HtmlContent::MathMl) return element_->content == HtmlContent::MathIntegration;
+  return element_->content == HtmlContent::SvgIntegration || element_->name == "title";
 }
 
 bool HtmlTokenizer::inForeignContent() const {
-  return !foreign_.empty() && (foreign_.back()->content == Content::Svg || foreign_.back()->content == Content::MathMl);
+  return !foreign_.empty() &&
+         (foreign_.back()->content == HtmlContent::Svg || foreign_.back()->content == HtmlContent::MathMl);
 }
 
 void HtmlTokenizer::endForeign() {

@@ -5,6 +5,7 @@
 
 #include "BasePath.h"
 #include "app/ErrorLog.h"
+#include "app/Events.h"
 #include "app/ReportError.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
@@ -290,6 +291,8 @@ bool ScanProcess::logIn() {
   const std::optional<LoginRequest> request = login_.submit(walk_.form());
   show(status_.login, login_.status());
   page_.isLoginAnswered = login_.isLetIn();
+  // Downloads that were answered with the form may go on.
+  if (page_.isLoginAnswered) Q_EMIT events().siteLoggedIn(SiteID);
   if (!request) return false;
   page_.url = request->shownAddress();
   page_.reported.clear();

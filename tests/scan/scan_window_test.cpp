@@ -1,6 +1,7 @@
 #include <QPointer>
 
 #include "ScanTest.h"
+#include "app/Events.h"
 #include "base/Text.h"
 #include "scan_windows/frmScan.h"
 #include "testkit/Controls.h"
@@ -102,6 +103,13 @@ TEST_F(ScanWindowTest, StoppedWhileItsMessageBoxStandsItGoesBehindIt) {
   ASSERT_TRUE(waitFor([this] { return !window; }));
   EXPECT_EQ(dialogs.messages().size(), 1u);
   EXPECT_TRUE(thereAfterUnload) << "its code was still running";
+}
+
+TEST_F(ScanWindowTest, GoesWithItsSite) {
+  window->initWindow();
+  mv::gDatabase.execute("delete from site");
+  Q_EMIT mv::events().siteTakenBack(siteId);
+  EXPECT_TRUE(waitFor([this] { return !window; }));
 }
 
 }  // namespace

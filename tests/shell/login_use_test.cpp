@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <atomic>
 
 #include "WholeUse.h"
 #include "base/Text.h"
@@ -100,6 +101,31 @@ TEST_F(LoginUse, ASiteWithALoginPageOpensToTheScanAndToTheDownloads) {
   auto* scan = window<frmScan>();
   click(scan, "btnDetails");
   EXPECT_EQ(control<QLabel>(scan, "lblInfoLogin")->text(), "Login: answered, the login form is gone");
+  click(window<frmWebSites>(), "Stop");
+}
+
+// The session ends when the scan has opened it: the picture is answered with the login page, and comes after the next
+// login.
+TEST_F(LoginUse, AFileWaitsForTheLoginThatItsSessionNeeds) {
+  std::atomic<int> logins{0};
+  std::atomic<bool> isOpen{false};
+  const std::string loginPage = std::string(2000, ' ') + R"(<form action="/login"><input name="who"></form>)";
+  TestSite site;
+  site.setRule([&](const Request& request) -> std::optional<Resource> {
+    if (request.path.starts_with("/login.cgi")) {
+      isOpen = ++logins > 1;  // the first session ends at once
+      return answer(200, "<img src=\"inside.jpg\">");
+    }
+    if (!isOpen) return answer(200, loginPage);
+    if (request.path.ends_with(".jpg")) return answer(200, kPicture);
+    return answer(200, "<p>Welcome</p>");
+  });
+  insert("form (id, name, form_type)", {{"40", "Club", "Authentication"}});
+  insert("field_info (id, form_id, field_name, field_value, logical_number, name, search_string, supplied_by_user)",
+         {{"400", "40", "", site.host() + "/login.cgi", "1", "Address", "action=\"/login\"", "no"}});
+  startSite(site.host(), toQString(folder()) + "/club", "Club", {});
+  expectFile(toQString(folder()) + "/club/inside.jpg");
+  EXPECT_EQ(logins, 2);
   click(window<frmWebSites>(), "Stop");
 }
 

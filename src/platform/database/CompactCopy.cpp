@@ -111,7 +111,8 @@ struct CompactCopy::Private {
     const ConnectionPtr copy = openWatched(immutableUri(target), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     makeInterruptible(copy.get());
     const auto done = qScopeGuard([this] { makeInterruptible(nullptr); });
-    bool same = firstText(copy.get(), "pragma integrity_check(1)") == "ok" &&
+    // The whole check also looks every row up in every index, which takes five times as long as writing the copy.
+    bool same = firstText(copy.get(), "pragma quick_check(1)") == "ok" &&
                 tableNames(copy.get()) == tableNames(connection.get());
     if (same)
       for (const std::string& table : tableNames(copy.get()))

@@ -1,6 +1,5 @@
 #include "database/Database.h"
 
-#include <QScopeGuard>
 #include <new>
 #include <optional>
 #include <unordered_map>
@@ -16,14 +15,6 @@ namespace mv {
 using namespace engine;
 
 namespace {
-
-constexpr char kBegin[] = "begin immediate";
-constexpr char kCommit[] = "commit";
-constexpr char kRollback[] = "rollback";
-
-// How long a commit group waits for another program. Long enough for the moments for which the engine's own
-// connections take the right to write.
-constexpr int kGroupPatienceMs = 2;
 
 // Holds the inner pages of indexes of ten million rows. A larger one costs more than it saves: at every split of a page
 // the engine looks through all that it holds.
@@ -338,10 +329,6 @@ std::int64_t Database::invalidationCount(const std::string& table, const std::st
   return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
 }
 
-std::int64_t Database::openGroup() const { return group_ ? group_->number_ : 0; }
-
-void Database::beforeCommit(std::function<void()> work) { group_->beforeCommit_.push_back(std::move(work)); }
-
 std::int64_t Database::count(const Statement& statement) {
   if (!connection_) raiseNotOpen();
   const Prepared prepared = connection_->statements->get(statement.shape());
@@ -353,71 +340,10 @@ std::int64_t Database::count(const Statement& statement) {
   return sqlite3_column_int64(prepared.handle, 0);
 }
 
-// ---- several statements ----
+// ---- for the groups of statements ----
 
-CommitGroup::CommitGroup(Database& database) : database_(database), number_(++database.groups_) {
-  database_.group_ = this;
-}
+bool Database::isInTransaction() const { return connection_ && sqlite3_get_autocommit(connection_->main.get()) == 0; }
 
-CommitGroup::~CommitGroup() {
-  database_.group_ = nullptr;
-  if (!begun_ || isLost()) return;
-  try {
-    database_.carryOut(kRollback);
-  } catch (const DatabaseError&) {
-    // The engine has done so already.
-  }
-}
-
-// The engine has ended the transaction by itself, or the database was closed.
-bool CommitGroup::isLost() const {
-  return !database_.connection_ || sqlite3_get_autocommit(database_.connection_->main.get()) != 0;
-}
-
-void CommitGroup::join() {
-  if (!database_.connection_) raiseNotOpen();
-  if (!begun_) {
-    sqlite3* const main = database_.connection_->main.get();
-    sqlite3_busy_timeout(main, kGroupPatienceMs);
-    const auto patience = qScopeGuard([main] { sqlite3_busy_timeout(main, kBusyTimeoutMs); });
-    database_.carryOut(kBegin);
-    begun_ = true;
-  } else if (isLost()) {
-    throw DatabaseError(DatabaseError::kDiskError, "The changes were taken back after a failure.");
-  }
-}
-
-bool CommitGroup::commit() {
-  for (const auto& work : beforeCommit_) work();
-  beforeCommit_.clear();
-  if (!begun_) return false;
-  join();
-  database_.carryOut(kCommit);
-  begun_ = false;
-  return true;
-}
-
-// The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other
-// connections hold it for a moment now and then, even if they only read.
-Transaction::Transaction(Database& database) : database_(database) {
-  if (database_.group_)
-    database_.group_->join();
-  else
-    database_.execute(kBegin);
-}
-
-Transaction::~Transaction() {
-  if (!open_) return;
-  try {
-    database_.execute(kRollback);
-  } catch (const DatabaseError&) {
-    // After some failures, a full disk above all, the engine has done so already.
-  }
-}
-
-void Transaction::commit() {
-  if (!database_.group_) database_.execute(kCommit);
-  open_ = false;
-}
+void Database::waitForLocks(int milliseconds) { sqlite3_busy_timeout(connection_->main.get(), milliseconds); }
 
 }  // namespace mv

@@ -13,15 +13,13 @@
 #include <string_view>
 #include <vector>
 
+#include "html/HtmlElements.h"
+
 namespace mv {
 
 class HtmlTokenizer {
  public:
-  struct Wanted {
-    std::string element;                  // in lower case
-    std::vector<std::string> attributes;  // in lower case, at most kMostAttributes
-  };
-  static constexpr std::size_t kMostAttributes = 32;
+  using Wanted = WantedElement;
 
   struct Attribute {
     std::size_t name;        // its place in Wanted::attributes
@@ -67,33 +65,6 @@ class HtmlTokenizer {
     ScriptDataDoubleEscaped,
     PlainText,
   };
-  // What an element does to the tokenizer, or to the tree builder where that decides for the tokenizer.
-  enum class Content : std::uint8_t {
-    Ordinary,
-    RawText,
-    Script,
-    PlainText,
-    Svg,
-    MathMl,
-    SvgIntegration,
-    MathIntegration
-  };
-
-  static constexpr std::size_t kNotWanted = static_cast<std::size_t>(-1);
-  struct Element {
-    std::string name;
-    std::uint64_t key = 0;  // of the name, see keyed()
-    Content content = Content::Ordinary;
-    bool needsEndTag = false;  // for its content
-    bool endsForeignContent = false;
-    std::size_t wanted = kNotWanted;
-    std::vector<std::string> attributes = {};
-  };
-
-  Element& elementOf(std::string_view name);
-  void makeTable();
-  const Element* find(std::uint64_t key, std::string_view name) const;
-
   void step();
   void data();
   void tagOpen();
@@ -134,9 +105,7 @@ class HtmlTokenizer {
   void noteAttribute(std::size_t valueAt, std::size_t valueEnd);
 
   Take take_;
-  std::vector<Element> elements_;
-  static constexpr std::size_t kSlots = 512;
-  std::vector<std::uint16_t> slots_;  // element numbers by a hash of the key, 0: free
+  HtmlElements elements_;
 
   std::string_view page_;
   std::size_t at_ = 0;
@@ -148,19 +117,19 @@ class HtmlTokenizer {
   bool isSelfClosing_ = false;
   std::size_t nameAt_ = 0;
   std::uint64_t key_ = 0;
-  const Element* element_ = nullptr;  // null when it is none of elements_
-  bool isNoted_ = false;              // its attributes are
-  std::uint32_t seen_ = 0;            // a bit for each wanted attribute that it has had
+  const HtmlElement* element_ = nullptr;  // null when it is none of elements_
+  bool isNoted_ = false;                  // its attributes are
+  std::uint32_t seen_ = 0;                // a bit for each wanted attribute that it has had
   std::size_t attributeAt_ = 0;
   std::size_t attributeEnd_ = 0;
   std::size_t valueAt_ = 0;
   char quote_ = 0;
   StartTag tag_;
 
-  std::size_t contentAt_ = 0;            // where the comment, section or escape began
-  const Element* rawElement_ = nullptr;  // whose text is being passed over
-  std::vector<const Element*> unended_;  // have no end tag in the rest of the page
-  std::vector<const Element*> foreign_;  // open svg and math elements and, in them, those that hold HTML again
+  std::size_t contentAt_ = 0;                // where the comment, section or escape began
+  const HtmlElement* rawElement_ = nullptr;  // whose text is being passed over
+  std::vector<const HtmlElement*> unended_;  // have no end tag in the rest of the page
+  std::vector<const HtmlElement*> foreign_;  // open svg and math elements and, in them, those that hold HTML again
 };
 
 }  // namespace mv

@@ -109,7 +109,10 @@ class Database {
  private:
   friend class CommitGroup;
   friend class Transaction;
+  // For those two: without joining the group; false when closed; how long a statement waits.
   void carryOut(const Statement& statement);
+  bool isInTransaction() const;
+  void waitForLocks(int milliseconds);
 
   std::shared_ptr<Connection> connection_;
   std::int64_t openings_ = 0;
