@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "NormalPlace.h"
@@ -54,7 +55,12 @@ QRect withinView(QRect place) {
   const QScreen* shown = screen ? screen : QGuiApplication::primaryScreen();
   if (!shown) return place;
   const QRect room = shown->availableGeometry();
-  place.setSize(place.size().boundedTo(room.size()));
+  const QSize cut = place.size().boundedTo(room.size());
+  if (cut != place.size()) {
+    place.setSize(cut);
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+  }
   if (!screen) place.moveTopLeft(room.topLeft());
   return place;
 }

@@ -139,7 +139,7 @@ TEST_P(FirstSizeTest, NoWindowCutsWhatItShows) {
   expectEditorWhole("mnuToolsFilterManager", 6165, 4335);
   expectEditorWhole("mnuToolsRuleManager", 4800, 3120);
   expectEditorWhole("mnuToolsFormManager", 4800, 4800);
-  expectEditorWhole("mnuToolsTagManager", 8400, 2400);
+  expectEditorWhole("mnuToolsTagManager", 5200, 2100);
   expectSiteEditorWhole();
   expectPathsWhole();
   expectProcessWhole<frmScan>();

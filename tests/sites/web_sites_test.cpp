@@ -325,7 +325,6 @@ TEST_F(WebSites, DeletingThousandsOfSitesLeavesTheWindowsAlive) {
   list->setFocus();
   QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
   dialogs.nextConfirmation = true;
-  dialogs.nextConfirmation = true;
   const LoopMeter turn;
   QTest::keyClick(list, Qt::Key_Delete);
   EXPECT_GT(count("site"), 0) << "all at once";

@@ -13,8 +13,8 @@ namespace mv {
 
 frmNewTag::frmNewTag()
     : RecordEditor({.caption = "New Tag",
-                    .width = 8400,
-                    .height = 2400,
+                    .width = 5200,
+                    .height = 2100,
                     .windowName = "frmNewTag",
                     .record = "tag",
                     .manager = "Tag Manager",
