@@ -116,7 +116,7 @@ void CurlRequest::setLimits() {
 void CurlRequest::setBodyOptions() {
   // As a field of its own: with the option libcurl would unpack the body itself.
   if (mode_ == BodyMode::Text) {
-    authorization_.addField((std::string("Accept-Encoding: ") + Unpacker::kAccepted).c_str());
+    authorization_.addField(std::string("Accept-Encoding: ").append(Unpacker::kAccepted).c_str());
     return;
   }
   authorization_.addField("Accept-Encoding: identity");
