@@ -82,7 +82,12 @@ std::string shortenedName(std::string_view name, std::string_view wholeName) {
 }  // namespace
 
 std::string cleanFileName(std::string_view name) {
-  std::string clean = withoutTurning(name);
+  std::string clean(name);
+  // Bytes on both sides of a removed character, pieces of broken ones, may make another.
+  for (std::string before; before != clean;) {
+    before = clean;
+    clean = withoutTurning(before);
+  }
   std::replace_if(clean.begin(), clean.end(), isUnusable, '_');
   if (clean == "." || clean == ".." || isDeviceName(clean)) clean.insert(0, 1, '_');
   return shortenedName(clean, name);

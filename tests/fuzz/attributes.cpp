@@ -24,7 +24,7 @@ void mvfuzz::fuzzOne(std::string_view input) {
   require(isPartOf(mv::refreshTarget(value), value), "a target is a part of the content");
 
   mv::AddressResolver resolver;
-  resolver.setPage(page, nullptr);
+  resolver.setPage(page);
   std::string link;
   std::string simple;
   if (resolver.resolve(value, link)) {

@@ -12,7 +12,7 @@ using Links = std::vector<std::string>;
 
 Links linksOf(mv::StarLinks& finder, std::string_view page, std::string_view address, std::size_t stepBytes) {
   Links links;
-  finder.begin(page, address, nullptr);
+  finder.begin(page, address);
   while (!finder.seek(stepBytes)) {
   }
   std::string link;

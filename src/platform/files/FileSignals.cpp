@@ -1,6 +1,7 @@
 #include "files/FileSignals.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace mv {
 
