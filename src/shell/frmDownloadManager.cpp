@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -54,7 +55,9 @@ QRect withinView(QRect place) {
   const QScreen* screen = screenOf(place);
   const QScreen* shown = screen ? screen : QGuiApplication::primaryScreen();
   if (!shown) return place;
-  const QRect room = shown->availableGeometry();
+  // A size is that of the contents; the title bar stands above them.
+  const int titleBar = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  const QRect room = shown->availableGeometry().adjusted(0, 0, 0, -titleBar);
   const QSize cut = place.size().boundedTo(room.size());
   if (cut != place.size()) {
     place.setSize(cut);
