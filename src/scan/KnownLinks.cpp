@@ -14,18 +14,17 @@ void KnownLinks::refresh() {
   older_.clear();
 }
 
-bool KnownLinks::contains(const EscapedAddress& url) {
-  if (newer_.contains(url)) return true;
-  if (!older_.contains(url)) return false;
-  add(url);
+bool KnownLinks::contains(std::string_view link) {
+  if (newer_.contains(link)) return true;
+  const auto found = older_.find(link);
+  if (found == older_.end()) return false;
+  add(std::move(older_.extract(found).value()));
   return true;
 }
 
-void KnownLinks::add(const EscapedAddress& url) {
-  if (newer_.size() == kGeneration) {
-    older_ = std::exchange(newer_, {});
-  }
-  newer_.insert(url);
+void KnownLinks::add(std::string link) {
+  if (newer_.size() == kGeneration) older_ = std::exchange(newer_, {});
+  newer_.insert(std::move(link));
 }
 
 }  // namespace mv

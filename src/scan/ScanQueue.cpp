@@ -41,7 +41,7 @@ bool ScanQueue::fill() {
 }
 
 void ScanQueue::store(clsLinkParser& parser) {
-  if (list_.holdsAddress(parser.URL)) return;
+  if (parser.isKnown() || list_.holdsAddress(parser.URL)) return;
   parser.AddLinkToDatabase();
   if (!parser.Flag || parser.LinkType == kFileLink || !hasRoom()) return;
   WorkRow& row = stored_.emplace_back();

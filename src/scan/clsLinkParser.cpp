@@ -95,14 +95,24 @@ std::string_view clsLinkParser::normalizeRelativeLink() {
   }
 }
 
+// Filters look at the link as found, everything else at its URL. A link behind a tag with a star is its URL.
+std::string clsLinkParser::spelling() const { return Link == URL ? URL : URL + '\n' + Link; }
+
+bool clsLinkParser::isKnown() {
+  if (!lookupsCached_) return false;
+  return Link == URL ? knownLinks_.contains(URL) : knownLinks_.contains(spelling());
+}
+
 void clsLinkParser::AddLinkToDatabase() {
   Flag = false;
   classify();
   if (!typeIsWanted() || !passesFilters() || !passesDomainHopper() || URL.starts_with(kMailTo)) return;
   rememberHttpsHost();
+  std::string spelt = lookupsCached_ ? spelling() : std::string();
   link_.url = EscapedAddress::escape(std::string(withoutScheme(URL)));
   URL = link_.url.text();
-  insertUnlessKnown();
+  const bool isStored = isLinkStored(link_.url) || insert();
+  if (isStored && lookupsCached_) knownLinks_.add(std::move(spelt));
 }
 
 void clsLinkParser::classify() {
@@ -163,8 +173,12 @@ std::string clsLinkParser::extractLinkDomain() const {
 }
 
 // `host`: of the link, comparable.
-bool clsLinkParser::isOwnHost(const std::string& host) const {
-  return !host.empty() && (host == answeringHost_ || host == hostOf(Domain));
+bool clsLinkParser::isOwnHost(const std::string& host) {
+  if (domainOfHost_ != Domain) {
+    domainOfHost_ = Domain;
+    ownHost_ = hostOf(Domain);
+  }
+  return !host.empty() && (host == answeringHost_ || host == ownHost_);
 }
 
 void clsLinkParser::checkDomainHop(const std::string& linkDomain) {
@@ -197,12 +211,6 @@ void clsLinkParser::rememberHttpsHost() {
   if (host == httpsHost_) return;
   rememberHttps(URL);
   httpsHost_ = std::move(host);
-}
-
-void clsLinkParser::insertUnlessKnown() {
-  if (lookupsCached_ && knownLinks_.contains(link_.url)) return;
-  const bool stored = isLinkStored(link_.url) || insert();
-  if (stored && lookupsCached_) knownLinks_.add(link_.url);
 }
 
 bool clsLinkParser::insert() {

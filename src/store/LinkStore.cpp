@@ -10,6 +10,13 @@ namespace mv {
 
 namespace {
 
+// What runs for every link.
+constexpr FixedStatement kFind("select count(*) as outCount from link where url = \1");
+constexpr FixedStatement kInsert(
+    "insert into link (site_id,url,link_type,username,password,id,status,file_type) values (\1, \1, \1, \1, \1, \1, "
+    "\"False\", \1)");
+constexpr FixedStatement kMarkDone("update link set status = \"Done\" where id = \1");
+
 LinkRow readPage(const Recordset& row) {
   LinkRow link;
   link.id = row.number("id");
@@ -35,10 +42,8 @@ std::int64_t drawLinkId() {
 }
 
 void insertRow(const LinkRow& link, std::int64_t id) {
-  gDatabase.execute("insert into link (site_id,url,link_type,username,password,id,status,file_type) values (" +
-                    number(link.siteId) + ", " + quoted(link.url.text()) + ", " + quoted(link.linkType) + ", " +
-                    quoted(link.userName) + ", " + quoted(link.password) + ", " + number(id) + ", \"False\", " +
-                    quoted(link.fileType) + ")");
+  gDatabase.execute(kInsert,
+                    {link.siteId, link.url.text(), link.linkType, link.userName, link.password, id, link.fileType});
 }
 
 // Those up to the link `newest`, at most `most`; how many they were.
@@ -76,9 +81,7 @@ LinkRows unfinishedFiles(Id siteId) {
           readFile};
 }
 
-bool isLinkStored(const EscapedAddress& url) {
-  return gDatabase.count("select count(*) as outCount from link where url = " + quoted(url.text())) != 0;
-}
+bool isLinkStored(const EscapedAddress& url) { return gDatabase.count(kFind, {url.text()}) != 0; }
 
 std::int64_t insertLink(const LinkRow& link) {
   Transaction idAndRow(gDatabase);
@@ -94,7 +97,7 @@ std::int64_t insertLink(const LinkRow& link) {
   }
 }
 
-void markLinkDone(std::int64_t id) { gDatabase.execute("update link set status = \"Done\" where id = " + number(id)); }
+void markLinkDone(std::int64_t id) { gDatabase.execute(kMarkDone, {id}); }
 
 void markLinksDone(const std::vector<std::int64_t>& ids) {
   Transaction together(gDatabase);

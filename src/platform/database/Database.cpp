@@ -2,6 +2,7 @@
 
 #include <new>
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
@@ -52,6 +53,14 @@ ConnectionPtr openReader(const std::string& path) {
   run(connection.get(), "pragma query_only=1");
   run(connection.get(), "pragma cache_size=-" + std::to_string(kReaderCacheKiB));
   return connection;
+}
+
+template <class Value>
+std::int64_t firstNumberOf(const Prepared& prepared, std::span<const Value> values) {
+  const std::string& name = prepared.translation->name;
+  const Use use(prepared.handle(), values, name);
+  if (!step(prepared.handle(), name)) raiseNoCurrentRecord(name);
+  return sqlite3_column_int64(prepared.handle(), 0);
 }
 
 }  // namespace
@@ -108,6 +117,21 @@ struct Database::Connection {
   ConnectionPtr idleReader;
   std::vector<std::weak_ptr<Reader>> readers;
   std::int64_t rowsAffected = 0;
+
+  // `key`: as the cache knows the statement.
+  template <class Key, class Value>
+  void carryOut(const Key& key, std::span<const Value> arguments) {
+    const Prepared& prepared = statements->get(key);
+    const std::string& name = prepared.translation->name;
+    invalidate(prepared.invalidations);
+    try {
+      const Use use(prepared.handle(), arguments, name);
+      while (step(prepared.handle(), name)) continue;
+    } catch (...) {
+      invalidateAll();  // it may have ended its transaction
+      throw;
+    }
+  }
 
   void invalidate(const Invalidations& names) {
     for (const std::string& name : names) ++invalidations[name];
@@ -182,7 +206,7 @@ struct Recordset::State {
     reader = std::move(longReader);
     values = boundValues;
     reader->statement = prepare(reader->connection.get(), translation->sql, name());
-    bindValues(reader->statement.get(), values, name());
+    bindValues(reader->statement.get(), std::span<const SqlValue>(values), name());
     readRows(reader->statement.get(), kRowsAhead);
   }
 
@@ -227,7 +251,7 @@ std::int64_t Recordset::recordCount() const {
   if (!state_->reader) return static_cast<std::int64_t>(state_->rows);
   const std::string sql = "select count(*) from (" + state_->translation->sql + ')';
   const StatementPtr counter = prepare(state_->reader->connection.get(), sql, state_->name());
-  bindValues(counter.get(), state_->values, state_->name());
+  bindValues(counter.get(), std::span<const SqlValue>(state_->values), state_->name());
   step(counter.get(), state_->name());
   return sqlite3_column_int64(counter.get(), 0);
 }
@@ -287,37 +311,34 @@ Recordset Database::query(const Statement& statement) {
   if (!connection_) raiseNotOpen();
   auto state = std::make_unique<Recordset::State>();
   state->owner = connection_;
-  const Prepared prepared = connection_->statements->get(statement.shape());
+  const Prepared& prepared = connection_->statements->get(statement.shape());
   state->translation = prepared.translation;
-  connection_->invalidate(*prepared.invalidations);
+  connection_->invalidate(prepared.invalidations);
   {
-    const Use use(prepared.handle, statement.values(), state->name());
+    const Use use(prepared.handle(), std::span(statement.values()), state->name());
     // Rows that only an open transaction knows cannot be seen by a reader.
     const bool readable = state->translation->isSelect && sqlite3_get_autocommit(connection_->main.get()) != 0;
-    state->readRows(prepared.handle, readable ? kRowsAhead : SIZE_MAX);
+    state->readRows(prepared.handle(), readable ? kRowsAhead : SIZE_MAX);
   }
   if (!state->complete) state->readThrough(connection_->takeReader(), statement.values());
   return Recordset(std::move(state));
 }
 
-void Database::execute(const Statement& statement) {
+void Database::execute(const Statement& statement) { change(statement.shape(), std::span(statement.values())); }
+
+void Database::execute(const FixedStatement& statement, Arguments values) { change(statement, std::span(values)); }
+
+template <class Key, class Value>
+void Database::change(const Key& key, std::span<const Value> values) {
   if (!connection_) raiseNotOpen();
-  if (group_) group_->join();
-  carryOut(statement);
+  join();
+  connection_->carryOut(key, values);
   connection_->rowsAffected = sqlite3_changes64(connection_->main.get());
 }
 
 void Database::carryOut(const Statement& statement) {
-  const Prepared prepared = connection_->statements->get(statement.shape());
-  const std::string& name = prepared.translation->name;
-  connection_->invalidate(*prepared.invalidations);
-  try {
-    const Use use(prepared.handle, statement.values(), name);
-    while (step(prepared.handle, name)) continue;
-  } catch (...) {
-    connection_->invalidateAll();  // it may have ended its transaction
-    throw;
-  }
+  if (!connection_) raiseNotOpen();
+  connection_->carryOut(statement.shape(), std::span(statement.values()));
 }
 
 std::int64_t Database::rowsAffected() const { return connection_ ? connection_->rowsAffected : 0; }
@@ -331,13 +352,15 @@ std::int64_t Database::invalidationCount(const std::string& table, const std::st
 
 std::int64_t Database::count(const Statement& statement) {
   if (!connection_) raiseNotOpen();
-  const Prepared prepared = connection_->statements->get(statement.shape());
-  const SqlTranslation& translation = *prepared.translation;
-  if (translation.fields.size() != 1 || !sameSqlName(translation.fields.front(), kCountField))
+  const Prepared& prepared = connection_->statements->get(statement.shape());
+  if (prepared.translation->fields.size() != 1 || !sameSqlName(prepared.translation->fields.front(), kCountField))
     return query(statement).number(kCountField);
-  const Use use(prepared.handle, statement.values(), translation.name);
-  if (!step(prepared.handle, translation.name)) raiseNoCurrentRecord(translation.name);
-  return sqlite3_column_int64(prepared.handle, 0);
+  return firstNumberOf(prepared, std::span(statement.values()));
+}
+
+std::int64_t Database::count(const FixedStatement& statement, Arguments values) {
+  if (!connection_) raiseNotOpen();
+  return firstNumberOf(connection_->statements->get(statement), std::span(values));
 }
 
 // ---- for the groups of statements ----

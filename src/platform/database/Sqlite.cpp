@@ -70,10 +70,23 @@ std::string withoutPlaces(std::string message) {
   return message;
 }
 
-int bindValue(sqlite3_stmt* statement, int place, const SqlValue& value) {
+int bindValue(sqlite3_stmt* statement, int place, const SqlArgument& value) {
   if (const auto* whole = std::get_if<std::int64_t>(&value)) return sqlite3_bind_int64(statement, place, *whole);
-  const auto& text = std::get<std::string>(value);
-  return sqlite3_bind_text64(statement, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+  const auto& text = std::get<std::string_view>(value);
+  // Without a place the text would be null.
+  return sqlite3_bind_text64(statement, place, text.data() ? text.data() : "", text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+int bindValue(sqlite3_stmt* statement, int place, const SqlValue& value) {
+  return std::visit([&](const auto& held) { return bindValue(statement, place, SqlArgument(held)); }, value);
+}
+
+template <class Value>
+void bindAll(sqlite3_stmt* statement, std::span<const Value> values, const std::string& name) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int code = bindValue(statement, static_cast<int>(i) + 1, values[i]);
+    if (code != SQLITE_OK) raise(sqlite3_db_handle(statement), code, name);
+  }
 }
 
 }  // namespace
@@ -102,11 +115,12 @@ StatementPtr prepare(sqlite3* connection, const std::string& sql, const std::str
   return statement;
 }
 
-void bindValues(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const int code = bindValue(statement, static_cast<int>(i) + 1, values[i]);
-    if (code != SQLITE_OK) raise(sqlite3_db_handle(statement), code, name);
-  }
+void bindValues(sqlite3_stmt* statement, std::span<const SqlValue> values, const std::string& name) {
+  bindAll(statement, values, name);
+}
+
+void bindValues(sqlite3_stmt* statement, std::span<const SqlArgument> values, const std::string& name) {
+  bindAll(statement, values, name);
 }
 
 bool step(sqlite3_stmt* statement, const std::string& name) {
@@ -131,9 +145,10 @@ std::int64_t firstNumber(sqlite3* connection, const std::string& sql) {
   return std::strtoll(firstText(connection, sql).c_str(), nullptr, 10);
 }
 
-ConnectionPtr openHandle(const std::string& path, int flags) {
+ConnectionPtr openHandle(const std::string& path, int flags, const char* fileSystem) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int code =
+      sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, fileSystem);
   ConnectionPtr connection(handle);
   if (!connection) throw std::bad_alloc();
   if (code != SQLITE_OK) raise(handle, code, "open");

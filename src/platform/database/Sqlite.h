@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,7 +40,8 @@ inline constexpr int kBusyTimeoutMs = 2000;
 
 StatementPtr prepare(sqlite3* connection, const std::string& sql, const std::string& name, unsigned flags = 0);
 // `values` must stay where they are until the bindings are cleared.
-void bindValues(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name);
+void bindValues(sqlite3_stmt* statement, std::span<const SqlValue> values, const std::string& name);
+void bindValues(sqlite3_stmt* statement, std::span<const SqlArgument> values, const std::string& name);
 // True when there is a row.
 bool step(sqlite3_stmt* statement, const std::string& name);
 void run(sqlite3* connection, const std::string& sql);
@@ -50,7 +52,8 @@ std::int64_t firstNumber(sqlite3* connection, const std::string& sql);
 // A statement in use: at the end it is ready for the next use and holds no lock.
 class Use {
  public:
-  Use(sqlite3_stmt* statement, const std::vector<SqlValue>& values, const std::string& name) : statement_(statement) {
+  template <class Value>
+  Use(sqlite3_stmt* statement, std::span<const Value> values, const std::string& name) : statement_(statement) {
     bindValues(statement, values, name);
   }
   ~Use() {
@@ -64,8 +67,8 @@ class Use {
   sqlite3_stmt* statement_;
 };
 
-// `flags` as of sqlite3_open_v2.
-ConnectionPtr openHandle(const std::string& path, int flags);
+// `flags` and `fileSystem` as of sqlite3_open_v2.
+ConnectionPtr openHandle(const std::string& path, int flags, const char* fileSystem = nullptr);
 // For reading a file without leaving a trace.
 std::string immutableUri(const std::string& path);
 // The database holds passwords: from here on only its owner reads it, or what is beside it. Files that the engine makes

@@ -25,16 +25,28 @@ void InvalidationRecorder::record(int action, const std::string& first, const st
     invalidations_.push_back(first + '.' + second);
 }
 
-Prepared StatementCache::get(const std::string& shape) {
-  if (const auto known = byShape_.find(shape); known != byShape_.end())
+const Prepared& StatementCache::get(std::string_view shape) {
+  if (const auto known = byShape_.find(shape); known != byShape_.end()) {
     entries_.splice(entries_.begin(), entries_, known->second);
-  else
-    add(shape);
-  const Entry& entry = entries_.front();
-  return {entry.translation, entry.statement.get(), &entry.invalidations};
+    return entries_.front();
+  }
+  entries_.push_front(prepareShape(shape));
+  byShape_.emplace(entries_.front().shape, entries_.begin());
+  if (entries_.size() > kCachedStatements) {
+    byShape_.erase(entries_.back().shape);
+    entries_.pop_back();
+  }
+  return entries_.front();
 }
 
-void StatementCache::add(const std::string& shape) {
+const Prepared& StatementCache::get(const FixedStatement& statement) {
+  const char* const place = statement.shape().data();
+  for (const auto& [known, prepared] : fixed_)
+    if (known == place) return prepared;
+  return fixed_.emplace_back(place, prepareShape(statement.shape())).second;
+}
+
+Prepared StatementCache::prepareShape(std::string_view shape) {
   recorder_.take();
   auto translation = std::make_shared<const SqlTranslation>(translateShape(shape));
   StatementPtr statement = prepare(connection_, translation->sql, translation->name, SQLITE_PREPARE_PERSISTENT);
@@ -42,11 +54,7 @@ void StatementCache::add(const std::string& shape) {
   Invalidations invalidations = recorder_.take();
   // The rows that INSERT OR REPLACE and UPDATE OR REPLACE delete do not reach the authorizer.
   if (translation->saysReplace) invalidations.emplace_back();
-  entries_.push_front({shape, std::move(translation), std::move(statement), std::move(invalidations)});
-  byShape_.emplace(entries_.front().shape, entries_.begin());
-  if (entries_.size() <= kCachedStatements) return;
-  byShape_.erase(entries_.back().shape);
-  entries_.pop_back();
+  return {std::string(shape), std::move(translation), std::move(statement), std::move(invalidations)};
 }
 
 }  // namespace mv::engine

@@ -38,9 +38,12 @@ class InvalidationRecorder {
 
 // A statement ready for use.
 struct Prepared {
+  std::string shape;
   std::shared_ptr<const SqlTranslation> translation;
-  sqlite3_stmt* handle = nullptr;                // owned by the cache
-  const Invalidations* invalidations = nullptr;  // likewise
+  StatementPtr statement;
+  Invalidations invalidations;
+
+  sqlite3_stmt* handle() const { return statement.get(); }
 };
 
 // The statements that were used last, by their shapes.
@@ -49,23 +52,20 @@ class StatementCache {
   explicit StatementCache(sqlite3* connection) : connection_(connection), recorder_(connection) {}
 
   // What it returns holds until the next call. Raises DatabaseError.
-  Prepared get(const std::string& shape);
+  const Prepared& get(std::string_view shape);
+  // The same by the place of the shape. Such statements are few, and stay.
+  const Prepared& get(const FixedStatement& statement);
 
  private:
-  struct Entry {
-    std::string shape;
-    std::shared_ptr<const SqlTranslation> translation;
-    StatementPtr statement;
-    Invalidations invalidations;
-  };
-  using Entries = std::list<Entry>;
+  using Entries = std::list<Prepared>;
 
-  void add(const std::string& shape);
+  Prepared prepareShape(std::string_view shape);
 
   sqlite3* connection_;
   InvalidationRecorder recorder_;
   Entries entries_;  // the last used one first
   std::unordered_map<std::string_view, Entries::iterator> byShape_;
+  std::list<std::pair<const char*, Prepared>> fixed_;  // by the places of their shapes
 };
 
 }  // namespace mv::engine

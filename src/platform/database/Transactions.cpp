@@ -18,11 +18,24 @@ constexpr char kRollback[] = "rollback";
 // connections take the right to write.
 constexpr int kGroupPatienceMs = 2;
 
+[[noreturn]] void raiseTakenBack() {
+  throw DatabaseError(DatabaseError::kDiskError, "The changes were taken back after a failure.");
+}
+
 }  // namespace
 
 std::int64_t Database::openGroup() const { return group_ ? group_->number_ : 0; }
 
 void Database::beforeCommit(std::function<void()> work) { group_->beforeCommit_.push_back(std::move(work)); }
+
+// A statement behind a failure that had the engine end the transaction would be a transaction of its own: half of what
+// belongs together.
+void Database::join() {
+  if (group_)
+    group_->join();
+  else if (transaction_ && !isInTransaction())
+    raiseTakenBack();
+}
 
 CommitGroup::CommitGroup(Database& database) : database_(database), number_(++database.groups_) {
   database_.group_ = this;
@@ -49,7 +62,7 @@ void CommitGroup::join() {
     database_.carryOut(kBegin);
     begun_ = true;
   } else if (isLost()) {
-    throw DatabaseError(DatabaseError::kDiskError, "The changes were taken back after a failure.");
+    raiseTakenBack();
   }
 }
 
@@ -66,14 +79,17 @@ bool CommitGroup::commit() {
 // The right to write is taken first: the engine waits for it only as long as nothing has been read. Its other
 // connections hold it for a moment now and then, even if they only read.
 Transaction::Transaction(Database& database) : database_(database) {
-  if (database_.group_)
-    database_.group_->join();
-  else
+  if (database_.group_) {
+    database_.join();
+  } else {
     database_.execute(kBegin);
+    database_.transaction_ = this;
+  }
 }
 
 Transaction::~Transaction() {
   if (!open_) return;
+  if (database_.transaction_ == this) database_.transaction_ = nullptr;
   try {
     database_.execute(kRollback);
   } catch (const DatabaseError&) {
@@ -83,6 +99,7 @@ Transaction::~Transaction() {
 
 void Transaction::commit() {
   if (!database_.group_) database_.execute(kCommit);
+  if (database_.transaction_ == this) database_.transaction_ = nullptr;
   open_ = false;
 }
 

@@ -144,9 +144,12 @@ std::string redirectTarget(const std::string& base, const std::string& location)
   return result.get();
 }
 
+// As toRequestAddress does, without the rest: a scan asks for every foreign link.
 std::string hostOf(std::string_view address) {
-  const auto target = toRequestAddress(address);
-  return target ? target->host : std::string();
+  address = trimmed(address);
+  const auto scheme = takeScheme(address);
+  const auto authority = address.substr(0, address.find_first_of(kEndOfAuthority));
+  return comparableHost(scheme, asciiHost(authority.substr(authority.rfind('@') + 1)));
 }
 
 CredentialsOnRedirect credentialsOnRedirect(std::string_view location, const std::string& host) {

@@ -66,6 +66,9 @@ class clsLinkParser {
 
   // Sets URL from Link, BasePath and Domain. BasePath is shortened by "../" steps.
   void ProcessLink();
+  // While lookups are cached: this very link, with this URL, has been found in the table or put there by
+  // AddLinkToDatabase, which would do nothing. False says nothing.
+  bool isKnown();
   // Stores URL unless it is known, filtered, foreign beyond the limit, a mail address, or without room. Raises
   // DatabaseError, and NoLinkId.
   void AddLinkToDatabase();
@@ -88,11 +91,12 @@ class clsLinkParser {
   void applySiteFilters();
   bool passesFilters();
   std::string extractLinkDomain() const;
-  bool isOwnHost(const std::string& host) const;
+  bool isOwnHost(const std::string& host);
   void checkDomainHop(const std::string& linkDomain);
   bool passesDomainHopper();
   void rememberHttpsHost();
-  void insertUnlessKnown();
+  // What KnownLinks knows it by: all that AddLinkToDatabase looks at and that differs from link to link.
+  std::string spelling() const;
   // False: it has no room.
   bool insert();
 
@@ -102,6 +106,8 @@ class clsLinkParser {
   KnownLinks knownLinks_;
   LinkRow link_;  // as it is to be stored: a file of an unknown type as a document
   std::string answeringHost_;
+  std::string domainOfHost_;  // whose host is the next one
+  std::string ownHost_;
   std::unordered_set<std::string> hopDomains_;  // foreign domains entered, at most DomainHops
   std::string httpsHost_;                       // of the last absolute https link
   std::vector<std::string> newHops_;            // of them, since the caching began

@@ -13,7 +13,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +58,7 @@ class Recordset {
 };
 
 class CommitGroup;
+class Transaction;
 
 class Database {
  public:
@@ -83,6 +86,8 @@ class Database {
   // nothing is half done.
   Recordset query(const Statement& statement);
   void execute(const Statement& statement);
+  using Arguments = std::initializer_list<SqlArgument>;
+  void execute(const FixedStatement& statement, Arguments values);
   // Rows that the last execute inserted, changed or deleted.
   std::int64_t rowsAffected() const;
 
@@ -100,6 +105,7 @@ class Database {
 
   // The `outCount` of a count query.
   std::int64_t count(const Statement& statement);
+  std::int64_t count(const FixedStatement& statement, Arguments values);
 
   // Name and version of the engine.
   static std::string engineVersion();
@@ -109,15 +115,20 @@ class Database {
  private:
   friend class CommitGroup;
   friend class Transaction;
+  template <class Key, class Value>
+  void change(const Key& key, std::span<const Value> values);
   // For those two: without joining the group; false when closed; how long a statement waits.
   void carryOut(const Statement& statement);
   bool isInTransaction() const;
+  // Before a statement: raises kDiskError when the engine has taken back what the statement would be a part of.
+  void join();
   void waitForLocks(int milliseconds);
 
   std::shared_ptr<Connection> connection_;
   std::int64_t openings_ = 0;
-  CommitGroup* group_ = nullptr;  // the open one
-  std::int64_t groups_ = 0;       // so far
+  CommitGroup* group_ = nullptr;              // the open one
+  const Transaction* transaction_ = nullptr;  // likewise, without a group
+  std::int64_t groups_ = 0;                   // so far
 };
 
 // One commit for all that is stored while it lives, by whoever stores it: a commit each would cost more than the work.
@@ -150,7 +161,8 @@ class CommitGroup {
 };
 
 // Several statements that become durable together. Without commit() they are taken back when it goes out of scope. No
-// two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box.
+// two at a time, and nothing may run meanwhile that knows nothing of it: no event loop, no message box. When the engine
+// takes everything back by itself, as after a full disk, every further change and commit() raise kDiskError.
 //
 // While a CommitGroup is open it is a part of that: it becomes durable with the whole, and to take it back takes the
 // whole back.

@@ -65,6 +65,24 @@ Literal quoted(const char* text);
 // A 64-bit integer.
 Literal number(std::int64_t value);
 
+// A value that refers to its text, which stays where it is during the call.
+using SqlArgument = std::variant<std::int64_t, std::string_view>;
+
+// For what runs once for every link: the whole shape is one constant, in which "\1" stands for each value. It is put
+// together by nobody, and the prepared statement is found again by the constant's place.
+//
+//   constexpr FixedStatement kRemove("delete from link where id = \1");
+//   gDatabase.execute(kRemove, {id});
+class FixedStatement {
+ public:
+  consteval FixedStatement(SqlText shape) : shape_(shape.text()) {}
+
+  std::string_view shape() const { return shape_; }
+
+ private:
+  std::string_view shape_;
+};
+
 class Statement {
  public:
   static constexpr char kValueMark = '\1';
