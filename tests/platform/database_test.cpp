@@ -212,6 +212,26 @@ TEST_F(DatabaseTest, SeveralStatementsAreOneOrNone) {
   EXPECT_EQ(count("link"), 0);
 }
 
+// Whoever asks for an id shows a failure and goes on with 0: what follows must not be stored as a part.
+TEST_F(DatabaseTest, NothingFollowsAFailureThatHasTakenEverythingBack) {
+  const auto pages = db.query("pragma page_count").number("page_count");
+  db.query("pragma max_page_count = " + mv::rawStatement(std::to_string(pages + 1)));
+  const Statement row = "insert into link (url) values (" + quoted(std::string(3000, 'x')) + ")";
+  {
+    mv::Transaction several(db);
+    long failure = 0;
+    for (int i = 0; i < 100 && failure == 0; ++i) failure = errorOf([&] { db.execute(row); });
+    EXPECT_EQ(failure, DatabaseError::kDiskFull);
+    EXPECT_EQ(errorOf([&] { db.execute("update valid_sid set next_value = 7"); }), DatabaseError::kDiskError);
+    EXPECT_EQ(errorOf([&] { several.commit(); }), DatabaseError::kDiskError) << "may pass, and be tried again";
+  }
+  EXPECT_EQ(count("link"), 0);
+  EXPECT_EQ(db.count("select count(*) as outCount from valid_sid where next_value = 7"), 0);
+  mv::Transaction next(db);
+  db.execute("update valid_sid set next_value = 7");
+  next.commit();
+}
+
 TEST_F(DatabaseTest, AGroupIsCommittedAsAWhole) {
   Database other;
   other.open(path);
@@ -262,6 +282,36 @@ TEST_F(DatabaseTest, AGroupThatFailsIsTakenBackAsAWhole) {
     EXPECT_NE(errorOf([&] { group.commit(); }), 0);
   }
   EXPECT_EQ(count("link"), 0);
+}
+
+// What is gathered for the journal is there when a commit returns, and gone when one is taken back: another program
+// writes at the same place then. The engine's cache is small, so that it writes long before the commit.
+TEST_F(DatabaseTest, TheJournalHasEveryCommitAndNothingThatWasTakenBack) {
+  Database other;
+  other.open(path);
+  for (Database* database : {&db, &other}) database->query("pragma cache_size = 10");
+  const auto rowsOf = [](Database& database) { return database.count("select count(*) as outCount from link"); };
+  const auto insert = [&](Database& database, int rows) {
+    for (int i = 0; i < rows; ++i)
+      database.execute("insert into link (url) values (" + quoted(std::string(700, 'x') + std::to_string(i)) + ")");
+  };
+  std::int64_t expected = 0;
+  for (const int rows : {1, 5, 40, 300, 7}) {
+    {
+      mv::CommitGroup takenBack(db);
+      insert(db, rows);
+      db.execute("update link set status = \"Done\"");  // pages are written to the journal a second time
+    }
+    insert(other, 3);
+    mv::CommitGroup group(db);
+    insert(db, rows);
+    db.execute("update link set status = \"Done\"");
+    group.commit();
+    expected += 3 + rows;
+    EXPECT_EQ(rowsOf(db), expected);
+    EXPECT_EQ(rowsOf(other), expected);
+    EXPECT_EQ(other.query("pragma integrity_check").text("integrity_check"), "ok");
+  }
 }
 
 TEST_F(DatabaseTest, AGroupDoesNotHoldTheThreadWhileAnotherProgramWrites) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Checkpoints.h"
+#include "JournalWrites.h"
 #include "SqlDialect.h"
 #include "Sqlite.h"
 #include "StatementCache.h"
@@ -67,7 +68,7 @@ std::int64_t firstNumberOf(const Prepared& prepared, std::span<const Value> valu
 
 struct Database::Connection {
   explicit Connection(const std::string& databasePath)
-      : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE)) {
+      : path(databasePath), main(openHandle(databasePath, SQLITE_OPEN_READWRITE, gatheringFileSystem())) {
     setUp(main.get(), path);
     statements = std::make_unique<StatementCache>(main.get());
     checkpoints = std::make_unique<Checkpoints>(main.get(), path);
