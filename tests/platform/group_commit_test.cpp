@@ -74,8 +74,9 @@ TEST_F(GroupCommitTest, AnEndWaitsForAllThatWasAdded) {
 TEST_F(GroupCommitTest, EachFileHasItsOwnOutcome) {
   std::ofstream(in(3)) << "the user's";
   gate.failWith(EIO, 1);
-  for (int number = 0; number < 5; ++number) add(number);
+  add(0);
   ASSERT_TRUE(waitFor([this] { return gate.waiting() == 1; }));
+  for (int number = 1; number < 5; ++number) add(number);
   gate.open();
   EXPECT_TRUE(commits.finish(20'000));
   EXPECT_EQ(committed, (std::vector<std::int64_t>{1, 2, 4}));
@@ -83,6 +84,18 @@ TEST_F(GroupCommitTest, EachFileHasItsOwnOutcome) {
   EXPECT_EQ(failed, std::vector<std::int64_t>{0});
   EXPECT_EQ(readFile(in(3)), "the user's");
   EXPECT_EQ(names(), 4U);
+}
+
+// They are flushed by their file system together, where it can.
+TEST_F(GroupCommitTest, OneOfManyKeepsItsFailureToItself) {
+  gate.failWith(ENOSPC, 1);
+  for (int number = 0; number < 40; ++number) add(number);
+  gate.open();
+  EXPECT_TRUE(commits.finish(20'000));
+  EXPECT_EQ(groups, std::vector<std::size_t>{40}) << "those that follow each other closely go together";
+  EXPECT_EQ(committed.size(), 39U);
+  EXPECT_EQ(failed.size(), 1U);
+  EXPECT_EQ(names(), 39U);
 }
 
 }  // namespace

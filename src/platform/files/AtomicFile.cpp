@@ -143,6 +143,18 @@ void AtomicFile::finish() { d->finish(); }
 
 void AtomicFile::startWriteback() { d->file.startWriteback(); }
 
+void AtomicFile::awaitWriteback() { d->check(d->file.awaitWriteback()); }
+
+bool AtomicFile::flushTogether(const std::vector<AtomicFile*>& files) {
+  if (files.empty() || files.front()->d->file.flushFileSystem() != 0) return false;
+  for (AtomicFile* file : files) file->d->flushed = true;
+  return true;
+}
+
+bool AtomicFile::isFlushed() const { return d->flushed; }
+
+std::uint64_t AtomicFile::device() const { return d->file.device(); }
+
 void AtomicFile::flush() {
   if (d->flushed) return;
   d->check(d->file.flush());

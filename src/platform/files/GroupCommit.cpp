@@ -22,6 +22,11 @@ namespace {
 // all that wait for it.
 constexpr std::size_t kFlushers = 8;
 
+// A group costs a change of threads, a flush of each folder and a commit of the links, however small it is: files that
+// follow each other closely share them.
+constexpr std::chrono::milliseconds kGathering{10};
+constexpr std::size_t kFullGroup = 64;
+
 int flushFolder(const std::string& folder) {
   const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (file < 0) return errno;
@@ -41,7 +46,31 @@ void attempt(GroupCommit::File& file, Step step) {
   }
 }
 
-void flushAll(GroupCommit::Files& files) {
+// Each flush has the file system's journal committed, which takes the disk longer than a small file. From so many files
+// on, one flush of the file system is quicker, whoever else may have something to write there.
+constexpr std::size_t kManyFiles = 8;
+
+void flushTogether(std::vector<GroupCommit::File*>& files) {
+  std::vector<AtomicFile*> written;
+  for (GroupCommit::File* file : files) {
+    attempt(*file, [](AtomicFile& content) { content.awaitWriteback(); });
+    if (!file->error) written.push_back(file->file.get());
+  }
+  AtomicFile::flushTogether(written);
+}
+
+void flushManyTogether(GroupCommit::Files& files) {
+  std::map<std::uint64_t, std::vector<GroupCommit::File*>> byDevice;
+  for (GroupCommit::File& file : files)
+    if (!file.error) byDevice[file.file->device()].push_back(&file);
+  for (auto& [device, members] : byDevice)
+    if (members.size() >= kManyFiles) flushTogether(members);
+}
+
+void flushEach(GroupCommit::Files& files) {
+  const bool isDone = std::all_of(files.begin(), files.end(),
+                                  [](const GroupCommit::File& file) { return file.error || file.file->isFlushed(); });
+  if (isDone) return;
   std::atomic<std::size_t> next{0};
   const auto flush = [&files, &next] {
     for (std::size_t i = next++; i < files.size(); i = next++)
@@ -90,7 +119,8 @@ struct GroupCommit::Group {
         content.finish();
         content.startWriteback();
       });
-    flushAll(files);
+    flushManyTogether(files);
+    flushEach(files);
     nameAll(files);
     flushFolders(files);
     // Closing takes its time too. A file that is still without a name goes back to its owner.
@@ -99,16 +129,29 @@ struct GroupCommit::Group {
   }
 };
 
-GroupCommit::GroupCommit(Settled settled) : settled_(std::move(settled)) {}
+GroupCommit::GroupCommit(Settled settled) : settled_(std::move(settled)) {
+  gathering_.setSingleShot(true);
+  gathering_.setInterval(kGathering);
+  QObject::connect(&gathering_, &QTimer::timeout, &gathering_, [this] { startGroup(); });
+}
 
 GroupCommit::~GroupCommit() { work_.wait(); }
 
 void GroupCommit::add(File file) {
   waiting_.push_back(std::move(file));
-  startGroup();
+  gather();
+}
+
+void GroupCommit::gather() {
+  if (running_ || waiting_.empty()) return;
+  if (waiting_.size() >= kFullGroup)
+    startGroup();
+  else if (!gathering_.isActive())
+    gathering_.start();
 }
 
 void GroupCommit::startGroup() {
+  gathering_.stop();
   if (running_ || waiting_.empty()) return;
   running_ = std::make_shared<Group>(Group{std::exchange(waiting_, {})});
   work_.start(
@@ -121,14 +164,14 @@ void GroupCommit::startGroup() {
 
 void GroupCommit::settle() {
   const std::shared_ptr<Group> group = std::exchange(running_, nullptr);
-  startGroup();
+  gather();
   settled_(std::move(group->files));
 }
 
 bool GroupCommit::finish(int milliseconds) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
-  while (running_) {
+  for (startGroup(); running_; startGroup()) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
     if (!work_.wait(static_cast<int>(std::max<std::int64_t>(left.count(), 0)))) return false;
     work_.abandon();  // the event that would have settled it

@@ -1,8 +1,10 @@
 #include "files/OpenFile.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -22,6 +24,8 @@ std::function<int()>& beforeFlush() {
   static std::function<int()> before;
   return before;
 }
+
+int hookError() { return beforeFlush() ? beforeFlush()() : 0; }
 
 std::string descriptorPath(int file) { return "/proc/self/fd/" + std::to_string(file); }
 
@@ -108,10 +112,28 @@ int OpenFile::read(std::uint64_t offset, std::string& bytes) const {
 
 void OpenFile::startWriteback() const { ::sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE); }
 
+int OpenFile::awaitWriteback() const {
+  constexpr unsigned kAll = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+  if (const int error = hookError()) return error;
+  return ::sync_file_range(descriptor_, 0, 0, kAll) == 0 ? 0 : errno;
+}
+
+int OpenFile::flushFileSystem() const {
+  struct statfs system {};
+  if (::fstatfs(descriptor_, &system) != 0) return errno;
+  // The others may leave it at handing everything over to their server.
+  const bool isKnown = system.f_type == EXT4_SUPER_MAGIC || system.f_type == XFS_SUPER_MAGIC;
+  if (!isKnown) return ENOTSUP;
+  return ::syncfs(descriptor_) == 0 ? 0 : errno;
+}
+
+std::uint64_t OpenFile::device() const {
+  struct stat own {};
+  return ::fstat(descriptor_, &own) == 0 ? own.st_dev : 0;
+}
+
 int OpenFile::flush() const {
-  if (beforeFlush()) {
-    if (const int error = beforeFlush()()) return error;
-  }
+  if (const int error = hookError()) return error;
   int done = 0;
   do {
     done = ::fdatasync(descriptor_);

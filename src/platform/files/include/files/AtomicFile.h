@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "files/OpenFile.h"
 
@@ -55,8 +56,16 @@ class AtomicFile {
   void finish();
   // The system begins to bring the file to the disk, without waiting for it.
   void startWriteback();
+  // Waits for that. Raises FileError.
+  void awaitWriteback();
   // Everything is on the disk afterwards; done once. Raises FileError.
   void flush();
+  // Brings `files` to the disk with one flush of their file system. They have awaited their writeback. False where that
+  // cannot be done, or has failed: each is to be flushed then.
+  static bool flushTogether(const std::vector<AtomicFile*>& files);
+  bool isFlushed() const;
+  // Tells file systems apart.
+  std::uint64_t device() const;
   // finish, flush, and the final name. False when the name is taken and to be kept: another one may be tried. Raises
   // FileError. The name itself outlives a power cut when the folder has been flushed. Afterwards only destruction is
   // left.

@@ -1,6 +1,6 @@
-// Commits many files without waiting for the disk once for each: all that wait are brought to the disk together, on a
-// thread of its own, get their names after that, and their folders are flushed once. What is added meanwhile makes the
-// next group.
+// Commits many files without waiting for the disk once for each: all that come within some milliseconds are brought to
+// the disk together, on a thread of its own, get their names after that, and their folders are flushed once. What is
+// added meanwhile makes the next group.
 //
 //   GroupCommit commits([](GroupCommit::Files files) { ... });
 //   commits.add({.key = link, .file = std::move(file)});
@@ -8,6 +8,7 @@
 // To be used on one thread with an event loop, and from nowhere else.
 #pragma once
 
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -47,12 +48,15 @@ class GroupCommit {
 
  private:
   struct Group;
+  // Starts a group soon, or at once when it is large.
+  void gather();
   void startGroup();
   void settle();
 
   Settled settled_;
   Files waiting_;
   std::shared_ptr<Group> running_;
+  QTimer gathering_;
   BackgroundWork work_;
 };
 

@@ -40,8 +40,15 @@ class OpenFile {
   int read(std::uint64_t offset, std::string& bytes) const;
   // The system begins to bring what was written to the disk. Waits for nothing, promises nothing.
   void startWriteback() const;
+  // Waits for that. A power cut may still take it back: a flush is to follow.
+  int awaitWriteback() const;
   // Every byte written is on the disk afterwards, and the file's size is.
   int flush() const;
+  // The same for all files of the file system that have awaited their writeback: its journal is committed once for all.
+  // ENOTSUP where that is not known to be as safe.
+  int flushFileSystem() const;
+  // Tells file systems apart.
+  std::uint64_t device() const;
   // Gives a nameable file that name; EEXIST when it is taken.
   int link(const std::string& path) const;
   // The system may tell only now that something could not be written.
@@ -49,8 +56,8 @@ class OpenFile {
 
   // For tests: no file grows beyond so many bytes. 0 switches that off.
   static void failAfterBytes(std::uint64_t bytes);
-  // For tests: runs before every flush, on the flushing thread; an answer other than 0 is the flush's error. An empty
-  // function switches that off. Not to be changed while something is flushed.
+  // For tests: runs before every flush or wait for a writeback, on that thread; an answer other than 0 is its error. An
+  // empty function switches that off. Not to be changed while something is flushed.
   static void setBeforeFlush(std::function<int()> before);
   // For tests: file systems without unnamed files.
   static void refuseUnnamed(bool refuse);
