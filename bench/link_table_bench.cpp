@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <cstdlib>
+#include <exception>
+#include <filesystem>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -16,6 +18,7 @@
 #include "download/DownloadProcess.h"
 #include "scan/ScanProcess.h"
 #include "scan/clsLinkParser.h"
+#include "store/Maintenance.h"
 #include "store/ProgramDatabase.h"
 #include "testkit/EventLoop.h"
 #include "testkit/ProgramFolder.h"
@@ -101,6 +104,7 @@ bool store(mv::clsLinkParser& parser, const std::string& link) {
   parser.BasePath = "host.example/";
   parser.Link = link;
   parser.ProcessLink();
+  if (parser.isKnown()) return false;
   parser.AddLinkToDatabase();
   return parser.Flag;
 }
@@ -241,6 +245,26 @@ void opening() {
   printFigure("database closed and opened", timing.cpu * 1e3, "ms", Goal::AtMost, 100);
 }
 
+// The program's compaction, which checks its copy and brings it to the disk, beside the engine's bare copy of the file.
+void compacting() {
+  const std::string copy = mv::gDatabasePath + ".copy";
+  const Timing bare = timed([&] { gDatabase.execute("vacuum into " + quoted(copy)); });
+  std::filesystem::remove(copy);
+  bool ended = false;
+  const mvtest::LoopMeter meter;
+  const Timing timing = timed([&] {
+    const auto compaction = mv::compactDatabase(mv::gDatabasePath, copy);
+    QObject::connect(compaction.get(), &mv::Compaction::finished, [&](const std::exception_ptr& failure) {
+      if (failure) std::rethrow_exception(failure);
+      ended = true;
+    });
+    mvtest::runUntil([&] { return ended; });
+  });
+  std::printf("%-52s %12.6g s\n", "the engine's bare copy (wall)", bare.wall);
+  printFigure("compaction (wall)", timing.wall, "s", Goal::AtMost, 1.5 * bare.wall);
+  printFigure("compaction, longest turn", meter.longest, "ms", Goal::AtMost, 16);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -254,8 +278,8 @@ int main(int argc, char** argv) {
   });
   std::printf("%lld links stored beforehand in %.1f s\n", static_cast<long long>(storedRows), taken.wall);
   const std::pair<std::string_view, void (*)()> parts[] = {
-      {"new", newLinks}, {"page", hugePage}, {"known", knownLinks}, {"queues", queues},
-      {"mark", marking}, {"idle", idlePoll}, {"clear", clearing},   {"open", opening}};
+      {"new", newLinks},  {"page", hugePage},  {"known", knownLinks}, {"queues", queues},     {"mark", marking},
+      {"idle", idlePoll}, {"clear", clearing}, {"open", opening},     {"compact", compacting}};
   for (const auto& [name, measure] : parts)
     if (argc < 2 || name == argv[1]) measure();
 }
