@@ -76,7 +76,7 @@ function(morvane_room room folder)
   target_link_libraries(mv_${room} PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} Qt6::Core)
   if(ARG_WIDGETS)
     target_link_libraries(mv_${room} PRIVATE Qt6::Gui Qt6::Widgets)
-    # A form's header stands elsewhere, and names the room's own controls.
+    # A form names the headers of the room's own controls.
     target_include_directories(mv_${room} PRIVATE ${root})
     # Signals are connected by the window's class, never by the names of its functions.
     set_target_properties(mv_${room} PROPERTIES AUTOUIC ON AUTOUIC_OPTIONS --no-autoconnection)
