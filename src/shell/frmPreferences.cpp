@@ -18,7 +18,6 @@
 #include "base/ToolTip.h"
 #include "desktop/Dialogs.h"
 #include "files/DiskSpace.h"
-#include "shell/frmPleaseWait.h"
 #include "store/LinkCleaner.h"
 #include "store/Maintenance.h"
 #include "store/WindowPlaces.h"
@@ -27,6 +26,7 @@
 #include "windows/PageTabs.h"
 #include "windows/ScrollingPage.h"
 #include "windows/WindowRegistry.h"
+#include "windows/frmPleaseWait.h"
 
 namespace mv {
 

@@ -14,18 +14,20 @@ constexpr int kUsefulWidth = 40;
 constexpr int kWidestHint = 280;
 }  // namespace
 
-ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : QLabel(parent) {
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
+
+ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : ElidedLabel(parent) {
   setObjectName(objectName);
-  setTextFormat(Qt::PlainText);
   setLine(line);
 }
 
-void ElidedLabel::setLine(const std::string& line) {
-  const QString text = toQString(line);
+void ElidedLabel::setText(const QString& text) {
   if (text == this->text()) return;
-  setText(text);
+  QLabel::setText(text);
   setToolTip(plainToolTip(text));
 }
+
+void ElidedLabel::setLine(const std::string& line) { setText(toQString(line)); }
 
 QSize ElidedLabel::sizeHint() const {
   QSize hint = QLabel::sizeHint();

@@ -5,6 +5,8 @@
 
 namespace mv {
 
+PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) {}
+
 PageTabs::PageTabs(const QString& objectName, QWidget* parent) : QTabWidget(parent) { setObjectName(objectName); }
 
 QSize PageTabs::surroundings() const {

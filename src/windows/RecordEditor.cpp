@@ -11,7 +11,7 @@ namespace mv {
 
 RecordEditor::RecordEditor(const Description& description)
     : EditorWindow(description.caption, description.width, description.height), description_(description) {
-  setObjectName(description.windowName);
+  if (*description.windowName) setObjectName(description.windowName);
 }
 
 QLabel* RecordEditor::makeIdLabel(const char* name, const QString& before) {

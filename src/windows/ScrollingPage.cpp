@@ -1,37 +1,34 @@
 #include "windows/ScrollingPage.h"
 
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace mv {
 
-namespace {
+ScrollingPage::ScrollingPage(QWidget* parent) : QScrollArea(parent) {
+  setFrameShape(QFrame::NoFrame);
+  setWidgetResizable(true);
+  setFocusPolicy(Qt::NoFocus);
+}
 
-// Asks for what its page needs; left to itself a scroll area asks for a bounded part of that.
-class PageScroller : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
+// None while the form is being built.
+const QLayout* ScrollingPage::contents() const { return widget() ? widget()->layout() : nullptr; }
 
-  bool hasHeightForWidth() const override { return contents().hasHeightForWidth(); }
-  int heightForWidth(int width) const override { return contents().totalHeightForWidth(width); }
-  QSize sizeHint() const override {
-    // Texts that can be wrapped make no page wide.
-    const int width = contents().totalMinimumSize().width();
-    return {width, hasHeightForWidth() ? heightForWidth(width) : contents().totalSizeHint().height()};
-  }
+bool ScrollingPage::hasHeightForWidth() const { return contents() && contents()->hasHeightForWidth(); }
 
- private:
-  const QLayout& contents() const { return *widget()->layout(); }
-};
+int ScrollingPage::heightForWidth(int width) const {
+  return contents() ? contents()->totalHeightForWidth(width) : QScrollArea::heightForWidth(width);
+}
 
-}  // namespace
+QSize ScrollingPage::sizeHint() const {
+  if (!contents()) return QScrollArea::sizeHint();
+  // Texts that can be wrapped make no page wide.
+  const int width = contents()->totalMinimumSize().width();
+  return {width, hasHeightForWidth() ? heightForWidth(width) : contents()->totalSizeHint().height()};
+}
 
 QWidget* makeScrollingPage(QWidget* window) {
   auto* page = new QWidget;
-  auto* scroller = new PageScroller;
-  scroller->setFrameShape(QFrame::NoFrame);
-  scroller->setWidgetResizable(true);
-  scroller->setFocusPolicy(Qt::NoFocus);
+  auto* scroller = new ScrollingPage;
   scroller->setWidget(page);
   auto* whole = new QVBoxLayout(window);
   whole->setContentsMargins(0, 0, 0, 0);

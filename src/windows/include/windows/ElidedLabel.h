@@ -10,9 +10,11 @@ namespace mv {
 class ElidedLabel : public QLabel {
   Q_OBJECT
  public:
+  explicit ElidedLabel(QWidget* parent = nullptr);
   explicit ElidedLabel(const QString& objectName, const std::string& line = {}, QWidget* parent = nullptr);
 
-  // Changes text and tool tip when the line is another one.
+  // Change text and tool tip when the line is another one.
+  void setText(const QString& text);
   void setLine(const std::string& line);
 
   QSize sizeHint() const override;
