@@ -1,5 +1,6 @@
 #include "windows/ScrollingPage.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace mv {
@@ -24,6 +25,24 @@ QSize ScrollingPage::sizeHint() const {
   // Texts that can be wrapped make no page wide.
   const int width = contents()->totalMinimumSize().width();
   return {width, hasHeightForWidth() ? heightForWidth(width) : contents()->totalSizeHint().height()};
+}
+
+// Left to itself a scroll area keeps a bar that its contents need only because the bar makes them narrower.
+void ScrollingPage::dropNeedlessBar() {
+  const QSize room = maximumViewportSize();
+  const bool fits = hasHeightForWidth() && contents()->totalMinimumSize().width() <= room.width() &&
+                    heightForWidth(room.width()) <= room.height();
+  setVerticalScrollBarPolicy(fits ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+}
+
+void ScrollingPage::resizeEvent(QResizeEvent* event) {
+  dropNeedlessBar();
+  QScrollArea::resizeEvent(event);
+}
+
+bool ScrollingPage::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == widget() && event->type() == QEvent::LayoutRequest) dropNeedlessBar();
+  return QScrollArea::eventFilter(watched, event);
 }
 
 QWidget* makeScrollingPage(QWidget* window) {

@@ -16,12 +16,11 @@ namespace {
 
 using namespace mv;
 
-constexpr double kWanted = 3;     // of lines, WCAG 2.1, success criterion 1.4.11
-constexpr double kFaint = 1.6;    // less is the tint of an area, behind which its outline tells the shape
-constexpr int kSize = 384;        // so large that lines are areas
-constexpr int kArea = 2000;       // pixels; fewer are blends along an edge
-constexpr const char* kNames[] = {"new",         "edit",   "delete",  "start", "stop",
-                                  "connections", "expand", "updates", "help"};
+constexpr double kWanted = 3;   // of lines, WCAG 2.1, success criterion 1.4.11
+constexpr double kFaint = 1.6;  // less is the tint of an area, behind which its outline tells the shape
+constexpr int kSize = 384;      // so large that lines are areas
+constexpr int kArea = 2000;     // pixels; fewer are blends along an edge
+constexpr const char* kNames[] = {"new", "edit", "delete", "start", "stop", "connections", "expand", "updates", "help"};
 
 struct Colours {
   const char* name;
@@ -92,7 +91,8 @@ TEST_P(ToolIconsTest, EveryLineStandsOutFromWhatIsBehindIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Palettes, ToolIconsTest,
-                         ::testing::Values(Colours{"light", "#efefef", "#000000"}, Colours{"white", "#ffffff", "#202020"},
+                         ::testing::Values(Colours{"light", "#efefef", "#000000"},
+                                           Colours{"white", "#ffffff", "#202020"},
                                            Colours{"dark", "#31363b", "#eff0f1"}, Colours{"grey", "#505050", "#ffffff"},
                                            Colours{"high contrast", "#000000", "#ffff00"},
                                            Colours{"high contrast, light", "#ffffff", "#000000"}));

@@ -14,6 +14,7 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <algorithm>
 
@@ -27,7 +28,8 @@ QString nameOf(const QAccessibleInterface& item) { return item.text(QAccessible:
 
 QString shown(const QObject* object) {
   QString name = object ? object->objectName() : QString("part");
-  for (; object && name.isEmpty(); object = object->parent()) name = object->parent() ? object->parent()->objectName() : "?";
+  for (; object && name.isEmpty(); object = object->parent())
+    name = object->parent() ? object->parent()->objectName() : "?";
   return name;
 }
 
@@ -38,10 +40,10 @@ QString shown(const QAccessibleInterface& item) {
 
 // What holds others and is passed over by those who read.
 bool isHolder(QAccessible::Role role) {
-  static const QList<QAccessible::Role> holders{QAccessible::Client,   QAccessible::Pane,      QAccessible::ToolBar,
-                                                QAccessible::MenuBar,  QAccessible::ScrollBar, QAccessible::Separator,
-                                                QAccessible::Splitter, QAccessible::Border,    QAccessible::LayeredPane,
-                                                QAccessible::PageTabList};
+  static const QList<QAccessible::Role> holders{
+      QAccessible::Client,      QAccessible::Pane,       QAccessible::ToolBar,  QAccessible::MenuBar,
+      QAccessible::ScrollBar,   QAccessible::Separator,  QAccessible::Splitter, QAccessible::Border,
+      QAccessible::LayeredPane, QAccessible::PageTabList};
   return holders.contains(role);
 }
 
@@ -101,9 +103,9 @@ class Listener {
     if (item.role() == QAccessible::NoRole) say(item, "no role");
     if (name.isEmpty() && !isHolder(item.role())) readNameless(item);
     if (name.isEmpty()) return;
-    for (const auto which : {QAccessible::Description, QAccessible::Help, QAccessible::Value})
-      if (const QString text = item.text(which); text.trimmed() == name || text.contains("<span>"))
-        say(item, "reads twice, or markup: \"" + text + '"');
+    const QString description = item.text(QAccessible::Description);
+    if (description.trimmed() == name || description.contains("<span>"))
+      say(item, "reads twice, or markup: \"" + description + '"');
     readOwnName(item);
   }
 
@@ -157,12 +159,14 @@ class Walk {
   }
 
   // Round once.
-  QList<QWidget*> walk(QWidget& start) const {
+  QList<QWidget*> walk(QWidget& start) {
     constexpr int kMostSteps = 200;
     start.setFocus(Qt::TabFocusReason);
     QList<QWidget*> way;
     for (int step = 0; step < kMostSteps; ++step) {
       QWidget* focus = QApplication::focusWidget();
+      if (way.contains(focus) && focus != way.first())
+        faults << shown(way.last()) + ": Tab leads back to " + shown(focus);
       if (!focus || way.contains(focus)) break;
       way << focus;
       QTest::keyClick(focus, Qt::Key_Tab);

@@ -133,6 +133,7 @@ class EveryWindow : public ProgramTest {
   void process() {
     for (const bool details : {false, true}) {
       auto* window = new Window;
+      if (window->caption().isEmpty()) window->setCaption("Scan: www.example.org/gallery/summer");
       window->showChild();
       if (details) window->toggleDetails();
       lookAndEnd(window, {mv::kProcessWidth, details ? mv::kExpandedHeight : mv::kCollapsedHeight});

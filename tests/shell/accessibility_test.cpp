@@ -1,12 +1,13 @@
 // What those who listen to the windows or work them with keys only are given.
 
+#include "Accessibility.h"
+
 #include <QAccessible>
 
-#include "Accessibility.h"
 #include "EveryWindow.h"
 #include "catalog_windows/frmNewFilter.h"
-#include "shell/frmPleaseWait.h"
 #include "shell/frmSplash.h"
+#include "windows/frmPleaseWait.h"
 
 namespace {
 

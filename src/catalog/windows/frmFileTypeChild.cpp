@@ -38,6 +38,7 @@ frmFileTypeChild::frmFileTypeChild()
                     .numberedByDatabase = true}),
       ui_(std::make_unique<Ui::frmFileTypeChild>()) {
   ui_->setupUi(this);
+  setSpokenName("New Filetype");
   connectButtons(ui_->btnOK, nullptr, ui_->btnCancel);
   showNumberIn(ui_->lblID);
   startIn(ui_->txtFileTypeExtention);

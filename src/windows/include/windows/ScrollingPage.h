@@ -18,7 +18,12 @@ class ScrollingPage : public QScrollArea {
   int heightForWidth(int width) const override;
   QSize sizeHint() const override;
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void dropNeedlessBar();
   const QLayout* contents() const;
 };
 
