@@ -22,7 +22,7 @@ RequiredInfoPage::RequiredInfoPage(QWidget* parent) : QWidget(parent), ui_(std::
 
 RequiredInfoPage::~RequiredInfoPage() = default;
 
-EntryBox* RequiredInfoPage::locationBox() const { return ui_->txtURL; }
+QLineEdit* RequiredInfoPage::locationBox() const { return ui_->txtURL; }
 
 std::array<EntryBox*, 4> RequiredInfoPage::limitBoxes() const {
   return {ui_->txtUpperLimit, ui_->txtLowerLimit, ui_->txtPagesToScan, ui_->txtFilesToDownload};

@@ -35,7 +35,7 @@ class RequiredInfoPage : public QWidget {
   // Writes the location in its box as it is stored.
   void takeSite(Site& site);
 
-  EntryBox* locationBox() const;
+  QLineEdit* locationBox() const;
   // The first limit box that is empty, nullptr when none is.
   QWidget* emptyLimit() const;
   // The locations of the other sites, which the line below the location box speaks of.
