@@ -27,22 +27,17 @@ QSize ScrollingPage::sizeHint() const {
   return {width, hasHeightForWidth() ? heightForWidth(width) : contents()->totalSizeHint().height()};
 }
 
-// Left to itself a scroll area keeps a bar that its contents need only because the bar makes them narrower.
-void ScrollingPage::dropNeedlessBar() {
+bool ScrollingPage::fitsWithoutBars() const {
+  if (!hasHeightForWidth()) return false;
   const QSize room = maximumViewportSize();
-  const bool fits = hasHeightForWidth() && contents()->totalMinimumSize().width() <= room.width() &&
-                    heightForWidth(room.width()) <= room.height();
-  setVerticalScrollBarPolicy(fits ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  return contents()->totalMinimumSize().width() <= room.width() && heightForWidth(room.width()) <= room.height();
 }
 
-void ScrollingPage::resizeEvent(QResizeEvent* event) {
-  dropNeedlessBar();
-  QScrollArea::resizeEvent(event);
-}
-
-bool ScrollingPage::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == widget() && event->type() == QEvent::LayoutRequest) dropNeedlessBar();
-  return QScrollArea::eventFilter(watched, event);
+// A bar takes width, and in what is left wrapped texts are higher: once shown it would stay for good.
+bool ScrollingPage::event(QEvent* event) {
+  if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+    setVerticalScrollBarPolicy(fitsWithoutBars() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  return QScrollArea::event(event);
 }
 
 QWidget* makeScrollingPage(QWidget* window) {

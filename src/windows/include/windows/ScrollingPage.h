@@ -19,12 +19,11 @@ class ScrollingPage : public QScrollArea {
   QSize sizeHint() const override;
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
-  void dropNeedlessBar();
   const QLayout* contents() const;
+  bool fitsWithoutBars() const;
 };
 
 // Fills `window`, which has no layout yet, with such a page. Returns its contents, owned by `window`, for the caller to
