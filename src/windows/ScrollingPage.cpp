@@ -1,5 +1,6 @@
 #include "windows/ScrollingPage.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace mv {
@@ -24,6 +25,19 @@ QSize ScrollingPage::sizeHint() const {
   // Texts that can be wrapped make no page wide.
   const int width = contents()->totalMinimumSize().width();
   return {width, hasHeightForWidth() ? heightForWidth(width) : contents()->totalSizeHint().height()};
+}
+
+bool ScrollingPage::fitsWithoutBars() const {
+  if (!hasHeightForWidth()) return false;
+  const QSize room = maximumViewportSize();
+  return contents()->totalMinimumSize().width() <= room.width() && heightForWidth(room.width()) <= room.height();
+}
+
+// A bar takes width, and in what is left wrapped texts are higher: once shown it would stay for good.
+bool ScrollingPage::event(QEvent* event) {
+  if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+    setVerticalScrollBarPolicy(fitsWithoutBars() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  return QScrollArea::event(event);
 }
 
 QWidget* makeScrollingPage(QWidget* window) {

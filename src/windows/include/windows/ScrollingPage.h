@@ -18,8 +18,12 @@ class ScrollingPage : public QScrollArea {
   int heightForWidth(int width) const override;
   QSize sizeHint() const override;
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   const QLayout* contents() const;
+  bool fitsWithoutBars() const;
 };
 
 // Fills `window`, which has no layout yet, with such a page. Returns its contents, owned by `window`, for the caller to
