@@ -62,11 +62,11 @@ endfunction()
 
 # morvane_room(<room> <folder> [WIDGETS] [DEPENDS <room>...] [LIBRARIES <target>...]): src/<folder> as the static library
 # mv_<room>. The room publishes the headers in src/<folder>/include, included as "<room>/Header.h"; those beside its
-# sources are its own. WIDGETS: it may use Qt Widgets.
+# sources are its own. WIDGETS: it may use Qt Widgets, and has a header "ui_X.h" of its own for each form X.ui there.
 function(morvane_room room folder)
   cmake_parse_arguments(ARG "WIDGETS" "" "DEPENDS;LIBRARIES" ${ARGN})
   set(root ${PROJECT_SOURCE_DIR}/src/${folder})
-  file(GLOB sources CONFIGURE_DEPENDS ${root}/*.cpp ${root}/*.h ${root}/*.qrc ${root}/include/${room}/*.h)
+  file(GLOB sources CONFIGURE_DEPENDS ${root}/*.cpp ${root}/*.h ${root}/*.qrc ${root}/*.ui ${root}/include/${room}/*.h)
   add_library(mv_${room} STATIC ${sources})
   set_property(GLOBAL APPEND PROPERTY MORVANE_ROOMS ${room})
   morvane_compile_options(mv_${room})
@@ -76,6 +76,13 @@ function(morvane_room room folder)
   target_link_libraries(mv_${room} PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} Qt6::Core)
   if(ARG_WIDGETS)
     target_link_libraries(mv_${room} PRIVATE Qt6::Gui Qt6::Widgets)
+    # A form names the headers of the room's own controls.
+    target_include_directories(mv_${room} PRIVATE ${root})
+    # Signals are connected by the window's class, never by the names of its functions.
+    file(GLOB forms CONFIGURE_DEPENDS ${root}/*.ui)
+    set_target_properties(mv_${room} PROPERTIES AUTOUIC ON AUTOUIC_OPTIONS --no-autoconnection)
+    # Otherwise a form that changes alone is not taken up.
+    set_target_properties(mv_${room} PROPERTIES AUTOGEN_TARGET_DEPENDS "${forms}")
     morvane_reuse_headers(mv_${room} widgets)
   else()
     morvane_reuse_headers(mv_${room} core)

@@ -86,21 +86,29 @@ struct Include {
 };
 
 std::vector<Include> includesOf(const fs::path& file) {
-  static const std::regex line(R"(^\s*#\s*include\s*(["<])([^">]+)[">])");
+  // In a form that of a control of ours.
+  static const std::regex line(R"re(^\s*(?:#\s*include\s*(["<])|<header>)([^"<>]+)[">]?)re");
   std::vector<Include> found;
   std::istringstream lines(readAll(file));
   for (std::string one; std::getline(lines, one);) {
     std::smatch match;
-    if (std::regex_search(one, match, line)) found.push_back({match[2], match[1] == "\""});
+    const bool candidate = one.find("include") != std::string::npos || one.find("<header>") != std::string::npos;
+    if (candidate && std::regex_search(one, match, line)) found.push_back({match[2], match[1] != "<"});
   }
   return found;
+}
+
+// Forms, too: a header is made of each.
+bool isSource(const fs::path& file) {
+  const fs::path kind = file.extension();
+  return kind == ".h" || kind == ".cpp" || kind == ".ui";
 }
 
 std::vector<fs::path> sourcesIn(const fs::path& folder) {
   std::vector<fs::path> sources;
   if (!fs::exists(folder)) return sources;
   for (const auto& entry : fs::directory_iterator(folder))
-    if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp") sources.push_back(entry.path());
+    if (isSource(entry.path())) sources.push_back(entry.path());
   return sources;
 }
 
@@ -167,7 +175,7 @@ TEST_F(Architecture, EverySourceIsInARoom) {
   for (const Room& room : rooms)
     for (const fs::path& file : filesOf(room)) known.insert(file);
   for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src"))
-    if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp") {
+    if (isSource(entry.path())) {
       EXPECT_TRUE(known.contains(entry.path()) || entry.path() == kRoot / "src/main.cpp") << entry.path();
     }
 }

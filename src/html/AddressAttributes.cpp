@@ -86,7 +86,57 @@ bool isLarger(const Candidate& candidate, const Candidate& than) {
   return candidate.width ? *candidate.width > *than.width : candidate.density > than.density;
 }
 
+// Goes to the next "(" that is none of a comment; false when there is none.
+bool findParenthesis(std::string_view text, std::size_t& at) {
+  while ((at = text.find_first_of("(/", at)) != std::string_view::npos) {
+    if (text[at] == '(') return true;
+    if (text.substr(at, 2) != "/*") {
+      ++at;
+      continue;
+    }
+    at = text.find("*/", at + 2);
+    if (at == std::string_view::npos) return false;
+  }
+  return false;
+}
+
+// Of an identifier of CSS; of those outside ASCII every byte.
+bool isNameCharacter(char c) { return isAsciiLetter(c) || isAsciiDigit(c) || c == '-' || c == '_' || (c & 0x80) != 0; }
+
+bool namesAddress(std::string_view before) {
+  constexpr std::string_view kUrl = "url";
+  if (before.size() < kUrl.size() || !equalsFolded(before.substr(before.size() - kUrl.size()), kUrl)) return false;
+  before = before.substr(0, before.size() - kUrl.size());
+  if (!before.empty() && isNameCharacter(before.back())) return false;
+  before = withoutBlanks(before);
+  const std::size_t at = before.rfind('@');
+  const std::string_view rule = at == std::string_view::npos ? std::string_view() : before.substr(at);
+  return !equalsFolded(rule, "@import") && !equalsFolded(rule, "@namespace");
+}
+
+std::string_view openingQuote(std::string_view text) {
+  for (const std::string_view quote : {"\"", "'", "&quot;", "&apos;", "&#34;", "&#39;"})
+    if (text.starts_with(quote)) return quote;
+  return {};
+}
+
 }  // namespace
+
+std::optional<std::string_view> takeStyleAddress(std::string_view& text) {
+  for (std::size_t at = 0; findParenthesis(text, at);) {
+    const bool isAddress = namesAddress(text.substr(0, at));
+    text.remove_prefix(at + 1);
+    at = 0;
+    if (!isAddress) continue;
+    skipBlanks(text);
+    const std::string_view quote = openingQuote(text);
+    text.remove_prefix(quote.size());
+    const std::string_view address = takeUpTo(text, text.find(quote.empty() ? std::string_view(")") : quote));
+    if (address.find('\\') == std::string_view::npos) return withoutBlanks(address);
+  }
+  text = {};
+  return std::nullopt;
+}
 
 std::string_view largestCandidate(std::string_view text) {
   std::optional<Candidate> largest;

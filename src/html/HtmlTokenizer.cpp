@@ -12,6 +12,7 @@ namespace mv {
 namespace {
 
 constexpr std::string_view kScript = "script";
+constexpr std::string_view kStyle = "style";
 
 // What is nested more deeply in foreign content counts as what it stands in.
 constexpr std::size_t kDeepest = 64;
@@ -35,7 +36,10 @@ std::size_t placeInWord(const char* bytes, char c) {
 
 // What runs for every tag is inline: position-independent code would call it through a table otherwise.
 
-HtmlTokenizer::HtmlTokenizer(Take take) : take_(std::move(take)) { setWanted({}); }
+HtmlTokenizer::HtmlTokenizer(Take take, TakeSheet takeSheet)
+    : take_(std::move(take)), takeSheet_(std::move(takeSheet)) {
+  setWanted({});
+}
 
 void HtmlTokenizer::setWanted(const std::vector<Wanted>& wanted) {
   elements_.setWanted(wanted);
@@ -375,9 +379,14 @@ bool HtmlTokenizer::tagStands(std::string_view opening, std::string_view name) c
 // Ends at the "appropriate end tag".
 void HtmlTokenizer::rawText() {
   while (findNext('<')) {
-    if (tagStands("</", rawElement_->name)) return beginTag(at_ + 2, true);
+    if (tagStands("</", rawElement_->name)) return endRawText();
     ++at_;
   }
+}
+
+void HtmlTokenizer::endRawText() {
+  if (rawElement_->name == kStyle) takeSheet_(page_.substr(contentAt_, at_ - contentAt_));
+  beginTag(at_ + 2, true);
 }
 
 bool HtmlTokenizer::isUnended() const { return state_ == State::RawText && rawElement_->needsEndTag; }

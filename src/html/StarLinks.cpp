@@ -14,30 +14,44 @@ namespace {
 constexpr const char* kMeta = "meta";
 constexpr const char* kHttpEquiv = "http-equiv";
 constexpr const char* kContent = "content";
+constexpr const char* kStyle = "style";
+constexpr const char* kUrl = "url";  // no attribute: what `url(...)` of a style element's text leads to
 
 // So many are found before the first is handed out: a <base> that stands behind them comes too late.
 constexpr std::size_t kMostFound = std::size_t{1} << 18;
+constexpr std::size_t kLongestSheet = std::size_t{1} << 18;     // bytes of a style element that are looked through
 constexpr std::size_t kRememberedFound = std::size_t{1} << 12;  // room kept from page to page
 
 }  // namespace
 
-StarLinks::StarLinks() : tokenizer_([this](const HtmlTokenizer::StartTag& tag) { take(tag); }) {}
+StarLinks::StarLinks()
+    : tokenizer_([this](const HtmlTokenizer::StartTag& tag) { take(tag); },
+                 [this](std::string_view text) { takeSheet(text); }) {}
 
 void StarLinks::setTags(const std::vector<StarTag>& tags) {
   hasTags_ = !tags.empty();
+  wantsSheets_ = false;
   wanted_.clear();
   holds_.clear();
   want("base", "href", Holds::Base);
   want(kMeta, kHttpEquiv, Holds::HttpEquiv);
   for (const StarTag& tag : tags) {
-    Holds holds = Holds::Address;
-    // "data-srcset", too, is what a script will make a "srcset" of.
-    if (tag.attribute.ends_with("srcset")) holds = Holds::Candidates;
-    if (tag.element == kMeta && tag.attribute == kContent) holds = Holds::Refresh;
-    want(tag.element, tag.attribute, holds);
+    const Holds holds = heldBy(tag);
+    if (holds == Holds::Sheet)
+      wantsSheets_ = true;
+    else
+      want(tag.element, tag.attribute, holds);
   }
   tokenizer_.setWanted(wanted_);
   begin({}, {});
+}
+
+StarLinks::Holds StarLinks::heldBy(const StarTag& tag) {
+  if (tag.element == kMeta && tag.attribute == kContent) return Holds::Refresh;
+  if (tag.element == kStyle && tag.attribute == kUrl) return Holds::Sheet;
+  if (tag.attribute == kStyle) return Holds::Style;
+  // "data-srcset", too, is what a script will make a "srcset" of.
+  return tag.attribute.ends_with("srcset") ? Holds::Candidates : Holds::Address;
 }
 
 void StarLinks::want(const std::string& element, const std::string& attribute, Holds holds) {
@@ -102,11 +116,26 @@ void StarLinks::take(const HtmlTokenizer::StartTag& tag) {
     const Holds holds = holds_[tag.element][attribute.name];
     if (holds == Holds::Base) takeBase(attribute.value);
     if (holds == Holds::Base || holds == Holds::HttpEquiv || (holds == Holds::Refresh && !isRefresh(tag))) continue;
-    if (passed_ == 0)
-      found_.push_back({attribute.value, holds});
+    if (holds == Holds::Style)
+      takeStyle(attribute.value, Holds::Address);
     else
-      --passed_;
+      keep({attribute.value, holds});
   }
+}
+
+void StarLinks::takeSheet(std::string_view text) {
+  if (wantsSheets_) takeStyle(text.substr(0, kLongestSheet), Holds::Sheet);
+}
+
+void StarLinks::takeStyle(std::string_view text, Holds holds) {
+  while (const auto address = takeStyleAddress(text)) keep({*address, holds});
+}
+
+void StarLinks::keep(const Found& found) {
+  if (passed_ == 0)
+    found_.push_back(found);
+  else
+    --passed_;
 }
 
 bool StarLinks::isRefresh(const HtmlTokenizer::StartTag& tag) const {
@@ -128,7 +157,7 @@ void StarLinks::follow(const Found& found, std::string& link) const {
 }
 
 bool StarLinks::followAny(const Found& found, std::string& link) const {
-  const bool hasReferences = found.value.find('&') != std::string_view::npos;
+  const bool hasReferences = found.holds != Holds::Sheet && found.value.find('&') != std::string_view::npos;
   const std::string decoded = hasReferences ? withoutCharacterReferences(found.value) : std::string();
   std::string_view address = hasReferences ? std::string_view(decoded) : found.value;
   if (found.holds == Holds::Candidates) address = largestCandidate(address);

@@ -1,11 +1,9 @@
 #include "StatusFoot.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLocale>
 
 #include "base/Text.h"
-#include "windows/ElidedLabel.h"
+#include "ui_StatusFoot.h"
 
 namespace mv {
 
@@ -15,7 +13,6 @@ constexpr int kRefreshInterval = 1000;  // milliseconds
 constexpr int kNoticeShownFor = 20'000;
 constexpr double kNewestShare = 0.3;  // of the last second in the rate shown
 constexpr double kLeastRate = 100;    // bytes a second; less is the rest of what has been
-constexpr QMargins kMargins(6, 2, 6, 2);
 
 QString counted(long number, const char* one, const char* many) {
   return QString("%L1 %2").arg(number).arg(number == 1 ? one : many);
@@ -38,17 +35,11 @@ QString totalsText(const Totals& totals, double bytesPerSecond) {
   return parts.join(", ") + '.';
 }
 
-StatusFoot::StatusFoot(QWidget* parent)
-    : QWidget(parent), lblNotice_(new ElidedLabel("lblNotice", {}, this)), lblTotals_(new QLabel(this)) {
-  setObjectName("frmFoot");
-  lblTotals_->setObjectName("lblTotals");
-  auto* line = new QHBoxLayout(this);
-  line->setContentsMargins(kMargins);
-  line->addWidget(lblNotice_, 1);
-  line->addWidget(lblTotals_);
+StatusFoot::StatusFoot(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::StatusFoot>()) {
+  ui_->setupUi(this);
   forget_.setSingleShot(true);
   forget_.setInterval(kNoticeShownFor);
-  connect(&forget_, &QTimer::timeout, this, [this] { lblNotice_->setLine({}); });
+  connect(&forget_, &QTimer::timeout, this, [this] { ui_->lblNotice->setLine({}); });
   refresh_.setInterval(kRefreshInterval);
   connect(&refresh_, &QTimer::timeout, this, &StatusFoot::showTotals);
   refresh_.start();
@@ -57,8 +48,10 @@ StatusFoot::StatusFoot(QWidget* parent)
   showTotals();
 }
 
+StatusFoot::~StatusFoot() = default;
+
 void StatusFoot::say(const QString& line) {
-  lblNotice_->setLine(toUtf8(line));
+  ui_->lblNotice->setLine(toUtf8(line));
   forget_.start();
 }
 
@@ -76,7 +69,7 @@ void StatusFoot::showTotals() {
   const Totals all = allTotals();
   const double bytesPerSecond = rate(all.bytes);
   const QString text = totalsText(all, all.sites > 0 ? bytesPerSecond : 0);
-  if (text != lblTotals_->text()) lblTotals_->setText(text);
+  if (text != ui_->lblTotals->text()) ui_->lblTotals->setText(text);
 }
 
 }  // namespace mv

@@ -6,19 +6,21 @@
 #include <QTimer>
 #include <QWidget>
 #include <cstdint>
+#include <memory>
 
 #include "windows/Totals.h"
 
-class QLabel;
-
 namespace mv {
 
-class ElidedLabel;
+namespace Ui {
+class StatusFoot;
+}
 
 class StatusFoot : public QWidget {
   Q_OBJECT
  public:
   explicit StatusFoot(QWidget* parent);
+  ~StatusFoot() override;
 
   void say(const QString& line);
 
@@ -27,8 +29,7 @@ class StatusFoot : public QWidget {
   // Bytes a second, of the last moments.
   double rate(std::int64_t bytes);
 
-  ElidedLabel* lblNotice_;
-  QLabel* lblTotals_;
+  std::unique_ptr<Ui::StatusFoot> ui_;
   QTimer refresh_;
   QTimer forget_;
   QElapsedTimer sinceRefresh_;

@@ -3,15 +3,13 @@
 #include <QApplication>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QPushButton>
 #include <QScreen>
-#include <QVBoxLayout>
 
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
 #include "transfer/InternetTransfer.h"
+#include "ui_frmSplash.h"
 
 namespace mv {
 
@@ -20,14 +18,11 @@ namespace {
 constexpr int kShownFor = 4000;  // ms
 constexpr int kPictureSize = 96;
 
-QLabel* centredLabel(const QString& text, qreal scale, bool bold) {
-  auto* label = new QLabel(text);
-  QFont font = label->font();
+void enlarge(QWidget& control, qreal scale, bool bold) {
+  QFont font = control.font();
   font.setPointSizeF(font.pointSizeF() * scale);
   font.setBold(bold);
-  label->setFont(font);
-  label->setAlignment(Qt::AlignCenter);
-  return label;
+  control.setFont(font);
 }
 
 QString detailsText() {
@@ -38,53 +33,41 @@ QString detailsText() {
 
 }  // namespace
 
-frmSplash::frmSplash(QWidget* owner) : QFrame(owner, Qt::Dialog | Qt::FramelessWindowHint) {
-  setFrameStyle(QFrame::Box | QFrame::Raised);
-  setObjectName("frmSplash");
+frmSplash::frmSplash(QWidget* owner)
+    : QFrame(owner, Qt::Dialog | Qt::FramelessWindowHint), ui_(std::make_unique<Ui::frmSplash>()) {
+  ui_->setupUi(this);
   setWindowTitle("About " + applicationTitle());
   setAttribute(Qt::WA_ShowWithoutActivating);
-
-  auto* picture = new QLabel;
-  picture->setPixmap(QApplication::windowIcon().pixmap(kPictureSize));
-  picture->setAlignment(Qt::AlignCenter);
-  close_ = new QPushButton("Close");
-  connect(close_, &QPushButton::clicked, this, &QWidget::hide);
-
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(40, 28, 40, 24);
-  layout->addWidget(picture);
-  layout->addWidget(centredLabel(applicationTitle(), 2.0, true));
-  layout->addWidget(centredLabel("Version " + QApplication::applicationVersion(), 1.0, false));
-  layout->addWidget(centredLabel("Harvests files from web sites", 1.1, false));
-  details_ = centredLabel({}, 1.0, false);
-  details_->setObjectName("lblDetails");
-  details_->setTextFormat(Qt::PlainText);
-  details_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  layout->addWidget(details_);
-  layout->addSpacing(8);
-  layout->addWidget(close_, 0, Qt::AlignHCenter);
+  ui_->lblPicture->setPixmap(QApplication::windowIcon().pixmap(kPictureSize));
+  ui_->lblTitle->setText(applicationTitle());
+  enlarge(*ui_->lblTitle, 2.0, true);
+  ui_->lblVersion->setText("Version " + QApplication::applicationVersion());
+  enlarge(*ui_->lblPurpose, 1.1, false);
+  connect(ui_->cmdClose, &QPushButton::clicked, this, &QWidget::hide);
 
   closingTimer.setSingleShot(true);
   closingTimer.setInterval(kShownFor);
   connect(&closingTimer, &QTimer::timeout, this, &QWidget::hide);
 }
 
+frmSplash::~frmSplash() = default;
+
 void frmSplash::showBriefly() {
-  close_->hide();
-  details_->hide();
+  ui_->cmdClose->hide();
+  ui_->lblDetails->hide();
   showCentred();
   closingTimer.start();
 }
 
 void frmSplash::showUntilClosed() {
   closingTimer.stop();
-  details_->setText(detailsText());
-  details_->show();
-  close_->show();
+  ui_->lblDetails->setText(detailsText());
+  ui_->lblDetails->show();
+  ui_->cmdClose->show();
   showCentred();
   raise();
   activateWindow();
-  close_->setFocus();
+  ui_->cmdClose->setFocus();
 }
 
 void frmSplash::mousePressEvent(QMouseEvent*) { hide(); }

@@ -73,6 +73,8 @@ insert into valid_tag (tag) values
   ('<video * src='), ('<video * poster='), ('<audio * src='),
   ('<embed * src='), ('<object * data='), ('<input * src='),
   ('<body * background='), ('<table * background='), ('<td * background='),
+  ('<body * style='), ('<div * style='), ('<section * style='), ('<header * style='), ('<figure * style='),
+  ('<a * style='), ('<span * style='), ('<li * style='), ('<td * style='), ('<style * url='),
   ('<meta * content=');
 
 insert into form (id, name, description, form_type) values

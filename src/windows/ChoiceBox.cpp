@@ -5,6 +5,8 @@
 
 namespace mv {
 
+ChoiceBox::ChoiceBox(QWidget* parent) : QComboBox(parent) {}
+
 ChoiceBox::ChoiceBox(const QString& objectName, QWidget* parent) : QComboBox(parent) { setObjectName(objectName); }
 
 void ChoiceBox::keyPressEvent(QKeyEvent* event) {

@@ -10,7 +10,7 @@
 namespace mv {
 
 EditorWindow::EditorWindow(const QString& caption, int width, int height) : ChildWindow(width, height) {
-  setCaption(caption);
+  if (!caption.isEmpty()) setCaption(caption);
   setOpens(Opens::Cascaded);
 }
 
@@ -37,16 +37,19 @@ QHBoxLayout* EditorWindow::makeButtons(const QString& okName, const QString& app
     row->addWidget(button);
     return button;
   };
-  ok_ = add(okName, okCaption);
-  ok_->setDefault(true);
-  connect(ok_, &QPushButton::clicked, this, [this] { acceptAndClose(); });
-  if (!applyName.isEmpty()) {
-    apply_ = add(applyName, applyCaption);
-    connect(apply_, &QPushButton::clicked, this, [this] { run([this] { apply(); }); });
-  }
-  cancel_ = add(cancelName, cancelCaption);
-  connect(cancel_, &QPushButton::clicked, this, [this] { cancelAndClose(); });
+  QPushButton* ok = add(okName, okCaption);
+  ok->setDefault(true);
+  QPushButton* apply = applyName.isEmpty() ? nullptr : add(applyName, applyCaption);
+  connectButtons(ok, apply, add(cancelName, cancelCaption));
   return row;
+}
+
+void EditorWindow::connectButtons(QPushButton* ok, QPushButton* apply, QPushButton* cancel) {
+  ok_ = ok;
+  cancel_ = cancel;
+  connect(ok, &QPushButton::clicked, this, [this] { acceptAndClose(); });
+  if (apply) connect(apply, &QPushButton::clicked, this, [this] { run([this] { this->apply(); }); });
+  connect(cancel, &QPushButton::clicked, this, [this] { cancelAndClose(); });
 }
 
 void EditorWindow::acceptAndClose() {

@@ -1,7 +1,9 @@
 #include "windows/ElidedLabel.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 #include <algorithm>
 
 #include "base/Text.h"
@@ -14,18 +16,26 @@ constexpr int kUsefulWidth = 40;
 constexpr int kWidestHint = 280;
 }  // namespace
 
-ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : QLabel(parent) {
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
+
+ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : ElidedLabel(parent) {
   setObjectName(objectName);
-  setTextFormat(Qt::PlainText);
   setLine(line);
 }
 
-void ElidedLabel::setLine(const std::string& line) {
-  const QString text = toQString(line);
-  if (text == this->text()) return;
-  setText(text);
-  setToolTip(plainToolTip(text));
+void ElidedLabel::setText(const QString& text) {
+  if (text != this->text()) QLabel::setText(text);
 }
+
+// Kept as the widget's tool tip the line would be read a second time, as its description.
+bool ElidedLabel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+  const bool cut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), cut ? plainToolTip(text()) : QString(), this);
+  return true;
+}
+
+void ElidedLabel::setLine(const std::string& line) { setText(toQString(line)); }
 
 QSize ElidedLabel::sizeHint() const {
   QSize hint = QLabel::sizeHint();

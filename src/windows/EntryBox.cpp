@@ -55,10 +55,22 @@ class CleaningValidator : public QValidator {
 
 }  // namespace
 
-EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent), accepts_(accepts) {
+EntryBox::EntryBox(QWidget* parent) : QLineEdit(parent) {}
+
+EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent) {
   setObjectName(objectName);
+  setAccepts(accepts);
+}
+
+void EntryBox::setAccepts(Accepts accepts) {
+  accepts_ = accepts;
   if (accepts == Accepts::Digits || accepts == Accepts::NoQuotes || accepts == Accepts::OneLine)
     setValidator(new CleaningValidator(accepts, this));
+}
+
+void EntryBox::setDigits(int digits) {
+  digits_ = digits;
+  if (digits > 0) setFixedWidth(widthForDigits(*this, digits));
 }
 
 void EntryBox::keyPressEvent(QKeyEvent* event) {

@@ -11,13 +11,12 @@ namespace mv {
 
 RecordEditor::RecordEditor(const Description& description)
     : EditorWindow(description.caption, description.width, description.height), description_(description) {
-  setObjectName(description.windowName);
+  if (*description.windowName) setObjectName(description.windowName);
 }
 
 QLabel* RecordEditor::makeIdLabel(const char* name, const QString& before) {
   idLabel_ = new QLabel(before, this);
   idLabel_->setObjectName(name);
-  idLabel_->setAccessibleName("Identifier");
   return idLabel_;
 }
 
@@ -37,7 +36,9 @@ void RecordEditor::drawNumber() {
 }
 
 void RecordEditor::showNumber() {
-  if (idLabel_ && RecordId != 0) idLabel_->setText(QString::number(RecordId));
+  if (!idLabel_ || RecordId == 0) return;
+  idLabel_->setText(QString::number(RecordId));
+  idLabel_->setAccessibleName("Identifier " + idLabel_->text());
 }
 
 // --- OK, Apply, Cancel

@@ -1,37 +1,48 @@
 #include "windows/ScrollingPage.h"
 
-#include <QScrollArea>
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace mv {
 
-namespace {
+ScrollingPage::ScrollingPage(QWidget* parent) : QScrollArea(parent) {
+  setFrameShape(QFrame::NoFrame);
+  setWidgetResizable(true);
+  setFocusPolicy(Qt::NoFocus);
+}
 
-// Asks for what its page needs; left to itself a scroll area asks for a bounded part of that.
-class PageScroller : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
+// None while the form is being built.
+const QLayout* ScrollingPage::contents() const { return widget() ? widget()->layout() : nullptr; }
 
-  bool hasHeightForWidth() const override { return contents().hasHeightForWidth(); }
-  int heightForWidth(int width) const override { return contents().totalHeightForWidth(width); }
-  QSize sizeHint() const override {
-    // Texts that can be wrapped make no page wide.
-    const int width = contents().totalMinimumSize().width();
-    return {width, hasHeightForWidth() ? heightForWidth(width) : contents().totalSizeHint().height()};
-  }
+bool ScrollingPage::hasHeightForWidth() const { return contents() && contents()->hasHeightForWidth(); }
 
- private:
-  const QLayout& contents() const { return *widget()->layout(); }
-};
+int ScrollingPage::heightForWidth(int width) const {
+  return contents() ? contents()->totalHeightForWidth(width) : QScrollArea::heightForWidth(width);
+}
 
-}  // namespace
+QSize ScrollingPage::sizeHint() const {
+  if (!contents()) return QScrollArea::sizeHint();
+  // Texts that can be wrapped make no page wide.
+  const int width = contents()->totalMinimumSize().width();
+  return {width, hasHeightForWidth() ? heightForWidth(width) : contents()->totalSizeHint().height()};
+}
+
+bool ScrollingPage::fitsWithoutBars() const {
+  if (!hasHeightForWidth()) return false;
+  const QSize room = maximumViewportSize();
+  return contents()->totalMinimumSize().width() <= room.width() && heightForWidth(room.width()) <= room.height();
+}
+
+// A bar takes width, and in what is left wrapped texts are higher: once shown it would stay for good.
+bool ScrollingPage::event(QEvent* event) {
+  if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+    setVerticalScrollBarPolicy(fitsWithoutBars() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  return QScrollArea::event(event);
+}
 
 QWidget* makeScrollingPage(QWidget* window) {
   auto* page = new QWidget;
-  auto* scroller = new PageScroller;
-  scroller->setFrameShape(QFrame::NoFrame);
-  scroller->setWidgetResizable(true);
-  scroller->setFocusPolicy(Qt::NoFocus);
+  auto* scroller = new ScrollingPage;
   scroller->setWidget(page);
   auto* whole = new QVBoxLayout(window);
   whole->setContentsMargins(0, 0, 0, 0);

@@ -1,4 +1,4 @@
-// The values of attributes: references, candidates of pictures, refreshes; and a link made of them.
+// The values of attributes: references, candidates of pictures, refreshes, styles; and a link made of them.
 #include <string>
 
 #include "AddressAttributes.h"
@@ -22,6 +22,11 @@ void mvfuzz::fuzzOne(std::string_view input) {
   require(value.size() <= input.size() + 4, "a reference is no shorter than its character");
   require(isPartOf(mv::largestCandidate(value), value), "a candidate is a part of the list");
   require(isPartOf(mv::refreshTarget(value), value), "a target is a part of the content");
+  std::string_view rest = input;
+  while (const auto address = mv::takeStyleAddress(rest)) {
+    require(isPartOf(*address, input), "an address of a style is a part of it");
+    require(isPartOf(rest, input), "what follows it, too");
+  }
 
   mv::AddressResolver resolver;
   resolver.setPage(page);

@@ -16,13 +16,15 @@ const std::vector<HtmlTokenizer::Wanted> kWanted{
 // "element attribute=value ..." for every tag, searched `stretch` bytes at a time.
 std::vector<std::string> tagsOf(const std::string& page, std::size_t stretch) {
   std::vector<std::string> tags;
-  HtmlTokenizer tokenizer([&](const HtmlTokenizer::StartTag& tag) {
-    const HtmlTokenizer::Wanted& wanted = kWanted.at(tag.element);
-    std::string text = wanted.element;
-    for (const auto& [name, value] : tag.attributes)
-      text.append(" ").append(wanted.attributes.at(name)).append("=").append(value);
-    tags.push_back(text);
-  });
+  HtmlTokenizer tokenizer(
+      [&](const HtmlTokenizer::StartTag& tag) {
+        const HtmlTokenizer::Wanted& wanted = kWanted.at(tag.element);
+        std::string text = wanted.element;
+        for (const auto& [name, value] : tag.attributes)
+          text.append(" ").append(wanted.attributes.at(name)).append("=").append(value);
+        tags.push_back(text);
+      },
+      [](std::string_view) {});
   tokenizer.setWanted(kWanted);
   while (!tokenizer.advance(page, stretch)) {
   }

@@ -98,6 +98,29 @@ TEST(Refresh, LeadsToTheAddressBehindTheTime) {
   for (const auto& c : cases) EXPECT_EQ(mv::refreshTarget(c.content), c.address) << c.content;
 }
 
+TEST(StyleAddresses, AreThoseOfUrl) {
+  const struct {
+    const char* text;
+    std::vector<std::string> addresses;
+  } cases[] = {{"", {}},
+               {"color: red", {}},
+               {"background: url(a.png)", {"a.png"}},
+               {"background:URL( a.png )no-repeat,Url(\"b c).png\"), url('d.png')", {"a.png", "b c).png", "d.png"}},
+               {"background: url(&quot;a.png&quot;) url(&#39;b)&#39;) url(&apos;c&apos;)", {"a.png", "b)", "c"}},
+               {"/* url(a) */ x: url(b) /* ) url(c) **/ url(d)", {"b", "d"}},
+               {"/* url(a)", {}},
+               {"@import url(a.css); @IMPORT\nurl('b.css'); @namespace url(http://c); @media x {y: url(d)}", {"d"}},
+               {"calc(1px) url (a) curl(b) / url(c", {"c"}},
+               {"url() url(\"\") url(\"a", {"", "", "a"}},
+               {"url(a\\)b) url(c)", {"c"}}};
+  for (const auto& c : cases) {
+    std::vector<std::string> addresses;
+    std::string_view text = c.text;
+    while (const auto address = mv::takeStyleAddress(text)) addresses.emplace_back(*address);
+    EXPECT_EQ(addresses, c.addresses) << c.text;
+  }
+}
+
 std::string resolved(const AddressResolver& resolver, const std::string& reference) {
   std::string link;
   return resolver.resolve(reference, link) ? link : "";
@@ -237,8 +260,8 @@ std::vector<std::string> linksOf(mv::StarLinks& stars, const std::string& page, 
 }
 
 TEST(StarLinks, ComeInTheOrderOfThePage) {
-  const std::vector<StarTag> tags{{"img", "src"},      {"img", "srcset"},   {"a", "href"},
-                                  {"img", "data-src"}, {"meta", "content"}, {"object", "data"}};
+  const std::vector<StarTag> tags{{"img", "src"},      {"img", "srcset"},  {"a", "href"},    {"img", "data-src"},
+                                  {"meta", "content"}, {"object", "data"}, {"div", "style"}, {"style", "url"}};
   const struct {
     const char* why;
     const char* page;
@@ -259,6 +282,11 @@ TEST(StarLinks, ComeInTheOrderOfThePage) {
        "<meta name=description content='0;url=a'><meta http-equiv=Refresh content='0;url=b'><meta "
        "content='1; c' http-equiv=refresh>",
        {"host1/d/b", "host1/d/c"}},
+      {"styles, in attributes and in the page",
+       "<a href=1><div style='background: url(&quot;2?a=1&amp;b&quot;), url(3)'><style>a {b: url(4?&amp;)} c {d: "
+       "url(5)}"
+       "</style><p style='x: url(6)'><style>a: url(7)",
+       {"host1/d/1", "host1/d/2?a=1&b", "host1/d/3", "host1/d/4?&amp;", "host1/d/5"}},
   };
   mv::StarLinks stars;
   stars.setTags(tags);

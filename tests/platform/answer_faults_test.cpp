@@ -20,8 +20,11 @@ std::atomic<std::size_t> refusedFrom = std::numeric_limits<std::size_t>::max();
 
 }  // namespace
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return size < refusedFrom ? std::malloc(size) : nullptr;
+}
 void* operator new(std::size_t size) {
-  void* block = size < refusedFrom ? std::malloc(size) : nullptr;
+  void* block = ::operator new(size, std::nothrow);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }

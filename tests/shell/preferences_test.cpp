@@ -6,10 +6,10 @@
 #include "base/Text.h"
 #include "files/DiskSpace.h"
 #include "scan_windows/frmScan.h"
-#include "shell/frmPleaseWait.h"
 #include "shell/frmPreferences.h"
 #include "testkit/Controls.h"
 #include "testkit/Fixture.h"
+#include "windows/frmPleaseWait.h"
 
 namespace {
 

@@ -30,7 +30,6 @@
 #include "scan_windows/frmTagManager.h"
 #include "shell/frmDownloadManager.h"
 #include "shell/frmPictureViewer.h"
-#include "shell/frmPleaseWait.h"
 #include "shell/frmPreferences.h"
 #include "shell/frmProcessManager.h"
 #include "shell/frmSplash.h"
@@ -40,6 +39,7 @@
 #include "testkit/EventLoop.h"
 #include "testkit/ProgramRun.h"
 #include "testkit/SiteRow.h"
+#include "windows/frmPleaseWait.h"
 
 namespace {
 

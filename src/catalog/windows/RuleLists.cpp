@@ -1,11 +1,11 @@
 #include "RuleLists.h"
 
-#include <QPushButton>
 #include <unordered_map>
 #include <vector>
 
 #include "base/Text.h"
 #include "store/RuleStore.h"
+#include "ui_RuleLists.h"
 #include "windows/ListHelpers.h"
 
 namespace mv {
@@ -21,17 +21,16 @@ void fill(ListView& list, const std::vector<NamedId>& rules) {
 
 }  // namespace
 
-RuleLists::RuleLists()
-    : ListPair({"Rule Name",
-                {"lvwRulesAvailable", "Available Rules", "", "lblAvailableFilters"},
-                {"lvwRulesAssigned", "Rules for This Filter", "", "lblAssignedFilters"},
-                {"cmdMoveToAssigned", "Add rule to this filter"},
-                {"cmdMoveToAvailable", "Remove rule from this filter"},
-                {"cmdNew", "Create a new rule"},
-                "New"}) {
+RuleLists::RuleLists(QWidget* parent) : ListPair(parent), ui_(std::make_unique<Ui::RuleLists>()) {
+  ui_->setupUi(this);
+  connectControls(
+      {ui_->lvwRulesAvailable, ui_->lvwRulesAssigned, ui_->cmdMoveToAssigned, ui_->cmdMoveToAvailable, ui_->cmdNew},
+      "Rule Name");
   available().setSorting(true);
   assigned().setSorting(true);
 }
+
+RuleLists::~RuleLists() = default;
 
 void RuleLists::buildAvailable() { fill(available(), listRules()); }
 

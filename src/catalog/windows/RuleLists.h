@@ -1,15 +1,22 @@
 // The rules of a filter beside all the others, in the filter editor.
 #pragma once
 
+#include <memory>
+
 #include "store/Id.h"
 #include "windows/ListPair.h"
 
 namespace mv {
 
+namespace Ui {
+class RuleLists;
+}
+
 class RuleLists : public ListPair {
   Q_OBJECT
  public:
-  RuleLists();
+  explicit RuleLists(QWidget* parent = nullptr);
+  ~RuleLists() override;
 
   // Fills the available side with every rule. Raises DatabaseError, and leaves the list as it was.
   void buildAvailable();
@@ -25,6 +32,9 @@ class RuleLists : public ListPair {
   bool hasAssigned() const { return assigned().rowCount() > 0; }
   void allowMoveToAssigned(bool allowed);
   void allowMoveToAvailable(bool allowed);
+
+ private:
+  std::unique_ptr<Ui::RuleLists> ui_;
 };
 
 }  // namespace mv

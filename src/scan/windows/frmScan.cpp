@@ -1,40 +1,24 @@
 #include "scan_windows/frmScan.h"
 
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QVBoxLayout>
 #include <utility>
 
 #include "base/Text.h"
 #include "scan/ScanTexts.h"
+#include "ui_frmScan.h"
 
 namespace mv {
 
 frmScan::frmScan() : frmScan(std::make_unique<ScanProcess>()) {}
 
-frmScan::frmScan(std::unique_ptr<ScanProcess> process) : ProcessWindow(*process), process_(std::move(process)) {
-  buildSummary();
-  buildDetails();
+frmScan::frmScan(std::unique_ptr<ScanProcess> process)
+    : ProcessWindow(*process), ui_(std::make_unique<Ui::frmScan>()), process_(std::move(process)) {
+  ui_->setupUi(this);
+  connectControls({ui_->lblSiteId, ui_->pbarSave, ui_->btnDetails, ui_->details, ui_->lvwLinks, ui_->lblState,
+                   ui_->lblInfoErrorPage, ui_->lblInfoErrorReason, ui_->lblInfoErrorTime, ui_->lblInfoErrorCount});
+  showStatus();
 }
 
-void frmScan::buildSummary() {
-  lblPage_ = new ElidedLabel("lblPage", pageText(process_->status()));
-  lblPagesToScan_ = new ElidedLabel("lblPagesToScan", toScanText(process_->status()));
-  lblPagesProcessed_ = new ElidedLabel("lblPagesProcessed", pagesProcessedText(process_->status()));
-  addSummary(lblPage_, lblPagesToScan_, lblPagesProcessed_);
-}
-
-void frmScan::buildDetails() {
-  txtInfoPageURL_ = makeReadOnlyLine("txtInfoPageURL", "Page URL", pageAddressText(process_->status()));
-  lblInfoLogin_ = new ElidedLabel("lblInfoLogin");
-  lblInfoLogin_->hide();
-  QLayout& lines = *details().layout();
-  lines.addWidget(&linkView());
-  lines.addWidget(txtInfoPageURL_);
-  lines.addWidget(lblInfoLogin_);
-  lines.addWidget(makeErrorPanel("frmErrorInfo", "lblInfoErrorPage", "lblInfoErrorReason", "lblInfoErrorTime",
-                                 "lblInfoErrorCount", "Page:"));
-}
+frmScan::~frmScan() = default;
 
 Totals frmScan::totals() const { return {.sites = 1, .failed = process_->ErrorCount()}; }
 
@@ -54,13 +38,17 @@ QString frmScan::settledCaption() const { return toQString(scanTitle(process_->S
 
 void frmScan::refresh() {
   ProcessWindow::refresh();
-  lblPage_->setLine(pageText(process_->status()));
-  lblPagesToScan_->setLine(toScanText(process_->status()));
-  lblPagesProcessed_->setLine(pagesProcessedText(process_->status()));
-  showLine(*txtInfoPageURL_, pageAddressText(process_->status()));
-  const LoginStatus& login = process_->status().login;
-  lblInfoLogin_->setLine(loginText(login));
-  lblInfoLogin_->setVisible(login.state != LoginState::NotNeeded);
+  showStatus();
+}
+
+void frmScan::showStatus() {
+  const ScanStatus& status = process_->status();
+  ui_->lblPage->setLine(pageText(status));
+  ui_->lblPagesToScan->setLine(toScanText(status));
+  ui_->lblPagesProcessed->setLine(pagesProcessedText(status));
+  showLine(*ui_->txtInfoPageURL, pageAddressText(status));
+  ui_->lblInfoLogin->setLine(loginText(status.login));
+  ui_->lblInfoLogin->setVisible(status.login.state != LoginState::NotNeeded);
 }
 
 }  // namespace mv

@@ -1,12 +1,9 @@
 #include "AssignmentLists.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QVBoxLayout>
-
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "ui_FileTypeLists.h"
+#include "ui_FilterLists.h"
 #include "windows/ListHelpers.h"
 
 namespace mv {
@@ -30,28 +27,17 @@ QStringList textsOf(const SiteFilter& filter) {
 
 // --- file types
 
-FileTypeLists::FileTypeLists()
-    : ListPair(
-          {"Extension",
-           {"lvwFiletypesAvailable", "Available Filetypes", "These filetypes will not be downloaded from this site"},
-           {"lvwFiletypesAssigned", "Filetypes for This Site", "These filetypes will be downloaded from this site"},
-           {"cmdMoveFileTypeToAssigned", "Move from Available to Being Downloaded"},
-           {"cmdMoveFileTypeToAvailable", "Move from Being Downloaded to Available"},
-           {"cmdNewFileType", "Create a new filetype"},
-           "New..."}) {
-  txtFiletypeDescription_ = new QLineEdit(this);
-  txtFiletypeDescription_->setObjectName("txtFiletypeDescription");
-  txtFiletypeDescription_->setReadOnly(true);
-  txtFiletypeDescription_->setAccessibleName("Filetype Description");
-  auto* label = new QLabel("Filetype Description", this);
-  label->setBuddy(txtFiletypeDescription_);
-  rows().addWidget(label);
-  rows().addWidget(txtFiletypeDescription_);
-
+FileTypeLists::FileTypeLists(QWidget* parent) : ListPair(parent), ui_(std::make_unique<Ui::FileTypeLists>()) {
+  ui_->setupUi(this);
+  connectControls({ui_->lvwFiletypesAvailable, ui_->lvwFiletypesAssigned, ui_->cmdMoveFileTypeToAssigned,
+                   ui_->cmdMoveFileTypeToAvailable, ui_->cmdNewFileType},
+                  "Extension");
   for (ListView* list : {&available(), &assigned()})
     connect(list, &ListView::rowChosen, this,
             [this, list](int row) { Q_EMIT typeChosen(list->cell(row, kIdColumn).toLongLong()); });
 }
+
+FileTypeLists::~FileTypeLists() = default;
 
 void FileTypeLists::buildForNewSite() { build(loadDefaultFileTypes()); }
 void FileTypeLists::buildForSite(Id siteId) { build(loadSiteFileTypes(siteId)); }
@@ -65,23 +51,21 @@ void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
 void FileTypeLists::showDescription(Id fileTypeId) {
   const auto description = findFileTypeDescription(fileTypeId);
   if (!description) return;
-  txtFiletypeDescription_->setText(toQString(*description));
-  txtFiletypeDescription_->setCursorPosition(0);
+  ui_->txtFiletypeDescription->setText(toQString(*description));
+  ui_->txtFiletypeDescription->setCursorPosition(0);
 }
 
 // --- filters
 
-FilterLists::FilterLists()
-    : ListPair({"Filter Name",
-                {"lvwFiltersAvailable", "Available Filters"},
-                {"lvwFiltersAssigned", "Filters for This Site"},
-                {"cmdMoveFilterToAssigned", "Add filter to this web site"},
-                {"cmdMoveFilterToAvailable", "Remove filter from this web site"},
-                {"cmdNewFilter", "Create a new filter"},
-                "New..."},
-               {"Global"}) {
+FilterLists::FilterLists(QWidget* parent) : ListPair(parent), ui_(std::make_unique<Ui::FilterLists>()) {
+  ui_->setupUi(this);
+  connectControls({ui_->lvwFiltersAvailable, ui_->lvwFiltersAssigned, ui_->cmdMoveFilterToAssigned,
+                   ui_->cmdMoveFilterToAvailable, ui_->cmdNewFilter},
+                  "Filter Name", {"Global"});
   connect(&assigned(), &ListView::rowChosen, this, [this](int row) { toAvailableButton().setEnabled(!isGlobal(row)); });
 }
+
+FilterLists::~FilterLists() = default;
 
 void FilterLists::buildForNewSite() {
   showAvailable(listAssignableFilters());

@@ -1,20 +1,25 @@
 // The pairs of lists of the site editor: file types and filters.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "store/SiteStore.h"
 #include "windows/ListPair.h"
 
-class QLineEdit;
-
 namespace mv {
+
+namespace Ui {
+class FileTypeLists;
+class FilterLists;
+}  // namespace Ui
 
 // Tab "Filetypes". Both lists stay in order of the names.
 class FileTypeLists : public ListPair {
   Q_OBJECT
  public:
-  FileTypeLists();
+  explicit FileTypeLists(QWidget* parent = nullptr);
+  ~FileTypeLists() override;
 
   // Rebuild both lists from the database. Raise DatabaseError, and leave the lists as they were.
   void buildForNewSite();
@@ -28,14 +33,15 @@ class FileTypeLists : public ListPair {
  private:
   void build(const std::vector<NamedId>& assignedTypes);
 
-  QLineEdit* txtFiletypeDescription_;
+  std::unique_ptr<Ui::FileTypeLists> ui_;
 };
 
 // Tab "Filters". The assigned side also shows the global filters, which apply to every site and cannot be moved.
 class FilterLists : public ListPair {
   Q_OBJECT
  public:
-  FilterLists();
+  explicit FilterLists(QWidget* parent = nullptr);
+  ~FilterLists() override;
 
   // Rebuild from the database. For a new site the assigned side stays as it is. Raise DatabaseError, and leave the
   // lists as they were.
@@ -50,6 +56,8 @@ class FilterLists : public ListPair {
  private:
   void showAvailable(const std::vector<SiteFilter>& filters);
   bool isGlobal(int row) const;
+
+  std::unique_ptr<Ui::FilterLists> ui_;
 };
 
 }  // namespace mv

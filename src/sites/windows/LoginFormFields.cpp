@@ -1,79 +1,28 @@
 #include "LoginFormFields.h"
 
-#include <QComboBox>
 #include <QEvent>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QVBoxLayout>
 #include <algorithm>
 
 #include "base/Text.h"
 #include "store/BuiltInForms.h"
-#include "windows/ScrollingPage.h"
+#include "ui_LoginFormFields.h"
 
 namespace mv {
 
-LoginFormFields::LoginFormFields() {
-  cmboAuthenticationService_ = new QComboBox(this);
-  cmboAuthenticationService_->setObjectName("cmboAuthenticationService");
-  cmboAuthenticationService_->setAccessibleName("Method");
-  cmboAuthenticationService_->installEventFilter(this);
-  auto* label = new QLabel("Method", this);
-  label->setBuddy(cmboAuthenticationService_);
-
-  auto* method = new QHBoxLayout;
-  method->addWidget(label);
-  method->addWidget(cmboAuthenticationService_, 1);
-
-  auto* layout = new QVBoxLayout(makeScrollingPage(this));
-  layout->addLayout(method);
-  layout->addWidget(makeRows());
-  layout->addWidget(makeHelp());
-  layout->addStretch();
+LoginFormFields::LoginFormFields(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::LoginFormFields>()) {
+  ui_->setupUi(this);
+  lblFieldName_ = {ui_->lblFieldName1, ui_->lblFieldName2, ui_->lblFieldName3, ui_->lblFieldName4, ui_->lblFieldName5};
+  txtFieldName_ = {ui_->txtFieldName1, ui_->txtFieldName2, ui_->txtFieldName3, ui_->txtFieldName4, ui_->txtFieldName5};
+  ui_->cmboAuthenticationService->installEventFilter(this);
   hideRows();
-
-  connect(cmboAuthenticationService_, &QComboBox::activated, this, &LoginFormFields::entryChosen);
+  connect(ui_->cmboAuthenticationService, &QComboBox::activated, this, &LoginFormFields::entryChosen);
 }
 
-QWidget* LoginFormFields::makeRows() {
-  auto* rows = new QWidget(this);
-  auto* grid = new QGridLayout(rows);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setColumnStretch(0, 1);
-  grid->setColumnStretch(1, 2);
-  for (int i = 0; i < kRows; ++i) {
-    auto* label = new QLabel(rows);
-    auto* box = new QLineEdit(rows);
-    label->setObjectName(QString("lblFieldName%1").arg(i + 1));
-    label->setWordWrap(true);
-    label->setTextFormat(Qt::PlainText);
-    box->setObjectName(QString("txtFieldName%1").arg(i + 1));
-    grid->addWidget(label, i, 0);
-    grid->addWidget(box, i, 1);
-    lblFieldName_[static_cast<std::size_t>(i)] = label;
-    txtFieldName_[static_cast<std::size_t>(i)] = box;
-  }
-  return rows;
-}
-
-QWidget* LoginFormFields::makeHelp() {
-  frmFieldHelp_ = new QGroupBox("Cryptic Information That Won't Help You", this);
-  frmFieldHelp_->setObjectName("frmFieldHelp");
-  txtFieldHelp_ = new QLabel(frmFieldHelp_);
-  txtFieldHelp_->setObjectName("txtFieldHelp");
-  txtFieldHelp_->setWordWrap(true);
-  txtFieldHelp_->setTextFormat(Qt::PlainText);
-  txtFieldHelp_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  auto* layout = new QVBoxLayout(frmFieldHelp_);
-  layout->addWidget(txtFieldHelp_);
-  return frmFieldHelp_;
-}
+LoginFormFields::~LoginFormFields() = default;
 
 bool LoginFormFields::eventFilter(QObject* watched, QEvent* event) {
   // Scrolling over the drop-down list must not choose another form and so drop the values typed.
-  if (watched == cmboAuthenticationService_ && event->type() == QEvent::Wheel) {
+  if (watched == ui_->cmboAuthenticationService && event->type() == QEvent::Wheel) {
     event->ignore();
     return true;
   }
@@ -83,10 +32,10 @@ bool LoginFormFields::eventFilter(QObject* watched, QEvent* event) {
 void LoginFormFields::buildForms() {
   const std::vector<NamedId> forms = listLoginForms();
   if (forms.empty()) return;
-  cmboAuthenticationService_->clear();
+  ui_->cmboAuthenticationService->clear();
   for (const NamedId& form : forms)
-    cmboAuthenticationService_->addItem(toQString(form.name), QVariant::fromValue(form.id));
-  cmboAuthenticationService_->setCurrentIndex(-1);
+    ui_->cmboAuthenticationService->addItem(toQString(form.name), QVariant::fromValue(form.id));
+  ui_->cmboAuthenticationService->setCurrentIndex(-1);
 }
 
 void LoginFormFields::loadSite(Id siteId) {
@@ -96,9 +45,9 @@ void LoginFormFields::loadSite(Id siteId) {
   loadPrompts(savedFormId);
   chosenFormId_ = savedFormId;
   // The first entry is the one for no login.
-  for (int entry = 1; entry < cmboAuthenticationService_->count(); ++entry) {
-    if (cmboAuthenticationService_->itemData(entry).toLongLong() != chosenFormId_) continue;
-    cmboAuthenticationService_->setCurrentIndex(entry);
+  for (int entry = 1; entry < ui_->cmboAuthenticationService->count(); ++entry) {
+    if (ui_->cmboAuthenticationService->itemData(entry).toLongLong() != chosenFormId_) continue;
+    ui_->cmboAuthenticationService->setCurrentIndex(entry);
     choose(entry);
     break;
   }
@@ -108,7 +57,7 @@ void LoginFormFields::loadSite(Id siteId) {
 }
 
 void LoginFormFields::choose(int entry) {
-  const Id formId = cmboAuthenticationService_->itemData(entry).toLongLong();
+  const Id formId = ui_->cmboAuthenticationService->itemData(entry).toLongLong();
   if (formId == kNoLoginForm)
     hideRows();
   else
@@ -119,14 +68,14 @@ void LoginFormFields::choose(int entry) {
 void LoginFormFields::loadPrompts(Id formId) {
   const auto description = findLoginFormDescription(formId);
   std::vector<LoginPrompt> prompts = listLoginPrompts(formId);
-  if (description) txtFieldHelp_->setText(toQString(*description));
+  if (description) ui_->txtFieldHelp->setText(toQString(*description));
   fieldInfo_ = std::move(prompts);
   hideRows();
   showRows();
 }
 
 void LoginFormFields::hideRows() {
-  frmFieldHelp_->hide();
+  ui_->frmFieldHelp->hide();
   for (QLabel* label : lblFieldName_) {
     label->clear();
     label->hide();
@@ -141,7 +90,7 @@ void LoginFormFields::hideRows() {
 void LoginFormFields::showRows() {
   for (std::size_t i = 0; i < static_cast<std::size_t>(shownPrompts()); ++i) {
     const QString prompt = toQString(fieldInfo_[i].prompt);
-    frmFieldHelp_->show();
+    ui_->frmFieldHelp->show();
     lblFieldName_[i]->setText(prompt);
     txtFieldName_[i]->setText(toQString(fieldInfo_[i].defaultValue));
     txtFieldName_[i]->setAccessibleName(prompt);

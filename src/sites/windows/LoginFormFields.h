@@ -4,22 +4,26 @@
 
 #include <QWidget>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "store/LoginForms.h"
 #include "store/SiteStore.h"
 
-class QComboBox;
-class QGroupBox;
 class QLabel;
 class QLineEdit;
 
 namespace mv {
 
+namespace Ui {
+class LoginFormFields;
+}
+
 class LoginFormFields : public QWidget {
   Q_OBJECT
  public:
-  LoginFormFields();
+  explicit LoginFormFields(QWidget* parent = nullptr);
+  ~LoginFormFields() override;
 
   // Fills the drop-down list with the login forms; none is chosen. Raises DatabaseError.
   void buildForms();
@@ -42,20 +46,16 @@ class LoginFormFields : public QWidget {
  private:
   static constexpr int kRows = 5;
 
-  QWidget* makeRows();
-  QWidget* makeHelp();
   void loadPrompts(Id formId);
   void hideRows();
   void showRows();
   int shownPrompts() const;
 
+  std::unique_ptr<Ui::LoginFormFields> ui_;
   Id chosenFormId_ = 0;
   std::vector<LoginPrompt> fieldInfo_;  // of the chosen form
-  QComboBox* cmboAuthenticationService_;
   std::array<QLabel*, kRows> lblFieldName_;
   std::array<QLineEdit*, kRows> txtFieldName_;
-  QGroupBox* frmFieldHelp_;
-  QLabel* txtFieldHelp_;
 };
 
 }  // namespace mv

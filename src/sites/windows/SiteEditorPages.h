@@ -1,83 +1,120 @@
-// The plain tabs of the site editor: their controls and fixed texts, without behaviour beyond the typing rules. A page
-// scrolls where its window is too small for it.
+// The plain tabs of the site editor. Each shows its part of a site and takes it back from its controls; what they have
+// before a site is shown is that of a new site. A page scrolls where its window is too small for it.
 #pragma once
 
 #include <QWidget>
 #include <array>
+#include <memory>
 #include <set>
 #include <string>
 
-class QCheckBox;
+#include "store/SiteStore.h"
+
 class QLineEdit;
-class QPushButton;
 
 namespace mv {
 
-class ElidedLabel;
 class EntryBox;
+
+namespace Ui {
+class AutoScanPage;
+class DomainHoppingPage;
+class OtherPage;
+class PathsPage;
+class RequiredInfoPage;
+}  // namespace Ui
 
 // "Required Info": the location and the four limits.
 class RequiredInfoPage : public QWidget {
+  Q_OBJECT
  public:
-  RequiredInfoPage();
+  explicit RequiredInfoPage(QWidget* parent = nullptr);
+  ~RequiredInfoPage() override;
 
-  std::array<EntryBox*, 4> limitBoxes() const;
+  void showSite(const Site& site);
+  // Writes the location in its box as it is stored.
+  void takeSite(Site& site);
+
+  QLineEdit* locationBox() const;
   // The first limit box that is empty, nullptr when none is.
   QWidget* emptyLimit() const;
   // The locations of the other sites, which the line below the location box speaks of.
   void setOtherSites(std::set<std::string> names);
 
-  EntryBox* txtURL;
-  EntryBox* txtUpperLimit;
-  EntryBox* txtLowerLimit;
-  EntryBox* txtPagesToScan;
-  EntryBox* txtFilesToDownload;
+ Q_SIGNALS:
+  void limitChanged(const QString& text);
 
  private:
+  std::array<EntryBox*, 4> limitBoxes() const;
   void showHint(const QString& typed);
 
-  ElidedLabel* lblURLHint_;
+  std::unique_ptr<Ui::RequiredInfoPage> ui_;
   std::set<std::string> otherSites_;
 };
 
 // "Paths": the default folder, unique file names, the way to the path manager.
 class PathsPage : public QWidget {
+  Q_OBJECT
  public:
-  PathsPage();
+  explicit PathsPage(QWidget* parent = nullptr);
+  ~PathsPage() override;
 
-  QLineEdit* txtDefaultPath;
-  QPushButton* cmdBrowse;
-  QCheckBox* optPathUniqueNames;
-  EntryBox* txtPathsBaseName;
-  QPushButton* cmdOpenPathManager;
+  void showSite(const Site& site);
+  void takeSite(Site& site) const;
+  QLineEdit* folderBox() const;
+
+ Q_SIGNALS:
+  void browseWanted();
+  void managerWanted();
 
  private:
-  QWidget* makeUniqueNames();
-  QWidget* makePathManagement();
+  std::unique_ptr<Ui::PathsPage> ui_;
 };
 
 class AutoScanPage : public QWidget {
+  Q_OBJECT
  public:
-  AutoScanPage();
-  QCheckBox* chkAutoScan;
+  explicit AutoScanPage(QWidget* parent = nullptr);
+  ~AutoScanPage() override;
+
+  void showSite(const Site& site);
+  void takeSite(Site& site) const;
+
+ private:
+  std::unique_ptr<Ui::AutoScanPage> ui_;
 };
 
 class DomainHoppingPage : public QWidget {
+  Q_OBJECT
  public:
-  DomainHoppingPage();
-  EntryBox* txtHops;
+  explicit DomainHoppingPage(QWidget* parent = nullptr);
+  ~DomainHoppingPage() override;
+
+  void showSite(const Site& site);
+  // Writes 0 into an empty box.
+  void takeSite(Site& site);
+
+ private:
+  std::unique_ptr<Ui::DomainHoppingPage> ui_;
 };
 
 // "Other": the way of building addresses, the link cache.
 class OtherPage : public QWidget {
+  Q_OBJECT
  public:
-  OtherPage();
-  QCheckBox* chkAlternateMatchPath;
-  QPushButton* cmdClearCache;
+  explicit OtherPage(QWidget* parent = nullptr);
+  ~OtherPage() override;
+
+  void showSite(const Site& site);
+  void takeSite(Site& site) const;
+  // The cache has been cleared, for the rest of the window's life.
+  void markCleared();
+
+ Q_SIGNALS:
+  void clearWanted();
 
  private:
-  QWidget* makePathMatching();
-  QWidget* makeLinkCache();
+  std::unique_ptr<Ui::OtherPage> ui_;
 };
 
 }  // namespace mv

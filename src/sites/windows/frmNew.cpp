@@ -1,13 +1,5 @@
 #include "sites_windows/frmNew.h"
 
-#include <QCheckBox>
-#include <QHBoxLayout>
-#include <QPushButton>
-#include <QVBoxLayout>
-
-#include "AssignmentLists.h"
-#include "LoginFormFields.h"
-#include "SiteEditorPages.h"
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
@@ -17,9 +9,7 @@
 #include "catalog_windows/frmSitePaths.h"
 #include "desktop/Dialogs.h"
 #include "store/SiteDerivations.h"
-#include "windows/EntryBox.h"
-#include "windows/PageTabs.h"
-#include "windows/ScrollingPage.h"
+#include "ui_frmNew.h"
 
 namespace mv {
 
@@ -27,12 +17,6 @@ namespace {
 
 constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
-
-QWidget* scrolling(QWidget* content) {
-  auto* page = new QWidget;
-  (new QVBoxLayout(makeScrollingPage(page)))->addWidget(content);
-  return page;
-}
 
 std::set<std::string> namesOfOthers(Id siteId) {
   std::set<std::string> names;
@@ -44,104 +28,61 @@ std::set<std::string> namesOfOthers(Id siteId) {
 }  // namespace
 
 frmNew::frmNew()
-    : RecordEditor({.caption = "New Web Site",
-                    .width = kWidth,
-                    .height = kHeight,
-                    .windowName = "frmNew",
-                    .record = "web site",
-                    .sequence = "site_id"}) {
-  buildPages();
-
-  auto* requiredTabs = new PageTabs("SSTab1", this);
-  requiredTabs->addTab(required_, "Required Info");
-  requiredTabs->addTab(makeOptionalTabs(), "Optional Info");
-
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(6, 6, 6, 6);
-  layout->addWidget(requiredTabs, 1);
-  layout->addLayout(makeButtons("cmdOK", "cmdApply", "cmdCancel", "OK", "&Cancel"));
+    : RecordEditor({.width = kWidth, .height = kHeight, .record = "web site", .sequence = "site_id"}),
+      ui_(std::make_unique<Ui::frmNew>()) {
+  ui_->setupUi(this);
+  connectButtons(ui_->cmdOK, ui_->cmdApply, ui_->cmdCancel);
   connectPages();
-  startIn(required_->txtURL);
+  startIn(ui_->required->locationBox());
 }
 
-void frmNew::buildPages() {
-  required_ = new RequiredInfoPage;
-  login_ = new LoginFormFields;
-  fileTypes_ = new FileTypeLists;
-  filters_ = new FilterLists;
-  paths_ = new PathsPage;
-  autoScan_ = new AutoScanPage;
-  hopping_ = new DomainHoppingPage;
-  other_ = new OtherPage;
-}
-
-QTabWidget* frmNew::makeOptionalTabs() {
-  auto* tabs = new PageTabs("SSTab2");
-  tabs->addTab(login_, "Authentication");
-  tabs->addTab(scrolling(fileTypes_), "Filetypes");
-  tabs->addTab(scrolling(filters_), "Filters");
-  tabs->addTab(paths_, "Paths");
-  tabs->addTab(autoScan_, "AutoScan");
-  tabs->addTab(hopping_, "Domain Hopping");
-  tabs->addTab(other_, "Other");
-  return tabs;
-}
+frmNew::~frmNew() = default;
 
 void frmNew::connectPages() {
-  for (const EntryBox* box : required_->limitBoxes())
-    connect(box, &QLineEdit::textChanged, this,
-            [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
-  for (ListPair* lists : {static_cast<ListPair*>(fileTypes_), static_cast<ListPair*>(filters_)})
+  connect(ui_->required, &RequiredInfoPage::limitChanged, this,
+          [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
+  for (ListPair* lists : {static_cast<ListPair*>(ui_->fileTypes), static_cast<ListPair*>(ui_->filters)})
     connect(lists, &ListPair::moved, this, [this] { assignmentsChanged_ = true; });
-  const auto onClick = [this](const QPushButton* button, void (frmNew::*work)()) {
-    connect(button, &QPushButton::clicked, this, [this, work] { run([&] { (this->*work)(); }); });
-  };
-  onClick(paths_->cmdBrowse, &frmNew::browse);
-  onClick(paths_->cmdOpenPathManager, &frmNew::openPathManager);
-  onClick(other_->cmdClearCache, &frmNew::clearCache);
-  connect(fileTypes_, &FileTypeLists::typeChosen, this,
-          [this](Id id) { run([&] { fileTypes_->showDescription(id); }); });
-  connect(login_, &LoginFormFields::entryChosen, this, [this](int entry) { run([&] { login_->choose(entry); }); });
-  connect(fileTypes_, &ListPair::newWanted, this, [this] { run([this] { openNewFileType(); }); });
-  connect(filters_, &ListPair::newWanted, this, [this] { run([this] { openNewFilter(); }); });
+  connect(ui_->paths, &PathsPage::browseWanted, this, [this] { run([this] { browse(); }); });
+  connect(ui_->paths, &PathsPage::managerWanted, this, [this] { run([this] { openPathManager(); }); });
+  connect(ui_->other, &OtherPage::clearWanted, this, [this] { run([this] { clearCache(); }); });
+  connect(ui_->fileTypes, &FileTypeLists::typeChosen, this,
+          [this](Id id) { run([&] { ui_->fileTypes->showDescription(id); }); });
+  connect(ui_->login, &LoginFormFields::entryChosen, this,
+          [this](int entry) { run([&] { ui_->login->choose(entry); }); });
+  connect(ui_->fileTypes, &ListPair::newWanted, this, [this] { run([this] { openNewFileType(); }); });
+  connect(ui_->filters, &ListPair::newWanted, this, [this] { run([this] { openNewFilter(); }); });
 }
 
 // --- loading
 
 void frmNew::initWindow() {
   RecordEditor::initWindow();
-  required_->setOtherSites(namesOfOthers(SiteID));
+  ui_->required->setOtherSites(namesOfOthers(SiteID));
   if (isNew()) showDefaults();
-  fileTypes_->disableMoves();
+  ui_->fileTypes->disableMoves();
 }
 
 void frmNew::showDefaults() {
   rebuildAssignments();
-  login_->buildForms();
-  paths_->txtDefaultPath->setText(toQString(gDownloadFolder));
-  autoScan_->chkAutoScan->setChecked(true);
+  ui_->login->buildForms();
+  ui_->paths->folderBox()->setText(toQString(gDownloadFolder));
 }
 
 void frmNew::loadRecord() {
   listed_ = true;
   if (const auto site = loadSite(SiteID)) showSite(*site);
   rebuildAssignments();
-  login_->buildForms();
-  login_->loadSite(SiteID);
+  ui_->login->buildForms();
+  ui_->login->loadSite(SiteID);
 }
 
 void frmNew::showSite(const Site& site) {
-  required_->txtURL->setText(toQString(site.name));
-  required_->txtUpperLimit->setText(QString::number(site.upperLimit));
-  required_->txtLowerLimit->setText(QString::number(site.lowerLimit));
-  required_->txtPagesToScan->setText(QString::number(site.pagesToScan));
-  required_->txtFilesToDownload->setText(QString::number(site.filesToDownload));
-  paths_->txtDefaultPath->setText(toQString(site.downloadPath));
-  paths_->optPathUniqueNames->setChecked(site.uniqueNames);
-  paths_->txtPathsBaseName->setText(toQString(site.baseName));
-  autoScan_->chkAutoScan->setChecked(site.autoScan);
-  other_->chkAlternateMatchPath->setChecked(site.alternateMatchPath);
-  hopping_->txtHops->setText(QString::number(site.hops));
+  ui_->required->showSite(site);
+  ui_->paths->showSite(site);
+  ui_->autoScan->showSite(site);
+  ui_->hopping->showSite(site);
+  ui_->other->showSite(site);
 }
 
 void frmNew::activated() {
@@ -151,28 +92,28 @@ void frmNew::activated() {
 
 void frmNew::rebuildAssignments() {
   if (isNew()) {
-    fileTypes_->buildForNewSite();
-    filters_->buildForNewSite();
+    ui_->fileTypes->buildForNewSite();
+    ui_->filters->buildForNewSite();
   } else {
-    fileTypes_->buildForSite(SiteID);
-    filters_->buildForSite(SiteID);
+    ui_->fileTypes->buildForSite(SiteID);
+    ui_->filters->buildForSite(SiteID);
   }
 }
 
 // --- OK, Apply, Cancel
 
 RecordEditor::Checks frmNew::checks(Choice choice) const {
-  const bool noLocation = required_->txtURL->text().isEmpty();
+  QLineEdit* const url = ui_->required->locationBox();
+  QLineEdit* const folder = ui_->paths->folderBox();
   Checks all;
   if (choice == Choice::Ok)
     all = {
-        {noLocation, "URL Not Entered", "Please click the Required Information tab and enter a URL", required_->txtURL},
-        {paths_->txtDefaultPath->text().isEmpty(), "Default Path Not Defined",
-         "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path",
-         paths_->txtDefaultPath}};
+        {url->text().isEmpty(), "URL Not Entered", "Please click the Required Information tab and enter a URL", url},
+        {folder->text().isEmpty(), "Default Path Not Defined",
+         "Please click the Optional Information tab, \r\nthen click the Paths tab and enter a Default Path", folder}};
   else
-    all = {{noLocation, "Error", "Please enter a URL", required_->txtURL}};
-  if (QWidget* emptyLimit = required_->emptyLimit())
+    all = {{url->text().isEmpty(), "Error", "Please enter a URL", url}};
+  if (QWidget* emptyLimit = ui_->required->emptyLimit())
     all.push_back({true, "Error", "Please enter a value for " + emptyLimit->accessibleName(), emptyLimit});
   return all;
 }
@@ -186,24 +127,13 @@ void frmNew::cancel() {
 // --- saving
 
 Site frmNew::takeSite() {
-  QLineEdit& url = *required_->txtURL;
-  const std::string typed = toUtf8(url.text());
-  if (const std::string location = siteLocation(typed); location != typed) url.setText(toQString(location));
-  if (hopping_->txtHops->text().isEmpty()) hopping_->txtHops->setText("0");
-
   Site site;
   site.id = SiteID;
-  site.name = toUtf8(url.text());
-  site.upperLimit = required_->txtUpperLimit->text().toLongLong();
-  site.lowerLimit = required_->txtLowerLimit->text().toLongLong();
-  site.pagesToScan = required_->txtPagesToScan->text().toLongLong();
-  site.filesToDownload = required_->txtFilesToDownload->text().toLongLong();
-  site.downloadPath = toUtf8(paths_->txtDefaultPath->text());
-  site.autoScan = autoScan_->chkAutoScan->isChecked();
-  site.alternateMatchPath = other_->chkAlternateMatchPath->isChecked();
-  site.hops = siteHops(toUtf8(hopping_->txtHops->text()));
-  site.uniqueNames = paths_->optPathUniqueNames->isChecked();
-  site.baseName = siteBaseName(toUtf8(paths_->txtPathsBaseName->text()));
+  ui_->required->takeSite(site);
+  ui_->paths->takeSite(site);
+  ui_->autoScan->takeSite(site);
+  ui_->hopping->takeSite(site);
+  ui_->other->takeSite(site);
   return site;
 }
 
@@ -219,7 +149,7 @@ void frmNew::recordChanged() {
     Q_EMIT events().siteAdded(SiteID);
   listed_ = true;
   assignmentsChanged_ = false;
-  SiteName = required_->txtURL->text();
+  SiteName = ui_->required->locationBox()->text();
 }
 
 void frmNew::sayGone() {
@@ -227,16 +157,16 @@ void frmNew::sayGone() {
 }
 
 void frmNew::writeAssignments() {
-  saveSiteFileTypes(SiteID, fileTypes_->assignedIds());
-  saveSiteFilters(SiteID, filters_->assignedFilters());
-  saveSiteForm(SiteID, login_->chosenFormId());
-  saveSiteFieldValues(SiteID, login_->fieldValues());
+  saveSiteFileTypes(SiteID, ui_->fileTypes->assignedIds());
+  saveSiteFilters(SiteID, ui_->filters->assignedFilters());
+  saveSiteForm(SiteID, ui_->login->chosenFormId());
+  saveSiteFieldValues(SiteID, ui_->login->fieldValues());
 }
 
 // --- the buttons on the pages
 
 void frmNew::browse() {
-  QLineEdit& box = *paths_->txtDefaultPath;
+  QLineEdit& box = *ui_->paths->folderBox();
   FolderRequest request;
   request.title = "Add New Path";
   request.prompt = "Please select a folder to define a path.";
@@ -253,8 +183,7 @@ void frmNew::browse() {
 
 void frmNew::clearCache() {
   clearLinkCache(SiteID);
-  other_->cmdClearCache->setText("Cleared");
-  other_->cmdClearCache->setEnabled(false);
+  ui_->other->markCleared();
 }
 
 void frmNew::mustSaveFirst(const QString& title, const QString& text) {

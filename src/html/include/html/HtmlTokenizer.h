@@ -1,8 +1,9 @@
 // The start tags of an HTML page, as the tokenizer of the HTML standard (WHATWG, section "Tokenization") sees them:
 // what stands in comments, scripts, style sheets, titles, text areas and CDATA sections is none. Of each tag only the
-// attributes that are looked for are noted. One pass, in pieces of any size; no page makes it slower than linear.
-// In one thing it is kinder than the standard: an iframe, noembed, noframes or xmp element without an end tag, often
-// one that is written as an empty element of XHTML, does not swallow the rest of the page.
+// attributes that are looked for are noted. The text of style elements is handed out as well. One pass, in pieces of
+// any size; no page makes it slower than linear. In one thing it is kinder than the standard: an iframe, noembed,
+// noframes or xmp element without an end tag, often one that is written as an empty element of XHTML, does not swallow
+// the rest of the page.
 #pragma once
 
 #include <array>
@@ -31,8 +32,10 @@ class HtmlTokenizer {
   };
   // Views into the page; called from advance().
   using Take = std::function<void(const StartTag&)>;
+  // The text of a style element that has ended.
+  using TakeSheet = std::function<void(std::string_view)>;
 
-  explicit HtmlTokenizer(Take take);
+  HtmlTokenizer(Take take, TakeSheet takeSheet);
   HtmlTokenizer(const HtmlTokenizer&) = delete;
   HtmlTokenizer& operator=(const HtmlTokenizer&) = delete;
 
@@ -83,6 +86,7 @@ class HtmlTokenizer {
   void bogusComment();
   void cdataSection();
   void rawText();
+  void endRawText();
   bool isUnended() const;
   void goBackBehindTag();
   void scriptData();
@@ -105,6 +109,7 @@ class HtmlTokenizer {
   void noteAttribute(std::size_t valueAt, std::size_t valueEnd);
 
   Take take_;
+  TakeSheet takeSheet_;
   HtmlElements elements_;
 
   std::string_view page_;

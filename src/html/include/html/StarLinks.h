@@ -37,15 +37,19 @@ class StarLinks {
 
  private:
   // What an attribute holds.
-  enum class Holds : std::uint8_t { Address, Candidates, Refresh, Base, HttpEquiv };
+  enum class Holds : std::uint8_t { Address, Candidates, Refresh, Style, Sheet, Base, HttpEquiv };
   struct Found {
     std::string_view value;
     Holds holds;
   };
 
+  static Holds heldBy(const StarTag& tag);
   void want(const std::string& element, const std::string& attribute, Holds holds);
   void start();
   void take(const HtmlTokenizer::StartTag& tag);
+  void takeSheet(std::string_view text);
+  void takeStyle(std::string_view text, Holds holds);
+  void keep(const Found& found);
   bool isRefresh(const HtmlTokenizer::StartTag& tag) const;
   void takeBase(std::string_view value);
   void follow(const Found& found, std::string& link) const;
@@ -55,6 +59,7 @@ class StarLinks {
   std::vector<HtmlTokenizer::Wanted> wanted_;
   std::vector<std::vector<Holds>> holds_;  // for every wanted attribute
   bool hasTags_ = false;
+  bool wantsSheets_ = false;
 
   std::string_view page_;
   AddressResolver resolver_;

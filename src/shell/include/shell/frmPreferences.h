@@ -12,15 +12,13 @@
 #include "store/Preferences.h"
 #include "windows/ChildWindow.h"
 
-class QCheckBox;
-class QGroupBox;
-class QLabel;
-class QLineEdit;
 class QPushButton;
-class QSlider;
-class QTabWidget;
 
 namespace mv {
+
+namespace Ui {
+class frmPreferences;
+}
 
 class Compaction;
 class frmPleaseWait;
@@ -38,14 +36,6 @@ class frmPreferences : public ChildWindow {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void buildTabs();
-  QWidget* makeAutoScanTab();
-  QGroupBox* makeStopFrame();
-  QWidget* makeDatabaseTab();
-  QGroupBox* makeDatabaseInfo();
-  QWidget* makeAutoHideTab();
-  QWidget* makeAutoUpdateTab();
-  QWidget* makeGeneralTab();
   void wire();
 
   void loadPreferencesWindow();
@@ -67,6 +57,7 @@ class frmPreferences : public ChildWindow {
   // Takes the please-wait window away; a compaction that still runs is given up.
   void endWaiting();
 
+  std::unique_ptr<Ui::frmPreferences> ui_;
   Preferences preferences_;  // as they were read, and as they will be written
   bool loading_ = false;
   bool hoursChanged_ = false;
@@ -76,25 +67,6 @@ class frmPreferences : public ChildWindow {
   std::unique_ptr<Compaction> compaction_;
   QPointer<frmPleaseWait> wait_;
   QTimer progress_;
-
-  QTabWidget* SSTabPrefs_ = nullptr;
-  QCheckBox* chkAutoScan_ = nullptr;
-  QGroupBox* frmGenTurnAutoScanningOff_ = nullptr;
-  QSlider* sldrQuitAfterThisManyHours_ = nullptr;
-  QLineEdit* txtGenQuitAfterThisManyHours_ = nullptr;
-  QLabel* lblGenLogOffAfterThisLong_ = nullptr;
-  QLineEdit* txtDBName_ = nullptr;
-  QLineEdit* txtDBSize_ = nullptr;
-  QLineEdit* txtDBFreeSpace_ = nullptr;
-  QLineEdit* txtDBStatus_ = nullptr;
-  QPushButton* cmdCompactDatabase_ = nullptr;
-  QPushButton* cmdClearCache_ = nullptr;
-  QCheckBox* chkAutoHideProcesses_ = nullptr;
-  QCheckBox* chkAutoUpdate_ = nullptr;
-  QCheckBox* chkOverwrite_ = nullptr;
-  QCheckBox* chkHelpServer_ = nullptr;
-  QPushButton* cmdClearWinPos_ = nullptr;
-  QPushButton* btnClose_ = nullptr;
 };
 
 }  // namespace mv

@@ -3,17 +3,20 @@
 
 #include <QFrame>
 #include <QTimer>
-
-class QLabel;
-class QPushButton;
+#include <memory>
 
 namespace mv {
+
+namespace Ui {
+class frmSplash;
+}
 
 class frmSplash : public QFrame {
   Q_OBJECT
  public:
   // A window of its own above `owner`.
   explicit frmSplash(QWidget* owner);
+  ~frmSplash() override;
 
   // Closes itself after a few seconds.
   void showBriefly();
@@ -29,8 +32,7 @@ class frmSplash : public QFrame {
  private:
   void showCentred();
 
-  QLabel* details_;
-  QPushButton* close_;
+  std::unique_ptr<Ui::frmSplash> ui_;
 };
 
 }  // namespace mv

@@ -9,6 +9,7 @@ namespace mv {
 class ChoiceBox : public QComboBox {
   Q_OBJECT
  public:
+  explicit ChoiceBox(QWidget* parent = nullptr);
   ChoiceBox(const QString& objectName, QWidget* parent);
 
  protected:

@@ -38,6 +38,7 @@ class EditorWindow : public ChildWindow {
   void open();
 
  protected:
+  // An empty caption leaves it to the window's form.
   EditorWindow(const QString& caption, int width, int height);
 
   bool isNew() const { return Mode == EditorMode::New; }
@@ -50,6 +51,8 @@ class EditorWindow : public ChildWindow {
   // Cancel was chosen; the editor closes afterwards.
   virtual void cancel() {}
 
+  // The buttons of the form; OK is its default one, and there may be no Apply. To be called before the window opens.
+  void connectButtons(QPushButton* ok, QPushButton* apply, QPushButton* cancel);
   // A label of the window for `buddy`, which its mnemonic, if it has one, brings the focus to.
   QLabel* makeLabel(const char* name, const QString& text, QWidget* buddy);
   // A row of buttons: OK (default), Apply when its name is not empty, Cancel. Object names and captions as given.
@@ -66,7 +69,6 @@ class EditorWindow : public ChildWindow {
   void cancelAndClose();
 
   QPushButton* ok_ = nullptr;
-  QPushButton* apply_ = nullptr;
   QPushButton* cancel_ = nullptr;
 };
 

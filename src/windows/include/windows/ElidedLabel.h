@@ -1,5 +1,5 @@
-// A label for a line of any length in a narrow window: shortened in the middle where it does not fit, whole in the tool
-// tip. text() is always the whole line. Addresses in it are never taken for markup.
+// A label for a line of any length in a narrow window: shortened in the middle where it does not fit, and then whole in
+// a tool tip. text() is always the whole line. Addresses in it are never taken for markup.
 #pragma once
 
 #include <QLabel>
@@ -10,15 +10,18 @@ namespace mv {
 class ElidedLabel : public QLabel {
   Q_OBJECT
  public:
+  explicit ElidedLabel(QWidget* parent = nullptr);
   explicit ElidedLabel(const QString& objectName, const std::string& line = {}, QWidget* parent = nullptr);
 
-  // Changes text and tool tip when the line is another one.
+  // A line that it shows already is not laid out again.
+  void setText(const QString& text);
   void setLine(const std::string& line);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 };
 

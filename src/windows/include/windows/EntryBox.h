@@ -8,6 +8,8 @@ namespace mv {
 
 class EntryBox : public QLineEdit {
   Q_OBJECT
+  Q_PROPERTY(Accepts accepts READ accepts WRITE setAccepts)
+  Q_PROPERTY(int digits READ digits WRITE setDigits)
  public:
   enum class Accepts {
     AnyText,
@@ -17,11 +19,21 @@ class EntryBox : public QLineEdit {
     NoQuoteKeys,      // quotes cannot be typed, but a text that has some keeps them
     NoApostropheKey,  // the apostrophe cannot be typed, but a text that has one keeps it
   };
+  Q_ENUM(Accepts)
 
   // The longest run of digits that can be typed: whatever is computed from it stays within 64 bits.
   static constexpr int kMaxDigits = 9;
 
+  // Takes any text.
+  explicit EntryBox(QWidget* parent = nullptr);
   EntryBox(const QString& objectName, Accepts accepts, QWidget* parent);
+
+  Accepts accepts() const { return accepts_; }
+  // Of a box that has no text yet.
+  void setAccepts(Accepts accepts);
+  // As wide as shows so many digits whole; 0: as wide as its layout makes it.
+  int digits() const { return digits_; }
+  void setDigits(int digits);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -29,7 +41,8 @@ class EntryBox : public QLineEdit {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  Accepts accepts_;
+  Accepts accepts_ = Accepts::AnyText;
+  int digits_ = 0;
   bool focusedByMouse_ = false;
 };
 

@@ -9,7 +9,6 @@
 #include "desktop/ListView.h"
 
 class QPushButton;
-class QVBoxLayout;
 
 namespace mv {
 
@@ -28,31 +27,20 @@ class ListPair : public QWidget {
   void newWanted();
 
  protected:
-  struct ButtonTexts {
-    const char* name;
-    const char* toolTip;
-  };
-  struct ListTexts {
-    const char* name;
-    const char* title;
-    const char* toolTip = "";
-    const char* labelName = "";
-  };
-  struct Texts {
-    const char* column;
-    ListTexts available;
-    ListTexts assigned;
-    ButtonTexts toAssigned;
-    ButtonTexts toAvailable;
-    ButtonTexts create;
-    const char* createCaption;
-  };
-  // Both lists have the visible column and behind it the hidden identifier. `assignedHidden`: titles of the assigned
-  // list's further columns that the user does not see.
-  explicit ListPair(const Texts& texts, const std::vector<const char*>& assignedHidden = {});
+  using QWidget::QWidget;
 
-  // Where a subclass adds what it has below the lists.
-  QVBoxLayout& rows() { return *rows_; }
+  // What the subclass's form has of a pair.
+  struct Controls {
+    ListView* available;
+    ListView* assigned;
+    QPushButton* toAssigned;
+    QPushButton* toAvailable;
+    QPushButton* create;
+  };
+  // Makes them work. Both lists have the visible column and behind it the hidden identifier. `assignedHidden`: titles
+  // of the assigned list's further columns that the user does not see.
+  void connectControls(const Controls& controls, const QString& column, const QStringList& assignedHidden = {});
+
   ListView& available() { return *available_; }
   const ListView& available() const { return *available_; }
   ListView& assigned() { return *assigned_; }
@@ -67,18 +55,12 @@ class ListPair : public QWidget {
   static constexpr int kIdColumn = 1;
 
  private:
-  ListView* makeList(const ListTexts& texts, const char* column, const std::vector<const char*>& hidden);
-  QPushButton* makeButton(const ButtonTexts& texts, const QString& caption);
-  QWidget* titled(const ListTexts& texts, ListView* list);
-  void connectAll();
   void allowMove(bool toAssigned);
 
-  QVBoxLayout* rows_;
-  ListView* available_;
-  ListView* assigned_;
-  QPushButton* toAssigned_;
-  QPushButton* toAvailable_;
-  QPushButton* create_;
+  ListView* available_ = nullptr;
+  ListView* assigned_ = nullptr;
+  QPushButton* toAssigned_ = nullptr;
+  QPushButton* toAvailable_ = nullptr;
 };
 
 }  // namespace mv

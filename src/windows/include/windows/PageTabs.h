@@ -8,6 +8,7 @@ namespace mv {
 class PageTabs : public QTabWidget {
   Q_OBJECT
  public:
+  explicit PageTabs(QWidget* parent = nullptr);
   explicit PageTabs(const QString& objectName, QWidget* parent = nullptr);
 
   bool hasHeightForWidth() const override { return true; }

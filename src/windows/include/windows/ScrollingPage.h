@@ -1,12 +1,33 @@
-// A page that scrolls when its window is smaller than it.
+// A page that is as large as its place, but never smaller than its contents need: then it scrolls.
 #pragma once
 
-class QWidget;
+#include <QScrollArea>
+
+class QLayout;
 
 namespace mv {
 
-// Fills `window`, which has no layout yet, with a page as large as the window, but never smaller than its own contents
-// need. Returns the page, owned by `window`, for the caller to lay out.
+// In a form it has one widget with a layout, and asks for what that needs; left to itself a scroll area asks for a
+// bounded part of that.
+class ScrollingPage : public QScrollArea {
+  Q_OBJECT
+ public:
+  explicit ScrollingPage(QWidget* parent = nullptr);
+
+  bool hasHeightForWidth() const override;
+  int heightForWidth(int width) const override;
+  QSize sizeHint() const override;
+
+ protected:
+  bool event(QEvent* event) override;
+
+ private:
+  const QLayout* contents() const;
+  bool fitsWithoutBars() const;
+};
+
+// Fills `window`, which has no layout yet, with such a page. Returns its contents, owned by `window`, for the caller to
+// lay out.
 QWidget* makeScrollingPage(QWidget* window);
 
 }  // namespace mv

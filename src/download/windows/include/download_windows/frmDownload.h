@@ -7,17 +7,18 @@
 #include "download/DownloadProcess.h"
 #include "process_windows/ProcessWindow.h"
 
-class QLineEdit;
-
 namespace mv {
 
-class PictureDisplay;
+namespace Ui {
+class frmDownload;
+}
 
 class frmDownload : public ProcessWindow {
   Q_OBJECT
  public:
   // Set the process's members and the caption ("Download: " + site name), show, then call initWindow.
   frmDownload();
+  ~frmDownload() override;
   DownloadProcess& process() { return *process_; }
 
   void initWindow();
@@ -39,28 +40,17 @@ class frmDownload : public ProcessWindow {
  private:
   // The process stands before the base that listens to it.
   explicit frmDownload(std::unique_ptr<DownloadProcess> process);
-  void buildSummary();
-  void buildDetails();
-  QWidget* makePreviewTab();
-  QWidget* makeInfoTab();
-  QWidget* makeDownloadPanel();
+  void showStatus();
   // Pictures are decoded only while they can be seen; the last one saved is caught up with.
   void fileSaved(const std::string& path);
   void showPreview();
   Commands previewCommands();
   Commands fileCommands(const QString& path, const QString& folder);
 
+  std::unique_ptr<Ui::frmDownload> ui_;
   std::unique_ptr<DownloadProcess> process_;
   std::string lastSaved_;
   bool previewDue_ = false;
-  PictureDisplay* Gear1_ = nullptr;
-  ElidedLabel* lblFile_ = nullptr;
-  ElidedLabel* lblFilesInQueue_ = nullptr;
-  ElidedLabel* lblFilesProcessed_ = nullptr;
-  QLabel* lblInfoSize_ = nullptr;
-  ElidedLabel* lblInfoBytesReceived_ = nullptr;
-  ElidedLabel* lblInfoBytesLeft_ = nullptr;
-  QLineEdit* txtInfoSavePath_ = nullptr;
 };
 
 }  // namespace mv

@@ -14,19 +14,13 @@
 #include "windows/ElidedLabel.h"
 #include "windows/Totals.h"
 
-class QGroupBox;
 class QLineEdit;
-class QVBoxLayout;
 
 namespace mv {
 
 inline constexpr int kProcessWidth = 4800;     // twips
 inline constexpr int kCollapsedHeight = 1600;  // twips
 inline constexpr int kExpandedHeight = 5175;   // twips
-
-// A collapsed window has little room for the lines below its title bar.
-inline constexpr QMargins kTightMargins(4, 2, 4, 2);
-inline constexpr int kTightSpacing = 2;
 
 class ProcessWindow : public ChildWindow, public Counted {
   Q_OBJECT
@@ -39,17 +33,23 @@ class ProcessWindow : public ChildWindow, public Counted {
   // `process` is not owned here: the subclass makes it before this constructor runs and drops it in its own destructor.
   explicit ProcessWindow(Process& process);
 
-  // The area below the always visible lines, shown when expanded; it has a vertical layout.
-  QWidget& details() { return *details_; }
-  // The always visible lines above the one with the progress bar and the details button.
-  void addSummary(QWidget* line, QWidget* leftCounter, QWidget* rightCounter);
-  // The work list. A click on a column header sorts it, ascending and descending by turns, one flag for all columns.
-  QTreeView& linkView() { return *lvwLinks_; }
-  // "Last Error Logged" with its four labels, object names as given.
-  QGroupBox* makeErrorPanel(const QString& frame, const QString& subject, const QString& reason, const QString& time,
-                            const QString& count, const std::string& subjectCaption = "File:");
-  // A text of any length, to be read and copied only; showLine shows its start.
-  static QLineEdit* makeReadOnlyLine(const QString& name, const QString& accessibleName, const std::string& text);
+  // What the subclass's form has of a process window.
+  struct Controls {
+    QLabel* siteId;  // never shown
+    QProgressBar* progress;
+    QPushButton* detailsButton;
+    QWidget* details;  // below the lines that are always there; shown when expanded
+    QTreeView* links;  // the work list
+    ElidedLabel* state;
+    ElidedLabel* errorSubject;  // "Last Error Logged"
+    ElidedLabel* errorReason;
+    ElidedLabel* errorTime;
+    ElidedLabel* errorCount;
+  };
+  // Makes them work, in the subclass's constructor. A click on a column header sorts the work list, ascending and
+  // descending by turns, one flag for all columns.
+  void connectControls(const Controls& controls);
+  // Of a text of any length, to be read and copied only, its start.
   static void showLine(QLineEdit& line, const std::string& text);
 
   // Before the process starts: keeps the site's id in the hidden `lblSiteId` and restores the stored place, expanded
@@ -73,9 +73,7 @@ class ProcessWindow : public ChildWindow, public Counted {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void buildLinkView();
-  void buildControls();
-  void layOut();
+  void setUpLinks();
   void wire();
   void setDetailsShown(bool shown);
   void sortLinks(int column);
@@ -88,17 +86,7 @@ class ProcessWindow : public ChildWindow, public Counted {
   bool sortDescending_ = false;
   long errorsSeen_ = 0;  // when the details were open last
   QPersistentModelIndex shownRow_;
-  QLabel* lblSiteId_ = nullptr;
-  QVBoxLayout* summary_ = nullptr;
-  QWidget* details_ = nullptr;
-  QProgressBar* pbarSave_ = nullptr;
-  QPushButton* btnDetails_ = nullptr;
-  ElidedLabel* lblState_ = nullptr;
-  QTreeView* lvwLinks_ = nullptr;
-  ElidedLabel* errorSubject_ = nullptr;
-  ElidedLabel* errorReason_ = nullptr;
-  ElidedLabel* errorTime_ = nullptr;
-  ElidedLabel* errorCount_ = nullptr;
+  Controls controls_{};
 };
 
 }  // namespace mv

@@ -6,15 +6,18 @@
 #include "process_windows/ProcessWindow.h"
 #include "scan/ScanProcess.h"
 
-class QLineEdit;
-
 namespace mv {
+
+namespace Ui {
+class frmScan;
+}
 
 class frmScan : public ProcessWindow {
   Q_OBJECT
  public:
   // Set the process's members and the caption ("Scan: " + location), show, then call initWindow.
   frmScan();
+  ~frmScan() override;
   ScanProcess& process() { return *process_; }
 
   void initWindow();
@@ -31,15 +34,10 @@ class frmScan : public ProcessWindow {
 
  private:
   explicit frmScan(std::unique_ptr<ScanProcess> process);
-  void buildSummary();
-  void buildDetails();
+  void showStatus();
 
+  std::unique_ptr<Ui::frmScan> ui_;
   std::unique_ptr<ScanProcess> process_;
-  ElidedLabel* lblPage_;
-  ElidedLabel* lblPagesToScan_;
-  ElidedLabel* lblPagesProcessed_;
-  QLineEdit* txtInfoPageURL_;
-  ElidedLabel* lblInfoLogin_;
 };
 
 }  // namespace mv

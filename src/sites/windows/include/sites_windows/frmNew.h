@@ -4,28 +4,23 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 #include "store/Id.h"
 #include "store/SiteStore.h"
 #include "windows/RecordEditor.h"
 
-class QTabWidget;
-
 namespace mv {
 
-class AutoScanPage;
-class DomainHoppingPage;
-class FileTypeLists;
-class FilterLists;
-class LoginFormFields;
-class OtherPage;
-class PathsPage;
-class RequiredInfoPage;
+namespace Ui {
+class frmNew;
+}
 
 class frmNew : public RecordEditor {
   Q_OBJECT
  public:
   frmNew();
+  ~frmNew() override;
 
   Id& SiteID = RecordId;
   QString SiteName;  // the saved name after every save
@@ -42,8 +37,6 @@ class frmNew : public RecordEditor {
   void activated() override;
 
  private:
-  void buildPages();
-  QTabWidget* makeOptionalTabs();
   void connectPages();
 
   void showDefaults();
@@ -61,15 +54,7 @@ class frmNew : public RecordEditor {
   void openNewFilter();
   void openPathManager();
 
-  RequiredInfoPage* required_;
-  LoginFormFields* login_;
-  FileTypeLists* fileTypes_;
-  FilterLists* filters_;
-  PathsPage* paths_;
-  AutoScanPage* autoScan_;
-  DomainHoppingPage* hopping_;
-  OtherPage* other_;
-
+  std::unique_ptr<Ui::frmNew> ui_;
   bool assignmentsChanged_ = false;
   bool listed_ = false;  // the web-site list has a row of the site
 };

@@ -3,17 +3,20 @@
 #pragma once
 
 #include <QDialog>
-
-class QLabel;
-class QProgressBar;
+#include <memory>
 
 namespace mv {
+
+namespace Ui {
+class frmPleaseWait;
+}
 
 class frmPleaseWait : public QDialog {
   Q_OBJECT
  public:
   // Modal to the whole program. Shows "Waiting...".
   explicit frmPleaseWait(QWidget* owner);
+  ~frmPleaseWait() override;
 
   void setText(const QString& text);
   // 0 to 100; -1 for a bar that only moves.
@@ -22,8 +25,7 @@ class frmPleaseWait : public QDialog {
   void reject() override {}
 
  private:
-  QLabel* lblPleaseWait_;
-  QProgressBar* pbarPleaseWait_;
+  std::unique_ptr<Ui::frmPleaseWait> ui_;
 };
 
 }  // namespace mv
