@@ -296,21 +296,20 @@ TEST_F(DatabaseTest, TheJournalHasEveryCommitAndNothingThatWasTakenBack) {
       database.execute("insert into link (url) values (" + quoted(std::string(700, 'x') + std::to_string(i)) + ")");
   };
   std::int64_t expected = 0;
-  for (const int rows : {1, 5, 40, 300, 7}) {
+  for (int rows = 1; rows < 200; rows += 9) {
     {
       mv::CommitGroup takenBack(db);
       insert(db, rows);
-      db.execute("update link set status = \"Done\"");  // pages are written to the journal a second time
     }
     insert(other, 3);
     mv::CommitGroup group(db);
     insert(db, rows);
-    db.execute("update link set status = \"Done\"");
+    db.execute("update link set status = \"Done\"");  // pages are written to the journal a second time
     group.commit();
     expected += 3 + rows;
     EXPECT_EQ(rowsOf(db), expected);
     EXPECT_EQ(rowsOf(other), expected);
-    EXPECT_EQ(other.query("pragma integrity_check").text("integrity_check"), "ok");
+    ASSERT_EQ(other.query("pragma integrity_check").text("integrity_check"), "ok") << rows;
   }
 }
 

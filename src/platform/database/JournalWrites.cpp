@@ -1,12 +1,12 @@
 #include "JournalWrites.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <array>
 #include <memory>
 #include <new>
 #include <utility>
+
+#include "Sqlite.h"
 
 namespace mv::engine {
 
