@@ -110,6 +110,13 @@ int OpenFile::read(std::uint64_t offset, std::string& bytes) const {
   return error;
 }
 
+OpenFile OpenFile::duplicate() const {
+  OpenFile copy;
+  copy.descriptor_ = ::fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
+  copy.size_ = size_;
+  return copy;
+}
+
 void OpenFile::startWriteback() const { ::sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE); }
 
 int OpenFile::awaitWriteback() const {

@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kAtOnce = std::size_t{256} * 1024;  // read from the file or written to it
+constexpr std::uint64_t kWriteback = std::uint64_t{16} << 20;
 
 // The ordinary folder for temporary files is often kept in memory; this one is for what is large.
 std::string spoolFolder() {
@@ -42,7 +43,14 @@ bool BodySpool::finish() { return !file_.isOpen() || flush(); }
 bool BodySpool::flush() {
   const int error = file_.write(memory_);
   memory_.clear();
+  if (file_.size() - startedTo_ >= kWriteback) startWriteback();
   return check(error);
+}
+
+void BodySpool::startWriteback() {
+  startedTo_ = file_.size();
+  if (!writeback_) writeback_ = std::make_unique<BackgroundWork>();
+  writeback_->start([file = std::make_shared<OpenFile>(file_.duplicate())] { file->startWriteback(); });
 }
 
 // In the folder itself or, when that is still to be made, in the nearest one above it.

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "base/BackgroundWork.h"
 #include "files/AtomicFile.h"
 
 namespace mv {
@@ -31,6 +33,8 @@ class BodySpool {
  private:
   int openFile();
   bool flush();
+  // Of a long body the disk has most by the time that it is whole.
+  void startWriteback();
   bool check(int error);
   bool refill();
 
@@ -41,6 +45,8 @@ class BodySpool {
   std::size_t readAt_ = 0;
   std::uint64_t fileReadAt_ = 0;
   OpenFile file_;
+  std::uint64_t startedTo_ = 0;                // the writeback of what stands before here has been asked for
+  std::unique_ptr<BackgroundWork> writeback_;  // of a long body
   std::string error_;
 };
 

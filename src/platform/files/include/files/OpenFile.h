@@ -38,7 +38,10 @@ class OpenFile {
   int write(std::string_view bytes);
   // Puts what stands at `offset` into `bytes` and cuts that to what there was, "" at the end.
   int read(std::uint64_t offset, std::string& bytes) const;
-  // The system begins to bring what was written to the disk. Waits for nothing, promises nothing.
+  // Another handle of the same file; not open when the system has none left.
+  OpenFile duplicate() const;
+  // The system begins to bring what was written to the disk. Promises nothing, and waits at most for the disk to take
+  // the work.
   void startWriteback() const;
   // Waits for that. A power cut may still take it back: a flush is to follow.
   int awaitWriteback() const;
