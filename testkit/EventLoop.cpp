@@ -13,7 +13,6 @@ namespace mvtest {
 namespace {
 
 constexpr int kWakeMs = 5;
-constexpr int kForever = -1;
 
 double threadMs() {
   timespec time{};
@@ -21,33 +20,33 @@ double threadMs() {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// When the condition is looked at.
-enum class Look { EveryIteration, EveryFewMs };
+}  // namespace
 
-bool run(const std::function<bool()>& condition, Look look, int milliseconds) {
+bool waitFor(const std::function<bool()>& condition, int milliseconds) {
   QElapsedTimer clock;
   clock.start();
   // What another thread brings about raises no event here: look again every few milliseconds.
   QTimer wake;
-  bool due = true;
-  QObject::connect(&wake, &QTimer::timeout, [&] { due = true; });
   wake.start(kWakeMs);
-  while (!((due || look == Look::EveryIteration) && condition())) {
+  while (!condition()) {
     if (clock.hasExpired(milliseconds)) return false;
-    due = false;
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   return true;
 }
 
-}  // namespace
-
-bool waitFor(const std::function<bool()>& condition, int milliseconds) {
-  return run(condition, Look::EveryIteration, milliseconds);
+// The loop that the program runs in, and nothing beside it that would be counted as the program's.
+void runUntil(const std::function<bool()>& condition) {
+  if (condition()) return;
+  QEventLoop loop;
+  QTimer wake;
+  QObject::connect(&wake, &QTimer::timeout, &loop, [&] {
+    if (condition()) loop.quit();
+  });
+  wake.start(kWakeMs);
+  loop.exec();
 }
-
-void runUntil(const std::function<bool()>& condition) { run(condition, Look::EveryFewMs, kForever); }
 
 LoopMeter::LoopMeter() : last_(threadMs()) {
   connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this, [this] { next(); });

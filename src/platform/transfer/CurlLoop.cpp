@@ -129,7 +129,7 @@ int CurlLoop::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*)
   auto* loop = static_cast<CurlLoop*>(self);
   try {
     if (what == CURL_POLL_REMOVE) {
-      loop->unwatch(socket);
+      loop->rest(socket);
     } else {
       loop->watch(socket, what);
     }
@@ -171,6 +171,14 @@ void CurlLoop::watch(curl_socket_t socket, int what) {
   }
   notifiers->read->setEnabled((what & CURL_POLL_IN) != 0);
   notifiers->write->setEnabled((what & CURL_POLL_OUT) != 0);
+}
+
+// Until the connection's next request, or its end.
+void CurlLoop::rest(curl_socket_t socket) {
+  const auto found = notifiers_.find(socket);
+  if (found == notifiers_.end()) return;
+  found->second->read->setEnabled(false);
+  found->second->write->setEnabled(false);
 }
 
 void CurlLoop::unwatch(curl_socket_t socket) { notifiers_.erase(socket); }

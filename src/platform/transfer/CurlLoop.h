@@ -62,6 +62,7 @@ class CurlLoop {
   static int onTimer(CURLM* multi, long milliseconds, void* self);
   static int onClose(void* self, curl_socket_t socket);
   void watch(curl_socket_t socket, int what);
+  void rest(curl_socket_t socket);
   void unwatch(curl_socket_t socket);
   void act(curl_socket_t socket, int events);
   void readOn();
