@@ -1,5 +1,6 @@
 #include "windows/PageTabs.h"
 
+#include <QStyle>
 #include <QTabBar>
 #include <algorithm>
 

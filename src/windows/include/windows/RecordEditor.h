@@ -11,6 +11,8 @@
 #include "store/Id.h"
 #include "windows/EditorWindow.h"
 
+class QLabel;
+
 namespace mv {
 
 class RecordEditor : public EditorWindow {
