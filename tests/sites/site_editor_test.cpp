@@ -266,7 +266,7 @@ TEST_F(SiteEditor, ClearsALargeCacheUnderThePleaseWaitWindow) {
   EXPECT_EQ(textOf(editor, "cmdClearCache"), "Clear Cache");
   EXPECT_TRUE(frame.findChild<QWidget*>("frmPleaseWait"));
   EXPECT_TRUE(waitFor([&] { return textOf(editor, "cmdClearCache") == "Cleared"; }));
-  EXPECT_EQ(all("count(*) || ' of ' || min(site_id)", "link"), "10000 of 2");
+  EXPECT_EQ(value("select count(*) || ' of ' || min(site_id) from link"), "10000 of 2");
   EXPECT_TRUE(waitFor([&] { return !frame.findChild<QWidget*>("frmPleaseWait"); }));
 }
 
