@@ -79,7 +79,10 @@ function(morvane_room room folder)
     # A form names the headers of the room's own controls.
     target_include_directories(mv_${room} PRIVATE ${root})
     # Signals are connected by the window's class, never by the names of its functions.
+    file(GLOB forms CONFIGURE_DEPENDS ${root}/*.ui)
     set_target_properties(mv_${room} PROPERTIES AUTOUIC ON AUTOUIC_OPTIONS --no-autoconnection)
+    # Otherwise a form that changes alone is not taken up.
+    set_target_properties(mv_${room} PROPERTIES AUTOGEN_TARGET_DEPENDS "${forms}")
     morvane_reuse_headers(mv_${room} widgets)
   else()
     morvane_reuse_headers(mv_${room} core)

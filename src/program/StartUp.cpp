@@ -25,6 +25,7 @@
 #include "store/Preferences.h"
 #include "store/ProgramDatabase.h"
 #include "store/SiteStore.h"
+#include "store/WindowPlaces.h"
 #include "transfer/SiteLocation.h"
 #include "windows/NoticeBoxes.h"
 #include "windows/WindowRegistry.h"
@@ -126,6 +127,7 @@ void StartUp::openData() {
   guarded("loadPreferences", loadPreferences);
   upgradeDatabase();
   ensureIndexes();
+  guarded("maskPasswordsOfWindowPositions", maskPasswordsOfWindowPositions);
   guarded("listSites", announceSites);
   cookies_ = std::make_unique<CookieFile>(gProgramFolder + kCookieFile);
   guarded("LinkCleaner", [] { LinkCleaner::instance().resume(); });

@@ -1,22 +1,15 @@
 #include "shell/frmPictureViewer.h"
 
-#include <QCheckBox>
 #include <QFile>
 #include <QFileInfo>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QShortcut>
-#include <QVBoxLayout>
 #include <utility>
 
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
-#include "desktop/PictureDisplay.h"
+#include "ui_frmPictureViewer.h"
 #include "windows/MainFrame.h"
-#include "windows/ScrollingPage.h"
 
 namespace mv {
 
@@ -25,21 +18,13 @@ namespace {
 constexpr int kWidth = 7200;   // twips
 constexpr int kHeight = 6000;  // twips
 constexpr const char* kPictureViewer = "Picture Viewer";
-constexpr QSize kSmallestPicture(120, 80);
-
-QPushButton* makeButton(const char* name, const QString& caption, const QString& toolTip) {
-  auto* button = new QPushButton(caption);
-  button->setObjectName(QString::fromLatin1(name));
-  button->setToolTip(toolTip);
-  return button;
-}
 
 }  // namespace
 
-frmPictureViewer::frmPictureViewer(const QString& lastSaved) : ChildWindow(kWidth, kHeight), lastSaved_(lastSaved) {
-  setObjectName("frmPictureViewer");
-  setCaption(kPictureViewer);
-  buildControls();
+frmPictureViewer::frmPictureViewer(const QString& lastSaved)
+    : ChildWindow(kWidth, kHeight), ui_(std::make_unique<Ui::frmPictureViewer>()), lastSaved_(lastSaved) {
+  ui_->setupUi(this);
+  setFocusProxy(ui_->pictPicture);
   wire();
   setOpens(Opens::Cascaded);
   run([this] { restorePosition(); });
@@ -47,51 +32,16 @@ frmPictureViewer::frmPictureViewer(const QString& lastSaved) : ChildWindow(kWidt
   followLastSaved();
 }
 
-void frmPictureViewer::buildControls() {
-  display_ = new PictureDisplay;
-  display_->setObjectName("pictPicture");
-  display_->setAccessibleName("Picture");
-  display_->setMinimumSize(kSmallestPicture);
-  display_->setFocusPolicy(Qt::StrongFocus);
-  txtPicture_ = new QLineEdit;
-  txtPicture_->setObjectName("txtPicture");
-  txtPicture_->setAccessibleName("File");
-  txtPicture_->setReadOnly(true);
-  txtPicture_->setFocusPolicy(Qt::ClickFocus);
-  lblPosition_ = new QLabel;
-  lblPosition_->setObjectName("lblPosition");
-  auto* lines = new QVBoxLayout(makeScrollingPage(this));
-  lines->addLayout(makeButtons());
-  lines->addWidget(display_, 1);
-  lines->addWidget(txtPicture_);
-  lines->addWidget(lblPosition_);
-  setFocusProxy(display_);
-}
-
-QHBoxLayout* frmPictureViewer::makeButtons() {
-  cmdOpen_ = makeButton("cmdOpen", "&Open...", "Choose a picture file");
-  cmdPrevious_ = makeButton("cmdPrevious", "&Previous", "The picture before this one in its folder (Left)");
-  cmdNext_ = makeButton("cmdNext", "&Next", "The picture after this one in its folder (Right)");
-  cmdDelete_ = makeButton("cmdDelete", "&Delete", "Delete this file (Delete)");
-  chkFollow_ = new QCheckBox("&Follow");
-  chkFollow_->setObjectName("chkFollow");
-  chkFollow_->setToolTip("Show every picture as soon as it has been downloaded");
-  chkFollow_->setChecked(true);
-  auto* line = new QHBoxLayout;
-  for (QWidget* control : std::initializer_list<QWidget*>{cmdOpen_, cmdPrevious_, cmdNext_, cmdDelete_, chkFollow_})
-    line->addWidget(control);
-  line->addStretch();
-  return line;
-}
+frmPictureViewer::~frmPictureViewer() = default;
 
 void frmPictureViewer::wire() {
   const auto onClick = [this](QPushButton* button, auto work) {
     connect(button, &QPushButton::clicked, this, [this, work] { run(work); });
   };
-  onClick(cmdOpen_, [this] { chooseFile(); });
-  onClick(cmdPrevious_, [this] { step(-1); });
-  onClick(cmdNext_, [this] { step(1); });
-  onClick(cmdDelete_, [this] { deleteShown(); });
+  onClick(ui_->cmdOpen, [this] { chooseFile(); });
+  onClick(ui_->cmdPrevious, [this] { step(-1); });
+  onClick(ui_->cmdNext, [this] { step(1); });
+  onClick(ui_->cmdDelete, [this] { deleteShown(); });
   // Shortcuts, because buttons keep the arrow keys for themselves.
   const auto onKey = [this](Qt::Key key, auto work) {
     auto* shortcut = new QShortcut(key, this);
@@ -102,9 +52,9 @@ void frmPictureViewer::wire() {
   onKey(Qt::Key_Right, [this] { step(1); });
   onKey(Qt::Key_Delete, [this] { deleteShown(); });
   onKey(Qt::Key_Escape, [this] { unload(); });
-  connect(chkFollow_, &QCheckBox::clicked, this, [this] { run([this] { followLastSaved(); }); });
+  connect(ui_->chkFollow, &QCheckBox::clicked, this, [this] { run([this] { followLastSaved(); }); });
   connect(&pictures_, &PictureFolder::listed, this, [this] { run([this] { folderListed(); }); });
-  connect(display_, &PictureDisplay::loaded, this, [this] { updateControls(); });
+  connect(ui_->pictPicture, &PictureDisplay::loaded, this, [this] { updateControls(); });
   listenTo(&Events::fileSaved, [this](const std::string& path) {
     lastSaved_ = toQString(path);
     followLastSaved();
@@ -118,7 +68,7 @@ void frmPictureViewer::activated() {
 void frmPictureViewer::unloading() { savePosition(); }
 
 void frmPictureViewer::followLastSaved() {
-  if (chkFollow_->isChecked() && PictureFolder::isPicture(lastSaved_)) showPicture(lastSaved_);
+  if (ui_->chkFollow->isChecked() && PictureFolder::isPicture(lastSaved_)) showPicture(lastSaved_);
 }
 
 QString frmPictureViewer::folder() const { return QFileInfo(path_).path(); }
@@ -129,18 +79,18 @@ void frmPictureViewer::showPicture(const QString& path) {
   path_ = path;
   stepWanted_ = 0;
   replace_ = false;
-  txtPicture_->setText(path);
-  display_->setPicture(toUtf8(path));
+  ui_->txtPicture->setText(path);
+  ui_->pictPicture->setPicture(toUtf8(path));
   updateControls();
 }
 
 void frmPictureViewer::updateControls() {
   const bool any = !path_.isEmpty();
   const bool known = any && !stepWanted_ && pictures_.isCurrent(folder());
-  cmdPrevious_->setEnabled(any && (!known || !pictures_.neighbour(name(), -1).isEmpty()));
-  cmdNext_->setEnabled(any && (!known || !pictures_.neighbour(name(), 1).isEmpty()));
-  cmdDelete_->setEnabled(any);
-  lblPosition_->setText(positionText());
+  ui_->cmdPrevious->setEnabled(any && (!known || !pictures_.neighbour(name(), -1).isEmpty()));
+  ui_->cmdNext->setEnabled(any && (!known || !pictures_.neighbour(name(), 1).isEmpty()));
+  ui_->cmdDelete->setEnabled(any);
+  ui_->lblPosition->setText(positionText());
 }
 
 QString frmPictureViewer::positionText() const {
@@ -156,7 +106,7 @@ void frmPictureViewer::chooseFile() {
   const auto chosen = browseForFile(
       {"Open Picture", start, "Pictures (*." + PictureFolder::suffixes().join(" *.") + ");;All files (*)", this});
   if (!chosen || isUnloaded()) return;
-  chkFollow_->setChecked(false);
+  ui_->chkFollow->setChecked(false);
   showPicture(*chosen);
   pictures_.list(folder());
   updateControls();
@@ -164,7 +114,7 @@ void frmPictureViewer::chooseFile() {
 
 void frmPictureViewer::step(int direction) {
   if (path_.isEmpty()) return;
-  chkFollow_->setChecked(false);
+  ui_->chkFollow->setChecked(false);
   stepWanted_ = direction;
   if (pictures_.isCurrent(folder()))
     takeStep();
@@ -201,8 +151,8 @@ void frmPictureViewer::deleteShown() {
   }
   // While the question stood, a download may have shown another picture.
   if (path_ != path || isUnloaded()) return;
-  display_->setPicture({});
-  chkFollow_->setChecked(false);
+  ui_->pictPicture->setPicture({});
+  ui_->chkFollow->setChecked(false);
   stepWanted_ = 1;
   replace_ = true;
   pictures_.list(folder());

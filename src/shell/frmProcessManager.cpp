@@ -16,7 +16,7 @@ constexpr const char* kProcessManager = "Process Manager";
 frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHeight) {
   setObjectName("frmProcessManager");
   list().setObjectName("lvwProcesses");
-  list().setAccessibleName(kProcessManager);
+  list().setAccessibleName("Processes");
   list().setColumns({{"Process and Site Name"}});
   list().setEmptyText("No site is running. Start one in the Web Sites window.");
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "ContentsSize.h"
+#include "FrameAccessible.h"
 #include "FreeSpace.h"
 #include "LoadedWindows.h"
 #include "app/Settings.h"
@@ -40,6 +41,8 @@ class ChildWindow::Frame : public QMdiSubWindow {
  public:
   explicit Frame(ChildWindow& window) : window_(window) {
     setAttribute(Qt::WA_DeleteOnClose, false);
+    // Tab goes round the controls without a stop at the frame.
+    setFocusPolicy(Qt::ClickFocus);
     setMinimumSize(kSmallest);
   }
 
@@ -50,6 +53,15 @@ class ChildWindow::Frame : public QMdiSubWindow {
   void closeEvent(QCloseEvent* event) override {
     event->ignore();
     window_.closeRequested();
+  }
+  // A window that hands its focus on to a control is a stop on the way of Tab, which then never comes to the controls
+  // between the two.
+  bool focusNextPrevChild(bool next) override {
+    QWidget* const first = window_.focusProxy();
+    window_.setFocusProxy(nullptr);
+    const bool moved = QMdiSubWindow::focusNextPrevChild(next);
+    window_.setFocusProxy(first);
+    return moved;
   }
   void moveEvent(QMoveEvent* event) override {
     QMdiSubWindow::moveEvent(event);
@@ -70,6 +82,7 @@ class ChildWindow::Frame : public QMdiSubWindow {
 };
 
 ChildWindow::ChildWindow(int width, int height) : frame_(new Frame(*this)), size_({width, height}) {
+  describeFrames();
   QMdiArea& area = MainFrame::current()->mdiArea();
   frame_->setWidget(this);
   frame_->hide();
@@ -89,6 +102,8 @@ ChildWindow::~ChildWindow() {
 }
 
 void ChildWindow::setCaption(const QString& caption) { setWindowTitle(caption); }
+
+void ChildWindow::setSpokenName(const QString& name) { frame_->setAccessibleName(name); }
 
 void ChildWindow::showChild() {
   if (unloaded_) return;

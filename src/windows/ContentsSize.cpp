@@ -38,8 +38,10 @@ QSize neededSize(QWidget& window, int width) {
   const QLayout* contents = window.layout();
   if (!contents) return {};
   const FullLists lists(window);
-  // What the layouts remember of their parts is told anew up to the window only in later events.
+  // What the layouts remember of their parts is told anew up to the window only in later events. A form computes some
+  // of it before its texts are set.
   for (QWidget* part : window.findChildren<QWidget*>()) part->updateGeometry();
+  for (QLayout* layout : window.findChildren<QLayout*>()) layout->invalidate();
   width = std::max(width, contents->totalSizeHint().width());
   const bool wraps = contents->hasHeightForWidth();
   return {width, wraps ? contents->totalHeightForWidth(width) : contents->totalSizeHint().height()};

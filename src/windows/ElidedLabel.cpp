@@ -1,7 +1,9 @@
 #include "windows/ElidedLabel.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 #include <algorithm>
 
 #include "base/Text.h"
@@ -22,9 +24,15 @@ ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWi
 }
 
 void ElidedLabel::setText(const QString& text) {
-  if (text == this->text()) return;
-  QLabel::setText(text);
-  setToolTip(plainToolTip(text));
+  if (text != this->text()) QLabel::setText(text);
+}
+
+// Kept as the widget's tool tip the line would be read a second time, as its description.
+bool ElidedLabel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+  const bool cut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), cut ? plainToolTip(text()) : QString(), this);
+  return true;
 }
 
 void ElidedLabel::setLine(const std::string& line) { setText(toQString(line)); }

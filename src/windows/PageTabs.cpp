@@ -3,11 +3,13 @@
 #include <QTabBar>
 #include <algorithm>
 
+#include "TabsAccessible.h"
+
 namespace mv {
 
-PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) {}
+PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) { describeTabs(); }
 
-PageTabs::PageTabs(const QString& objectName, QWidget* parent) : QTabWidget(parent) { setObjectName(objectName); }
+PageTabs::PageTabs(const QString& objectName, QWidget* parent) : PageTabs(parent) { setObjectName(objectName); }
 
 QSize PageTabs::surroundings() const {
   const int frame = 2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);

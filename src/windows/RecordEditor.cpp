@@ -17,7 +17,6 @@ RecordEditor::RecordEditor(const Description& description)
 QLabel* RecordEditor::makeIdLabel(const char* name, const QString& before) {
   idLabel_ = new QLabel(before, this);
   idLabel_->setObjectName(name);
-  idLabel_->setAccessibleName("Identifier");
   return idLabel_;
 }
 
@@ -37,7 +36,9 @@ void RecordEditor::drawNumber() {
 }
 
 void RecordEditor::showNumber() {
-  if (idLabel_ && RecordId != 0) idLabel_->setText(QString::number(RecordId));
+  if (!idLabel_ || RecordId == 0) return;
+  idLabel_->setText(QString::number(RecordId));
+  idLabel_->setAccessibleName("Identifier " + idLabel_->text());
 }
 
 // --- OK, Apply, Cancel

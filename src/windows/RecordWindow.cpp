@@ -21,6 +21,7 @@ RecordWindow::RecordWindow(Description description)
       description_(std::move(description)) {
   setObjectName(description_.windowName);
   list().setObjectName(description_.listName);
+  list().setAccessibleName(QString("%1s").arg(description_.kind));
   list().setColumns(description_.columns);
   setIdColumn(static_cast<int>(description_.columns.size()) - 1);
   setKeepSorted(description_.sorted);
@@ -32,8 +33,11 @@ RecordWindow::RecordWindow(Description description)
 
 void RecordWindow::addButtons() {
   const auto add = [this](const char* caption, const char* toolTip, const char* icon, auto work) {
-    const QString tip = description_.toolTips ? QString(toolTip).arg(lowerCase(description_.kind)) : QString();
-    return addButton(caption, tip, toolIcon(icon), work);
+    const QString tip = QString(toolTip).arg(lowerCase(description_.kind));
+    QToolButton* button = addButton(caption, description_.toolTips ? tip : QString(), toolIcon(icon), work);
+    // Without a tool tip the button would be read with its caption twice.
+    button->setAccessibleDescription(tip);
+    return button;
   };
   add("      New      ", "Create a new %1", "new", [this] { openNew(); });
   edit_ = add("Edit", "Edit the selected %1", "edit", [this] { editChosen(); });

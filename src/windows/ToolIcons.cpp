@@ -1,6 +1,6 @@
 #include "windows/ToolIcons.h"
 
-#include <QFile>
+#include "desktop/PaletteIcon.h"
 
 // A static library's resources are linked in only when they are asked for, and only from outside every namespace.
 static void initToolIcons() { Q_INIT_RESOURCE(icons); }
@@ -9,8 +9,7 @@ namespace mv {
 
 QIcon toolIcon(const QString& name) {
   initToolIcons();
-  const QString path = QStringLiteral(":/tools/%1.svg").arg(name);
-  return QFile::exists(path) ? QIcon(path) : QIcon();
+  return paletteIcon(QStringLiteral(":/tools/%1.svg").arg(name));
 }
 
 }  // namespace mv

@@ -10,12 +10,11 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
 
-#include "windows/ElidedLabel.h"
+#include "Pages.h"
 
 namespace mvtest {
 
@@ -116,21 +115,11 @@ class Look {
   QWidget& window_;
 };
 
-void lookAtPages(QWidget& window, QList<QTabWidget*> tabs, Look& look) {
-  if (tabs.isEmpty()) return look.go();
-  QTabWidget* first = tabs.takeFirst();
-  for (int page = 0; page < first->count(); ++page) {
-    first->setCurrentIndex(page);
-    lookAtPages(window, tabs, look);
-  }
-  first->setCurrentIndex(0);
-}
-
 }  // namespace
 
 QStringList cutControls(QWidget& window) {
   Look look(window);
-  lookAtPages(window, window.findChildren<QTabWidget*>(), look);
+  lookAtPages(window, [&look] { look.go(); });
   return look.found;
 }
 

@@ -1,7 +1,9 @@
 
+#include "base/WebAddress.h"
 #include "store/NoneOf.h"
 #include "store/ProgramDatabase.h"
 #include "store/Sequence.h"
+#include "store/WindowPlaces.h"
 #include "testkit/Fixture.h"
 
 namespace {
@@ -114,6 +116,21 @@ TEST_F(ProgramDatabaseTest, AnUpgradePassesOverWhatIsThereAlready) {
   mv::upgradeDatabase();
   EXPECT_EQ(count("site", "unique_names = \"no\" and base_name = \"Mine\""), 1);
   EXPECT_EQ(value("select group_concat(next_value) from valid_sid where sid_name = \"filename_id\""), "5");
+}
+
+TEST_F(ProgramDatabaseTest, PasswordsOfWindowTitlesOfEarlierVersionsGo) {
+  const std::string masked = "Scan: " + mv::maskPassword("me:secret@h/");
+  for (const char* title : {"Scan: me:secret@h/", "Download: https://me:secret@h/", "Paths: me@h", "Web Sites"})
+    mv::saveWindowPosition(title, 1, 2, 3, 4);
+  mv::maskPasswordsOfWindowPositions();
+  EXPECT_EQ(count("win_pos", "wname like '%secret%'"), 0);
+  EXPECT_EQ(count("win_pos", "wtop = 1"), 4);
+  EXPECT_EQ(count("win_pos", "wname = '" + masked + "'"), 1);
+
+  mv::saveWindowPosition("Scan: me:secret@h/", 5, 2, 3, 4);
+  mv::maskPasswordsOfWindowPositions();
+  EXPECT_EQ(value("select group_concat(wtop) from win_pos where wname = '" + masked + "'"), "1");
+  EXPECT_EQ(count("win_pos", "wname like '%secret%'"), 0);
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
 #include "frmNewRule.h"
 
-#include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSignalBlocker>
 
 #include "app/Settings.h"
@@ -12,9 +8,7 @@
 #include "desktop/Dialogs.h"
 #include "store/RuleOperators.h"
 #include "store/RuleStore.h"
-#include "windows/ChoiceBox.h"
-#include "windows/EntryBox.h"
-#include "windows/ScrollingPage.h"
+#include "ui_frmNewRule.h"
 
 namespace mv {
 
@@ -41,68 +35,28 @@ void choose(QComboBox& box, const std::string& text) {
 }  // namespace
 
 frmNewRule::frmNewRule()
-    : RecordEditor({.caption = "New Rule",
-                    .width = 4800,
-                    .height = 3120,
-                    .windowName = "frmNewRule",
-                    .record = "rule",
-                    .manager = "Rule Manager",
-                    .sequence = "rule_id"}),
-      cmboFields_(new ChoiceBox("cmboFields", this)),
-      cmboOperator_(new ChoiceBox("cmboOperator", this)),
-      txtValue_(new EntryBox("txtValue", EntryBox::Accepts::NoApostropheKey, this)),
-      cmboRuleTypes_(new ChoiceBox("cmboRuleTypes", this)),
-      txtPath_(new QLineEdit(this)),
-      cmdBrowse_(new QPushButton("Browse...", this)),
-      txtRuleName_(new EntryBox("txtRuleName", EntryBox::Accepts::NoApostropheKey, this)) {
-  buildFields();
-  startIn(cmboFields_);
-  connect(cmboRuleTypes_, &QComboBox::currentIndexChanged, this, [this] { ruleTypeChosen(); });
-  connect(txtPath_, &QLineEdit::textChanged, txtPath_,
-          [this](const QString& text) { txtPath_->setToolTip(plainToolTip(text)); });
-  connect(cmdBrowse_, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
-}
-
-void frmNewRule::buildFields() {
-  for (const std::string_view op : kRuleOperators) cmboOperator_->addItem(toQString(op));
-  cmboOperator_->setCurrentIndex(-1);
-  cmboOperator_->setAccessibleName("Operator");
-
-  auto* condition = new QHBoxLayout;
-  condition->addWidget(cmboFields_, 2);
-  condition->addWidget(cmboOperator_, 3);
-
-  auto* grid = new QGridLayout(makeScrollingPage(this));
-  grid->addWidget(makeLabel("lblIf", "If", cmboFields_), 0, 0);
-  grid->addLayout(condition, 0, 1);
-  grid->addWidget(makeLabel("lblThis", "This", txtValue_), 1, 0);
-  grid->addWidget(txtValue_, 1, 1);
-  grid->addWidget(makeLabel("lblThen", "Then", cmboRuleTypes_), 2, 0);
-  grid->addWidget(cmboRuleTypes_, 2, 1);
-  grid->addLayout(makePathRow(), 3, 1);
-  grid->addWidget(makeLabel("lblName", "Name", txtRuleName_), 4, 0);
-  grid->addWidget(txtRuleName_, 4, 1);
-  grid->setRowStretch(5, 1);
-  grid->addWidget(makeIdLabel("lblId", "ID"), 6, 0, Qt::AlignLeft | Qt::AlignVCenter);
-  grid->addLayout(makeButtons("cmdOK", QString(), "cmdCancel", "&Save", "&Cancel"), 6, 1);
-}
-
-// Shown once a rule type that may have a folder is chosen; its place is kept, so that nothing jumps.
-QHBoxLayout* frmNewRule::makePathRow() {
-  txtPath_->setObjectName("txtPath");
-  txtPath_->setAccessibleName("Folder");
-  txtPath_->setReadOnly(true);
-  cmdBrowse_->setObjectName("cmdBrowse");
-  auto* row = new QHBoxLayout;
-  for (QWidget* part : {static_cast<QWidget*>(txtPath_), static_cast<QWidget*>(cmdBrowse_)}) {
+    : RecordEditor({.width = 4800, .height = 3120, .record = "rule", .manager = "Rule Manager", .sequence = "rule_id"}),
+      ui_(std::make_unique<Ui::frmNewRule>()) {
+  ui_->setupUi(this);
+  connectButtons(ui_->cmdOK, nullptr, ui_->cmdCancel);
+  showNumberIn(ui_->lblId);
+  startIn(ui_->cmboFields);
+  for (const std::string_view op : kRuleOperators) ui_->cmboOperator->addItem(toQString(op));
+  ui_->cmboOperator->setCurrentIndex(-1);
+  // Shown once a rule type that may have a folder is chosen; their place is kept, so that nothing jumps.
+  for (QWidget* part : {static_cast<QWidget*>(ui_->txtPath), static_cast<QWidget*>(ui_->cmdBrowse)}) {
     QSizePolicy policy = part->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     part->setSizePolicy(policy);
     part->hide();
-    row->addWidget(part);
   }
-  return row;
+  connect(ui_->cmboRuleTypes, &QComboBox::currentIndexChanged, this, [this] { ruleTypeChosen(); });
+  connect(ui_->txtPath, &QLineEdit::textChanged, ui_->txtPath,
+          [this](const QString& text) { ui_->txtPath->setToolTip(plainToolTip(text)); });
+  connect(ui_->cmdBrowse, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
 }
+
+frmNewRule::~frmNewRule() = default;
 
 // --- loading
 
@@ -113,65 +67,68 @@ void frmNewRule::initWindow() {
 }
 
 void frmNewRule::buildWorkingLists(const std::string& command, long) {
-  if (command == "fields") fill(*cmboFields_, listRuleFields());
-  if (command == "ruletypes") fill(*cmboRuleTypes_, listRuleTypes());
+  if (command == "fields") fill(*ui_->cmboFields, listRuleFields());
+  if (command == "ruletypes") fill(*ui_->cmboRuleTypes, listRuleTypes());
 }
 
 void frmNewRule::loadRecord() {
   const auto rule = findRule(RuleId);
   if (!rule) return;
-  txtValue_->setText(toQString(rule->searchValue));
-  txtRuleName_->setText(toQString(rule->name));
-  choose(*cmboFields_, ruleFieldName(rule->fieldId));
-  choose(*cmboOperator_, rule->ruleOperator);
-  choose(*cmboRuleTypes_, ruleTypeName(rule->typeId));
+  ui_->txtValue->setText(toQString(rule->searchValue));
+  ui_->txtRuleName->setText(toQString(rule->name));
+  choose(*ui_->cmboFields, ruleFieldName(rule->fieldId));
+  choose(*ui_->cmboOperator, rule->ruleOperator);
+  choose(*ui_->cmboRuleTypes, ruleTypeName(rule->typeId));
   // Behind the choice, which sets the default folder.
-  txtPath_->setText(toQString(rule->path));
-  for (QLineEdit* box : {static_cast<QLineEdit*>(txtValue_), static_cast<QLineEdit*>(txtRuleName_), txtPath_})
+  ui_->txtPath->setText(toQString(rule->path));
+  for (QLineEdit* box :
+       {static_cast<QLineEdit*>(ui_->txtValue), static_cast<QLineEdit*>(ui_->txtRuleName), ui_->txtPath})
     box->setCursorPosition(0);
 }
 
 void frmNewRule::ruleTypeChosen() {
-  const bool hasFolder = cmboRuleTypes_->currentIndex() >= 0 && cmboRuleTypes_->currentText() != kIgnore;
-  txtPath_->setVisible(hasFolder);
-  cmdBrowse_->setVisible(hasFolder);
-  if (hasFolder) txtPath_->setText(toQString(gDownloadFolder));
+  const bool hasFolder = ui_->cmboRuleTypes->currentIndex() >= 0 && ui_->cmboRuleTypes->currentText() != kIgnore;
+  ui_->txtPath->setVisible(hasFolder);
+  ui_->cmdBrowse->setVisible(hasFolder);
+  if (hasFolder) ui_->txtPath->setText(toQString(gDownloadFolder));
 }
 
 void frmNewRule::browse() {
   FolderRequest request;
   request.title = "Save To";
   request.prompt = "Select the folder that is kept with this rule.";
-  request.initialFolder = txtPath_->text().isEmpty() ? toQString(gDownloadFolder) : txtPath_->text();
+  request.initialFolder = ui_->txtPath->text().isEmpty() ? toQString(gDownloadFolder) : ui_->txtPath->text();
   request.owner = this;
   const auto folder = browseForFolder(request);
-  if (folder && !isUnloaded()) txtPath_->setText(*folder);
+  if (folder && !isUnloaded()) ui_->txtPath->setText(*folder);
 }
 
 // --- saving
 
 RecordEditor::Checks frmNewRule::checks(Choice) const {
-  const bool savesTo = cmboRuleTypes_->currentText() == kSaveTo;
+  const bool savesTo = ui_->cmboRuleTypes->currentText() == kSaveTo;
   return {
-      {txtRuleName_->text().isEmpty(), "Rule not named", "Please enter a name for this rule", txtRuleName_},
-      {cmboRuleTypes_->currentIndex() < 0, "Rule type not defined", "Please select an item from the 'Then' list",
-       cmboRuleTypes_},
-      {txtValue_->text().isEmpty(), "No value defined", "Please enter a value in the 'This' field", txtValue_},
-      {cmboOperator_->currentIndex() < 0, "No operator defined", "Please select a logical operator", cmboOperator_},
-      {cmboFields_->currentIndex() < 0, "No field defined", "Please select an item from the 'If' list", cmboFields_},
-      {savesTo && txtPath_->text().isEmpty(), "No path defined", "Please define a save to directory", txtPath_},
+      {ui_->txtRuleName->text().isEmpty(), "Rule not named", "Please enter a name for this rule", ui_->txtRuleName},
+      {ui_->cmboRuleTypes->currentIndex() < 0, "Rule type not defined", "Please select an item from the 'Then' list",
+       ui_->cmboRuleTypes},
+      {ui_->txtValue->text().isEmpty(), "No value defined", "Please enter a value in the 'This' field", ui_->txtValue},
+      {ui_->cmboOperator->currentIndex() < 0, "No operator defined", "Please select a logical operator",
+       ui_->cmboOperator},
+      {ui_->cmboFields->currentIndex() < 0, "No field defined", "Please select an item from the 'If' list",
+       ui_->cmboFields},
+      {savesTo && ui_->txtPath->text().isEmpty(), "No path defined", "Please define a save to directory", ui_->txtPath},
   };
 }
 
 Rule frmNewRule::record() const {
   Rule rule;
   rule.id = RuleId;
-  rule.name = toUtf8(txtRuleName_->text());
-  rule.fieldId = ruleFieldNamed(toUtf8(cmboFields_->currentText()));
-  rule.ruleOperator = toUtf8(cmboOperator_->currentText());
-  rule.searchValue = toUtf8(txtValue_->text());
-  rule.typeId = ruleTypeNamed(toUtf8(cmboRuleTypes_->currentText()));
-  rule.path = toUtf8(txtPath_->text());
+  rule.name = toUtf8(ui_->txtRuleName->text());
+  rule.fieldId = ruleFieldNamed(toUtf8(ui_->cmboFields->currentText()));
+  rule.ruleOperator = toUtf8(ui_->cmboOperator->currentText());
+  rule.searchValue = toUtf8(ui_->txtValue->text());
+  rule.typeId = ruleTypeNamed(toUtf8(ui_->cmboRuleTypes->currentText()));
+  rule.path = toUtf8(ui_->txtPath->text());
   return rule;
 }
 

@@ -2,22 +2,22 @@
 // existing one.
 #pragma once
 
-#include "windows/RecordEditor.h"
+#include <memory>
 
-class QComboBox;
-class QHBoxLayout;
-class QLineEdit;
-class QPushButton;
+#include "windows/RecordEditor.h"
 
 namespace mv {
 
-class EntryBox;
 struct Rule;
+namespace Ui {
+class frmNewRule;
+}
 
 class frmNewRule : public RecordEditor {
   Q_OBJECT
  public:
   frmNewRule();
+  ~frmNewRule() override;
 
   Id& RuleId = RecordId;
 
@@ -33,19 +33,11 @@ class frmNewRule : public RecordEditor {
   bool updateRecord() override;
 
  private:
-  void buildFields();
-  QHBoxLayout* makePathRow();
   void ruleTypeChosen();
   void browse();
   Rule record() const;
 
-  QComboBox* cmboFields_;
-  QComboBox* cmboOperator_;
-  EntryBox* txtValue_;
-  QComboBox* cmboRuleTypes_;
-  QLineEdit* txtPath_;
-  QPushButton* cmdBrowse_;
-  EntryBox* txtRuleName_;
+  std::unique_ptr<Ui::frmNewRule> ui_;
 };
 
 }  // namespace mv

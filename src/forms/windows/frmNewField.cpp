@@ -1,23 +1,13 @@
 #include "frmNewField.h"
 
-#include <QCheckBox>
-#include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
-
 #include "app/Settings.h"
 #include "base/Text.h"
 #include "store/FormStore.h"
-#include "windows/ScrollingPage.h"
+#include "ui_frmNewField.h"
 
 namespace mv {
 
 namespace {
-
-// With these all controls are seen at the window's first size.
-constexpr QMargins kTightMargins(9, 6, 9, 6);
-constexpr int kTightSpacing = 3;
-constexpr int kButtonSpacing = 6;
 
 // A whole number in its usual writing; any other text as the user wrote it.
 QString numberText(const QString& text) {
@@ -31,53 +21,32 @@ QString numberText(const QString& text) {
 frmNewField::frmNewField()
     : RecordEditor({.width = 4800,
                     .height = 3600,
-                    .windowName = "frmNewField",
                     .record = "field",
                     .manager = "Form Manager",
                     .rebuildsManager = true,
-                    .sequence = "field_info_id"}) {
-  auto* grid = new QGridLayout(makeScrollingPage(this));
-  grid->setContentsMargins(kTightMargins);
-  grid->setVerticalSpacing(kTightSpacing);
-  txtName_ = addBox(*grid, "lblName", "Name", "txtName");
-  txtFieldNumber_ = addBox(*grid, "lblLogicalNumber", "Logical Number", "txtFieldNumber");
-  txtSearchString_ = addBox(*grid, "lblSearchString", "Search String", "txtSearchString");
-  txtPrompt_ = addBox(*grid, "lblPrompt", "Prompt", "txtPrompt");
-  txtFieldName_ = addBox(*grid, "lblFieldName", "Field Name", "txtFieldName");
-  txtFieldValue_ = addBox(*grid, "lblValue", "Value", "txtFieldValue");
-  chkSuppliedByUser_ = new QCheckBox("Supplied by user", this);
-  chkSuppliedByUser_->setObjectName("chkSuppliedByUser");
-  connect(chkSuppliedByUser_, &QCheckBox::toggled, this, [this](bool ticked) { SuppliedByUser = yesNo(ticked); });
-  grid->addWidget(chkSuppliedByUser_, grid->rowCount(), 1);
-  grid->setRowStretch(grid->rowCount(), 1);
-  QHBoxLayout* buttons = makeButtons("cmdOK", QString(), "cmdCancel", "&OK", "&Cancel");
-  buttons->setSpacing(kButtonSpacing);
-  grid->addLayout(buttons, grid->rowCount(), 0, 1, 2);
-  startIn(txtName_);
+                    .sequence = "field_info_id"}),
+      ui_(std::make_unique<Ui::frmNewField>()) {
+  ui_->setupUi(this);
+  connectButtons(ui_->cmdOK, nullptr, ui_->cmdCancel);
+  startIn(ui_->txtName);
+  connect(ui_->chkSuppliedByUser, &QCheckBox::toggled, this, [this](bool ticked) { SuppliedByUser = yesNo(ticked); });
 }
 
-QLineEdit* frmNewField::addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName) {
-  auto* box = new QLineEdit(this);
-  box->setObjectName(QString::fromLatin1(boxName));
-  const int row = grid.rowCount();
-  grid.addWidget(makeLabel(labelName, caption, box), row, 0);
-  grid.addWidget(box, row, 1);
-  return box;
-}
+frmNewField::~frmNewField() = default;
 
 void frmNewField::loadRecord() {
-  chkSuppliedByUser_->setChecked(SuppliedByUser != "no");
-  txtFieldValue_->setText(FieldValue);
-  txtFieldName_->setText(FieldName);
-  txtPrompt_->setText(Prompt);
-  txtSearchString_->setText(SearchString);
-  txtFieldNumber_->setText(numberText(LogicalNumber));
-  txtName_->setText(Name);
+  ui_->chkSuppliedByUser->setChecked(SuppliedByUser != "no");
+  ui_->txtFieldValue->setText(FieldValue);
+  ui_->txtFieldName->setText(FieldName);
+  ui_->txtPrompt->setText(Prompt);
+  ui_->txtSearchString->setText(SearchString);
+  ui_->txtFieldNumber->setText(numberText(LogicalNumber));
+  ui_->txtName->setText(Name);
   for (QLineEdit* box : findChildren<QLineEdit*>()) box->setCursorPosition(0);  // long texts show their start
 }
 
 RecordEditor::Checks frmNewField::checks(Choice) const {
-  return {{txtName_->text().isEmpty(), "Name Not Entered", "Please enter a Name", txtName_},
+  return {{ui_->txtName->text().isEmpty(), "Name Not Entered", "Please enter a Name", ui_->txtName},
           {isNew() && !hasForm(FormID), nullptr,
            "The form of this field has been deleted meanwhile. The field was not saved."}};
 }
@@ -85,13 +54,13 @@ RecordEditor::Checks frmNewField::checks(Choice) const {
 FormField frmNewField::record() const {
   return {FieldID,
           FormID,
-          toUtf8(txtName_->text()),
-          toUtf8(txtFieldNumber_->text()),
-          toUtf8(txtSearchString_->text()),
+          toUtf8(ui_->txtName->text()),
+          toUtf8(ui_->txtFieldNumber->text()),
+          toUtf8(ui_->txtSearchString->text()),
           isYes(SuppliedByUser),
-          toUtf8(txtPrompt_->text()),
-          toUtf8(txtFieldName_->text()),
-          toUtf8(txtFieldValue_->text())};
+          toUtf8(ui_->txtPrompt->text()),
+          toUtf8(ui_->txtFieldName->text()),
+          toUtf8(ui_->txtFieldValue->text())};
 }
 
 void frmNewField::insertRecord() { insertFormField(record()); }

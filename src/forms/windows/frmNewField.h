@@ -2,22 +2,23 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 #include <string>
 
 #include "windows/RecordEditor.h"
 
-class QCheckBox;
-class QGridLayout;
-class QLineEdit;
-
 namespace mv {
 
 struct FormField;
+namespace Ui {
+class frmNewField;
+}
 
 class frmNewField : public RecordEditor {
   Q_OBJECT
  public:
   frmNewField();
+  ~frmNewField() override;
 
   // Set by the opener, in mode "new" the form only.
   Id FormID = 0;
@@ -37,16 +38,9 @@ class frmNewField : public RecordEditor {
   bool updateRecord() override;
 
  private:
-  QLineEdit* addBox(QGridLayout& grid, const char* labelName, const QString& caption, const char* boxName);
   FormField record() const;
 
-  QLineEdit* txtName_;
-  QLineEdit* txtFieldNumber_;
-  QLineEdit* txtSearchString_;
-  QLineEdit* txtPrompt_;
-  QLineEdit* txtFieldName_;
-  QLineEdit* txtFieldValue_;
-  QCheckBox* chkSuppliedByUser_;
+  std::unique_ptr<Ui::frmNewField> ui_;
 };
 
 }  // namespace mv

@@ -3,22 +3,22 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 #include "windows/RecordEditor.h"
 
-class QComboBox;
-class QPushButton;
-
 namespace mv {
 
-class EntryBox;
-class ListView;
 struct Form;
+namespace Ui {
+class frmNewForm;
+}
 
 class frmNewForm : public RecordEditor {
   Q_OBJECT
  public:
   frmNewForm();
+  ~frmNewForm() override;
 
   Id& FormID = RecordId;
   // Set by the opener in mode "edit".
@@ -39,9 +39,7 @@ class frmNewForm : public RecordEditor {
   void activated() override;
 
  private:
-  QWidget* makeGeneralPage();
-  ListView* makeFieldList();
-  QWidget* makeFieldsPage();
+  void connectFields();
   void fillFields();
   void chooseField(int row);
   // The row of the field last clicked, -1 when there is none, or when the user has unmarked it.
@@ -54,13 +52,8 @@ class frmNewForm : public RecordEditor {
   void deleteField();
   Form record() const;
 
+  std::unique_ptr<Ui::frmNewForm> ui_;
   Id fieldId_ = 0;  // last clicked, 0 when none
-  EntryBox* txtName_;
-  EntryBox* txtDescription_;
-  QComboBox* cmboFormType_;
-  ListView* lvwFields_;
-  QPushButton* cmdEditField_;
-  QPushButton* cmdDeleteField_;
 };
 
 }  // namespace mv

@@ -33,10 +33,7 @@ QString withLinesBroken(const QString& text) {
 
 }  // namespace
 
-ReadingBox::ReadingBox(const QString& objectName, const QString& accessibleName, QWidget* parent)
-    : QPlainTextEdit(parent) {
-  setObjectName(objectName);
-  setAccessibleName(accessibleName);
+ReadingBox::ReadingBox(QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);
   setTabChangesFocus(true);
   setUndoRedoEnabled(false);

@@ -9,7 +9,7 @@ namespace mv {
 class ReadingBox : public QPlainTextEdit {
   Q_OBJECT
  public:
-  ReadingBox(const QString& objectName, const QString& accessibleName, QWidget* parent);
+  explicit ReadingBox(QWidget* parent = nullptr);
 
   // Some lines; more is for the window to give.
   QSize sizeHint() const override;

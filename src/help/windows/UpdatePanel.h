@@ -5,6 +5,8 @@
 #include <QFrame>
 #include <string>
 
+class QLabel;
+
 namespace mv {
 
 class ElidedLabel;
@@ -18,7 +20,14 @@ class UpdatePanel : public QFrame {
   // Shows the panel with `line`, of any length.
   void say(const std::string& line);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void drawPicture();
+
+  QString picture_;
+  QLabel* icon_;
   ElidedLabel* label_;
 };
 

@@ -1,17 +1,22 @@
 // The editor of one link-bearing tag. The opener chooses the caption of an existing one.
 #pragma once
 
+#include <memory>
+
 #include "windows/RecordEditor.h"
 
 namespace mv {
 
-class EntryBox;
 struct Tag;
+namespace Ui {
+class frmNewTag;
+}
 
 class frmNewTag : public RecordEditor {
   Q_OBJECT
  public:
   frmNewTag();
+  ~frmNewTag() override;
 
   Id& TagId = RecordId;
 
@@ -24,7 +29,7 @@ class frmNewTag : public RecordEditor {
  private:
   Tag record() const;
 
-  EntryBox* txtTagName_;
+  std::unique_ptr<Ui::frmNewTag> ui_;
 };
 
 }  // namespace mv

@@ -70,7 +70,7 @@ frmWebSites::frmWebSites()
 
 void frmWebSites::buildList() {
   list().setObjectName("lvwSites");
-  list().setAccessibleName(kTitle);
+  list().setAccessibleName("Sites");
   list().setColumns({{"Web Site", 22},
                      {"ID", 4},
                      {"AutoScan", 4},
@@ -95,6 +95,7 @@ void frmWebSites::buildToolbar() {
   addButton("Delete", "Delete the selected web site", toolIcon("delete"), [this] { deleteChosen(); });
   start_ = addButton("Start", "Start downloading from selected sites", toolIcon("start"), [this] { startSelected(); });
   stop_ = addButton("Stop", "", toolIcon("stop"), [this] { stopSelected(); });
+  stop_->setAccessibleDescription("Stop downloading from selected sites");
   stop_->installEventFilter(this);
   connections_ = addButton("Connections", "Set the number of connections", toolIcon("connections"),
                            [this] { setOneConnection(); });

@@ -3,25 +3,23 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 #include "shell/PictureFolder.h"
 #include "windows/ChildWindow.h"
 
-class QCheckBox;
-class QHBoxLayout;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-
 namespace mv {
 
-class PictureDisplay;
+namespace Ui {
+class frmPictureViewer;
+}
 
 class frmPictureViewer : public ChildWindow {
   Q_OBJECT
  public:
   // `lastSaved`: full path of the file that a download saved last, which is shown first; "" when there is none.
   explicit frmPictureViewer(const QString& lastSaved = {});
+  ~frmPictureViewer() override;
 
   // Shows a file, a damaged or missing one as a short text; "" shows none.
   void showPicture(const QString& path);
@@ -31,8 +29,6 @@ class frmPictureViewer : public ChildWindow {
   void unloading() override;
 
  private:
-  void buildControls();
-  QHBoxLayout* makeButtons();
   void wire();
 
   void chooseFile();
@@ -48,19 +44,12 @@ class frmPictureViewer : public ChildWindow {
   QString folder() const;
   QString name() const;
 
+  std::unique_ptr<Ui::frmPictureViewer> ui_;
   QString path_;          // full path of the shown file; "" when none
   QString lastSaved_;     // that of the file saved last
   int stepWanted_ = 0;    // a step that waits for the folder
   bool replace_ = false;  // the shown file has been deleted: a neighbour on either side will do
   PictureFolder pictures_;
-  PictureDisplay* display_ = nullptr;
-  QLineEdit* txtPicture_ = nullptr;
-  QLabel* lblPosition_ = nullptr;
-  QPushButton* cmdOpen_ = nullptr;
-  QPushButton* cmdPrevious_ = nullptr;
-  QPushButton* cmdNext_ = nullptr;
-  QPushButton* cmdDelete_ = nullptr;
-  QCheckBox* chkFollow_ = nullptr;
 };
 
 }  // namespace mv

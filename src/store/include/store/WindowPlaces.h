@@ -10,6 +10,9 @@ namespace mv {
 void readWindowPosition(const std::string& name, long& top, long& left, long& height, long& width);
 // Updates the row of `name`, or inserts one.
 void saveWindowPosition(const std::string& name, long top, long left, long height, long width);
+// Titles held a site's password once: a place that is kept under one is kept under the title as it is shown now, or
+// forgotten when that has its own.
+void maskPasswordsOfWindowPositions();
 // Forgets all of them.
 void clearWindowPositions();
 

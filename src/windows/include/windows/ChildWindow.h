@@ -73,6 +73,8 @@ class ChildWindow : public QWidget {
   virtual bool keepsItsPlace() const { return isChildVisible() && !isMinimised(); }
   // What the contents need, without the frame, when they are `width` wide at least; pixels.
   virtual QSize contentsSize(int width);
+  // What a window is called by assistive programs while it has no caption.
+  void setSpokenName(const QString& name);
   // Another height of its own from now on, in twips, taken at once.
   void setOwnHeight(int height);
   // A further size that is the program's, not the user's: what the shipped database has, in twips.

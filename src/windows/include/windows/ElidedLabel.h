@@ -1,5 +1,5 @@
-// A label for a line of any length in a narrow window: shortened in the middle where it does not fit, whole in the tool
-// tip. text() is always the whole line. Addresses in it are never taken for markup.
+// A label for a line of any length in a narrow window: shortened in the middle where it does not fit, and then whole in
+// a tool tip. text() is always the whole line. Addresses in it are never taken for markup.
 #pragma once
 
 #include <QLabel>
@@ -13,7 +13,7 @@ class ElidedLabel : public QLabel {
   explicit ElidedLabel(QWidget* parent = nullptr);
   explicit ElidedLabel(const QString& objectName, const std::string& line = {}, QWidget* parent = nullptr);
 
-  // Change text and tool tip when the line is another one.
+  // A line that it shows already is not laid out again.
   void setText(const QString& text);
   void setLine(const std::string& line);
 
@@ -21,6 +21,7 @@ class ElidedLabel : public QLabel {
   QSize minimumSizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 };
 

@@ -61,7 +61,7 @@ class RecordEditor : public EditorWindow {
 
   // The control that has the focus when the editor opens.
   void startIn(QWidget* control) { firstControl_ = control; }
-  // The form's label that shows the identifier once there is one.
+  // The form's label that shows the identifier once there is one, and is read as "Identifier" with it.
   void showNumberIn(QLabel* label) { idLabel_ = label; }
   // Such a label.
   QLabel* makeIdLabel(const char* name, const QString& before = QString());

@@ -6,7 +6,8 @@
 
 namespace mv {
 
-// "new", "edit", "delete", "start", "stop", "connections", "expand"; another name gives an empty icon.
+// "new", "edit", "delete", "start", "stop", "connections", "expand", "updates", "help", in the colours of the palette
+// that the program has when it is drawn; another name gives an empty icon.
 QIcon toolIcon(const QString& name);
 
 }  // namespace mv

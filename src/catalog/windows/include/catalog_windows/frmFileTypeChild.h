@@ -1,18 +1,22 @@
 // The file-type editor. The opener chooses the caption.
 #pragma once
 
+#include <memory>
+
 #include "catalog/clsFileType.h"
 #include "windows/RecordEditor.h"
 
-class QCheckBox;
-class QLineEdit;
-
 namespace mv {
+
+namespace Ui {
+class frmFileTypeChild;
+}
 
 class frmFileTypeChild : public RecordEditor {
   Q_OBJECT
  public:
   frmFileTypeChild();
+  ~frmFileTypeChild() override;
 
   // Set by the opener in mode "edit"; in mode "new" the editor uses "yes", "no" and empty texts.
   Id& FileTypeId = RecordId;
@@ -28,16 +32,13 @@ class frmFileTypeChild : public RecordEditor {
   bool updateRecord() override;
 
  private:
-  void buildFields();
   void discardPastedPeriods(const QString& typed);
   bool extensionIsTaken() const;
   // Takes over what the controls show.
   const clsFileType& record();
 
+  std::unique_ptr<Ui::frmFileTypeChild> ui_;
   clsFileType fileType_;
-  QLineEdit* txtFileTypeExtention_;
-  QLineEdit* txtFiletypeDescription_;
-  QCheckBox* chkDownloadByDefault_;
 };
 
 }  // namespace mv

@@ -2,23 +2,23 @@
 // an existing one.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "windows/RecordEditor.h"
 
-class QCheckBox;
-class QLineEdit;
-
 namespace mv {
 
-class EntryBox;
-class RuleLists;
 struct Filter;
+namespace Ui {
+class frmNewFilter;
+}
 
 class frmNewFilter : public RecordEditor {
   Q_OBJECT
  public:
   frmNewFilter();
+  ~frmNewFilter() override;
 
   Id& FilterId = RecordId;
   QString FilterName;  // as last saved
@@ -41,7 +41,6 @@ class frmNewFilter : public RecordEditor {
   void activated() override;
 
  private:
-  void buildFields();
   void rebuildLists();
   void rowsMoved();
   void openNewRule();
@@ -49,10 +48,7 @@ class frmNewFilter : public RecordEditor {
   // The assigned rules that there still are.
   std::vector<Id> rules();
 
-  EntryBox* txtFilterName_;
-  QLineEdit* txtDescription_;
-  QCheckBox* chkGlobal_;
-  RuleLists* rules_;
+  std::unique_ptr<Ui::frmNewFilter> ui_;
   bool global_ = false;
 };
 

@@ -2,21 +2,23 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "catalog/clsPath.h"
-#include "desktop/ListView.h"
 #include "store/Id.h"
 #include "windows/ChildWindow.h"
 
-class QLineEdit;
-class QPushButton;
-
 namespace mv {
+
+namespace Ui {
+class frmSitePaths;
+}
 
 class frmSitePaths : public ChildWindow {
   Q_OBJECT
  public:
   frmSitePaths();
+  ~frmSitePaths() override;
 
   // Set by the opener before open(). The caption becomes "Path Manager for: " + SiteName, whose password is masked.
   Id SiteID = 0;
@@ -32,9 +34,6 @@ class frmSitePaths : public ChildWindow {
   void activated() override;
 
  private:
-  QWidget* buildFileTypesFrame();
-  QWidget* buildPathFrame();
-  QWidget* buildCloseRow();
   QString shownName() const;
   void fillList();
   void selectionChanged();
@@ -45,11 +44,9 @@ class frmSitePaths : public ChildWindow {
   void takeTypedFolder();
   void saveFolder(const QString& folder);
 
+  std::unique_ptr<Ui::frmSitePaths> ui_;
   clsPath path_;
   std::int64_t fileTypeId_ = 0;
-  ListView* lvwFiletypesAssigned_;
-  QLineEdit* txtPath_;
-  QPushButton* cmdBrowse_;
 };
 
 }  // namespace mv

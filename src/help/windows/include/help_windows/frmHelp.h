@@ -4,21 +4,22 @@
 
 #include <QString>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "windows/ChildWindow.h"
 
-class QComboBox;
-
 namespace mv {
 
-class ListView;
-class ReadingBox;
+namespace Ui {
+class frmHelp;
+}
 
 class frmHelp : public ChildWindow {
   Q_OBJECT
  public:
   frmHelp();
+  ~frmHelp() override;
 
   // Lists the subjects.
   void initWindow();
@@ -30,18 +31,13 @@ class frmHelp : public ChildWindow {
   void activated() override;
 
  private:
-  void buildControls();
-  QWidget* makeHelpPage();
-
   void listSubjects();
   void listTopics();
   void showText();
   void subjectChosen(int row);
   void topicChosen(int index);
 
-  ListView* lvwSubjects_;
-  QComboBox* cmboTopics_;
-  ReadingBox* txtHelp_;
+  std::unique_ptr<Ui::frmHelp> ui_;
   QString subject_;           // the one chosen
   std::int64_t topicId_ = 0;  // the one chosen
 };

@@ -1,18 +1,21 @@
 // The news window: a message from the program's maker and the way to a page about it. There is one.
 #pragma once
 
-#include "windows/ChildWindow.h"
+#include <memory>
 
-class QPushButton;
+#include "windows/ChildWindow.h"
 
 namespace mv {
 
-class ReadingBox;
+namespace Ui {
+class frmMessage;
+}
 
 class frmMessage : public ChildWindow {
   Q_OBJECT
  public:
   frmMessage();
+  ~frmMessage() override;
 
   // Plain text, shown at once.
   void setMessage(const QString& text);
@@ -26,11 +29,7 @@ class frmMessage : public ChildWindow {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void buildControls();
-
-  ReadingBox* tbMsg_;
-  QPushButton* cbGo_;
-  QPushButton* cmdClose_;
+  std::unique_ptr<Ui::frmMessage> ui_;
   QString message_;
   QString url_;
 };
