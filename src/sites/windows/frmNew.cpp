@@ -41,7 +41,7 @@ frmNew::~frmNew() = default;
 
 void frmNew::connectPages() {
   connect(ui_->required, &RequiredInfoPage::limitChanged, this,
-          [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
+          [this](const QString& text) { ui_->cmdOK->setEnabled(!text.isEmpty()); });
   for (ListPair* lists : {static_cast<ListPair*>(ui_->fileTypes), static_cast<ListPair*>(ui_->filters)})
     connect(lists, &ListPair::moved, this, [this] { assignmentsChanged_ = true; });
   connect(ui_->paths, &PathsPage::browseWanted, this, [this] { run([this] { browse(); }); });
