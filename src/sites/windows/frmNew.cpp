@@ -10,6 +10,7 @@
 #include "desktop/Dialogs.h"
 #include "store/SiteDerivations.h"
 #include "ui_frmNew.h"
+#include "windows/ClearingWait.h"
 
 namespace mv {
 
@@ -183,7 +184,7 @@ void frmNew::browse() {
 
 void frmNew::clearCache() {
   clearLinkCache(SiteID);
-  ui_->other->markCleared();
+  whenLinksAreCleared(this, [this] { ui_->other->markCleared(); });
 }
 
 void frmNew::mustSaveFirst(const QString& title, const QString& text) {
