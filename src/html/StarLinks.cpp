@@ -72,7 +72,7 @@ void StarLinks::begin(std::string_view page, std::string_view address) {
   resolver_.setPage(address);
   hasBase_ = false;
   if (found_.capacity() > kRememberedFound) found_ = {};
-  given_ = passed_ = 0;
+  given_ = passed_ = position_ = 0;
   start();
 }
 
@@ -106,6 +106,7 @@ bool StarLinks::next(std::string& link) {
   while (!seek(page_.size())) {
   }
   if (next_ == found_.size()) return false;
+  position_ = static_cast<std::size_t>(found_[next_].value.data() - page_.data());
   follow(found_[next_++], link);
   ++given_;
   return true;

@@ -88,6 +88,18 @@ bool PageWalk::goOn(const TakeLink& take) {
   return true;
 }
 
+// One pass for the base address, one for each plain tag, one for all tags with a star.
+int PageWalk::percent() const {
+  const bool inStars = now_.phase == Phase::Stars;
+  const bool starsPassed = stars_->hasTags() && !now_.starsDue && !inStars;
+  std::size_t passed = 0;
+  if (now_.phase != Phase::BaseHref) passed = (inStars ? 1 : 0) + now_.tag + (starsPassed ? 1 : 0);
+  const std::size_t passes = 1 + tags_.size() + (stars_->hasTags() ? 1 : 0);
+  const std::size_t bytes = scanner_.position() + scanner_.html().size();
+  const std::size_t position = inStars ? stars_->position() : scanner_.position();
+  return bytes == 0 ? 0 : static_cast<int>((100 * passed + 100 * position / bytes) / passes);
+}
+
 void PageWalk::takeBack() {
   parser_.takeBack();
   now_ = before_;

@@ -210,10 +210,12 @@ void ScanProcess::walkPage() {
   const std::optional<bool> walked = walkSlice();
   if (!walked) return;
   reportRefusal();
-  if (*walked)
+  if (*walked) {
     pageWalked();
-  else
-    yieldThen([this] { walkPage(); });
+    return;
+  }
+  show(status_.pagePercent, walk_.percent());
+  yieldThen([this] { walkPage(); });
 }
 
 std::optional<bool> ScanProcess::walkSlice() {
@@ -267,6 +269,7 @@ bool ScanProcess::storeLink() {
 
 void ScanProcess::pageWalked() {
   if (StopRequested()) return;
+  show(status_.pagePercent, -1);
   logLeftOut();
   ++status_.pagesRead;
   status_.linksKeptOut = parser_.linksKeptOut();
@@ -320,6 +323,7 @@ std::string ScanProcess::answeringAddress() const {
 void ScanProcess::failed(const std::exception& error) {
   queue_.stopFilling();
   setRowsOpened(std::nullopt);
+  show(status_.pagePercent, -1);
   report(error);
   // A request that was started before the failure will switch the timer on itself.
   if (!Inet2.StillExecuting()) enableWorkTimer();

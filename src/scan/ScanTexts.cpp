@@ -58,6 +58,10 @@ std::string scanOutcomeText(const ScanStatus& status, long failed) {
                                              {status.linksFound, "link found", "links found"},
                                              {status.linksKeptOut, "kept out by filters"},
                                              {failed, "failed"}});
+  if (status.pagePercent >= 0) {
+    const std::string place = "At " + std::to_string(status.pagePercent) + " % of a long page.";
+    return outcomes.empty() ? place : outcomes + ". " + place;
+  }
   if (outcomes.empty()) return "No page yet. " + waitingText(status.waiting, "page");
   if (status.waiting > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
   return outcomes + ". Start page next.";

@@ -7,12 +7,10 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
 #include "NormalPlace.h"
-#include "StatusFoot.h"
 #include "WindowList.h"
 #include "app/ErrorLog.h"
 #include "app/Events.h"
@@ -21,11 +19,11 @@
 #include "base/Text.h"
 #include "desktop/Dialogs.h"
 #include "desktop/Twips.h"
-#include "help_windows/OnlineUpdates.h"
 #include "shell/Clipboard.h"
 #include "shell/frmSplash.h"
 #include "store/LinkCleaner.h"
 #include "store/WindowPlaces.h"
+#include "ui_frmDownloadManager.h"
 #include "windows/ChildWindow.h"
 #include "windows/WindowRegistry.h"
 
@@ -71,11 +69,10 @@ QRect withinView(QRect place) {
 }  // namespace
 
 frmDownloadManager::frmDownloadManager(const std::vector<Menu>& menus)
-    : area_(new QMdiArea(this)), online_(new OnlineUpdates(this)) {
-  setObjectName("frmDownloadManager");
+    : ui_(std::make_unique<Ui::frmDownloadManager>()) {
+  ui_->setupUi(this);
   setWindowTitle(applicationTitle());
   for (const Menu& menu : menus) addMenu(menu);
-  layOut();
   wire();
   move(0, 0);
   resize(twipsToPixels(kWidth), twipsToPixels(kHeight));
@@ -84,11 +81,13 @@ frmDownloadManager::frmDownloadManager(const std::vector<Menu>& menus)
 
 frmDownloadManager::~frmDownloadManager() = default;
 
+QMdiArea& frmDownloadManager::mdiArea() { return *ui_->area; }
+
 void frmDownloadManager::addMenu(const Menu& menu) {
   QMenu* entries = menuBar()->addMenu(menu.caption);
   entries->setObjectName(toQString(menu.name));
   for (const MenuItem& item : menu.items) addItem(*entries, item);
-  if (menu.listsWindows) listOpenWindows(*entries, *area_);
+  if (menu.listsWindows) listOpenWindows(*entries, *ui_->area);
 }
 
 void frmDownloadManager::addItem(QMenu& menu, const MenuItem& item) {
@@ -99,21 +98,6 @@ void frmDownloadManager::addItem(QMenu& menu, const MenuItem& item) {
   entry->setShortcut(item.shortcut);
   if (item.work)
     connect(entry, &QAction::triggered, this, [this, item] { guarded(item.name.c_str(), [&] { item.work(*this); }); });
-}
-
-// The online checks and the foot stand below the child windows.
-void frmDownloadManager::layOut() {
-  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  auto* central = new QWidget(this);
-  auto* whole = new QVBoxLayout(central);
-  whole->setContentsMargins(0, 0, 0, 0);
-  whole->setSpacing(0);
-  whole->addWidget(area_, 1);
-  whole->addWidget(online_);
-  foot_ = new StatusFoot(central);
-  whole->addWidget(foot_);
-  setCentralWidget(central);
 }
 
 void frmDownloadManager::wire() {
@@ -149,15 +133,15 @@ void frmDownloadManager::setClipboardItemsEnabled(bool enabled) {
 
 void frmDownloadManager::setDeleteWebSiteEnabled(bool enabled) { setItemEnabled(kDeleteWebSiteItem, enabled); }
 
-void frmDownloadManager::hideStatusIndicators() { online_->hidePanels(); }
+void frmDownloadManager::hideStatusIndicators() { ui_->online->hidePanels(); }
 
-void frmDownloadManager::say(const QString& line) { foot_->say(line); }
+void frmDownloadManager::say(const QString& line) { ui_->foot->say(line); }
 
-void frmDownloadManager::getFormUpdates() { online_->formUpdates.getFormUpdates(); }
-void frmDownloadManager::fetchNextFormUpdate() { online_->formUpdates.fetchNextFormUpdate(); }
-void frmDownloadManager::getHelp() { online_->helpUpdates.getHelp(); }
-void frmDownloadManager::fetchNextHelpTopic() { online_->helpUpdates.fetchNextHelpTopic(); }
-void frmDownloadManager::getMessage() { online_->messageCheck.getMessage(); }
+void frmDownloadManager::getFormUpdates() { ui_->online->formUpdates.getFormUpdates(); }
+void frmDownloadManager::fetchNextFormUpdate() { ui_->online->formUpdates.fetchNextFormUpdate(); }
+void frmDownloadManager::getHelp() { ui_->online->helpUpdates.getHelp(); }
+void frmDownloadManager::fetchNextHelpTopic() { ui_->online->helpUpdates.fetchNextHelpTopic(); }
+void frmDownloadManager::getMessage() { ui_->online->messageCheck.getMessage(); }
 
 frmSplash& frmDownloadManager::splash() {
   if (!splash_) splash_ = new frmSplash(this);

@@ -14,6 +14,7 @@
 #include "store/Maintenance.h"
 #include "store/WindowPlaces.h"
 #include "ui_frmPreferences.h"
+#include "windows/ClearingWait.h"
 #include "windows/MainFrame.h"
 #include "windows/WindowRegistry.h"
 #include "windows/frmPleaseWait.h"
@@ -161,8 +162,10 @@ void frmPreferences::clearWindowPositions() {
 
 void frmPreferences::clearCache() {
   clearLinkCache();
-  ui_->txtDBStatus->setText("Link Cache has been cleared.");
-  markDone(*ui_->cmdClearCache, kCleared);
+  whenLinksAreCleared(this, [this] {
+    ui_->txtDBStatus->setText("Link Cache has been cleared.");
+    markDone(*ui_->cmdClearCache, kCleared);
+  });
 }
 
 QString frmPreferences::whyNotCompact() const {

@@ -1,5 +1,7 @@
 #include "store/LinkCleaner.h"
 
+#include <algorithm>
+
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
 #include "base/TimeBudget.h"
@@ -12,7 +14,8 @@ namespace mv {
 namespace {
 
 constexpr int kRowsAtOnce = 100;
-constexpr int kMostAtOnce = 10;  // times as many in one turn
+constexpr int kTableAtOnce = 10'000;  // rows that all go by one statement
+constexpr int kMostAtOnce = 10;       // times as many in one turn
 
 }  // namespace
 
@@ -21,14 +24,22 @@ LinkCleaner& LinkCleaner::instance() {
   return cleaner;
 }
 
-void LinkCleaner::clear(Id siteId) { add(siteId); }
+void LinkCleaner::clear(Id siteId) { add({.of = Of::OneSite, .siteId = siteId, .lastLink = newestLink()}); }
 
-void LinkCleaner::resume() { add(std::nullopt); }
+void LinkCleaner::clearAll() {
+  const Work all{.of = Of::AllSites, .firstLink = oldestLink(), .lastLink = newestLink()};
+  if (all.lastLink - all.firstLink < kTableAtOnce)
+    deleteAllLinks();
+  else
+    add(all);
+}
 
-void LinkCleaner::add(std::optional<Id> siteId) {
-  const std::int64_t newest = newestLink();
+void LinkCleaner::resume() { add({.of = Of::GoneSites, .lastLink = newestLink()}); }
+
+void LinkCleaner::add(const Work& work) {
   const bool first = work_.empty();
-  work_.push_back({siteId, newest});
+  if (first) deleted_ = 0, hasFailed_ = false;
+  work_.push_back(work);
   if (first) deleteSome();
   goOn();
 }
@@ -37,20 +48,38 @@ void LinkCleaner::finish() {
   while (!work_.empty()) deleteSome();
 }
 
+int LinkCleaner::percent() const {
+  if (work_.empty() || work_.front().of != Of::AllSites) return -1;
+  const Work& now = work_.front();
+  return static_cast<int>(std::min<std::int64_t>(100 * deleted_ / (now.lastLink - now.firstLink + 1), 100));
+}
+
 void LinkCleaner::deleteSome() {
   const TimeBudget budget;
   for (int i = 0; i < kMostAtOnce && (i == 0 || !budget.spent()); ++i)
     if (!deleteNext()) return;
 }
 
+std::int64_t LinkCleaner::deleteFew(const Work& work) {
+  switch (work.of) {
+    case Of::OneSite:
+      return deleteLinks(work.siteId, work.lastLink, kRowsAtOnce);
+    case Of::GoneSites:
+      return deleteOrphanedLinks(work.lastLink, kRowsAtOnce);
+    case Of::AllSites:
+      return deleteOldestLinks(work.lastLink, kRowsAtOnce);
+  }
+  return 0;
+}
+
 bool LinkCleaner::deleteNext() {
-  const Work now = work_.front();
   std::int64_t deleted = 0;
   try {
-    deleted = now.siteId ? deleteLinks(*now.siteId, now.lastLink, kRowsAtOnce)
-                         : deleteOrphanedLinks(now.lastLink, kRowsAtOnce);
+    deleted = deleteFew(work_.front());
+    deleted_ += deleted;
   } catch (const DatabaseError&) {
     work_.pop_front();
+    hasFailed_ = true;
     throw;
   }
   if (deleted == kRowsAtOnce) return true;

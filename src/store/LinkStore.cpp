@@ -113,6 +113,8 @@ std::optional<std::int64_t> linkLossMark() {
   }
 }
 
+std::int64_t oldestLink() { return gDatabase.query("select min(id) as oldest from link").number("oldest"); }
+
 std::int64_t newestLink() { return gDatabase.query("select max(id) as newest from link").number("newest"); }
 
 std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most) {
@@ -127,6 +129,10 @@ std::int64_t deleteOrphanedLinks(std::int64_t newest, std::int64_t most) {
       "select (select min(site_id) from link where site_id > value) from present where value is not null) select value "
       "from present where value not in (select id from site))",
       newest, most);
+}
+
+std::int64_t deleteOldestLinks(std::int64_t newest, std::int64_t most) {
+  return deleteWhere("id is not null", newest, most);
 }
 
 void deleteAllLinks() { gDatabase.execute("delete from link"); }

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "app/Settings.h"
-#include "store/LinkStore.h"
+#include "store/LinkCleaner.h"
 #include "store/ProgramDatabase.h"
 
 namespace mv {
@@ -84,6 +84,6 @@ std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, con
   return compaction;
 }
 
-void clearLinkCache() { deleteAllLinks(); }
+void clearLinkCache() { LinkCleaner::instance().clearAll(); }
 
 }  // namespace mv

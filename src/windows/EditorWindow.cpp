@@ -1,47 +1,17 @@
 #include "windows/EditorWindow.h"
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 
 #include "windows/MainFrame.h"
 
 namespace mv {
 
-EditorWindow::EditorWindow(const QString& caption, int width, int height) : ChildWindow(width, height) {
-  if (!caption.isEmpty()) setCaption(caption);
-  setOpens(Opens::Cascaded);
-}
+EditorWindow::EditorWindow(int width, int height) : ChildWindow(width, height) { setOpens(Opens::Cascaded); }
 
 void EditorWindow::open() {
   run([this] { initWindow(); });
   showChild();
-}
-
-QLabel* EditorWindow::makeLabel(const char* name, const QString& text, QWidget* buddy) {
-  auto* label = new QLabel(text, this);
-  label->setObjectName(QString::fromLatin1(name));
-  label->setBuddy(buddy);
-  return label;
-}
-
-QHBoxLayout* EditorWindow::makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,
-                                       const QString& okCaption, const QString& cancelCaption,
-                                       const QString& applyCaption) {
-  auto* row = new QHBoxLayout;
-  row->addStretch();
-  const auto add = [&](const QString& name, const QString& caption) {
-    auto* button = new QPushButton(caption, this);
-    button->setObjectName(name);
-    row->addWidget(button);
-    return button;
-  };
-  QPushButton* ok = add(okName, okCaption);
-  ok->setDefault(true);
-  QPushButton* apply = applyName.isEmpty() ? nullptr : add(applyName, applyCaption);
-  connectButtons(ok, apply, add(cancelName, cancelCaption));
-  return row;
 }
 
 void EditorWindow::connectButtons(QPushButton* ok, QPushButton* apply, QPushButton* cancel) {

@@ -18,11 +18,6 @@ constexpr int kWidestHint = 280;
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-ElidedLabel::ElidedLabel(const QString& objectName, const std::string& line, QWidget* parent) : ElidedLabel(parent) {
-  setObjectName(objectName);
-  setLine(line);
-}
-
 void ElidedLabel::setText(const QString& text) {
   if (text != this->text()) QLabel::setText(text);
 }

@@ -57,11 +57,6 @@ class CleaningValidator : public QValidator {
 
 EntryBox::EntryBox(QWidget* parent) : QLineEdit(parent) {}
 
-EntryBox::EntryBox(const QString& objectName, Accepts accepts, QWidget* parent) : QLineEdit(parent) {
-  setObjectName(objectName);
-  setAccepts(accepts);
-}
-
 void EntryBox::setAccepts(Accepts accepts) {
   accepts_ = accepts;
   if (accepts == Accepts::Digits || accepts == Accepts::NoQuotes || accepts == Accepts::OneLine)

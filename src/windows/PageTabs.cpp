@@ -1,5 +1,6 @@
 #include "windows/PageTabs.h"
 
+#include <QStyle>
 #include <QTabBar>
 #include <algorithm>
 
@@ -8,8 +9,6 @@
 namespace mv {
 
 PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) { describeTabs(); }
-
-PageTabs::PageTabs(const QString& objectName, QWidget* parent) : PageTabs(parent) { setObjectName(objectName); }
 
 QSize PageTabs::surroundings() const {
   const int frame = 2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);

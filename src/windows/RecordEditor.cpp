@@ -10,15 +10,7 @@
 namespace mv {
 
 RecordEditor::RecordEditor(const Description& description)
-    : EditorWindow(description.caption, description.width, description.height), description_(description) {
-  if (*description.windowName) setObjectName(description.windowName);
-}
-
-QLabel* RecordEditor::makeIdLabel(const char* name, const QString& before) {
-  idLabel_ = new QLabel(before, this);
-  idLabel_->setObjectName(name);
-  return idLabel_;
-}
+    : EditorWindow(description.width, description.height), description_(description) {}
 
 // --- loading
 

@@ -1,7 +1,7 @@
 #include "windows/ScrollingPage.h"
 
 #include <QEvent>
-#include <QVBoxLayout>
+#include <QLayout>
 
 namespace mv {
 
@@ -38,16 +38,6 @@ bool ScrollingPage::event(QEvent* event) {
   if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
     setVerticalScrollBarPolicy(fitsWithoutBars() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
   return QScrollArea::event(event);
-}
-
-QWidget* makeScrollingPage(QWidget* window) {
-  auto* page = new QWidget;
-  auto* scroller = new ScrollingPage;
-  scroller->setWidget(page);
-  auto* whole = new QVBoxLayout(window);
-  whole->setContentsMargins(0, 0, 0, 0);
-  whole->addWidget(scroller);
-  return page;
 }
 
 }  // namespace mv

@@ -10,10 +10,14 @@ frmPleaseWait::frmPleaseWait(QWidget* owner)
       ui_(std::make_unique<Ui::frmPleaseWait>()) {
   ui_->setupUi(this);
   setWindowTitle(applicationTitle());
+  ui_->cmdStop->hide();
+  connect(ui_->cmdStop, &QPushButton::clicked, this, &frmPleaseWait::stopWanted);
   setPercent(-1);
 }
 
 frmPleaseWait::~frmPleaseWait() = default;
+
+void frmPleaseWait::offerStop() { ui_->cmdStop->show(); }
 
 void frmPleaseWait::setText(const QString& text) { ui_->lblPleaseWait->setText(text); }
 

@@ -51,6 +51,28 @@ TEST_F(ScanWindowTest, ShowsTheScanInBothSizes) {
   EXPECT_NEAR(window->place().height, mv::kCollapsedHeight, mv::kTwipsPerPixel);
 }
 
+TEST_F(ScanWindowTest, TellsHowFarALongPageIs) {
+  setTags({"<img src=", "<a * href="});
+  std::string page;
+  for (int link = 0; link < 20'000; ++link) page += "<a href=\"page" + std::to_string(link) + ".htm\">";
+  site.page("/", page);
+  std::vector<int> percents;
+  QObject::connect(&window->process(), &mv::Process::viewChanged, window, [&] {
+    const int percent = window->process().status().pagePercent;
+    if (percent >= 0 && (percents.empty() || percents.back() != percent)) percents.push_back(percent);
+  });
+  window->initWindow();
+  ASSERT_TRUE(waitFor([this] { return text("lblState").endsWith(" % of a long page."); }));
+  ASSERT_TRUE(waitFor([this] { return window->process().status().pagesRead == 1; }));
+  ASSERT_GT(percents.size(), 2u);
+  EXPECT_TRUE(std::is_sorted(percents.begin(), percents.end()));
+  EXPECT_GT(percents.back(), 50);
+  EXPECT_LE(percents.back(), 100);
+  window->process().tmrOKToDownload.stop();
+  EXPECT_TRUE(waitFor([this] { return text("lblState").startsWith("1 page read, 20000 links found"); }))
+      << qPrintable(text("lblState"));
+}
+
 TEST_F(ScanWindowTest, SelectsThePageTakenUpAndSortsByItsHeader) {
   addLink(20, "h/b.htm");
   addLink(9, "h/a.htm");

@@ -1,6 +1,8 @@
 // The preferences window: the row of `pref` in and out, and the maintenance of the database.
 
 #include <QFileInfo>
+#include <QProgressBar>
+#include <QSignalSpy>
 #include <QSlider>
 
 #include "base/Text.h"
@@ -212,6 +214,14 @@ TEST_F(PreferencesTest, ALargeDatabaseHoldsNothingUp) {
   ASSERT_TRUE(waitFor([&] { return !waiting(); }, 300'000));
   EXPECT_EQ(text("txtDBStatus"), "Database compacted");
   QTest::mouseClick(&on<QPushButton>(kDatabase, "cmdClearCache"), Qt::LeftButton);
+  ASSERT_TRUE(waiting());
+  EXPECT_TRUE(textOf(waiting(), "lblPleaseWait").endsWith("00 links so far"));
+  EXPECT_EQ(text("cmdClearCache"), "Clear Cache");
+  QSignalSpy percents(&control<QProgressBar>(waiting(), "pbarPleaseWait"), &QProgressBar::valueChanged);
+  ASSERT_TRUE(waitFor([&] { return !waiting(); }, 300'000));
+  EXPECT_EQ(text("txtDBStatus"), "Link Cache has been cleared.");
+  EXPECT_EQ(text("cmdClearCache"), "Cleared");
+  EXPECT_GT(percents.size(), 1);
   EXPECT_GT(watch.paints, 1);
   EXPECT_LT(turn.longest, 200) << links << " links";
   EXPECT_EQ(count("link"), 0);

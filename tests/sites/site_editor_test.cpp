@@ -259,6 +259,17 @@ TEST_F(SiteEditor, ClearCacheForgetsTheSitesLinksOnce) {
   EXPECT_FALSE(enabled(editor, "cmdClearCache"));
 }
 
+TEST_F(SiteEditor, ClearsALargeCacheUnderThePleaseWaitWindow) {
+  openEdit(addSite("www.example.test", "/x"), kOther);
+  insertNumbered("link (id, site_id)", 10, 20'010, "i, 1 + i % 2");
+  click(editor, "cmdClearCache");
+  EXPECT_EQ(textOf(editor, "cmdClearCache"), "Clear Cache");
+  EXPECT_TRUE(frame.findChild<QWidget*>("frmPleaseWait"));
+  EXPECT_TRUE(waitFor([&] { return textOf(editor, "cmdClearCache") == "Cleared"; }));
+  EXPECT_EQ(value("select count(*) || ' of ' || min(site_id) from link"), "10000 of 2");
+  EXPECT_TRUE(waitFor([&] { return !frame.findChild<QWidget*>("frmPleaseWait"); }));
+}
+
 TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
   openNew();
   const auto walk = [](QWidget* from, int steps) {

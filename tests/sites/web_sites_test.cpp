@@ -333,6 +333,26 @@ TEST_F(WebSites, DeletingThousandsOfSitesLeavesTheWindowsAlive) {
   EXPECT_LT(turn.longest, 100.0);
 }
 
+TEST_F(WebSites, ADeletionOfManySitesCanBeStopped) {
+  openWith({});
+  insertNumbered("site (id, name, domain, auto_scan)", 1, 4000, "i, 'h' || i, 'h', 'no'");
+  window->buildWorkingLists("init");
+  list->selectAll();
+  press("Delete");
+  const auto waiting = [this] { return frame.findChild<QWidget*>("frmPleaseWait"); };
+  ASSERT_TRUE(waitFor(waiting));
+  EXPECT_TRUE(textOf(waiting(), "lblPleaseWait").endsWith(" of 4000"))
+      << qPrintable(textOf(waiting(), "lblPleaseWait"));
+  click(waiting(), "cmdStop");
+  ASSERT_TRUE(waitFor([&] { return !waiting(); }));
+  const long left = count("site");
+  EXPECT_GT(left, 0);
+  EXPECT_LT(left, 4000);
+  EXPECT_EQ(list->rowCount(), left);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(count("site"), left);
+}
+
 TEST_F(WebSites, OpensTheEditor) {
   openWith({"a", "b"});
   press("Edit");

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <optional>
 
+#include "store/LinkCleaner.h"
 #include "store/ProgramDatabase.h"
 #include "testkit/Fixture.h"
 
@@ -165,6 +166,7 @@ TEST_F(MaintenanceTest, AMissingDatabaseIsTakenFromAWholeCopyOnly) {
 TEST_F(MaintenanceTest, ClearingTheCacheEmptiesItAndRoomIsMoreThanTwiceTheSize) {
   gDatabase.execute("insert into link (site_id) values (7)");
   clearLinkCache();
+  EXPECT_TRUE(waitFor([] { return LinkCleaner::instance().isIdle(); }));
   EXPECT_EQ(count("link"), 0);
   static_assert(!hasRoomToCompact(100, 60) && hasRoomToCompact(121, 60) && !hasRoomToCompact(120, 60));
 }

@@ -1,16 +1,18 @@
 #include "help_windows/OnlineUpdates.h"
 
-#include <QHBoxLayout>
+#include <QEvent>
 
-#include "UpdatePanel.h"
 #include "base/Text.h"
-#include "desktop/ListView.h"
 #include "help_windows/frmMessage.h"
+#include "ui_OnlineUpdates.h"
+#include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
 
 namespace mv {
 
 namespace {
+
+constexpr int kPictureSize = 16;
 
 enum HelpColumn { kId, kUrl, kFetch };
 
@@ -26,55 +28,61 @@ void showNews(const NewsMessage& message) {
 
 }  // namespace
 
-OnlineUpdates::OnlineUpdates(QWidget* parent)
-    : QWidget(parent),
-      pictUpdates_(new UpdatePanel("pictUpdates", "lblUpdates", "updates", this)),
-      pictHelpUpdates_(new UpdatePanel("pictHelpUpdates", "lblHelpUpdates", "help", this)) {
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(0);
-  addPanel(*pictUpdates_, formUpdates);
-  addPanel(*pictHelpUpdates_, helpUpdates);
-  fillOverview(*addList("lvwOverview"));
-  fillHelpOverview(*addList("lvwHelpOverview"));
+OnlineUpdates::OnlineUpdates(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::OnlineUpdates>()) {
+  ui_->setupUi(this);
+  drawPictures();
+  connectPanel(*ui_->pictUpdates, *ui_->lblUpdates, formUpdates);
+  connectPanel(*ui_->pictHelpUpdates, *ui_->lblHelpUpdates, helpUpdates);
+  fillOverview();
+  fillHelpOverview();
   connect(&messageCheck, &MessageCheck::newsArrived, this,
           [](const NewsMessage& message) { guarded("MessageCheck", [&] { showNews(message); }); });
 }
 
-void OnlineUpdates::hidePanels() {
-  for (UpdatePanel* panel : {pictUpdates_, pictHelpUpdates_}) panel->hide();
+OnlineUpdates::~OnlineUpdates() = default;
+
+void OnlineUpdates::drawPictures() {
+  ui_->iconUpdates->setPixmap(toolIcon("updates").pixmap(kPictureSize));
+  ui_->iconHelpUpdates->setPixmap(toolIcon("help").pixmap(kPictureSize));
 }
 
-void OnlineUpdates::addPanel(UpdatePanel& panel, const FeedChain& chain) {
-  static_cast<QHBoxLayout*>(layout())->addWidget(&panel, 1);
-  connect(&chain, &FeedChain::progress, &panel, &UpdatePanel::say);
+void OnlineUpdates::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) drawPictures();
+}
+
+void OnlineUpdates::hidePanels() {
+  ui_->pictUpdates->hide();
+  ui_->pictHelpUpdates->hide();
+}
+
+void OnlineUpdates::connectPanel(QWidget& panel, ElidedLabel& line, const FeedChain& chain) {
+  connect(&chain, &FeedChain::progress, &panel, [&panel, &line](const std::string& text) {
+    line.setLine(text);
+    panel.show();
+  });
   connect(&chain, &FeedChain::ended, &panel, &QWidget::hide);
 }
 
-ListView* OnlineUpdates::addList(const char* name) {
-  auto* list = new ListView(this);
-  list->setObjectName(QString::fromLatin1(name));
-  list->hide();
-  return list;
+void OnlineUpdates::fillOverview() {
+  ListView& list = *ui_->lvwOverview;
+  list.setColumns({{"name"}, {"release date"}, {"url"}});
+  connect(&formUpdates, &FormUpdates::listCleared, &list, &ListView::clearRows);
+  connect(&formUpdates, &FormUpdates::definitionListed, &list, [&list](const FormUpdate& definition) {
+    list.addRow({toQString(definition.name), toQString(definition.releaseDate), toQString(definition.url)});
+  });
+  connect(&formUpdates, &FormUpdates::definitionTakenOff, &list, &ListView::removeRow);
 }
 
-void OnlineUpdates::fillOverview(ListView& lvwOverview) {
-  lvwOverview.setColumns({{"name"}, {"release date"}, {"url"}});
-  connect(&formUpdates, &FormUpdates::listCleared, &lvwOverview, &ListView::clearRows);
-  connect(&formUpdates, &FormUpdates::definitionListed, &lvwOverview, [&lvwOverview](const FormUpdate& definition) {
-    lvwOverview.addRow({toQString(definition.name), toQString(definition.releaseDate), toQString(definition.url)});
+void OnlineUpdates::fillHelpOverview() {
+  ListView& list = *ui_->lvwHelpOverview;
+  list.setColumns({{"id"}, {"url"}, {"fetch"}});
+  connect(&helpUpdates, &HelpUpdates::listCleared, &list, &ListView::clearRows);
+  connect(&helpUpdates, &HelpUpdates::topicListed, &list, [&list](const TopicEntry& topic) {
+    list.addRow({QString::number(topic.id), toQString(topic.url), fetchFlag(true)});
   });
-  connect(&formUpdates, &FormUpdates::definitionTakenOff, &lvwOverview, &ListView::removeRow);
-}
-
-void OnlineUpdates::fillHelpOverview(ListView& lvwHelpOverview) {
-  lvwHelpOverview.setColumns({{"id"}, {"url"}, {"fetch"}});
-  connect(&helpUpdates, &HelpUpdates::listCleared, &lvwHelpOverview, &ListView::clearRows);
-  connect(&helpUpdates, &HelpUpdates::topicListed, &lvwHelpOverview, [&lvwHelpOverview](const TopicEntry& topic) {
-    lvwHelpOverview.addRow({QString::number(topic.id), toQString(topic.url), fetchFlag(true)});
-  });
-  connect(&helpUpdates, &HelpUpdates::topicMarked, &lvwHelpOverview,
-          [&lvwHelpOverview](int row, bool marked) { lvwHelpOverview.setCell(row, kFetch, fetchFlag(marked)); });
+  connect(&helpUpdates, &HelpUpdates::topicMarked, &list,
+          [&list](int row, bool marked) { list.setCell(row, kFetch, fetchFlag(marked)); });
 }
 
 }  // namespace mv

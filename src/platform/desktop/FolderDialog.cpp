@@ -4,19 +4,14 @@
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFileSystemModel>
-#include <QHBoxLayout>
 #include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QToolButton>
-#include <QTreeView>
-#include <QVBoxLayout>
 
 #include "base/ProgramName.h"
 #include "base/UserSettings.h"
+#include "ui_FolderDialog.h"
 
 namespace mv {
 namespace {
@@ -53,86 +48,63 @@ QString nearestFolder(const QString& path) {
 
 FolderDialog::FolderDialog(const FolderRequest& request, QWidget* parent)
     : QDialog(parent),
+      ui_(std::make_unique<Ui::FolderDialog>()),
       hint_(request.statusText),
-      model_(new QFileSystemModel(this)),
-      tree_(makeTree()),
-      line_(new QLineEdit(this)),
-      status_(new QLabel(this)) {
+      model_(new QFileSystemModel(this)) {
+  ui_->setupUi(this);
   setWindowTitle(request.title);
-  layOut(request.prompt);
-  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
-  // The folders above the current one arrive one after the other and are sorted later, each time moving it.
-  settled_.setSingleShot(true);
-  settled_.setInterval(kSettleMs);
-  connect(&settled_, &QTimer::timeout, this,
-          [this] { tree_->scrollTo(tree_->currentIndex(), QTreeView::PositionAtCenter); });
-  connect(model_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
-    if (folder().startsWith(absoluteFolder(loaded))) settled_.start();
-  });
-  connect(line_, &QLineEdit::textEdited, this, &FolderDialog::lineEdited);
+  ui_->prompt->setText(request.prompt);
+  addPlaces();
+  showTree();
+  connect(ui_->path, &QLineEdit::textEdited, this, &FolderDialog::lineEdited);
+  connect(ui_->newFolder, &QPushButton::clicked, this, &FolderDialog::makeFolder);
+  connect(ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
+  connect(ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
   showFolder(nearestFolder(request.initialFolder));
   resize(kInitialSize);
-  tree_->setFocus();
+  ui_->folders->setFocus();
 }
 
-void FolderDialog::layOut(const QString& promptText) {
-  auto* prompt = new QLabel(promptText, this);
-  prompt->setObjectName("prompt");
-  line_->setObjectName("path");
-  status_->setObjectName("status");
-  for (QLabel* label : {prompt, status_}) {
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-  }
-  auto* lineLabel = new QLabel("&Folder:", this);
-  lineLabel->setBuddy(line_);
-  auto* lineRow = new QHBoxLayout;
-  lineRow->addWidget(lineLabel);
-  lineRow->addWidget(line_, 1);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(prompt);
-  layout->addLayout(makePlaces());
-  layout->addWidget(tree_, 1);
-  layout->addLayout(lineRow);
-  layout->addWidget(status_);
-  layout->addLayout(makeButtons());
-}
+FolderDialog::~FolderDialog() = default;
 
-QTreeView* FolderDialog::makeTree() {
+void FolderDialog::showTree() {
   model_->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
   model_->setRootPath(QDir::rootPath());
   // The model's own icons are the theme's, and there may be no theme.
   static QFileIconProvider icons;
   model_->setIconProvider(&icons);
-  auto* tree = new QTreeView(this);
-  tree->setObjectName("folders");
+  QTreeView* tree = ui_->folders;
   tree->setModel(model_);
-  tree->setHeaderHidden(true);
-  tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
   for (int column = 1; column < model_->columnCount(); ++column) tree->hideColumn(column);
-  return tree;
+  connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &FolderDialog::treeMoved);
+  // The folders above the current one arrive one after the other and are sorted later, each time moving it.
+  settled_.setSingleShot(true);
+  settled_.setInterval(kSettleMs);
+  connect(&settled_, &QTimer::timeout, this,
+          [tree] { tree->scrollTo(tree->currentIndex(), QTreeView::PositionAtCenter); });
+  connect(model_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
+    if (folder().startsWith(absoluteFolder(loaded))) settled_.start();
+  });
 }
 
 // The folders where files usually go, and the one chosen last.
-QLayout* FolderDialog::makePlaces() {
-  auto* row = new QHBoxLayout;
-  const auto add = [&](const char* name, const QString& caption, const QString& path) {
-    if (!QFileInfo(path).isDir()) return;
-    auto* button = new QToolButton(this);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setText(caption);
-    button->setToolTip(path.toHtmlEscaped());
-    button->setIcon(QFileIconProvider().icon(QFileIconProvider::Folder));
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    connect(button, &QToolButton::clicked, this, [this, path] { showFolder(path); });
-    row->addWidget(button);
-  };
-  add("home", "Home", QDir::homePath());
-  add("downloads", "Downloads", QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
-  add("pictures", "Pictures", QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
-  add("last", "Last One", readUserSetting(kProgramName, kSettings, kLastFolder));
-  row->addStretch();
-  return row;
+void FolderDialog::addPlaces() {
+  addPlace("home", "Home", QDir::homePath());
+  addPlace("downloads", "Downloads", QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+  addPlace("pictures", "Pictures", QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+  addPlace("last", "Last One", readUserSetting(kProgramName, kSettings, kLastFolder));
+}
+
+void FolderDialog::addPlace(const char* name, const QString& caption, const QString& path) {
+  if (!QFileInfo(path).isDir()) return;
+  auto* button = new QToolButton(this);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setText(caption);
+  button->setToolTip(path.toHtmlEscaped());
+  button->setIcon(QFileIconProvider().icon(QFileIconProvider::Folder));
+  button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  connect(button, &QToolButton::clicked, this, [this, path] { showFolder(path); });
+  ui_->places->insertWidget(ui_->places->count() - 1, button);
 }
 
 void FolderDialog::accept() {
@@ -140,52 +112,32 @@ void FolderDialog::accept() {
   QDialog::accept();
 }
 
-QLayout* FolderDialog::makeButtons() {
-  newFolder_ = new QPushButton("&New Folder", this);
-  newFolder_->setObjectName("newFolder");
-  newFolder_->setAutoDefault(false);
-  ok_ = new QPushButton("OK", this);
-  ok_->setObjectName("ok");
-  ok_->setDefault(true);
-  auto* cancel = new QPushButton("Cancel", this);
-  cancel->setObjectName("cancel");
-  connect(newFolder_, &QPushButton::clicked, this, &FolderDialog::makeFolder);
-  connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
-  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-  auto* row = new QHBoxLayout;
-  row->addWidget(newFolder_);
-  row->addStretch();
-  row->addWidget(ok_);
-  row->addWidget(cancel);
-  return row;
-}
-
-QString FolderDialog::folder() const { return absoluteFolder(line_->text().trimmed()); }
+QString FolderDialog::folder() const { return absoluteFolder(ui_->path->text().trimmed()); }
 
 void FolderDialog::showFolder(const QString& path) {
   const QModelIndex index = model_->index(path);
-  tree_->setCurrentIndex(index);
-  tree_->expand(index);
-  tree_->scrollTo(index);
-  line_->setText(absoluteFolder(path));
+  ui_->folders->setCurrentIndex(index);
+  ui_->folders->expand(index);
+  ui_->folders->scrollTo(index);
+  ui_->path->setText(absoluteFolder(path));
   updateButtons();
 }
 
 void FolderDialog::treeMoved(const QModelIndex& index) {
   if (!index.isValid()) return;
-  line_->setText(absoluteFolder(model_->filePath(index)));
+  ui_->path->setText(absoluteFolder(model_->filePath(index)));
   updateButtons();
 }
 
 void FolderDialog::lineEdited() {
-  const QFileInfo typed(line_->text().trimmed());
+  const QFileInfo typed(ui_->path->text().trimmed());
   if (typed.isAbsolute() && typed.isDir()) {
     // The tree follows, but does not rewrite what is being typed.
-    const QSignalBlocker quiet(tree_->selectionModel());
+    const QSignalBlocker quiet(ui_->folders->selectionModel());
     const QModelIndex index = model_->index(typed.absoluteFilePath());
-    tree_->setCurrentIndex(index);
-    tree_->scrollTo(index);
-    tree_->viewport()->update();
+    ui_->folders->setCurrentIndex(index);
+    ui_->folders->scrollTo(index);
+    ui_->folders->viewport()->update();
   }
   updateButtons();
 }
@@ -201,15 +153,15 @@ void FolderDialog::makeFolder() {
   if (isName && parent.mkdir(name))
     showFolder(parent.filePath(name));
   else
-    status_->setText("A folder of this name cannot be made here.");
+    ui_->status->setText("A folder of this name cannot be made here.");
 }
 
 void FolderDialog::updateButtons() {
-  const QFileInfo chosen(line_->text().trimmed());
+  const QFileInfo chosen(ui_->path->text().trimmed());
   const bool usable = chosen.isAbsolute() && chosen.isDir();
-  ok_->setEnabled(usable);
-  newFolder_->setEnabled(usable);
-  status_->setText(usable ? hint_ : "There is no such folder.");
+  ui_->ok->setEnabled(usable);
+  ui_->newFolder->setEnabled(usable);
+  ui_->status->setText(usable ? hint_ : "There is no such folder.");
 }
 
 }  // namespace mv

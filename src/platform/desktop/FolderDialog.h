@@ -3,21 +3,23 @@
 
 #include <QDialog>
 #include <QTimer>
+#include <memory>
 
 #include "desktop/DialogRequests.h"
 
 class QFileSystemModel;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QTreeView;
 
 namespace mv {
+
+namespace Ui {
+class FolderDialog;
+}
 
 class FolderDialog : public QDialog {
   Q_OBJECT
  public:
   FolderDialog(const FolderRequest& request, QWidget* parent);
+  ~FolderDialog() override;
 
   // The folder in the line, absolute, without a trailing separator (the root keeps its own).
   QString folder() const;
@@ -25,23 +27,18 @@ class FolderDialog : public QDialog {
   void accept() override;
 
  private:
-  QTreeView* makeTree();
-  void layOut(const QString& promptText);
-  QLayout* makeButtons();
-  QLayout* makePlaces();
+  void showTree();
+  void addPlaces();
+  void addPlace(const char* name, const QString& caption, const QString& path);
   void treeMoved(const QModelIndex& index);
   void lineEdited();
   void makeFolder();
   void showFolder(const QString& path);
   void updateButtons();
 
+  std::unique_ptr<Ui::FolderDialog> ui_;
   QString hint_;  // what the status line says while all is well
   QFileSystemModel* model_;
-  QTreeView* tree_;
-  QLineEdit* line_;
-  QLabel* status_;
-  QPushButton* ok_ = nullptr;
-  QPushButton* newFolder_ = nullptr;
   QTimer settled_;  // runs out when the tree has stopped moving
 };
 

@@ -10,6 +10,7 @@
 #include "desktop/Dialogs.h"
 #include "store/SiteDerivations.h"
 #include "ui_frmNew.h"
+#include "windows/ClearingWait.h"
 
 namespace mv {
 
@@ -40,7 +41,7 @@ frmNew::~frmNew() = default;
 
 void frmNew::connectPages() {
   connect(ui_->required, &RequiredInfoPage::limitChanged, this,
-          [this](const QString& text) { okButton().setEnabled(!text.isEmpty()); });
+          [this](const QString& text) { ui_->cmdOK->setEnabled(!text.isEmpty()); });
   for (ListPair* lists : {static_cast<ListPair*>(ui_->fileTypes), static_cast<ListPair*>(ui_->filters)})
     connect(lists, &ListPair::moved, this, [this] { assignmentsChanged_ = true; });
   connect(ui_->paths, &PathsPage::browseWanted, this, [this] { run([this] { browse(); }); });
@@ -183,7 +184,7 @@ void frmNew::browse() {
 
 void frmNew::clearCache() {
   clearLinkCache(SiteID);
-  ui_->other->markCleared();
+  whenLinksAreCleared(this, [this] { ui_->other->markCleared(); });
 }
 
 void frmNew::mustSaveFirst(const QString& title, const QString& text) {

@@ -1,28 +1,19 @@
 #include "sites_windows/frmWebSites.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
-#include <QMenu>
-#include <QPointer>
-#include <QRegularExpression>
 #include <QToolButton>
-#include <algorithm>
-#include <cmath>
-#include <string_view>
 #include <utility>
 
+#include "ConnectionsMenu.h"
+#include "SiteDeletion.h"
 #include "SiteMenu.h"
-#include "SiteWatch.h"
+#include "SiteProcesses.h"
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Clock.h"
 #include "base/Text.h"
-#include "base/TimeBudget.h"
-#include "base/Turns.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
-#include "download_windows/frmDownload.h"
-#include "scan_windows/frmScan.h"
 #include "sites_windows/frmNew.h"
 #include "store/LinkCleaner.h"
 #include "store/Preferences.h"
@@ -43,8 +34,6 @@ constexpr int kQuitInterval = 60'000;
 constexpr const char* kTitle = "Web Sites";
 constexpr const char* kOn = "on";
 constexpr const char* kOff = "off";
-constexpr long kMostConnections = 1000;
-constexpr long kMenuConnections = 5;
 
 enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
 
@@ -61,75 +50,12 @@ QStringList textsOf(const SiteListRow& site) {
           toQString(site.baseName)};
 }
 
-// The first loaded process window of a class whose process is one that `is` tells.
-template <class Window, class Is>
-Window* findProcess(Is is) {
-  for (ChildWindow* window : WindowRegistry::instance().windows())
-    if (auto* match = dynamic_cast<Window*>(window); match && is(match->process())) return match;
-  return nullptr;
-}
-
-frmScan* scanOf(Id siteId) {
-  return findProcess<frmScan>([&](const ScanProcess& process) { return process.SiteID == siteId; });
-}
-
-frmDownload* downloadOf(Id siteId) {
-  return findProcess<frmDownload>([&](const DownloadProcess& process) { return process.SiteId == siteId; });
-}
-
-// By name first: two sites of the same name share their titles, and the first window of that title is the one that
-// goes. A site that was renamed while it runs is found by its identifier.
-template <class Window>
-void endProcess(const std::string& siteName, Window* own) {
-  auto* named = findProcess<Window>([&](const auto& process) { return process.SiteName == siteName; });
-  if (named || own) closeProcess(named ? *named : *own);
-}
-
-QPointer<ChildWindow> openScan(const SiteListRow& site) {
-  const Id loginForm = siteLoginForm(site.id);
-  const QPointer<frmScan> scan = new frmScan;
-  scan->process().SiteID = site.id;
-  scan->process().SiteName = site.name;
-  scan->process().Domain = site.domain;
-  scan->process().LoginFormID = loginForm;
-  scan->process().DomainHops = site.hops;
-  scan->setCaption(scan->settledCaption());
-  scan->showChild();
-  if (scan) scan->initWindow();
-  return scan.data();
-}
-
-QPointer<ChildWindow> openDownload(const SiteListRow& site) {
-  const QPointer<frmDownload> download = new frmDownload;
-  download->process().SiteId = site.id;
-  download->process().SiteName = site.name;
-  download->process().UniqueNames = yesNo(site.uniqueNames);
-  download->process().BaseName = site.baseName;
-  download->process().OverwriteExisting = gOverwriteExisting;
-  download->setCaption(download->settledCaption());
-  download->showChild();
-  if (download) download->initWindow();
-  return download.data();
-}
-
-// `window` where there is one, else what `open` answers.
-template <class Open>
-QPointer<ChildWindow> broughtForward(ChildWindow* window, Open open) {
-  if (!window) return open();
-  window->showChild();
-  return window;
-}
-
-// The number that an answer begins with, as a whole number of connections; 1 when there is none or it is less.
-long connectionsOf(const QString& answer) {
-  static const QRegularExpression kLeadingNumber(R"(^\s*[+-]?(\d+\.?\d*|\.\d+))");
-  const double number = kLeadingNumber.match(answer).captured().trimmed().toDouble();
-  return std::lround(std::clamp(number, 1.0, static_cast<double>(kMostConnections)));
-}
-
 }  // namespace
 
-frmWebSites::frmWebSites() : ListWindow(kTitle, kWidth, kHeight) {
+frmWebSites::frmWebSites()
+    : ListWindow(kTitle, kWidth, kHeight),
+      processes_(std::make_unique<SiteProcesses>()),
+      deletion_(new SiteDeletion(this, [this](Id id) { return run([&] { deleteUnlessRunning(id); }); })) {
   setObjectName("frmWebSites");
   buildList();
   buildToolbar();
@@ -173,28 +99,21 @@ void frmWebSites::buildToolbar() {
   stop_->installEventFilter(this);
   connections_ = addButton("Connections", "Set the number of connections", toolIcon("connections"),
                            [this] { setOneConnection(); });
-  buildConnectionsMenu();
+  offerConnections(
+      *connections_, [this](long count) { run([&] { setConnections(count); }); },
+      [this] { run([this] { askConnections(); }); });
 }
+
+frmWebSites::~frmWebSites() = default;
 
 void frmWebSites::listen() {
   listenTo(&Events::siteAdded, [this](std::int64_t id) { buildWorkingLists("websiteadded", id); });
   listenTo(&Events::siteEdited, [this](std::int64_t id) { buildWorkingLists("websiteedited", id); });
   listenTo(&Events::filterTakenBack, [this](std::int64_t) { buildWorkingLists("init"); });
   listenTo(&Events::siteTakenBack, [this](std::int64_t id) {
-    runningSites_.erase(id);
+    processes_->forget(id);
     buildWorkingLists("init");
   });
-}
-
-void frmWebSites::buildConnectionsMenu() {
-  auto* menu = new QMenu(connections_);
-  for (long count = 1; count <= kMenuConnections; ++count)
-    menu->addAction(QString(count == 1 ? "%1 Connection" : "%1 Connections").arg(count), this,
-                    [this, count] { run([&] { setConnections(count); }); });
-  menu->addAction("Other...", this, [this] { run([this] { askConnections(); }); });
-  connections_->setMenu(menu);
-  connections_->setPopupMode(QToolButton::MenuButtonPopup);
-  connections_->installEventFilter(this);
 }
 
 QString frmWebSites::positionKey() const { return kTitle; }
@@ -203,6 +122,11 @@ bool frmWebSites::queryUnload() {
   if (gAppClosing || gClosingProcesses) return true;
   hideChild();
   return false;
+}
+
+void frmWebSites::unloading() {
+  deletion_->stop();
+  ListWindow::unloading();
 }
 
 void frmWebSites::activated() {
@@ -216,9 +140,7 @@ bool frmWebSites::eventFilter(QObject* watched, QEvent* event) {
   if (watched == stop_ && event->type() == QEvent::ToolTip) return true;
   const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
   if (key && watched == &list() && workByKey(*key)) return true;
-  if (!key || watched != connections_ || key->key() != Qt::Key_Down) return ListWindow::eventFilter(watched, event);
-  run([this] { connections_->showMenu(); });
-  return true;
+  return ListWindow::eventFilter(watched, event);
 }
 
 bool frmWebSites::workByKey(const QKeyEvent& event) {
@@ -361,26 +283,14 @@ void frmWebSites::deleteByKey() {
     deleteChosen();
 }
 
-void frmWebSites::deleteChosen() { deleteSome(deletableSites()); }
-
-// Thousands of sites take seconds: what is left goes in later turns.
-void frmWebSites::deleteSome(std::deque<Id> ids) {
-  const TimeBudget budget;
-  while (!ids.empty() && !budget.spent()) {
-    const Id id = ids.front();
-    ids.pop_front();
-    deleteUnlessRunning(id);
-  }
-  if (ids.empty()) return;
-  takeTurn(this, [this, left = std::move(ids)] { run([this, &left] { deleteSome(left); }); });
-}
+void frmWebSites::deleteChosen() { deletion_->begin(deletableSites()); }
 
 void frmWebSites::deleteUnlessRunning(Id id) {
   const int row = rowOf(id);
   if (row < 0 || list().cell(row, kOnOff) != kOff) return;
   if (!deleteSite(id))
     showMessage(this, "No Site Selected", "Please select a web site to delete. ", MessageIcon::Information);
-  endOwnProcesses(id);
+  processes_->endOwn(id);
   list().removeRow(rowOf(id));
   forgetVanishedSelection();
 }
@@ -395,7 +305,7 @@ void frmWebSites::startSelected() {
   QStringList beyond;
   for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row) {
     if (!list().isRowSelected(row) || list().cell(row, kOnOff) != kOff) continue;
-    if (mayStart(idOfRow(row)))
+    if (processes_->mayStart(idOfRow(row), maxConnections_))
       startRow(row);
     else
       beyond << list().cell(row, kName);
@@ -411,32 +321,11 @@ void frmWebSites::startRow(int row) {
   offerStart(false);
 }
 
-// A site at work takes no further connection.
-bool frmWebSites::mayStart(Id siteId) const {
-  return scanOf(siteId) || downloadOf(siteId) || std::ssize(runningSites_) < maxConnections_;
-}
-
-// Of a site that is at work already, though a rebuild shows it off, the windows are brought to the front; one of them
-// that was ended by itself is opened anew.
 void frmWebSites::startSite(const SiteListRow& site) {
   if (site.id == 0) return;
-  const QPointer<ChildWindow> scan = broughtForward(scanOf(site.id), [&] { return openScan(site); });
+  SiteProcesses::startScan(site);
   // A message box of the scan may have run the end of the program.
-  if (isUnloaded()) return;
-  const QPointer<ChildWindow> download = broughtForward(downloadOf(site.id), [&] { return openDownload(site); });
-  watch(site.id);
-  if (isYes(gHideProcesses)) {
-    if (scan) scan->hideChild();
-    if (download) download->hideChild();
-  }
-  Q_EMIT events().processesChanged();
-  runningSites_.insert(site.id);
-}
-
-void frmWebSites::watch(Id siteId) {
-  auto* scan = dynamic_cast<frmScan*>(scanOf(siteId));
-  auto* download = dynamic_cast<frmDownload*>(downloadOf(siteId));
-  if (scan && download) SiteWatch::begin(*scan, *download);
+  if (!isUnloaded()) processes_->startDownload(site);
 }
 
 void frmWebSites::stopSelected() {
@@ -447,22 +336,9 @@ void frmWebSites::stopSelected() {
 
 void frmWebSites::stopRow(int row) {
   const SiteListRow site = siteOfRow(row);
-  closeProcesses(site);
+  processes_->end(site);
   setRunning(rowOf(site.id), false);
   offerStart(true);
-}
-
-void frmWebSites::closeProcesses(const SiteListRow& site) {
-  endProcess(site.name, downloadOf(site.id));
-  endProcess(site.name, scanOf(site.id));
-  runningSites_.erase(site.id);
-}
-
-// A site that is gone, though a rebuild has shown it off, has no work left.
-void frmWebSites::endOwnProcesses(Id siteId) {
-  if (auto* download = downloadOf(siteId)) closeProcess(*download);
-  if (auto* scan = scanOf(siteId)) closeProcess(*scan);
-  runningSites_.erase(siteId);
 }
 
 void frmWebSites::autoScan() {
@@ -482,17 +358,14 @@ void frmWebSites::closeAllWebSites() {
 // --- connections
 
 void frmWebSites::setOneConnection() {
-  showMessage(this, applicationTitle(),
-              "Connections set to 1\r\n\r\nUse drop down to increase the number of\r\nsimultaneuous connections.",
-              MessageIcon::None);
+  tellOneConnection(this);
   maxConnections_ = 1;
   updateTitle();
 }
 
 void frmWebSites::askConnections() {
-  const auto answer =
-      askText(this, "Set Number of Connections", "Enter the number of connections.", QString::number(maxConnections_));
-  if (!isUnloaded()) setConnections(connectionsOf(answer.value_or(QString())));
+  const long answer = askForConnections(this, maxConnections_);
+  if (!isUnloaded()) setConnections(answer);
 }
 
 void frmWebSites::setConnections(long connections) {

@@ -33,6 +33,8 @@ class StarLinks {
 
   // So many links of the page next() has given; and back to where it had given `count`, at most that.
   std::size_t given() const { return given_; }
+  // Where in the page the value stands that the last link was made of, in bytes.
+  std::size_t position() const { return position_; }
   void goBack(std::size_t count);
 
  private:
@@ -69,6 +71,7 @@ class StarLinks {
   std::vector<Found> found_;  // in the pieces gone through last
   std::size_t next_ = 0;      // of them
   std::size_t given_ = 0;
+  std::size_t position_ = 0;
   std::size_t passed_ = 0;  // so many more were given before going back
 };
 

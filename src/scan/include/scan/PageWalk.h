@@ -41,6 +41,8 @@ class PageWalk {
   using TakeLink = std::function<bool()>;
   // Goes on until the time budget is spent. True when the page is walked through.
   bool goOn(const TakeLink& take);
+  // How far that is, 0 to 100.
+  int percent() const;
   // What was taken since goOn() was called last has not been stored: goes back to there.
   void takeBack();
 

@@ -46,6 +46,7 @@ struct ScanStatus {
   long linksKeptOut = 0;       // by filters
   long waiting = 0;            // pages of the queue that have not been taken up
   bool onlyStartPage = false;  // this round has no other page
+  int pagePercent = -1;        // of a page that is worked through in several slices; -1: no such page
 };
 
 }  // namespace mv

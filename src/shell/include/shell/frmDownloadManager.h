@@ -12,9 +12,11 @@
 
 namespace mv {
 
+namespace Ui {
+class frmDownloadManager;
+}
+
 class NormalPlace;
-class OnlineUpdates;
-class StatusFoot;
 class frmSplash;
 
 class frmDownloadManager : public QMainWindow, public MainFrame {
@@ -26,7 +28,7 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
   // Applies the stored window place. Raises DatabaseError.
   void initWindow();
 
-  QMdiArea& mdiArea() override { return *area_; }
+  QMdiArea& mdiArea() override;
   QWidget* window() override { return this; }
   void setClipboardItemsEnabled(bool enabled) override;
   void setDeleteWebSiteEnabled(bool enabled) override;
@@ -54,17 +56,14 @@ class frmDownloadManager : public QMainWindow, public MainFrame {
  private:
   void addMenu(const Menu& menu);
   void addItem(QMenu& menu, const MenuItem& item);
-  void layOut();
   void wire();
   void setItemEnabled(const char* name, bool enabled);
   void unloadChildWindows();
   void saveOwnPosition();
 
+  std::unique_ptr<Ui::frmDownloadManager> ui_;
   bool closed_ = false;  // the end of the session and a signal may ask one after the other
-  QMdiArea* area_;
   std::unique_ptr<NormalPlace> normalPlace_;
-  OnlineUpdates* online_;
-  StatusFoot* foot_ = nullptr;
   frmSplash* splash_ = nullptr;
 };
 

@@ -1,11 +1,10 @@
-// Deletes the stored links of a site without holding the user-interface thread: a small cache is gone when the call
-// returns, a large one goes on in later events.
+// Deletes the stored links of a site, or of all, without holding the user-interface thread: a small cache is gone when
+// the call returns, a large one goes on in later events.
 #pragma once
 
 #include <QObject>
 #include <cstdint>
 #include <deque>
-#include <optional>
 
 #include "store/Id.h"
 
@@ -19,27 +18,42 @@ class LinkCleaner : public QObject {
   // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
   // part done at once; a failure later is shown, and ends the work on that site.
   void clear(Id siteId);
+  // The same for all sites.
+  void clearAll();
   // Goes on where a killed program left off: clears what is left of the links of sites that are gone. Raises
   // DatabaseError.
   void resume();
   bool isIdle() const { return work_.empty(); }
+  // How many links are gone since it was idle last.
+  std::int64_t deleted() const { return deleted_; }
+  // Has work since then ended with an error? It has been shown.
+  bool hasFailed() const { return hasFailed_; }
+  // How much of the work at hand is done, about, 0 to 100; -1 where that is not known beforehand.
+  int percent() const;
   // Does all that is left at once: before the database is closed. Raises DatabaseError.
   void finish();
 
  private:
+  enum class Of { OneSite, GoneSites, AllSites };
   struct Work {
-    std::optional<Id> siteId;  // nullopt: of all sites that are gone
-    std::int64_t lastLink;     // the newest link when the clearing was asked for
+    Of of;
+    Id siteId = 0;
+    std::int64_t firstLink = 0;  // the oldest and
+    std::int64_t lastLink = 0;   // the newest when the clearing was asked for
   };
 
-  void add(std::optional<Id> siteId);
+  void add(const Work& work);
   // Deletes more of the first site's links, for as long as one iteration of the event loop may take.
   void deleteSome();
   // Deletes a few of them. False when none are left: the site is off the list.
   bool deleteNext();
   void goOn();
 
+  static std::int64_t deleteFew(const Work& work);
+
   std::deque<Work> work_;
+  std::int64_t deleted_ = 0;
+  bool hasFailed_ = false;
   bool scheduled_ = false;
 };
 

@@ -73,12 +73,15 @@ void markLinksDone(const std::vector<std::int64_t>& ids);
 // whoever reads or writes next will learn why. Raises nothing.
 std::optional<std::int64_t> linkLossMark();
 
-// For clearing. The newest id, 0 in an empty table.
+// For clearing. The oldest and the newest id, 0 in an empty table.
+std::int64_t oldestLink();
 std::int64_t newestLink();
 // Deletes links of the site up to id `newest`, at most `most`; how many they were.
 std::int64_t deleteLinks(Id siteId, std::int64_t newest, std::int64_t most);
 // The same for links of sites that are not stored. As quick as there are few sites.
 std::int64_t deleteOrphanedLinks(std::int64_t newest, std::int64_t most);
 void deleteAllLinks();
+// Like deleteLinks(), of whichever site, the oldest first.
+std::int64_t deleteOldestLinks(std::int64_t newest, std::int64_t most);
 
 }  // namespace mv

@@ -53,7 +53,8 @@ class Compaction : public QObject {
 // database with all rows at every moment; what a sudden end leaves at `tempPath` goes with the next start.
 std::unique_ptr<Compaction> compactDatabase(const std::string& databasePath, const std::string& tempPath);
 
-// Deletes every stored link of every site. Raises DatabaseError.
+// Deletes the stored links of every site: a small cache is gone when the call returns, of a large one LinkCleaner
+// deletes the rest in later events. Raises DatabaseError.
 void clearLinkCache();
 
 // Whole megabytes of free disk space and of the database file: is there room to compact?

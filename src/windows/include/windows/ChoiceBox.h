@@ -10,7 +10,6 @@ class ChoiceBox : public QComboBox {
   Q_OBJECT
  public:
   explicit ChoiceBox(QWidget* parent = nullptr);
-  ChoiceBox(const QString& objectName, QWidget* parent);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -4,13 +4,10 @@
 // initWindow() guarded and shows the window.
 #pragma once
 
-#include <QString>
 #include <string_view>
 
 #include "windows/ChildWindow.h"
 
-class QHBoxLayout;
-class QLabel;
 class QPushButton;
 
 namespace mv {
@@ -38,8 +35,8 @@ class EditorWindow : public ChildWindow {
   void open();
 
  protected:
-  // An empty caption leaves it to the window's form.
-  EditorWindow(const QString& caption, int width, int height);
+  // In twips, frame included.
+  EditorWindow(int width, int height);
 
   bool isNew() const { return Mode == EditorMode::New; }
 
@@ -53,13 +50,6 @@ class EditorWindow : public ChildWindow {
 
   // The buttons of the form; OK is its default one, and there may be no Apply. To be called before the window opens.
   void connectButtons(QPushButton* ok, QPushButton* apply, QPushButton* cancel);
-  // A label of the window for `buddy`, which its mnemonic, if it has one, brings the focus to.
-  QLabel* makeLabel(const char* name, const QString& text, QWidget* buddy);
-  // A row of buttons: OK (default), Apply when its name is not empty, Cancel. Object names and captions as given.
-  QHBoxLayout* makeButtons(const QString& okName, const QString& applyName, const QString& cancelName,
-                           const QString& okCaption = "OK", const QString& cancelCaption = "Cancel",
-                           const QString& applyCaption = "&Apply");
-  QPushButton& okButton() { return *ok_; }
 
   void activated() override;
   void keyPressEvent(QKeyEvent* event) override;

@@ -11,7 +11,6 @@ class ElidedLabel : public QLabel {
   Q_OBJECT
  public:
   explicit ElidedLabel(QWidget* parent = nullptr);
-  explicit ElidedLabel(const QString& objectName, const std::string& line = {}, QWidget* parent = nullptr);
 
   // A line that it shows already is not laid out again.
   void setText(const QString& text);

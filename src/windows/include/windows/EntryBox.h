@@ -26,7 +26,6 @@ class EntryBox : public QLineEdit {
 
   // Takes any text.
   explicit EntryBox(QWidget* parent = nullptr);
-  EntryBox(const QString& objectName, Accepts accepts, QWidget* parent);
 
   Accepts accepts() const { return accepts_; }
   // Of a box that has no text yet.

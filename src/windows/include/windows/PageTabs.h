@@ -9,7 +9,6 @@ class PageTabs : public QTabWidget {
   Q_OBJECT
  public:
   explicit PageTabs(QWidget* parent = nullptr);
-  explicit PageTabs(const QString& objectName, QWidget* parent = nullptr);
 
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override;

@@ -11,6 +11,8 @@
 #include "store/Id.h"
 #include "windows/EditorWindow.h"
 
+class QLabel;
+
 namespace mv {
 
 class RecordEditor : public EditorWindow {
@@ -21,10 +23,8 @@ class RecordEditor : public EditorWindow {
 
  protected:
   struct Description {
-    const char* caption = "";  // for a new record; "": that of the form
-    int width = 0;             // twips
+    int width = 0;  // twips
     int height = 0;
-    const char* windowName = "";      // object name; "": that of the form
     const char* record = "";          // what the user is told of: "This filter has been deleted meanwhile."
     const char* manager = "";         // position key of the list window that shows the records
     bool rebuildsManager = false;     // the list is rebuilt at once, otherwise when it is activated next
@@ -63,8 +63,6 @@ class RecordEditor : public EditorWindow {
   void startIn(QWidget* control) { firstControl_ = control; }
   // The form's label that shows the identifier once there is one, and is read as "Identifier" with it.
   void showNumberIn(QLabel* label) { idLabel_ = label; }
-  // Such a label.
-  QLabel* makeIdLabel(const char* name, const QString& before = QString());
   // Did this editor insert its record?
   bool isCreator() const { return isCreator_; }
 

@@ -26,8 +26,4 @@ class ScrollingPage : public QScrollArea {
   bool fitsWithoutBars() const;
 };
 
-// Fills `window`, which has no layout yet, with such a page. Returns its contents, owned by `window`, for the caller to
-// lay out.
-QWidget* makeScrollingPage(QWidget* window);
-
 }  // namespace mv

@@ -1,5 +1,5 @@
-// The small window that stands before all others while something takes long: one line and a bar. It has no buttons and
-// cannot be closed; whoever shows it deletes it.
+// The small window that stands before all others while something takes long: one line and a bar. It cannot be
+// closed; whoever shows it deletes it.
 #pragma once
 
 #include <QDialog>
@@ -21,8 +21,13 @@ class frmPleaseWait : public QDialog {
   void setText(const QString& text);
   // 0 to 100; -1 for a bar that only moves.
   void setPercent(int percent);
+  // A button that asks to stop, for work that can.
+  void offerStop();
   // Escape and the desktop's closing are turned away.
   void reject() override {}
+
+ Q_SIGNALS:
+  void stopWanted();
 
  private:
   std::unique_ptr<Ui::frmPleaseWait> ui_;

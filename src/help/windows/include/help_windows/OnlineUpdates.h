@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QWidget>
+#include <memory>
 
 #include "help/FormUpdates.h"
 #include "help/HelpUpdates.h"
@@ -10,13 +11,16 @@
 
 namespace mv {
 
-class ListView;
-class UpdatePanel;
+class ElidedLabel;
+namespace Ui {
+class OnlineUpdates;
+}
 
 class OnlineUpdates : public QWidget {
   Q_OBJECT
  public:
   explicit OnlineUpdates(QWidget* parent);
+  ~OnlineUpdates() override;
 
   // Until a check has something to say again.
   void hidePanels();
@@ -25,15 +29,17 @@ class OnlineUpdates : public QWidget {
   HelpUpdates helpUpdates{this};
   MessageCheck messageCheck{this};
 
- private:
-  // A panel that shows what `chain` is doing, and goes with its end.
-  void addPanel(UpdatePanel& panel, const FeedChain& chain);
-  ListView* addList(const char* name);
-  void fillOverview(ListView& lvwOverview);
-  void fillHelpOverview(ListView& lvwHelpOverview);
+ protected:
+  void changeEvent(QEvent* event) override;
 
-  UpdatePanel* pictUpdates_;
-  UpdatePanel* pictHelpUpdates_;
+ private:
+  // The panel shows what `chain` is doing, and goes with its end.
+  void connectPanel(QWidget& panel, ElidedLabel& line, const FeedChain& chain);
+  void fillOverview();
+  void fillHelpOverview();
+  void drawPictures();
+
+  std::unique_ptr<Ui::OnlineUpdates> ui_;
 };
 
 }  // namespace mv

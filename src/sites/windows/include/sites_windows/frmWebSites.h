@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <set>
+#include <memory>
 
 #include "store/SiteStore.h"
 #include "windows/CommandMenu.h"
@@ -15,10 +15,14 @@ class QToolButton;
 
 namespace mv {
 
+class SiteDeletion;
+class SiteProcesses;
+
 class frmWebSites : public ListWindow {
   Q_OBJECT
  public:
   frmWebSites();
+  ~frmWebSites() override;
 
   QString positionKey() const override;  // "Web Sites", whatever the caption says
 
@@ -43,6 +47,7 @@ class frmWebSites : public ListWindow {
   // Asks first: unlike the button the key may be a slip.
   void deleteByKey() override;
   bool queryUnload() override;
+  void unloading() override;
   void activated() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -50,20 +55,15 @@ class frmWebSites : public ListWindow {
   void buildList();
   void buildToolbar();
   void listen();
-  void buildConnectionsMenu();
 
   void openNew();
   void openEdit();
-  void deleteSome(std::deque<Id> ids);
   void deleteUnlessRunning(Id id);
   void startSelected();
   void startRow(int row);
-  bool mayStart(Id siteId) const;
   void startSite(const SiteListRow& site);
   void stopSelected();
   void stopRow(int row);
-  void closeProcesses(const SiteListRow& site);
-  void endOwnProcesses(Id siteId);
 
   int addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
@@ -80,7 +80,6 @@ class frmWebSites : public ListWindow {
   void forgetVanishedSelection();
 
   Commands commandsOf(int row);
-  void watch(Id siteId);
   void setOneConnection();
   void setConnections(long connections);
   void askConnections();
@@ -91,8 +90,9 @@ class frmWebSites : public ListWindow {
 
   Id selectedSiteID_ = 0;            // the row last clicked; 0 when none, or when it is gone
   std::map<Id, SiteListRow> sites_;  // those of the rows
-  std::set<Id> runningSites_;        // started and not yet stopped by this window
   long maxConnections_ = 0;
+  std::unique_ptr<SiteProcesses> processes_;
+  SiteDeletion* deletion_;
   QToolButton* start_ = nullptr;
   QToolButton* stop_ = nullptr;
   QToolButton* connections_ = nullptr;
