@@ -81,7 +81,7 @@ void arrange() {
 }
 
 void harvest(frmDownloadManager& window) {
-  window.resize(960, 740);
+  window.resize(950, 775);
   QTest::qWait(100);
   for (ProcessWindow* process :
        {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})

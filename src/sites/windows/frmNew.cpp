@@ -1,5 +1,7 @@
 #include "sites_windows/frmNew.h"
 
+#include <QLineEdit>
+
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
