@@ -151,8 +151,6 @@ bool AtomicFile::flushTogether(const std::vector<AtomicFile*>& files) {
   return true;
 }
 
-bool AtomicFile::isFlushed() const { return d->flushed; }
-
 std::uint64_t AtomicFile::device() const { return d->file.device(); }
 
 void AtomicFile::flush() {

@@ -63,7 +63,6 @@ class AtomicFile {
   // Brings `files` to the disk with one flush of their file system. They have awaited their writeback. False where that
   // cannot be done, or has failed: each is to be flushed then.
   static bool flushTogether(const std::vector<AtomicFile*>& files);
-  bool isFlushed() const;
   // Tells file systems apart.
   std::uint64_t device() const;
   // finish, flush, and the final name. False when the name is taken and to be kept: another one may be tried. Raises
