@@ -39,7 +39,7 @@ double luminance(QRgb colour) {
 }
 
 double contrast(QRgb one, QRgb other) {
-  const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+  const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
   return (light + 0.05) / (dark + 0.05);
 }
 
