@@ -19,7 +19,7 @@ constexpr const char* kUrl = "url";  // no attribute: what `url(...)` of a style
 
 // So many are found before the first is handed out: a <base> that stands behind them comes too late.
 constexpr std::size_t kMostFound = std::size_t{1} << 18;
-constexpr std::size_t kLongestSheet = std::size_t{1} << 18;     // bytes of a style element that are looked through
+constexpr std::size_t kLongestStyle = std::size_t{1} << 18;     // bytes of a style that are looked through, in one go
 constexpr std::size_t kRememberedFound = std::size_t{1} << 12;  // room kept from page to page
 
 }  // namespace
@@ -125,10 +125,11 @@ void StarLinks::take(const HtmlTokenizer::StartTag& tag) {
 }
 
 void StarLinks::takeSheet(std::string_view text) {
-  if (wantsSheets_) takeStyle(text.substr(0, kLongestSheet), Holds::Sheet);
+  if (wantsSheets_) takeStyle(text, Holds::Sheet);
 }
 
 void StarLinks::takeStyle(std::string_view text, Holds holds) {
+  text = text.substr(0, kLongestStyle);
   while (const auto address = takeStyleAddress(text)) keep({*address, holds});
 }
 

@@ -313,6 +313,15 @@ TEST(StarLinks, ComeInTheOrderOfThePage) {
             (std::vector<std::string>{"host1/d/" + longest, "", "host1/d/1"}));
 }
 
+// It is looked through in one go: a hostile one holds nobody up.
+TEST(StarLinks, AStyleIsLookedThroughToItsBoundOnly) {
+  mv::StarLinks stars;
+  stars.setTags({{"div", "style"}, {"style", "url"}});
+  const std::string style = "url(1)" + std::string(std::size_t{1} << 18, ' ') + "url(2)";
+  EXPECT_EQ(linksOf(stars, "<div style='" + style + "'><style>" + style + "</style>", 1000),
+            (std::vector<std::string>{"host1/d/1", "host1/d/1"}));
+}
+
 // More than are kept at a time.
 TEST(StarLinks, APageOfAMillionLinksLosesNone) {
   std::string page;

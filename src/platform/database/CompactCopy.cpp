@@ -143,6 +143,8 @@ void CompactCopy::write() {
   d->connection = d->openWatched(d->source, SQLITE_OPEN_READWRITE);
   d->rewrite();
   d->check();
+  // Here nobody waits for it; replaceSource() has little left to do.
+  syncToDisk(d->target);
 }
 
 void CompactCopy::cancel() {
