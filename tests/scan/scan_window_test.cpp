@@ -54,7 +54,7 @@ TEST_F(ScanWindowTest, ShowsTheScanInBothSizes) {
 TEST_F(ScanWindowTest, TellsHowFarALongPageIs) {
   setTags({"<img src=", "<a * href="});
   std::string page;
-  for (int link = 0; link < 20'000; ++link) page += "<a href=\"page" + std::to_string(link) + ".htm\">";
+  for (int link = 0; link < 100'000; ++link) page += "<a href=\"page" + std::to_string(link) + ".htm\">";
   site.page("/", page);
   std::vector<int> percents;
   QObject::connect(&window->process(), &mv::Process::viewChanged, window, [&] {
@@ -64,12 +64,12 @@ TEST_F(ScanWindowTest, TellsHowFarALongPageIs) {
   window->initWindow();
   ASSERT_TRUE(waitFor([this] { return text("lblState").endsWith(" % of a long page."); }));
   ASSERT_TRUE(waitFor([this] { return window->process().status().pagesRead == 1; }));
-  ASSERT_GT(percents.size(), 2u);
+  ASSERT_GE(percents.size(), 2u);
   EXPECT_TRUE(std::is_sorted(percents.begin(), percents.end()));
   EXPECT_GT(percents.back(), 50);
   EXPECT_LE(percents.back(), 100);
   window->process().tmrOKToDownload.stop();
-  EXPECT_TRUE(waitFor([this] { return text("lblState").startsWith("1 page read, 20000 links found"); }))
+  EXPECT_TRUE(waitFor([this] { return text("lblState").startsWith("1 page read, 100000 links found"); }))
       << qPrintable(text("lblState"));
 }
 
