@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "DownloadQueue.h"
+#include "DownloadReport.h"
 #include "ErrorNumber.h"
 #include "FileName.h"
 #include "FileReceiver.h"
@@ -40,7 +41,8 @@ DownloadProcess::DownloadProcess()
     : Process({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}, kWorkInterval),
       queue_(std::make_unique<DownloadQueue>(lvwLinks)),
       login_(std::make_unique<LoginWatch>()),
-      receiver_(std::make_unique<FileReceiver>()) {
+      receiver_(std::make_unique<FileReceiver>()),
+      report_(std::make_unique<DownloadReport>([this] { touch(); })) {
   Inet2.setTextLimit(kLongestLoginPage);
   arriving_.setInterval(kArrivingInterval);
   connect(&arriving_, &QTimer::timeout, this, [this] { run([this] { showArriving(); }); });
@@ -57,6 +59,8 @@ DownloadProcess::DownloadProcess()
 }
 
 DownloadProcess::~DownloadProcess() = default;
+
+const DownloadStatus& DownloadProcess::status() const { return report_->status(); }
 
 void DownloadProcess::initWindow() {
   run([this] {
@@ -93,7 +97,7 @@ void DownloadProcess::rebuildQueue() {
   queue_->clear([this](std::int64_t link) { return saving_.contains(link); });
   queue_->loadLimits(SiteId);
   buildQueue();
-  show(status_.file, FileStatus());
+  report_->showNoFile();
   enableWorkTimer();
 }
 
@@ -132,7 +136,7 @@ bool DownloadProcess::takeUp(int index) {
   std::string answer;
   try {
     findSavePath();
-    show(status_.savePath, entry_.savePath);
+    report_->showSavePath(entry_.savePath);
     rowTaken(index);
     queue_->takeUp(index);
     showCounters("filesinqueue", "", 0);
@@ -157,10 +161,8 @@ void DownloadProcess::beginEntry(const WorkRow& row) {
             .fileName = row.fileName,
             .fileType = row.fileType,
             .outcomeDue = true};
-  showFile(FileStatus::Note::None);
+  report_->showFile(entry_.fileName, FileStatus::Note::None);
 }
-
-void DownloadProcess::showFile(FileStatus::Note note) { show(status_.file, FileStatus{entry_.fileName, note}); }
 
 bool DownloadProcess::hasNothingLeft() const {
   return lvwLinks.count() == 0 && !entry_.outcomeDue && saving_.empty() && !Inet2.StillExecuting();
@@ -168,19 +170,14 @@ bool DownloadProcess::hasNothingLeft() const {
 
 const std::string& DownloadProcess::folder() const { return queue_->limits().folder; }
 
-void DownloadProcess::count(long DownloadCounts::*outcome) {
-  ++(status_.counts.*outcome);
-  touch();
-}
-
 void DownloadProcess::fileIsAt(std::int64_t linkId, const std::string& path) {
   if (const int row = lvwLinks.findLink(linkId); row >= 0) lvwLinks.setSavedPath(row, path);
 }
 
 void DownloadProcess::skipEntry(int index) {
-  count(&DownloadCounts::existing);
+  report_->existing();
   fileIsAt(entry_.linkId, filePath(entry_.savePath, entry_.fileName));
-  showFile(FileStatus::Note::Exists);
+  report_->showFile(entry_.fileName, FileStatus::Note::Exists);
   lvwLinks.setState(index, RowState::Exists);
   markLinkDone();
   entry_.outcomeDue = false;
@@ -232,10 +229,9 @@ void DownloadProcess::countError(const std::string& reason, long code) {
 
 void DownloadProcess::checkHeader() {
   if (StopRequested()) return;
-  entry_.announcedLength = Inet2.GetHeader("Content-Length");
-  entry_.contentLength = leadingSize(entry_.announcedLength);
-  if (entry_.contentLength != 0) showSize(wanted(entry_.contentLength));
-  if (fits(entry_.contentLength, queue_->limits()))
+  entry_.size = announcedSize(Inet2.GetHeader("Content-Length"));
+  if (entry_.size.bytes != 0) report_->showSize(entry_.size);
+  if (fits(entry_.size.bytes, queue_->limits()))
     requestFile();
   else if (login_->beginAnswer(Inet2.GetHeader(kContentType)))
     requestPage();
@@ -243,25 +239,10 @@ void DownloadProcess::checkHeader() {
     refuseFile();
 }
 
-void DownloadProcess::countRefusal(SizeStatus::Verdict verdict) {
-  if (verdict == SizeStatus::Verdict::TooSmall) count(&DownloadCounts::tooSmall);
-  if (verdict == SizeStatus::Verdict::TooBig) count(&DownloadCounts::tooBig);
-  if (verdict == SizeStatus::Verdict::Unknown) count(&DownloadCounts::unknownSize);
-}
-
 void DownloadProcess::refuseFile() {
-  const SizeStatus why = refusal(entry_.contentLength, queue_->limits());
-  showSize(why);
-  countRefusal(why.verdict);
-  if (why.verdict == SizeStatus::Verdict::TooSmall) showFile(FileStatus::Note::TooSmall);
-  if (why.verdict == SizeStatus::Verdict::TooBig) showFile(FileStatus::Note::TooBig);
+  report_->refused(entry_.fileName, refusal(entry_.size, queue_->limits()));
   Inet2.cancel();  // nobody will read the body
   settle();
-}
-
-void DownloadProcess::showSize(SizeStatus size) {
-  size.announced = entry_.announcedLength;
-  show(status_.size, std::move(size));
 }
 
 // Not to be saved, by its size: but it may be the login page, which says nothing of the file.
@@ -304,8 +285,7 @@ void DownloadProcess::showArriving() {
     arriving_.stop();
     return;
   }
-  const std::int64_t bytes = std::min(Inet2.BytesReceived(), entry_.contentLength);
-  showSaveProgress(bytes);
+  const std::int64_t bytes = std::min(Inet2.BytesReceived(), entry_.size.bytes);
   showReceived(bytes);
 }
 
@@ -328,11 +308,9 @@ bool DownloadProcess::showOutcome(const Entry& entry) {
 void DownloadProcess::showCounters(const std::string& kind, const std::string& reason, long code) {
   if (StopRequested()) return;
   if (kind == "filesinqueue") {
-    show(status_.queue, queue_->left());
-    show(status_.processed, queue_->taken());
-    show(status_.waiting, lvwLinks.waitingCount());
+    report_->showQueue(*queue_, lvwLinks.waitingCount());
   } else if (kind == "error") {
-    showError(fileText(status_), reason, code);
+    showError(fileText(status()), reason, code);
   }
 }
 
@@ -367,7 +345,6 @@ void DownloadProcess::receive(void (DownloadProcess::*step)()) {
 
 void DownloadProcess::beginReceiving() {
   entry_.bytesReceived = 0;
-  showSaveProgress(0);
   showReceived(0);
   FileTarget target{entry_.savePath, entry_.fileName};
   if (isYes(UniqueNames)) target.numbered = {BaseName, entry_.fileType};
@@ -390,19 +367,18 @@ void DownloadProcess::receiveChunks() {
     fileReceived();
     return;
   }
-  showSaveProgress(entry_.bytesReceived);
   showReceived(entry_.bytesReceived);
   yieldThen([this] { receive(&DownloadProcess::receiveChunks); });
 }
 
 void DownloadProcess::showReceived(std::int64_t bytes) {
-  show(status_.received, bytes);
-  show(status_.left, entry_.contentLength - bytes);
+  showSaveProgress(bytes);
+  report_->showReceived(bytes, entry_.size.bytes);
 }
 
 void DownloadProcess::showSaveProgress(std::int64_t bytes) {
   // Progress bars count in int: a larger file is shown in larger units.
-  const std::int64_t maximum = entry_.contentLength + std::int64_t{kChunkSize};
+  const std::int64_t maximum = entry_.size.bytes + std::int64_t{kChunkSize};
   const std::int64_t unit = maximum / std::numeric_limits<int>::max() + 1;
   setProgress(static_cast<long>(std::min(bytes, maximum) / unit), static_cast<long>(maximum / unit));
 }
@@ -412,11 +388,11 @@ void DownloadProcess::fileReceived() {
     awaitLogin();
     return;
   }
-  if (entry_.bytesReceived != entry_.contentLength)
+  if (entry_.bytesReceived != entry_.size.bytes)
     throw std::runtime_error("The file has " + std::to_string(entry_.bytesReceived) + " bytes, the server announced " +
-                             std::to_string(entry_.contentLength) + ".");
-  showSaveProgress(entry_.contentLength + std::int64_t{kChunkSize});
-  showReceived(entry_.contentLength);
+                             std::to_string(entry_.size.bytes) + ".");
+  showSaveProgress(entry_.size.bytes + std::int64_t{kChunkSize});
+  report_->showReceived(entry_.size.bytes, entry_.size.bytes);
   save();
 }
 
@@ -437,13 +413,13 @@ void DownloadProcess::saveSettled(const SaveResult& result) {
   entry.skippedExisting = result.outcome == SaveResult::Outcome::Exists;
   entry.failed = result.outcome == SaveResult::Outcome::Failed;
   if (entry.failed) saveFailed(entry, result);
-  if (entry.skippedExisting && entry_.linkId == result.linkId) showFile(FileStatus::Note::Exists);
+  if (entry.skippedExisting && entry_.linkId == result.linkId)
+    report_->showFile(entry_.fileName, FileStatus::Note::Exists);
   if (!isTickDue) showOutcome(entry);
   if (!entry.failed) fileIsAt(result.linkId, result.path);
-  if (entry.skippedExisting) count(&DownloadCounts::existing);
+  if (entry.skippedExisting) report_->existing();
   if (result.outcome != SaveResult::Outcome::Saved) return;
-  count(&DownloadCounts::saved);
-  status_.counts.bytes += entry.bytesReceived;
+  report_->saved(entry.bytesReceived);
   Q_EMIT fileSaved(result.path);
 }
 

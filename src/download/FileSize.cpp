@@ -4,6 +4,7 @@
 #include <charconv>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 namespace mv {
 
@@ -33,18 +34,18 @@ bool fits(std::int64_t bytes, const DownloadLimits& limits) {
   return bytes != 0 && lowerLimit(limits) <= bytes && bytes <= upperLimit(limits);
 }
 
-SizeStatus wanted(std::int64_t bytes) {
+SizeStatus announcedSize(std::string header) {
   SizeStatus size;
-  size.bytes = bytes;
+  size.bytes = leadingSize(header);
+  size.announced = std::move(header);
   return size;
 }
 
-SizeStatus refusal(std::int64_t bytes, const DownloadLimits& limits) {
+SizeStatus refusal(SizeStatus size, const DownloadLimits& limits) {
   using Verdict = SizeStatus::Verdict;
-  SizeStatus size = wanted(bytes);
-  if (bytes == 0) {
+  if (size.bytes == 0) {
     size.verdict = Verdict::Unknown;
-  } else if (bytes > upperLimit(limits)) {  // which is what counts where the limits contradict each other
+  } else if (size.bytes > upperLimit(limits)) {  // which is what counts where the limits contradict each other
     size.verdict = Verdict::TooBig;
     size.limit = upperLimit(limits);
   } else {

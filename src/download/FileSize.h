@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "download/DownloadStatus.h"
@@ -14,8 +15,9 @@ std::int64_t leadingSize(std::string_view text);
 
 // Lies a known size within the limits, both ends included? Limits beyond 64 bits are the largest number.
 bool fits(std::int64_t bytes, const DownloadLimits& limits);
-SizeStatus wanted(std::int64_t bytes);
-// Why it does not, or why nothing can be said (0 bytes): the verdict, and the limit that is broken.
-SizeStatus refusal(std::int64_t bytes, const DownloadLimits& limits);
+// What a Content-Length header says.
+SizeStatus announcedSize(std::string header);
+// Why a file of that size is not taken: the verdict, and the limit that is broken. Nothing can be said of 0 bytes.
+SizeStatus refusal(SizeStatus size, const DownloadLimits& limits);
 
 }  // namespace mv

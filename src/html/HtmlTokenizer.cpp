@@ -14,9 +14,6 @@ namespace {
 constexpr std::string_view kScript = "script";
 constexpr std::string_view kStyle = "style";
 
-// What is nested more deeply in foreign content counts as what it stands in.
-constexpr std::size_t kDeepest = 64;
-
 // Words of eight bytes; what placeInWord does needs the first byte in the lowest place.
 constexpr std::size_t kNearWords = std::endian::native == std::endian::little ? 3 : 0;
 
@@ -175,7 +172,7 @@ void HtmlTokenizer::markupDeclarationOpen() {
       state_ = State::Data;
       return;
     }
-  } else if (inForeignContent() && behind.starts_with(kCdata)) {
+  } else if (foreign_.holdsNow() && behind.starts_with(kCdata)) {
     contentAt_ = at_ += kCdata.size();
     state_ = State::CdataSection;
   } else {
@@ -294,7 +291,7 @@ inline void HtmlTokenizer::noteAttribute(std::size_t valueAt, std::size_t valueE
 inline void HtmlTokenizer::endTag() {
   ++at_;
   state_ = State::Data;
-  if (!foreign_.empty()) endForeign();
+  if (element_) foreign_.leave(*element_);
 }
 
 inline void HtmlTokenizer::startTag() {
@@ -310,35 +307,13 @@ inline void HtmlTokenizer::startTag() {
 
 // What follows a start tag is not always markup.
 void HtmlTokenizer::enterContent() {
-  if (element_->endsForeignContent)
-    while (inForeignContent()) foreign_.pop_back();
-  const bool isForeign = inForeignContent();
-  if (!isSelfClosing_ && changesContent(isForeign) && foreign_.size() < kDeepest) foreign_.push_back(element_);
-  if (isForeign) return;
+  if (foreign_.enter(*element_, isSelfClosing_)) return;
   const bool isUnended = std::find(unended_.begin(), unended_.end(), element_) != unended_.end();
   if (element_->content == HtmlContent::RawText && !isUnended) state_ = State::RawText;
   if (element_->content == HtmlContent::Script) state_ = State::ScriptData;
   if (element_->content == HtmlContent::PlainText) state_ = State::PlainText;
   rawElement_ = element_;
   contentAt_ = at_;
-}
-
-// Does the element begin foreign content, or HTML in it ("integration point")?
-bool HtmlTokenizer::changesContent(bool isForeign) const {
-  if (element_->content == HtmlContent::Svg || element_->content == HtmlContent::MathMl) return true;
-  if (!isForeign) return false;
-  if (foreign_.back()->content == HtmlContent::MathMl) return element_->content == HtmlContent::MathIntegration;
-  return element_->content == HtmlContent::SvgIntegration || element_->name == "title";
-}
-
-bool HtmlTokenizer::inForeignContent() const {
-  return !foreign_.empty() &&
-         (foreign_.back()->content == HtmlContent::Svg || foreign_.back()->content == HtmlContent::MathMl);
-}
-
-void HtmlTokenizer::endForeign() {
-  const auto opened = std::find(foreign_.rbegin(), foreign_.rend(), element_);
-  if (element_ && opened != foreign_.rend()) foreign_.erase(opened.base() - 1, foreign_.end());
 }
 
 // Ends at "-->" and "--!>", which the two dashes that began it are no part of.

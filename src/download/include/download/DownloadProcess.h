@@ -18,6 +18,7 @@
 namespace mv {
 
 class DownloadQueue;
+class DownloadReport;
 class FileReceiver;
 class LoginWatch;
 struct SaveResult;
@@ -51,7 +52,7 @@ class DownloadProcess : public Process {
   void checkIfFileExists(std::string& result);
   void receiveFile();
 
-  const DownloadStatus& status() const { return status_; }
+  const DownloadStatus& status() const;
   // No stored link of the site waits, none is being fetched.
   bool hasNothingLeft() const;
   // The site's download folder.
@@ -74,9 +75,8 @@ class DownloadProcess : public Process {
     std::string fileName = {};  // of the address
     std::string fileType = {};
     std::string savePath = {};
-    std::string_view mode = {};        // what the running request is for
-    std::string announcedLength = {};  // as the header has it
-    std::int64_t contentLength = 0;    // bytes; 0: not known
+    std::string_view mode = {};  // what the running request is for
+    SizeStatus size = {};
     std::int64_t bytesReceived = 0;
     bool isPage = false;      // which may be the login page
     bool outcomeDue = false;  // still to be written
@@ -90,8 +90,6 @@ class DownloadProcess : public Process {
   bool takeUp(int index);
   void skipEntry(int index);
   void refuseFile();
-  void showSize(SizeStatus size);
-  void showFile(FileStatus::Note note);
   void transferFailed();
   // Counts, shows and logs a failure of the current entry.
   void countError(const std::string& reason, long code);
@@ -111,8 +109,6 @@ class DownloadProcess : public Process {
   void showReceived(std::int64_t bytes);
   void showArriving();
   void fileIsAt(std::int64_t linkId, const std::string& path);
-  void countRefusal(SizeStatus::Verdict verdict);
-  void count(long DownloadCounts::*outcome);
   void showSaveProgress(std::int64_t bytes);
   void fileReceived();
   void save();
@@ -123,11 +119,11 @@ class DownloadProcess : public Process {
   std::unique_ptr<DownloadQueue> queue_;
   std::unique_ptr<LoginWatch> login_;
   std::unique_ptr<FileReceiver> receiver_;  // holds a file from the first to the last chunk
+  std::unique_ptr<DownloadReport> report_;
   Entry entry_;
   QTimer arriving_;                       // shows how much of a file has arrived
   std::map<std::int64_t, Entry> saving_;  // by link: received, and on their way to the disk
   bool awaitsRoom_ = false;               // for further ones
-  DownloadStatus status_;
 };
 
 }  // namespace mv

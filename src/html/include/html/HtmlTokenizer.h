@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "html/ForeignContent.h"
 #include "html/HtmlElements.h"
 
 namespace mv {
@@ -96,9 +97,6 @@ class HtmlTokenizer {
   void endTag();
   void startTag();
   void enterContent();
-  bool inForeignContent() const;
-  bool changesContent(bool isForeign) const;
-  void endForeign();
 
   char peek(std::size_t distance) const;
   template <class Belongs>
@@ -134,7 +132,7 @@ class HtmlTokenizer {
   std::size_t contentAt_ = 0;                // where the comment, section or escape began
   const HtmlElement* rawElement_ = nullptr;  // whose text is being passed over
   std::vector<const HtmlElement*> unended_;  // have no end tag in the rest of the page
-  std::vector<const HtmlElement*> foreign_;  // open svg and math elements and, in them, those that hold HTML again
+  ForeignContent foreign_;
 };
 
 }  // namespace mv
