@@ -21,8 +21,9 @@ namespace {
 
 constexpr int kSites = 10;
 constexpr double kMB = 1e6;
-constexpr double kGoalIdle = 95;       // percent
-constexpr double kGoalIteration = 16;  // ms
+constexpr double kGoalIdle = 95;          // percent
+constexpr double kGoalIteration = 16;     // ms
+constexpr double kGoalFirstPicture = 40;  // ms
 
 void fillDatabase(const mvbench::ServerProcess& server, std::int64_t rows) {
   for (int site = 1; site <= kSites; ++site) {
@@ -47,6 +48,8 @@ void measure(std::int64_t rows, int seconds) {
     QObject::connect(&scan->process(), &mv::ScanProcess::pageProcessed, [&] { ++pages; });
   for (auto* download : program.downloads())
     QObject::connect(&download->process(), &mv::DownloadProcess::fileSaved, [&] { ++files; });
+  // Twenty windows and more are drawn for the first time in one iteration, once.
+  const mvbench::Timing first = mvbench::timed([] { QCoreApplication::processEvents(); });
   const mvtest::LoopMeter meter;
   const double end = mvbench::secondsOf(CLOCK_MONOTONIC) + seconds;
   const mvbench::Timing timing =
@@ -54,7 +57,9 @@ void measure(std::int64_t rows, int seconds) {
   const std::string what = "ten sites of " + std::to_string(rows) + " links";
   mvbench::printFigure(what + ", thread idle", 100 * (1 - timing.cpu / timing.wall), "%", mvbench::Goal::AtLeast,
                        kGoalIdle);
-  mvbench::printFigure(what + ", longest loop iteration", meter.longest, "ms", mvbench::Goal::AtMost, kGoalIteration);
+  mvbench::printFigure(what + ", first picture", first.cpu * 1000, "ms", mvbench::Goal::AtMost, kGoalFirstPicture);
+  mvbench::printFigure(what + ", longest loop iteration behind it", meter.longest, "ms", mvbench::Goal::AtMost,
+                       kGoalIteration);
   std::printf("  %ld pages, %ld files, %ld iterations in %.1f s; memory %.1f MB, peak %.1f MB\n", pages, files,
               meter.iterations, timing.wall, mvbench::memory("VmRSS") / kMB, mvbench::memory("VmHWM") / kMB);
 }

@@ -123,8 +123,7 @@ std::vector<int> WorkList::sortedRows(int column, Qt::SortOrder order) const {
 }
 
 void WorkList::reorder(const std::vector<int>& sorted) {
-  std::vector<WorkRow> rows;
-  rows.reserve(rows_.size());
+  std::deque<WorkRow> rows;
   std::vector<int> newPlace(rows_.size());
   for (const int old : sorted) {
     newPlace[static_cast<std::size_t>(old)] = static_cast<int>(rows.size());

@@ -101,6 +101,7 @@ void ProcessWindow::setDetailsShown(bool shown) {
 }
 
 bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == controls_.links && event->type() == QEvent::Show) showTakenRow();
   const bool key = watched == controls_.links && event->type() == QEvent::KeyPress;
   // Left to itself the view takes Escape for the beginning of a search.
   if (!key || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return ChildWindow::eventFilter(watched, event);
@@ -117,9 +118,10 @@ void ProcessWindow::sortLinks(int column) {
 }
 
 void ProcessWindow::showTakenRow() {
-  if (process_.takenRow() == shownRow_) return;
+  // A hidden list would lay all of its rows out for it; it is told when it shows.
+  if (process_.takenRow() == shownRow_ || !controls_.links->isVisible()) return;
   shownRow_ = process_.takenRow();
-  // Makes it the selected row too, and scrolls to it, in a hidden list as soon as that shows.
+  // Makes it the selected row too, and scrolls to it.
   if (shownRow_.isValid()) controls_.links->setCurrentIndex(shownRow_);
 }
 

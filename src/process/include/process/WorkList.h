@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -79,7 +80,7 @@ class WorkList : public QAbstractTableModel {
   void reorder(const std::vector<int>& sorted);
 
   QStringList titles_;
-  std::vector<WorkRow> rows_;
+  std::deque<WorkRow> rows_;  // grows without moving those that it has
   std::unordered_map<std::int64_t, int> byLink_;
   std::unordered_set<std::string> addresses_;
   int waitingCount_ = 0;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLabel>
+#include <optional>
 #include <string>
 
 namespace mv {
@@ -21,7 +22,13 @@ class ElidedLabel : public QLabel {
 
  protected:
   bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int lineWidth() const;  // pixels
+
+  mutable std::optional<int> lineWidth_;
 };
 
 }  // namespace mv
