@@ -64,7 +64,7 @@ void Compaction::replace() {
   gDatabase.close();
   std::optional<DatabaseError> failure;
   try {
-    copy_->replaceSource();
+    deleting_.start([replaced = copy_->replaceSource()]() mutable { replaced.reset(); });
   } catch (const DatabaseError& error) {
     failure = error;
   }

@@ -59,6 +59,25 @@ void makePrivateFile(const std::string& path) {
   close(file);
 }
 
+// Files that have lost their names, or will.
+class OpenFiles {
+ public:
+  OpenFiles() = default;
+  OpenFiles(const OpenFiles&) = delete;
+  OpenFiles& operator=(const OpenFiles&) = delete;
+  ~OpenFiles() {
+    for (const int file : files_) close(file);
+  }
+
+  // As far as there is one.
+  void add(const std::string& path) {
+    if (const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC); file >= 0) files_.push_back(file);
+  }
+
+ private:
+  std::vector<int> files_;
+};
+
 }  // namespace
 
 struct CompactCopy::Private {
@@ -161,7 +180,9 @@ int CompactCopy::percentWritten() const {
 
 bool CompactCopy::isCurrent() { return d->connection && currentVersion(d->connection.get()) == d->version; }
 
-void CompactCopy::replaceSource() {
+CompactCopy::ReplacedFiles CompactCopy::replaceSource() {
+  const auto replaced = std::make_shared<OpenFiles>();
+  replaced->add(d->source + "-wal");  // in which the engine keeps no locks
   // The last one to close a database takes its journal away.
   d->connection.reset();
   if (fileSize(d->source + "-wal") >= 0 || fileSize(d->source + "-journal") > 0)
@@ -169,6 +190,7 @@ void CompactCopy::replaceSource() {
   reached(Step::Closed);
   syncToDisk(d->target);
   reached(Step::Synced);
+  replaced->add(d->source);  // which nobody has locked any more
   std::error_code error;
   // A link to the database stays one.
   const std::filesystem::path place = std::filesystem::canonical(d->source, error);
@@ -182,6 +204,7 @@ void CompactCopy::replaceSource() {
     syncToDisk(place.parent_path().string());
   } catch (const DatabaseError&) {
   }
+  return replaced;
 }
 
 void CompactCopy::removeFiles(const std::string& path) { engine::removeFiles(path); }

@@ -46,6 +46,7 @@ class Compaction : public QObject {
   std::unique_ptr<CompactCopy> copy_;
   int copiesLeft_;
   BackgroundWork writing_;
+  BackgroundWork deleting_;  // of what was replaced
 };
 
 // Rewrites the database at `databasePath`, the one that gDatabase has open, by way of a copy at `tempPath` (full paths
