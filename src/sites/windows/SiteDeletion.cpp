@@ -10,11 +10,12 @@
 namespace mv {
 
 namespace {
-constexpr int kUnseenFor = 300;  // milliseconds
+constexpr int kUnseenFor = 300;     // milliseconds
+constexpr int kDrawInterval = 100;  // milliseconds; drawing the list takes longer than deleting a site
 }  // namespace
 
-SiteDeletion::SiteDeletion(QObject* owner, std::function<bool(Id)> deleteOne)
-    : QObject(owner), deleteOne_(std::move(deleteOne)) {}
+SiteDeletion::SiteDeletion(QWidget& list, std::function<bool(Id)> deleteOne)
+    : QObject(&list), list_(list), deleteOne_(std::move(deleteOne)) {}
 
 SiteDeletion::~SiteDeletion() { delete wait_; }
 
@@ -23,6 +24,7 @@ void SiteDeletion::begin(const std::deque<Id>& sites) {
   if (idle) {
     asked_ = 0;
     lasting_.start();
+    drawn_.start();
   }
   asked_ += sites.size();
   left_.insert(left_.end(), sites.begin(), sites.end());
@@ -31,10 +33,12 @@ void SiteDeletion::begin(const std::deque<Id>& sites) {
 
 void SiteDeletion::stop() {
   left_.clear();
+  list_.setUpdatesEnabled(true);
   delete wait_;
 }
 
 void SiteDeletion::deleteSome() {
+  list_.setUpdatesEnabled(false);
   const TimeBudget budget;
   while (!left_.empty() && !budget.spent()) {
     const Id id = left_.front();
@@ -43,6 +47,10 @@ void SiteDeletion::deleteSome() {
   }
   if (left_.empty()) return stop();
   showProgress();
+  if (drawn_.hasExpired(kDrawInterval)) {
+    list_.setUpdatesEnabled(true);
+    drawn_.restart();
+  }
   takeTurn(this, [this] { deleteSome(); });
 }
 

@@ -55,7 +55,7 @@ QStringList textsOf(const SiteListRow& site) {
 frmWebSites::frmWebSites()
     : ListWindow(kTitle, kWidth, kHeight),
       processes_(std::make_unique<SiteProcesses>()),
-      deletion_(new SiteDeletion(this, [this](Id id) { return run([&] { deleteUnlessRunning(id); }); })) {
+      deletion_(new SiteDeletion(list(), [this](Id id) { return run([&] { deleteUnlessRunning(id); }); })) {
   setObjectName("frmWebSites");
   buildList();
   buildToolbar();
@@ -228,7 +228,7 @@ void frmWebSites::rowWasChosen(int row) {
 }
 
 void frmWebSites::forgetVanishedSelection() {
-  if (rowOf(selectedSiteID_) < 0) selectedSiteID_ = 0;
+  if (selectedSiteID_ != 0 && rowOf(selectedSiteID_) < 0) selectedSiteID_ = 0;
 }
 
 // --- the context menu
