@@ -63,7 +63,7 @@ std::string scanOutcomeText(const ScanStatus& status, long failed) {
     return outcomes.empty() ? place : outcomes + ". " + place;
   }
   if (outcomes.empty()) return "No page yet. " + waitingText(status.waiting, "page");
-  if (status.waiting > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
+  if (status.waiting.listed > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
   return outcomes + ". Start page next.";
 }
 
