@@ -308,7 +308,7 @@ bool DownloadProcess::showOutcome(const Entry& entry) {
 void DownloadProcess::showCounters(const std::string& kind, const std::string& reason, long code) {
   if (StopRequested()) return;
   if (kind == "filesinqueue") {
-    report_->showQueue(*queue_, lvwLinks.waitingCount());
+    report_->showQueue(*queue_);
   } else if (kind == "error") {
     showError(fileText(status()), reason, code);
   }

@@ -7,10 +7,10 @@ void DownloadReport::showReceived(std::int64_t bytes, std::int64_t whole) {
   show(status_.left, whole - bytes);
 }
 
-void DownloadReport::showQueue(const DownloadQueue& queue, long waiting) {
+void DownloadReport::showQueue(const DownloadQueue& queue) {
   show(status_.queue, queue.left());
   show(status_.processed, queue.taken());
-  show(status_.waiting, waiting);
+  show(status_.waiting, queue.waiting());
 }
 
 void DownloadReport::refused(const std::string& name, SizeStatus why) {

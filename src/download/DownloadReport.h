@@ -25,7 +25,7 @@ class DownloadReport {
   void showSize(SizeStatus size) { show(status_.size, std::move(size)); }
   // `bytes` have come of a file of `whole`.
   void showReceived(std::int64_t bytes, std::int64_t whole);
-  void showQueue(const DownloadQueue& queue, long waiting);
+  void showQueue(const DownloadQueue& queue);
 
   // The file is not wanted by its size.
   void refused(const std::string& name, SizeStatus why);
