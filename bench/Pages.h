@@ -82,49 +82,67 @@ class PageMaker {
   void blockOfToday() {
     switch (any(6)) {
       case 0:
-        text_ += "<div class=\"card card--wide js-card\" id=\"c" + number() + "\" data-id=\"" + number() +
-                 "\" data-track='{\"kind\":\"card\",\"place\":" + number() +
-                 "}' role=\"group\" aria-label=\"Story of the day\">\n  <h2 class=\"card__title\"><span>";
-        words(5);
-        text_ += "</span></h2>\n  <p class=\"card__text\">";
-        words(40);
-        text_ += "</p>\n</div>\n";
-        return;
+        return cardOfToday();
       case 1:
-        text_ += "<a class=\"nav__link nav__link--more\" data-event=\"click\" href=\"/story/" + number() +
-                 "/?from=list&amp;page=" + number() + "#top\" rel=\"noopener\" target=\"_blank\" title=\"More\">";
-        words(3);
-        text_ += "</a>\n";
-        return;
-      case 2: {
-        const std::string picture = "/media/2024/" + number();
-        text_ +=
-            "<img class=\"lazy\" loading=\"lazy\" decoding=\"async\" width=\"640\" height=\"480\" alt=\"\" "
-            "src=\"data:image/gif;base64,R0lGODlhAQABAIAAAAAAAP///yH5BAEAAAAALAAAAAABAAEAAAIBRAA7\" data-src=\"" +
-            picture + ".jpg\" srcset=\"" + picture + "-320.jpg 320w, " + picture + "-640.jpg 640w, " + picture +
-            "-1280.jpg 1280w\" sizes=\"(max-width: 600px) 100vw, 50vw\">\n";
-        return;
-      }
+        return navigationOfToday();
+      case 2:
+        return pictureOfToday();
       case 3:
-        text_ += "<script type=\"module\" async>!function(e,t){for(var n=0;n<t.length;n++)if(t[n]<" + number() +
-                 "&&e>n){e.innerHTML='<a href=\"/no/'+n+'\">'+n+'<\\/a>';}return e}(window.items||[],[" + number() +
-                 "," + number() + "]);</script>\n";
-        return;
+        return scriptOfToday();
       case 4:
-        text_ += "<!-- block " + number() + " <a href=\"/old/" + number() + "\"> ";
-        words(12);
-        text_ +=
-            " -->\n<svg class=\"icon\" width=\"24\" height=\"24\" viewBox=\"0 0 24 24\" aria-hidden=\"true\"><path "
-            "d=\"M12 " +
-            number() + "a8 8 0 1 0 0 16z\" fill=\"currentColor\"/></svg>\n";
-        return;
+        return commentOfToday();
       default:
-        text_ += "<p class=\"text\">";
-        words(50);
-        text_ += "<a href=\"https://www.host" + number() + ".example/a/" + number() + "\">";
-        words(2);
-        text_ += "</a></p>\n";
+        return storyOfToday();
     }
+  }
+
+  void cardOfToday() {
+    text_ += "<div class=\"card card--wide js-card\" id=\"c" + number() + "\" data-id=\"" + number() +
+             "\" data-track='{\"kind\":\"card\",\"place\":" + number() +
+             "}' role=\"group\" aria-label=\"Story of the day\">\n  <h2 class=\"card__title\"><span>";
+    words(5);
+    text_ += "</span></h2>\n  <p class=\"card__text\">";
+    words(40);
+    text_ += "</p>\n</div>\n";
+  }
+
+  void navigationOfToday() {
+    text_ += "<a class=\"nav__link nav__link--more\" data-event=\"click\" href=\"/story/" + number() +
+             "/?from=list&amp;page=" + number() + "#top\" rel=\"noopener\" target=\"_blank\" title=\"More\">";
+    words(3);
+    text_ += "</a>\n";
+  }
+
+  void pictureOfToday() {
+    const std::string picture = "/media/2024/" + number();
+    text_ +=
+        "<img class=\"lazy\" loading=\"lazy\" decoding=\"async\" width=\"640\" height=\"480\" alt=\"\" "
+        "src=\"data:image/gif;base64,R0lGODlhAQABAIAAAAAAAP///yH5BAEAAAAALAAAAAABAAEAAAIBRAA7\" data-src=\"" +
+        picture + ".jpg\" srcset=\"" + picture + "-320.jpg 320w, " + picture + "-640.jpg 640w, " + picture +
+        "-1280.jpg 1280w\" sizes=\"(max-width: 600px) 100vw, 50vw\">\n";
+  }
+
+  void scriptOfToday() {
+    text_ += "<script type=\"module\" async>!function(e,t){for(var n=0;n<t.length;n++)if(t[n]<" + number() +
+             "&&e>n){e.innerHTML='<a href=\"/no/'+n+'\">'+n+'<\\/a>';}return e}(window.items||[],[" + number() + "," +
+             number() + "]);</script>\n";
+  }
+
+  void commentOfToday() {
+    text_ += "<!-- block " + number() + " <a href=\"/old/" + number() + "\"> ";
+    words(12);
+    text_ +=
+        " -->\n<svg class=\"icon\" width=\"24\" height=\"24\" viewBox=\"0 0 24 24\" aria-hidden=\"true\"><path "
+        "d=\"M12 " +
+        number() + "a8 8 0 1 0 0 16z\" fill=\"currentColor\"/></svg>\n";
+  }
+
+  void storyOfToday() {
+    text_ += "<p class=\"text\">";
+    words(50);
+    text_ += "<a href=\"https://www.host" + number() + ".example/a/" + number() + "\">";
+    words(2);
+    text_ += "</a></p>\n";
   }
 
   std::mt19937 random_;

@@ -81,6 +81,7 @@ inline void clickHeader(mv::ListView& list, int column) {
 
 inline std::vector<QString> columnTexts(const mv::ListView& list, int column = 0) {
   std::vector<QString> texts;
+  texts.reserve(static_cast<std::size_t>(list.rowCount()));
   for (int row = 0; row < list.rowCount(); ++row) texts.push_back(list.cell(row, column));
   return texts;
 }

@@ -64,9 +64,26 @@ int socketTo(int port) {
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  ::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address);
+  if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+    std::perror("The front does not reach its site");
   return socket;
 }
+
+// One end of a relay: the client's may be encrypted.
+struct End {
+  int socket;
+  SSL* tls = nullptr;
+
+  int receive(std::array<char, 16384>& bytes) const {
+    return tls != nullptr ? SSL_read(tls, bytes.data(), static_cast<int>(bytes.size()))
+                          : static_cast<int>(::recv(socket, bytes.data(), bytes.size(), 0));
+  }
+  bool send(const std::array<char, 16384>& bytes, int count) const {
+    return (tls != nullptr ? SSL_write(tls, bytes.data(), count)
+                           : ::send(socket, bytes.data(), static_cast<std::size_t>(count), MSG_NOSIGNAL)) > 0;
+  }
+  bool hasRead() const { return tls != nullptr && SSL_pending(tls) != 0; }
+};
 
 }  // namespace
 
@@ -76,7 +93,7 @@ struct TlsFront::Private {
 
   void acceptAll();
   void serve(int client);
-  void relay(int client, int server, SSL* tls) const;
+  static void relay(const End& client, const End& server);
 
   int site;
   Kind kind;
@@ -145,7 +162,7 @@ void TlsFront::Private::serve(int client) {
   const int server = socketTo(site);
   SSL* tls = isTls ? SSL_new(context) : nullptr;
   if (tls != nullptr) SSL_set_fd(tls, client);
-  if (!isTls || (kind != Kind::NoTls && SSL_accept(tls) == 1)) relay(client, server, tls);
+  if (!isTls || (kind != Kind::NoTls && SSL_accept(tls) == 1)) relay({client, tls}, {server});
   if (tls != nullptr) SSL_free(tls);
   const std::lock_guard lock(mutex);
   sockets.erase(client);
@@ -154,25 +171,14 @@ void TlsFront::Private::serve(int client) {
 }
 
 // Both ways, until one side ends.
-void TlsFront::Private::relay(int client, int server, SSL* tls) const {
+void TlsFront::Private::relay(const End& client, const End& server) {
   std::array<char, 16384> bytes{};
-  const auto size = static_cast<int>(bytes.size());
   while (true) {
-    std::array<pollfd, 2> ends{pollfd{client, POLLIN, 0}, pollfd{server, POLLIN, 0}};
-    if ((tls == nullptr || SSL_pending(tls) == 0) && ::poll(ends.data(), ends.size(), -1) < 0) return;
-    if (ends[1].revents != 0) {
-      const auto count = static_cast<int>(::recv(server, bytes.data(), bytes.size(), 0));
-      if (count <= 0) return;
-      if ((tls != nullptr
-               ? SSL_write(tls, bytes.data(), count)
-               : static_cast<int>(::send(client, bytes.data(), static_cast<std::size_t>(count), MSG_NOSIGNAL))) <= 0)
-        return;
-    } else {
-      const int count = tls != nullptr ? SSL_read(tls, bytes.data(), size)
-                                       : static_cast<int>(::recv(client, bytes.data(), bytes.size(), 0));
-      if (count <= 0) return;
-      ::send(server, bytes.data(), static_cast<std::size_t>(count), MSG_NOSIGNAL);
-    }
+    std::array<pollfd, 2> ends{pollfd{client.socket, POLLIN, 0}, pollfd{server.socket, POLLIN, 0}};
+    if (!client.hasRead() && ::poll(ends.data(), ends.size(), -1) < 0) return;
+    const bool answers = ends[1].revents != 0;
+    const int count = (answers ? server : client).receive(bytes);
+    if (count <= 0 || !(answers ? client : server).send(bytes, count)) return;
   }
 }
 

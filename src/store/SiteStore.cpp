@@ -216,6 +216,7 @@ std::vector<SiteFieldValue> loadSiteFieldValues(Id siteId) {
   // The engine hands them out in the order of an index.
   std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<SiteFieldValue> values;
+  values.reserve(rows.size());
   for (auto& [id, value] : rows) values.push_back(std::move(value));
   return values;
 }

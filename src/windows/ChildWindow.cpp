@@ -228,20 +228,23 @@ void ChildWindow::openFirst() {
 
 QPoint ChildWindow::firstPoint(const QSize& size) const {
   if (opens_ == Opens::AtTopLeft) return {};
+  const auto free = opens_ == Opens::InFreeSpace ? freePoint(size) : std::nullopt;
+  return free ? *free : within(cascadedPoint(), size);
+}
+
+// Below the window that it belongs to, else where it covers no other one, with room for those that will follow it.
+std::optional<QPoint> ChildWindow::freePoint(const QSize& size) const {
   const QSize room = frame_->mdiArea()->viewport()->size();
-  if (opens_ == Opens::InFreeSpace) {
-    std::vector<QRect> taken;
-    for (const ChildWindow* other : loadedWindows())
-      if (other != this && other->keepsItsPlace()) taken.push_back(other->frame_->normalGeometry());
-    if (const ChildWindow* above = standsBelow()) {
-      const QRect place(above->frame_->geometry().bottomLeft() + QPoint(0, 1), size);
-      if (isFree(room, place, taken)) return place.topLeft();
-    }
-    const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
-    if (const auto place = freePlace(room, withFollowers, taken)) return *place;
-    if (const auto place = freePlace(room, size, taken)) return *place;
+  std::vector<QRect> taken;
+  for (const ChildWindow* other : loadedWindows())
+    if (other != this && other->keepsItsPlace()) taken.push_back(other->frame_->normalGeometry());
+  if (const ChildWindow* above = standsBelow()) {
+    const QRect place(above->frame_->geometry().bottomLeft() + QPoint(0, 1), size);
+    if (isFree(room, place, taken)) return place.topLeft();
   }
-  return within(cascadedPoint(), size);
+  const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
+  const auto place = freePlace(room, withFollowers, taken);
+  return place ? place : freePlace(room, size, taken);
 }
 
 QPoint ChildWindow::cascadedPoint() const {

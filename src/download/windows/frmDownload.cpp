@@ -30,7 +30,7 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
 
 frmDownload::~frmDownload() = default;
 
-QString frmDownload::positionKey() const { return settledCaption(); }
+QString frmDownload::positionKey() const { return frmDownload::settledCaption(); }
 
 QString frmDownload::settledCaption() const { return toQString(downloadTitle(process_->SiteName)); }
 

@@ -17,11 +17,9 @@ class Notifier : public QObject {
 
   void show(const QString& title, const QString& text, std::function<void()> clicked);
 
- private Q_SLOTS:
-  void actionInvoked(uint id, const QString& action);
-  void notificationClosed(uint id, uint reason);
-
  private:
+  Q_SLOT void actionInvoked(uint id, const QString& action);
+  Q_SLOT void notificationClosed(uint id, uint reason);
   void shown(QDBusPendingCallWatcher& answer, const std::function<void()>& clicked);
 
   QHash<uint, std::function<void()>> clicked_;  // by the service's number

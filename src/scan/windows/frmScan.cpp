@@ -32,7 +32,7 @@ void frmScan::initWindow() {
   });
 }
 
-QString frmScan::positionKey() const { return settledCaption(); }
+QString frmScan::positionKey() const { return frmScan::settledCaption(); }
 
 QString frmScan::settledCaption() const { return toQString(scanTitle(process_->SiteName)); }
 

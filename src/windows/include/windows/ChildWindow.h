@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -139,6 +140,7 @@ class ChildWindow : public QWidget {
   QSize shownSize(const QSize& twips);
   void openFirst();
   QPoint firstPoint(const QSize& size) const;
+  std::optional<QPoint> freePoint(const QSize& size) const;
   QPoint cascadedPoint() const;
   QPoint within(const QPoint& place, const QSize& size) const;
 
