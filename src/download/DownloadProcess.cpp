@@ -336,7 +336,7 @@ void DownloadProcess::showCounters(const std::string& kind, const std::string& r
   if (kind == "filesinqueue") {
     show(status_.queue, queue_->left());
     show(status_.processed, queue_->taken());
-    show(status_.waiting, lvwLinks.waitingCount());
+    show(status_.waiting, queue_->waiting());
   } else if (kind == "error") {
     showError(fileText(status_), reason, code);
   }

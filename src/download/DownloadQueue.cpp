@@ -46,9 +46,15 @@ long DownloadQueue::build(Id siteId, std::int64_t most, const Test& passOver) {
     else
       rows.push_back(workRow(std::move(*link)));
   }
+  isCut_ = !links.atEnd();
   const auto count = static_cast<long>(rows.size());
   list_.append(std::move(rows));
   return count;
+}
+
+WaitingRows DownloadQueue::waiting() const {
+  const int listed = list_.waitingCount();
+  return {listed, isCut_ || (listed == 0 && list_.count() > 0)};
 }
 
 void DownloadQueue::takeUp(int index) {

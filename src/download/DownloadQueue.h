@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "process/WaitingRows.h"
 #include "process/WorkList.h"
 #include "store/Id.h"
 #include "store/ProcessData.h"
@@ -28,6 +29,9 @@ class DownloadQueue {
   // Row `index` is being worked on.
   void takeUp(int index);
 
+  // Until the list is built anew nobody knows what the scan has added.
+  WaitingRows waiting() const;
+
   // Files that this round may still take up, and has taken up.
   std::int64_t left() const { return limits_.queueSize - taken_; }
   std::int64_t taken() const { return taken_; }
@@ -36,6 +40,7 @@ class DownloadQueue {
   WorkList& list_;
   DownloadLimits limits_;
   std::int64_t taken_ = 0;
+  bool isCut_ = false;  // the last build() has left files out
 };
 
 }  // namespace mv

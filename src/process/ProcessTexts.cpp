@@ -24,9 +24,10 @@ std::string joinedCounts(const std::vector<CountText>& counts) {
   return text;
 }
 
-std::string waitingText(long waiting, const std::string& what) {
-  if (waiting == 0) return "Nothing waits.";
-  return std::to_string(waiting) + " " + what + (waiting == 1 ? " waits." : "s wait.");
+std::string waitingText(const WaitingRows& waiting, const std::string& what) {
+  if (waiting.listed == 0) return waiting.mayBeMore ? "More may wait." : "Nothing waits.";
+  return (waiting.mayBeMore ? "At least " : "") + std::to_string(waiting.listed) + " " + what +
+         (waiting.listed == 1 ? " waits." : "s wait.");
 }
 
 }  // namespace mv

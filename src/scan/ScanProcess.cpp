@@ -175,7 +175,7 @@ void ScanProcess::updateStatus(const std::string& kind, const std::string& reaso
   if (kind == "pagestoscan") {
     show(status_.pagesLeft, queue_.pagesLeft());
     show(status_.pagesProcessed, queue_.pagesProcessed());
-    show(status_.waiting, lvwLinks.waitingCount());
+    show(status_.waiting, WaitingRows{lvwLinks.waitingCount(), queue_.isFull()});
     show(status_.onlyStartPage, queue_.rowsAdded() == 1);
   } else if (kind == "error") {
     showError(maskPassword(page_.url), reason, code);

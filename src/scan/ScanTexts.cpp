@@ -54,16 +54,17 @@ std::string pagesProcessedText(const ScanStatus& status) {
 }
 
 std::string scanOutcomeText(const ScanStatus& status, long failed) {
-  const std::string outcomes = joinedCounts({{status.pagesRead, "page read", "pages read"},
-                                             {status.linksFound, "link found", "links found"},
-                                             {status.linksKeptOut, "kept out by filters"},
-                                             {failed, "failed"}});
+  std::string outcomes = joinedCounts({{status.pagesRead, "page read", "pages read"},
+                                       {status.linksFound, "link found", "links found"},
+                                       {status.linksKeptOut, "kept out by filters"},
+                                       {failed, "failed"}});
+  if (status.pagesRead > 0 && status.linksFound == 0) outcomes += ", no new link";
   if (status.pagePercent >= 0) {
     const std::string place = "At " + std::to_string(status.pagePercent) + " % of a long page.";
     return outcomes.empty() ? place : outcomes + ". " + place;
   }
   if (outcomes.empty()) return "No page yet. " + waitingText(status.waiting, "page");
-  if (status.waiting > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
+  if (status.waiting.listed > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
   return outcomes + ". Start page next.";
 }
 

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QWidget>
+#include <utility>
 
 namespace mv {
 
@@ -23,7 +24,16 @@ bool NormalPlace::isNormal() const {
 }
 
 void NormalPlace::keep() {
-  if (isNormal()) rect_ = QRect(window_.pos(), window_.size());
+  if (!isNormal()) return;
+  if (std::exchange(isMaximisedFromStart_, false)) mendShift();
+  rect_ = QRect(window_.pos(), window_.size());
+}
+
+// Only what a frame makes: the user may have dragged the window from its maximised place.
+void NormalPlace::mendShift() {
+  constexpr int kWidestFrame = 64;
+  const QPoint shift = window_.pos() - rect_.topLeft();
+  if (shift.manhattanLength() <= kWidestFrame) window_.move(rect_.topLeft());
 }
 
 QRect NormalPlace::rect() const {
@@ -31,9 +41,10 @@ QRect NormalPlace::rect() const {
   return settled_.isActive() && isNormal() ? QRect(window_.pos(), window_.size()) : rect_;
 }
 
-void NormalPlace::set(const QRect& rect) {
+void NormalPlace::set(const QRect& rect, bool maximised) {
   settled_.stop();
   rect_ = rect;
+  isMaximisedFromStart_ = maximised;
 }
 
 bool NormalPlace::eventFilter(QObject* watched, QEvent* event) {

@@ -27,7 +27,8 @@ QString bytesText(double bytes) {
 QString totalsText(const Totals& totals, double bytesPerSecond) {
   if (totals.sites == 0 && totals.saved == 0 && totals.failed == 0) return "No site is running.";
   QStringList parts{totals.sites == 0 ? "No site runs" : counted(totals.sites, "site runs", "sites run")};
-  if (totals.waiting > 0) parts << counted(totals.waiting, "file waits", "files wait");
+  if (totals.waiting > 0)
+    parts << (totals.moreWait ? "at least " : "") + counted(totals.waiting, "file waits", "files wait");
   QString saved = QString("%L1 saved (%2").arg(totals.saved).arg(bytesText(static_cast<double>(totals.bytes)));
   if (bytesPerSecond >= kLeastRate) saved += ", " + bytesText(bytesPerSecond) + "/s";
   parts << saved + ')';

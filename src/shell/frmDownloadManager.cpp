@@ -117,9 +117,9 @@ void frmDownloadManager::initWindow() {
   const QRect place = withinView(QRect(pixels(left), pixels(top), pixels(width), pixels(height)));
   resize(place.size());
   move(place.topLeft());
-  normalPlace_->set(place);
   long maximised = 0;
   readWindowPosition(kMaximisedKey, top, left, maximised, width);
+  normalPlace_->set(place, maximised != 0);
   if (maximised != 0) setWindowState(windowState() | Qt::WindowMaximized);
 }
 

@@ -17,6 +17,7 @@ Totals& ended() {
 Totals& Totals::operator+=(const Totals& other) {
   sites += other.sites;
   waiting += other.waiting;
+  moreWait = moreWait || other.moreWait;
   saved += other.saved;
   failed += other.failed;
   bytes += other.bytes;
@@ -33,6 +34,7 @@ Totals allTotals() {
 void keepTotals(const Totals& totals) {
   Totals left = totals;
   left.sites = left.waiting = 0;
+  left.moreWait = false;
   ended() += left;
 }
 

@@ -82,6 +82,20 @@ TEST_F(DownloadWindowTest, TheFootSaysWhatCameOfTheFiles) {
   EXPECT_TRUE(control<QPushButton>(window, "btnDetails").icon().isNull());
 }
 
+TEST_F(DownloadWindowTest, TheFootSaysNothingWaitsOnlyWhenNoStoredFileDoes) {
+  setSite("lower_limit = 0, pages_to_scan = 2");
+  for (const char* name : {"/a.jpg", "/b.jpg", "/c.jpg", "/d.jpg", "/e.jpg"}) addFile(name, std::string(2000, 'x'));
+  QStringList said;
+  window->initWindow();
+  EXPECT_TRUE(waitFor([&] {
+    said << text("lblState");
+    return said.last() == "5 files saved. Nothing waits.";
+  })) << qPrintable(said.last());
+  said.removeDuplicates();
+  EXPECT_TRUE(said.contains("No file yet. At least 2 files wait.")) << qPrintable(said.join('\n'));
+  EXPECT_EQ(said.filter("Nothing waits.").size(), 1) << qPrintable(said.join('\n'));
+}
+
 TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {
   QImage picture(20, 10, QImage::Format_RGB32);
   picture.fill(Qt::red);

@@ -68,6 +68,9 @@ TEST_F(HelpWindowTest, ASubjectThenATopicThenItsText) {
   EXPECT_EQ(topics(other), Texts({"C"}));
   EXPECT_EQ(topics(window), Texts({"A", "B"})) << "each window has a choice of its own";
   EXPECT_EQ(text(window), "<b>text</b> of B");
+  EXPECT_EQ(text(other), "");
+  QTest::keyClick(&subjects(other), Qt::Key_Return);
+  EXPECT_EQ(text(other), "text of C") << "the only topic";
   QTest::keyClick(other, Qt::Key_Escape);
   EXPECT_EQ(WindowRegistry::instance().windows().size(), 1u);
 }

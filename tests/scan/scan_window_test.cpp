@@ -73,6 +73,14 @@ TEST_F(ScanWindowTest, TellsHowFarALongPageIs) {
       << qPrintable(text("lblState"));
 }
 
+TEST_F(ScanWindowTest, SaysWhenAllLinksOfAPageAreKnownAlready) {
+  site.page("/", R"(<a href="gone.htm">)");
+  insert("link (id, site_id, link_type, url, status)", {{"40", "4711", "Document", site.host() + "/gone.htm", "Done"}});
+  window->initWindow();
+  EXPECT_TRUE(waitFor([this] { return text("lblState") == "1 page read, no new link. Start page next."; }))
+      << qPrintable(text("lblState"));
+}
+
 TEST_F(ScanWindowTest, SelectsThePageTakenUpAndSortsByItsHeader) {
   addLink(20, "h/b.htm");
   addLink(9, "h/a.htm");

@@ -3,9 +3,11 @@
 #include "Accessibility.h"
 
 #include <QAccessible>
+#include <QTimer>
 
 #include "EveryWindow.h"
 #include "catalog_windows/frmNewFilter.h"
+#include "desktop/Dialogs.h"
 #include "shell/frmSplash.h"
 #include "windows/frmPleaseWait.h"
 
@@ -46,6 +48,27 @@ TEST_F(AccessibilityTest, SoDoTheMainWindowAndItsDialogs) {
     const QStringList faults = accessibilityFaults(*window);
     EXPECT_TRUE(faults.isEmpty()) << qPrintable(window->objectName()) << ":\n  " << qPrintable(faults.join("\n  "));
   }
+}
+
+// Each of them asks with a title of its own.
+TEST_F(AccessibilityTest, SoDoesTheFolderDialogOfEveryBrowseButton) {
+  const auto scripted = qScopeGuard([recording = Dialogs::install(nullptr)] { Dialogs::install(recording); });
+  QStringList titles;
+  lookAtEach([&titles](ChildWindow& window, const QSize&) {
+    auto* browse = window.findChild<QPushButton*>("cmdBrowse");
+    if (!browse) return;
+    QTimer::singleShot(0, &window, [&titles] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      ASSERT_NE(dialog, nullptr);
+      titles << dialog->windowTitle();
+      const QStringList faults = accessibilityFaults(*dialog) + tabFaults(*dialog);
+      EXPECT_TRUE(faults.isEmpty()) << qPrintable(dialog->windowTitle()) << ":\n  " << qPrintable(faults.join("\n  "));
+      dialog->close();
+    });
+    browse->setEnabled(true);
+    browse->click();
+  });
+  EXPECT_EQ(titles.size(), 3) << qPrintable(titles.join('\n'));
 }
 
 TEST_F(AccessibilityTest, AWindowIsShowingWhereverItStandsInTheMainWindow) {

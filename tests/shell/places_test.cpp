@@ -161,4 +161,23 @@ TEST(NormalPlaceTest, ASizeThatIsCalledMaximisedInTheNextMomentIsNotTheNormalOne
   EXPECT_EQ(place.rect(), normal);
 }
 
+// As others do with a window that was maximised when it was first shown.
+TEST(NormalPlaceTest, AWindowMaximisedFromTheStartGetsItsStoredPlaceBackThoughItsFrameIsCountedTwice) {
+  const QRect stored(60, 50, 300, 200);
+  for (const bool dragged : {false, true}) {
+    QWidget window;
+    window.setGeometry(stored);
+    NormalPlace place(window);
+    place.set(stored, true);
+    window.showMaximized();
+    QTest::qWait(400);
+    window.showNormal();
+    const QPoint given = stored.topLeft() + (dragged ? QPoint(300, 200) : QPoint(-5, -5));
+    window.move(given);
+    QTest::qWait(400);
+    EXPECT_EQ(window.pos(), dragged ? given : stored.topLeft());
+    EXPECT_EQ(place.rect().topLeft(), window.pos());
+  }
+}
+
 }  // namespace

@@ -36,7 +36,8 @@ QString frmDownload::settledCaption() const { return toQString(downloadTitle(pro
 
 Totals frmDownload::totals() const {
   const DownloadStatus& status = process_->status();
-  return {.waiting = status.waiting,
+  return {.waiting = status.waiting.listed,
+          .moreWait = status.waiting.mayBeMore,
           .saved = status.counts.saved,
           .failed = process_->ErrorCount(),
           .bytes = status.counts.bytes};

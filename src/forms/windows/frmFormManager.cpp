@@ -25,7 +25,7 @@ frmFormManager::frmFormManager()
                     .height = 3600,
                     .windowName = "frmFormManager",
                     .listName = "lvwForms",
-                    .columns = {{"Name", 16}, {"Type", 14}, {"Description", 28}, {"Id", 0, true}},
+                    .columns = {{"Name", 24}, {"Type", 14}, {"Description", 28}, {"Id", 0, true}},
                     .editCaption = "Edit Form: ",
                     .keepsChosen = true,
                     .fill = fill,

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kWidth = 6855;   // twips
 constexpr int kHeight = 4455;  // twips
-constexpr int kSubjectCharacters = 20;
+constexpr int kSubjectCharacters = 24;
 
 }  // namespace
 
@@ -27,6 +27,9 @@ frmHelp::frmHelp() : ChildWindow(kWidth, kHeight), ui_(std::make_unique<Ui::frmH
   // Thousands of topics, or a very long one, must neither widen the window nor be measured one by one.
   if (auto* popup = qobject_cast<QListView*>(ui_->cmboTopics->view())) popup->setUniformItemSizes(true);
   connect(ui_->lvwSubjects, &ListView::rowChosen, this, [this](int row) { run([&] { subjectChosen(row); }); });
+  // The box names a topic already, and one that is the only one cannot be moved to by keys.
+  connect(ui_->lvwSubjects, &ListView::rowActivated, this,
+          [this] { run([this] { topicChosen(ui_->cmboTopics->currentIndex()); }); });
   connect(ui_->cmboTopics, &QComboBox::activated, this, [this](int index) { run([&] { topicChosen(index); }); });
 }
 

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "process/WaitingRows.h"
+
 namespace mv {
 
 // The file taken up.
@@ -49,7 +51,7 @@ struct DownloadStatus {
   std::optional<std::int64_t> left;      // bytes
   std::optional<std::string> savePath;   // folder
   DownloadCounts counts;
-  long waiting = 0;  // rows of the work list that have not been taken up
+  WaitingRows waiting;
 };
 
 }  // namespace mv

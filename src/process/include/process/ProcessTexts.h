@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "process/ProcessError.h"
+#include "process/WaitingRows.h"
 
 namespace mv {
 
@@ -23,7 +24,7 @@ struct CountText {
 };
 // Those that are not 0, joined by commas.
 std::string joinedCounts(const std::vector<CountText>& counts);
-// "Nothing waits.", "1 page waits.", "2 pages wait."
-std::string waitingText(long waiting, const std::string& what);
+// "Nothing waits.", "1 page waits.", "2 pages wait.", "At least 2 pages wait.", "More may wait."
+std::string waitingText(const WaitingRows& waiting, const std::string& what);
 
 }  // namespace mv

@@ -51,6 +51,8 @@ class ScanQueue {
   void putBack(std::int64_t linkId);
 
   bool alternateMatchpath() const { return limits_.alternateMatchpath; }
+  // The round takes no further page up.
+  bool isFull() const { return !hasRoom(); }
   long rowsAdded() const { return rowsAdded_; }
   long pagesLeft() const { return static_cast<long>(limits_.pagesToScan) - pagesProcessed_; }
   long pagesProcessed() const { return pagesProcessed_; }

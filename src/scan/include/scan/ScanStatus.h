@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "process/WaitingRows.h"
+
 namespace mv {
 
 // How the login to a site stands.
@@ -44,7 +46,7 @@ struct ScanStatus {
   long pagesRead = 0;
   long linksFound = 0;         // new ones, stored
   long linksKeptOut = 0;       // by filters
-  long waiting = 0;            // pages of the queue that have not been taken up
+  WaitingRows waiting;         // pages
   bool onlyStartPage = false;  // this round has no other page
   int pagePercent = -1;        // of a page that is worked through in several slices; -1: no such page
 };

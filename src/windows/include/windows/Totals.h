@@ -8,8 +8,9 @@ namespace mv {
 struct Totals {
   long sites = 0;    // running
   long waiting = 0;  // files
-  long saved = 0;    // files
-  long failed = 0;   // pages and files
+  bool moreWait = false;
+  long saved = 0;   // files
+  long failed = 0;  // pages and files
   std::int64_t bytes = 0;
 
   Totals& operator+=(const Totals& other);
