@@ -29,6 +29,7 @@ namespace {
 
 constexpr int kWorkInterval = 200;      // milliseconds
 constexpr int kArrivingInterval = 100;  // milliseconds
+constexpr int kRetryInterval = 1000;    // milliseconds
 constexpr const char* kSkip = "skip";
 constexpr const char* kContentType = "Content-Type";
 constexpr std::size_t kLongestLoginPage = std::size_t{1} << 20;  // bytes
@@ -147,6 +148,11 @@ bool DownloadProcess::takeUp(int index) {
       Inet2.Execute(entry_.url, "GET", BodyMode::HeadersOnly);
       return false;
     }
+  } catch (const DatabaseError& error) {
+    // It has not been asked for: when the failure has passed it is taken up anew.
+    entry_.outcomeDue = !error.mayPass();
+    entry_.failed = true;
+    throw;
   } catch (...) {
     entry_.failed = true;
     throw;
@@ -338,9 +344,17 @@ void DownloadProcess::receiveFile() {
 void DownloadProcess::receive(void (DownloadProcess::*step)()) {
   try {
     (this->*step)();
+  } catch (const DatabaseError& error) {
+    error.mayPass() ? receiveLater(step, error) : receivingFailed(error);
   } catch (const std::exception& error) {
     receivingFailed(error);
   }
+}
+
+// The file is here, and waits for a number to be drawn for its name.
+void DownloadProcess::receiveLater(void (DownloadProcess::*step)(), const DatabaseError& error) {
+  showCounters("error", error.what(), error.number());
+  QTimer::singleShot(kRetryInterval, this, [this, step] { run([this, step] { receive(step); }); });
 }
 
 void DownloadProcess::beginReceiving() {

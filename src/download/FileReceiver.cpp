@@ -5,6 +5,7 @@
 
 #include "FileName.h"
 #include "LoginWatch.h"
+#include "app/ReportError.h"
 #include "app/Settings.h"
 #include "base/TimeBudget.h"
 #include "net/TextBody.h"
@@ -15,6 +16,26 @@ namespace mv {
 namespace {
 
 constexpr const char* kNumbers = "filename_id";
+
+Id drawNumber() {
+  CommitGroup withoutPatience(gDatabase);  // a lock is waited for by whoever tries again, not by the thread
+  Transaction readAndStored(gDatabase);
+  const Id number = drawSequenceValue(kNumbers);
+  readAndStored.commit();
+  withoutPatience.commit();
+  return number;
+}
+
+// What may pass is raised, what else is wrong is shown.
+Id drawNumberOrShow() {
+  try {
+    return drawNumber();
+  } catch (const DatabaseError& error) {
+    if (error.mayPass()) throw;
+    reportException(error, "nextSequenceValue");
+    return 0;
+  }
+}
 
 std::string numberedPath(const FileTarget& target, Id number) {
   if (number == 0) throw std::runtime_error("No number for the file's name could be drawn.");
@@ -31,7 +52,7 @@ bool FileReceiver::choosePath(const FileTarget& target) {
   }
   const TimeBudget budget;
   do {
-    path_ = numberedPath(target_, nextSequenceValue(kNumbers));
+    path_ = numberedPath(target_, drawNumberOrShow());
     if (!isTaken(path_)) return true;
   } while (!budget.spent());
   return false;
@@ -59,8 +80,7 @@ bool FileReceiver::goOn(InternetTransfer& transfer, LoginWatch* watch) {
 SaveQueue::Save FileReceiver::take(std::int64_t linkId) {
   SaveQueue::Save save{.linkId = linkId, .file = std::move(file_)};
   if (isYes(gOverwriteExisting)) save.existing = Existing::Replace;
-  if (target_.numbered)
-    save.nextPath = [target = target_] { return numberedPath(target, drawSequenceValue(kNumbers)); };
+  if (target_.numbered) save.nextPath = [target = target_] { return numberedPath(target, drawNumber()); };
   return save;
 }
 

@@ -30,7 +30,7 @@ struct FileTarget {
 class FileReceiver {
  public:
   // Chooses the path; of a numbered file the first one that is free. False when the time budget has ended before. May
-  // show a message box; raises std::runtime_error when no number can be drawn.
+  // show a message box; raises std::runtime_error when no number can be drawn, DatabaseError when one may be later.
   bool choosePath(const FileTarget& target);
   // Makes sure that the folder exists; may show a message box. Raises FileError.
   void makeFolder();

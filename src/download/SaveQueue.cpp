@@ -44,7 +44,7 @@ SaveQueue& SaveQueue::instance() {
 SaveQueue::SaveQueue() : commits_([this](GroupCommit::Files files) { take(std::move(files)); }) {
   retry_.setSingleShot(true);
   retry_.setInterval(kRetryInterval);
-  connect(&retry_, &QTimer::timeout, this, &SaveQueue::markLinks);
+  connect(&retry_, &QTimer::timeout, this, [this] { take(std::exchange(nameless_, {})); });
   connect(&events(), &Events::programEnding, this, &SaveQueue::finish);
 }
 
@@ -75,7 +75,14 @@ void SaveQueue::take(GroupCommit::Files files) {
 bool SaveQueue::tryNextPath(GroupCommit::File& file) {
   Held& held = held_[file.key];
   if (file.committed || file.error || !held.nextPath) return false;
-  held.path = held.nextPath();
+  try {
+    held.path = held.nextPath();
+  } catch (const DatabaseError& error) {
+    if (!error.mayPass()) throw;
+    nameless_.push_back(std::move(file));
+    retry_.start();
+    return true;
+  }
   file.file->setPath(held.path);
   commits_.add({.key = file.key, .file = std::move(file.file), .existing = held.existing});
   return true;
@@ -104,6 +111,8 @@ void SaveQueue::finish() {
   commits_.finish(kPatience);
   markLinks();
   retry_.stop();
+  for (const GroupCommit::File& file : nameless_) held_.erase(file.key);
+  nameless_.clear();
   // The database is about to be closed: links that could not be marked are found again at the next start.
   for (const SaveResult& result : std::exchange(unmarked_, {})) held_.erase(result.linkId);
 }

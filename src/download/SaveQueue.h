@@ -40,7 +40,8 @@ class SaveQueue : public QObject {
     std::int64_t linkId = 0;
     std::unique_ptr<AtomicFile> file;
     Existing existing = Existing::Keep;
-    // Another path in the same folder when the file's own is taken and to be kept. Empty: the file is dropped then.
+    // Another path in the same folder when the file's own is taken and to be kept. Empty: the file is dropped then. A
+    // DatabaseError that it raises and that may pass has it tried again later.
     std::function<std::string()> nextPath = {};
   };
   void add(Save save);
@@ -64,12 +65,13 @@ class SaveQueue : public QObject {
 
   SaveQueue();
   void take(GroupCommit::Files files);
-  // Tries a numbered file's next name; false when it has none.
+  // Tries a numbered file's next name, now or later; false when it has none.
   bool tryNextPath(GroupCommit::File& file);
   void markLinks();
   void finish();
 
   std::map<std::int64_t, Held> held_;  // by link
+  GroupCommit::Files nameless_;        // no next name could be had
   std::vector<SaveResult> unmarked_;   // through, but for their links
   QTimer retry_;
   GroupCommit commits_;

@@ -25,9 +25,13 @@ void appendEscaped(char c, std::string& out) {
   out += kDigits[byte & 0x0FU];
 }
 
-void replaceAll(std::string& text, std::string_view what, std::string_view by) {
-  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
-    text.replace(at, what.size(), by);
+std::string replaced(std::string_view text, std::string_view what, std::string_view by) {
+  std::string result;
+  for (std::size_t at = text.find(what); at != std::string_view::npos; at = text.find(what)) {
+    result.append(text.substr(0, at)).append(by);
+    text.remove_prefix(at + what.size());
+  }
+  return result.append(text);
 }
 
 // What a reference begins with up to its first ":"; "" when that is no scheme.
@@ -43,16 +47,11 @@ bool isWebScheme(std::string_view scheme) { return equalsFolded(scheme, kHttp) |
 
 // QUrl decodes escapes that it holds for needless, and encodes what it holds for unsafe. With every "%" written as
 // "%25" it can only do the latter, and decoding once gives back what was written.
-QUrl urlOf(std::string_view reference) {
-  std::string guarded(reference);
-  replaceAll(guarded, "%", "%25");
-  return QUrl(toQString(guarded), QUrl::TolerantMode);
-}
+QUrl urlOf(std::string_view reference) { return QUrl(toQString(replaced(reference, "%", "%25")), QUrl::TolerantMode); }
 
 // What QUrl made of guarded user information.
 std::string userInfoOf(const QUrl& url) {
-  std::string info = url.userInfo(QUrl::FullyEncoded).toStdString();
-  replaceAll(info, "%25", "%");
+  const std::string info = replaced(url.userInfo(QUrl::FullyEncoded).toStdString(), "%25", "%");
   return info.empty() ? info : info + "@";
 }
 

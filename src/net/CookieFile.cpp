@@ -141,7 +141,11 @@ void CookieFile::look() {
 
 void CookieFile::load() {
   QFile file(toQString(path_));
-  if (seen_.size > kLongestFile) {
+  if (seen_.size >= 0 && !QFileInfo(file).isFile()) {
+    // A pipe would hold the program until somebody writes into it.
+    tryAppendToErrorLog({"Cookies: " + path_ + " is not a file"});
+    take({});
+  } else if (seen_.size > kLongestFile) {
     tryAppendToErrorLog({"Cookies: " + path_ + " is too large to be a file of cookies"});
   } else if (file.open(QIODevice::ReadOnly)) {
     take(parseCookies(file.readAll().toStdString()));

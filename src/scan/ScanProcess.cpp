@@ -236,10 +236,7 @@ void ScanProcess::sliceFailed(const std::exception& error) {
   walk_.takeBack();
   queue_.takeBackStored();
   refusal_ = nullptr;
-  if (!StoreTrouble::mayPass(error)) {
-    page_.isIncomplete = true;
-    throw;
-  }
+  if (!StoreTrouble::mayPass(error)) throw;
   QTimer::singleShot(trouble_.failed(), this, [this] { run([this] { walkPage(); }); });
 }
 
@@ -320,7 +317,9 @@ std::string ScanProcess::answeringAddress() const {
   return answered;
 }
 
+// A page that was being worked on is read again.
 void ScanProcess::failed(const std::exception& error) {
+  page_.isIncomplete = true;
   queue_.stopFilling();
   setRowsOpened(std::nullopt);
   show(status_.pagePercent, -1);

@@ -1,9 +1,9 @@
 #include "windows/ListWindow.h"
 
 #include <QAction>
-#include <QResizeEvent>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
@@ -14,13 +14,21 @@ namespace mv {
 namespace {
 
 constexpr QSize kIconSize(24, 24);
+constexpr int kToolbarHeight = 870;  // twips
 
 }  // namespace
 
 ListWindow::ListWindow(const QString& caption, int width, int height)
     : ChildWindow(width, height), toolbar_(new QToolBar(this)), list_(new ListView(this)) {
   setCaption(caption);
+  auto* strips = new QVBoxLayout(this);
+  strips->setContentsMargins({});
+  strips->setSpacing(0);
+  strips->addWidget(toolbar_);
+  strips->addWidget(list_, 1);
   toolbar_->setObjectName("Toolbar1");
+  // Large letters need more.
+  toolbar_->setMinimumHeight(twipsToPixels(kToolbarHeight));
   toolbar_->setIconSize(kIconSize);
   toolbar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
   setFocusProxy(list_);
@@ -119,20 +127,5 @@ void ListWindow::activated() {
 }
 
 void ListWindow::unloading() { savePosition(); }
-
-// Large letters need more than the strip has.
-int ListWindow::toolbarHeight() const { return std::max(twipsToPixels(kToolbarHeight), toolbar_->sizeHint().height()); }
-
-QSize ListWindow::contentsSize(int) {
-  const QSize rows = list_->sizeHint();
-  return {std::max(toolbar_->sizeHint().width(), rows.width()), toolbarHeight() + rows.height()};
-}
-
-void ListWindow::resizeEvent(QResizeEvent* event) {
-  ChildWindow::resizeEvent(event);
-  const int top = toolbarHeight();
-  toolbar_->setGeometry(0, 0, width(), top);
-  if (height() > top) list_->setGeometry(0, top, width(), height() - top);
-}
 
 }  // namespace mv

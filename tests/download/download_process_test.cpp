@@ -325,4 +325,17 @@ TEST_F(DownloadProcessTest, ARefusingDatabasePausesTheProcessAndNoMore) {
   EXPECT_EQ(savedFiles(), Names{"second.jpg"});
 }
 
+TEST_F(DownloadProcessTest, AFileThatCouldNotBeAskedForIsTakenUpAnew) {
+  addFile("/first.jpg", "1");
+  addFile("/second.jpg", "2");
+  process->initWindow();
+  mv::gDatabase.close();
+  ASSERT_TRUE(waitFor([this] { return process->tmrWaitForAWhile.isActive(); }));
+  EXPECT_EQ(process->lastError().code, mv::DatabaseError::kNotOpen);
+  mv::gDatabase.open(mv::gDatabasePath);
+  process->tmrWaitForAWhile.start(1);
+  waitForAll();
+  EXPECT_EQ(savedFiles(), (Names{"first.jpg", "second.jpg"}));
+}
+
 }  // namespace

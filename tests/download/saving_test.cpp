@@ -175,6 +175,35 @@ TEST_F(SavingTest, ANumberedNameDrawsOnUntilItIsFree) {
   EXPECT_EQ(readFile(path("NewFile20.jpg")), "new");
 }
 
+TEST_F(SavingTest, ANumberThatTheDatabaseRefusesIsDrawnLater) {
+  number("17");
+  addFile("/a.jpg", "a");
+  mv::Database other;
+  other.open(mv::gDatabasePath);
+  auto lock = std::make_unique<mv::Transaction>(other);
+  process->initWindow();
+  ASSERT_TRUE(waitFor([this] { return process->lastError().code == mv::DatabaseError::kLocked; }));
+  EXPECT_EQ(state("a.jpg"), "Working");
+  lock.reset();
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(savedFiles(), Names{"NewFile17.jpg"});
+
+  // The same when the name is taken at the last moment.
+  FlushGate gate;
+  addFile("/b.jpg", "b");
+  ASSERT_TRUE(waitFor([&] { return gate.waiting() == 1; }));
+  write("NewFile18.jpg", "came meanwhile");
+  lock = std::make_unique<mv::Transaction>(other);
+  gate.open();
+  waitFor([] { return false; }, 100);
+  lock.reset();
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(savedFiles(), (Names{"NewFile17.jpg", "NewFile18.jpg", "NewFile19.jpg"}));
+  EXPECT_EQ(readFile(path("NewFile19.jpg")), "b");
+  EXPECT_EQ(site.requests().size(), 2U);
+  EXPECT_EQ(process->ErrorCount(), 0);
+}
+
 TEST_F(SavingTest, ThousandsOfTakenNumbersDoNotHoldTheThread) {
   number("1");
   for (int i = 1; i < 3000; ++i) write("NewFile" + std::to_string(i) + ".jpg", "old");

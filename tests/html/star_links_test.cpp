@@ -335,4 +335,12 @@ TEST(StarLinks, APageOfAMillionLinksLosesNone) {
   for (int i = 0; i < 1'000'000; ++i) ASSERT_EQ(links[static_cast<std::size_t>(i)], "host1/d/" + std::to_string(i));
 }
 
+// The longest that a redirect can lead to.
+TEST(AddressResolver, ALongAddressTakesNoMoreThanItsLength) {
+  AddressResolver resolver;
+  const std::clock_t start = std::clock();
+  for (int i = 0; i < 10; ++i) resolver.setPage("http://host1/" + std::string(100'000, '%'));
+  EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
+}
+
 }  // namespace

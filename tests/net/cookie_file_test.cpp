@@ -1,5 +1,7 @@
 // Cookies taken from a browser.
 
+#include <sys/stat.h>
+
 #include <QFile>
 
 #include "app/ErrorLog.h"
@@ -109,6 +111,13 @@ TEST_F(CookieFileTest, WhatIsWrongWithItStandsInTheLog) {
   EXPECT_NE(log.find("line 3 of "), std::string::npos) << log;
   EXPECT_NE(log.find("can be read by other users"), std::string::npos) << log;
   EXPECT_EQ(log.find("secret"), std::string::npos) << log;
+
+  QFile::remove(QString::fromStdString(path));
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  EXPECT_TRUE(waitFor([] {
+    return readFile(mv::errorLogPath()).find("cookies.txt is not a file") != std::string::npos;
+  })) << "a pipe holds nobody";
+  EXPECT_TRUE(sends("")) << "the cookies of a file that is gone";
 }
 
 }  // namespace

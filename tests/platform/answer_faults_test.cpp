@@ -127,6 +127,16 @@ TEST_F(AnswerFaults, WhatIsNotTheFileAndWhatIsNotThePage) {
   EXPECT_EQ(outcome(fields + "\r\n", BodyMode::Text), "The header of the answer is too long");
 }
 
+TEST_F(AnswerFaults, ThousandsOfFieldsHoldNobodyUp) {
+  for (const std::string field : {"Content-Length: 4\r\n", "Location: /\r\n", "WWW-Authenticate: x\r\n"}) {
+    std::string answer = field.starts_with("C") ? "HTTP/1.1 200 OK\r\n" : "HTTP/1.1 401 Who\r\n";
+    while (answer.size() < 250'000) answer += field;
+    const LoopMeter turn;
+    outcome(answer + "\r\nbody", BodyMode::File);
+    EXPECT_LT(turn.longest, 100) << field;
+  }
+}
+
 TEST_F(AnswerFaults, ABodyEndsAtTheFirstByteTooMuch) {
   std::string answer = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\nTransfer-Encoding: chunked\r\n\r\n";
   for (int i = 0; i < 64; ++i) answer += "100000\r\n" + std::string(kMegabyte, 'x') + "\r\n";
@@ -175,6 +185,12 @@ TEST_F(AnswerFaults, ACutCompressedPageIsNoPage) {
     }
   }
   EXPECT_EQ(outcome(answer("gzip", ""), BodyMode::Text), "") << "an empty page";
+
+  // What stands behind the end means nothing, and might go on for ever.
+  InternetTransfer::limits().textLimit = 150'000;
+  EXPECT_EQ(outcome(answer("deflate", zlib + std::string(10'000, '\0')), BodyMode::Text), "");
+  EXPECT_EQ(outcome(answer("deflate", zlib + std::string(200'000, '\0')), BodyMode::Text),
+            "The page is longer than 150000 bytes");
 }
 
 TEST_F(AnswerFaults, ServersThatTrickleAreGivenUp) {

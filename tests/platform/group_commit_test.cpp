@@ -1,6 +1,10 @@
 // Many files on their way to the disk at once.
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <QTemporaryDir>
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -19,10 +23,10 @@ namespace fs = std::filesystem;
 class GroupCommitTest : public ::testing::Test {
  protected:
   std::string in(int number) const { return folder.path().toStdString() + '/' + std::to_string(number); }
-  void add(int number) {
+  void add(int number, mv::Existing existing = mv::Existing::Keep) {
     auto file = std::make_unique<AtomicFile>(in(number));
     file->write(std::to_string(number));
-    commits.add({.key = number, .file = std::move(file)});
+    commits.add({.key = number, .file = std::move(file), .existing = existing});
   }
   void TearDown() override { gate.open(); }  // a test that failed leaves nobody waiting
   std::size_t names() const {
@@ -84,6 +88,41 @@ TEST_F(GroupCommitTest, EachFileHasItsOwnOutcome) {
   EXPECT_EQ(failed, std::vector<std::int64_t>{0});
   EXPECT_EQ(readFile(in(3)), "the user's");
   EXPECT_EQ(names(), 4U);
+}
+
+// A folder may allow to write but not to read; or no handle is left to open it.
+TEST_F(GroupCommitTest, AFolderThatCannotBeOpenedLosesNoFile) {
+  rlimit most{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &most), 0);
+  mv::OpenFile::setBeforeFlush([&most] {
+    const int next = ::dup(STDIN_FILENO);
+    if (next < 0) return 0;  // there is none any more
+    ::close(next);
+    const rlimit none{static_cast<rlim_t>(next), most.rlim_max};
+    return ::setrlimit(RLIMIT_NOFILE, &none);
+  });
+  std::ofstream(in(1)) << "the user's";
+  add(0);
+  add(1, mv::Existing::Replace);
+  const bool settled = commits.finish(20'000);
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &most), 0);
+  EXPECT_TRUE(settled);
+  EXPECT_EQ(committed, (std::vector<std::int64_t>{0, 1}));
+  EXPECT_EQ(names(), 2U);
+  EXPECT_EQ(readFile(in(1)), "1");
+}
+
+// What a name was taken over from is gone: to take it back would leave nothing.
+TEST_F(GroupCommitTest, ANameThatIsNotCertainIsTakenBackUnlessItHasReplacedAnother) {
+  std::atomic<int> flushes = 0;
+  mv::OpenFile::setBeforeFlush([&flushes] { return ++flushes > 2 ? EIO : 0; });
+  std::ofstream(in(1)) << "the user's";
+  add(0);
+  add(1, mv::Existing::Replace);
+  EXPECT_TRUE(commits.finish(20'000));
+  EXPECT_EQ(failed, (std::vector<std::int64_t>{0, 1}));
+  EXPECT_EQ(names(), 1U);
+  EXPECT_EQ(readFile(in(1)), "1");
 }
 
 // They are flushed by their file system together, where it can.

@@ -1,8 +1,10 @@
 // Which hosts are asked by https, and what becomes of those that cannot be.
 
 #include <curl/curl.h>
+#include <sys/stat.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "TransferClient.h"
@@ -124,6 +126,38 @@ TEST_F(HttpsTest, ARedirectToARequiredHostGoesByHttps) {
   EXPECT_EQ(front.plain(), 0);
 }
 
+// libcurl goes where the first line of that name leads that has a value, whatever is written around it.
+TEST_F(HttpsTest, ALocationCannotBeHidden) {
+  TestSite other;
+  other.page("/", "x");
+  const TlsFront front(site);
+  trust(front);
+  const std::string own = "https://" + front.host();
+  site.add("/", {.status = 302, .headers = {{"Location", own + "/away"}}});  // which keeps the password
+  const std::string away = "Location: " + other.url("/");
+  for (const std::string& hidden :
+       {"y\r\n \r\n" + away, "y\r\n\t\r\n" + away, "y\r\nHTTP/1.1 200 OK: z\r\n" + away,
+        "y\r\n" + away + "\r\nHTTP/1.1 200 OK: z", "y\r\nLocation: \v\r\n" + away,
+        "y\r\nLocation:\r\n " + own + "/\r\n" + away, "y\r\n" + away + "\rLocation: " + own + "/"}) {
+    const std::size_t before = other.requests().size();
+    site.add("/away", {.status = 302, .headers = {{"X", hidden}}});
+    EXPECT_EQ(outcome("https://me:secret@" + front.host() + "/"), "") << hidden;
+    EXPECT_EQ(site.requests().back().headers.count("authorization"), 1U) << hidden;
+    ASSERT_EQ(other.requests().size(), before + 1) << hidden;
+    EXPECT_EQ(other.requests().back().headers.count("authorization"), 0U) << hidden;
+  }
+
+  mv::requireHttps(front.host());
+  site.page("/required", "x");
+  const std::string required = "Location: http://" + front.host() + "/required";
+  for (const std::string& hidden :
+       {"y\r\n \r\n" + required, "y\r\nLocation: \v\r\n" + required, "y\r\nLocation:\r\n /\r\n" + required}) {
+    other.add("/", {.status = 302, .headers = {{"X", hidden}}});
+    EXPECT_EQ(outcome(other.url("/")), "") << hidden;
+    EXPECT_EQ(front.plain(), 0) << hidden;
+  }
+}
+
 TEST_F(HttpsTest, WhatIsRememberedOutlivesTheRun) {
   const QTemporaryDir folder;
   const std::string kept = mv::toUtf8(folder.path()) + "/data";
@@ -151,6 +185,12 @@ TEST_F(HttpsTest, WhatIsRememberedOutlivesTheRun) {
       {"alone.test", Only},     {"www.alone.test", No}, {"gone.test", No},          {"127.0.0.1", No},
       {"none.test", No},        {"notstrict.test", No}};
   for (const auto& [host, use] : cases) EXPECT_EQ(mv::httpsUse(host), use) << host;
+
+  // A pipe in the file's place holds nobody.
+  const std::string pipe = mv::toUtf8(folder.path()) + "/pipe";
+  ASSERT_TRUE(QDir().mkpath(mv::toQString(pipe)));
+  ASSERT_EQ(::mkfifo((pipe + "/https-hosts.txt").c_str(), 0600), 0);
+  mv::keepHttpsHosts(pipe);
 }
 
 TEST_F(HttpsTest, ADemandOfTheServerIsHeeded) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "decoding/Encoding.h"
 #include "decoding/TextDecoding.h"
 
@@ -116,6 +118,36 @@ TEST(TextDecoding, QueriesAreWrittenInThePagesEncoding) {
   EXPECT_EQ(encodedForQuery("\xE3\x81\x82", "shift_jis"), "%82%A0");
   EXPECT_EQ(encodedForQuery("\xE3\x81\x82", "utf-16le"), "%E3%81%82");
   EXPECT_EQ(encodedForQuery("\xC3\xA4\xCE\xB1", "windows-1252"), "%E4%26%23945%3B");
+}
+
+// What holds a page for UTF-8 is read anew at its first stray byte, and that has a bound.
+TEST(TextDecoding, AStrayByteBehindMuchUtf8IsReadByItself) {
+  const std::string ascii(1'000'000, 'x');
+  const auto letters = [](std::size_t count) {
+    std::string text;
+    while (count-- > 0) text += "\xC3\xA4";
+    return text;
+  };
+  EXPECT_EQ(decodeText(ascii + "\xE4", ""), ascii + "\xC3\xA4");
+  EXPECT_EQ(decodeText(ascii + "\xC3\xA4 \x80", ""), ascii + "\xC3\x83\xC2\xA4 \xE2\x82\xAC");
+  const std::string certain = ascii + letters(200'000);
+  EXPECT_EQ(decodeText(certain + "\xE4z\xC3", ""), certain + "\xC3\xA4z\xC3\x83");
+  mv::TextDecoder pieces;
+  for (std::size_t at = 0; at < certain.size(); at += 777) pieces.append(std::string_view(certain).substr(at, 777));
+  pieces.append("\xE4z");
+  pieces.finish();
+  EXPECT_EQ(pieces.text(), certain + "\xC3\xA4z");
+  EXPECT_EQ(pieces.encoding(), "utf-8");
+}
+
+// Of a long one that holds a character more than the encoding has, each is looked at.
+TEST(TextDecoding, ALongQueryTakesNoLongerThanItsCharacters) {
+  std::string query;
+  while (query.size() < 8000) query += "\xD0\xB6";
+  const std::clock_t start = std::clock();
+  for (int i = 0; i < 20; ++i)
+    EXPECT_TRUE(encodedForQuery(query + "\xE6\xBC\xA2", "windows-1251").ends_with("%E6%E6%26%2328450%3B"));
+  EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC * 35 / 100);
 }
 
 // As a page comes in: wherever it is cut, the parts lead to where the whole does.

@@ -1,11 +1,14 @@
 // Statements that count as one: transactions, groups of commits, and what the journal has of them.
 
+#include <sys/resource.h>
+
 #include <chrono>
 #include <future>
 #include <thread>
 
 #include "DatabaseTest.h"
 #include "database/RawStatement.h"
+#include "files/FileSignals.h"
 
 namespace {
 
@@ -135,6 +138,34 @@ TEST_F(TransactionTest, TheJournalHasEveryCommitAndNothingThatWasTakenBack) {
     EXPECT_EQ(rowsOf(other), expected);
     ASSERT_EQ(other.query("pragma integrity_check").text("integrity_check"), "ok") << rows;
   }
+}
+
+// The engine ends a transaction by itself after some failures, of a statement that only reads, too: here what it reads
+// has to go to the journal first, which the disk refuses. Whoever remembers what the group had stored must learn of it.
+TEST_F(TransactionTest, AReadThatFailsInAGroupTakesItBackForAllToKnow) {
+  mv::makeFileSignalsErrors();
+  db.query("pragma cache_size = 10");
+  rlimit most{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &most), 0);
+  std::int64_t mark = 0;
+  long failure = 0;
+  for (int rows = 20; rows < 100 && failure == 0; ++rows) {
+    mark = db.invalidationCount("link", "url");
+    mv::CommitGroup group(db);
+    for (int i = 0; i < rows; ++i)
+      db.execute("insert into link (url) values (" + quoted(std::string(700, 'x') + std::to_string(i)) + ")");
+    const rlimit none{1, most.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    failure = errorOf([&] { db.count("select count(*) as outCount from link where url <> \"x\""); });
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &most), 0);
+    if (failure != 0) {
+      EXPECT_NE(errorOf([&] { db.execute("insert into link (url) values (\"half\")"); }), 0);
+    }
+  }
+  ASSERT_EQ(failure, DatabaseError::kDiskError);
+  EXPECT_NE(db.invalidationCount("link", "url"), mark);
+  EXPECT_EQ(count("link"), 0);
+  EXPECT_EQ(db.query("pragma integrity_check").text("integrity_check"), "ok");
 }
 
 TEST_F(TransactionTest, AGroupDoesNotHoldTheThreadWhileAnotherProgramWrites) {

@@ -207,6 +207,22 @@ TEST_F(LoginTest, ThePageBehindTheFormIsReadAgain) {
   EXPECT_EQ(process().status().pagesProcessed, 1);
 }
 
+TEST_F(LoginTest, APageWhoseFormCouldNotBeLookedAtIsReadAgain) {
+  page("/", "<a href=\"/members.htm\">");
+  page("/members.htm", form("T0kEn"));
+  bool loggedIn = false;
+  site.setRule([&loggedIn](const Request& request) -> std::optional<Resource> {
+    loggedIn = loggedIn || request.path.starts_with("/cgi/in?");
+    if (!loggedIn || request.path == "/") return std::nullopt;
+    return Resource{.body = "<a href=\"/inside.htm\">"};
+  });
+  mv::gDatabase.execute("alter table field_info rename to away");
+  window->initWindow();
+  ASSERT_TRUE(waitFor([this] { return !dialogs.messages().empty(); }));
+  mv::gDatabase.execute("alter table away rename to field_info");
+  EXPECT_TRUE(waitFor([this] { return count("link", "url like '%/inside.htm'") == 1; }));
+}
+
 // The answer to a wrong password is a page without the form.
 TEST_F(LoginTest, AFormThatStaysBehindAnAnswerIsARefusal) {
   page(kLogin, "wrong password");

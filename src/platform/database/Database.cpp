@@ -72,6 +72,9 @@ struct Database::Connection {
     setUp(main.get(), path);
     statements = std::make_unique<StatementCache>(main.get());
     checkpoints = std::make_unique<Checkpoints>(main.get(), path);
+    // The engine ends a transaction by itself after some failures, of a statement that only reads, too.
+    sqlite3_rollback_hook(
+        main.get(), [](void* self) { static_cast<Connection*>(self)->invalidateAll(); }, this);
   }
 
   // The others go first, so that the last connection to close is the one that ends the journal.
@@ -125,13 +128,8 @@ struct Database::Connection {
     const Prepared& prepared = statements->get(key);
     const std::string& name = prepared.translation->name;
     invalidate(prepared.invalidations);
-    try {
-      const Use use(prepared.handle(), arguments, name);
-      while (step(prepared.handle(), name)) continue;
-    } catch (...) {
-      invalidateAll();  // it may have ended its transaction
-      throw;
-    }
+    const Use use(prepared.handle(), arguments, name);
+    while (step(prepared.handle(), name)) continue;
   }
 
   void invalidate(const Invalidations& names) {

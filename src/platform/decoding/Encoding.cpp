@@ -89,13 +89,21 @@ void appendPercentEncoded(std::string& out, std::string_view bytes) {
   }
 }
 
-// "" when `encoding` lacks one of the characters: its decoder does not read back what its encoder wrote.
-std::string encoded(const QString& text, const char* decoder) {
-  QStringEncoder encoder(decoder);
-  const QByteArray bytes = encoder(text);
-  QStringDecoder back(decoder);
-  return QString(back(bytes)) == text ? bytes.toStdString() : std::string();
-}
+// Opening the two takes longer than a hundred characters.
+class Encoder {
+ public:
+  explicit Encoder(const char* decoder) : encoder_(decoder), back_(decoder) {}
+
+  // "" when the encoding lacks one of the characters: its decoder does not read back what its encoder wrote.
+  std::string encoded(const QString& text) {
+    const QByteArray bytes = encoder_(text);
+    return QString(back_(bytes)) == text ? bytes.toStdString() : std::string();
+  }
+
+ private:
+  QStringEncoder encoder_;
+  QStringDecoder back_;
+};
 
 }  // namespace
 
@@ -127,12 +135,13 @@ std::string encodedForQuery(std::string_view text, std::string_view encoding) {
     return result;
   }
   const QString whole = toQString(text);
-  if (const auto bytes = encoded(whole, decoder.data()); !bytes.empty()) {
+  if (const auto bytes = Encoder(decoder.data()).encoded(whole); !bytes.empty()) {
     appendPercentEncoded(result, bytes);
     return result;
   }
+  Encoder encoder(decoder.data());
   for (const char32_t character : whole.toUcs4()) {
-    if (const auto bytes = encoded(QString::fromUcs4(&character, 1), decoder.data()); !bytes.empty())
+    if (const auto bytes = encoder.encoded(QString::fromUcs4(&character, 1)); !bytes.empty())
       appendPercentEncoded(result, bytes);
     else
       result.append("%26%23").append(std::to_string(static_cast<std::uint32_t>(character))).append("%3B");

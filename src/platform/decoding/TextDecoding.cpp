@@ -24,6 +24,9 @@ constexpr std::string_view kLatin10Name = "iso-8859-16";
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 constexpr std::size_t kDeclaredWithin = 1024;  // bytes, by the HTML standard
 constexpr std::size_t kLongestCharacter = 4;   // bytes of UTF-8
+// So many bytes of UTF-8, from the first character on that is not ASCII, are no chance. To read more of a page anew, at
+// its last byte perhaps, would hold the thread.
+constexpr std::size_t kCertain = std::size_t{1} << 18;
 
 // Windows-1252 of 0x80 to 0x9F; the five bytes without a character stand for the control of the same number.
 constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -226,14 +229,27 @@ void TextDecoder::convert(std::string_view bytes) {
 void TextDecoder::appendPerhapsUtf8(std::string_view bytes) {
   text_.append(bytes);
   checked_ = wholeUtf8(text_, checked_);
-  if (text_.size() - checked_ >= kLongestCharacter) fallBack();
+  if (ascii_ < checked_) skipOwnAscii();
+  if (text_.size() - checked_ >= kLongestCharacter) {
+    fallBack();
+  } else if (checked_ - ascii_ >= kCertain) {
+    way_ = Way::Utf8;
+    held_ = text_.substr(checked_);
+    text_.resize(checked_);
+  }
+}
+
+void TextDecoder::skipOwnAscii() {
+  const std::string_view known = std::string_view(text_).substr(0, checked_);
+  ascii_ = skipAscii(known, ascii_);
+  while (ascii_ < known.size() && byteAt(known, ascii_) < 0x80) ++ascii_;
 }
 
 void TextDecoder::fallBack() {
-  const std::string bytes = std::exchange(text_, {});
+  const std::string bytes = text_.substr(ascii_);
+  text_.resize(ascii_);
   way_ = Way::Windows1252;
   encoding_ = kWindows;
-  text_.reserve(bytes.size() + bytes.size() / 8);
   appendFromWindows1252(text_, bytes);
 }
 

@@ -168,6 +168,8 @@ bool AtomicFile::commit(Existing existing) {
   return true;
 }
 
+int AtomicFile::flushFolder() const { return d->file.flushFolder(folder()); }
+
 void AtomicFile::failAfterBytes(std::uint64_t bytes) { OpenFile::failAfterBytes(bytes); }
 
 }  // namespace mv

@@ -1,11 +1,9 @@
 #include "files/GroupCommit.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <map>
 #include <set>
@@ -26,14 +24,6 @@ constexpr std::size_t kFlushers = 8;
 // follow each other closely share them.
 constexpr std::chrono::milliseconds kGathering{10};
 constexpr std::size_t kFullGroup = 64;
-
-int flushFolder(const std::string& folder) {
-  const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (file < 0) return errno;
-  const int error = ::fsync(file) == 0 ? 0 : errno;
-  ::close(file);
-  return error == EINVAL ? 0 : error;  // a file system that has nothing to flush there
-}
 
 // Runs a step on a file that has not failed yet.
 template <class Step>
@@ -105,9 +95,9 @@ void nameAll(GroupCommit::Files& files) {
     attempt(file, [&file](AtomicFile& content) { file.committed = content.commit(file.existing); });
 }
 
-// A name that might not outlive a power cut is none.
+// A name that might not outlive a power cut is none. But what it was taken over from is gone: the new file stays.
 void takeNameBack(GroupCommit::File& file, int error) {
-  ::unlink(file.file->path().c_str());
+  if (file.existing == Existing::Keep) ::unlink(file.file->path().c_str());
   file.committed = false;
   file.error = FileError(error, "The folder of " + file.file->path() +
                                     " cannot be written: " + std::generic_category().message(error) + '.');
@@ -118,7 +108,7 @@ void flushFolders(GroupCommit::Files& files) {
   for (GroupCommit::File& file : files) {
     if (!file.committed) continue;
     const auto [folder, isNew] = errors.try_emplace(file.file->folder(), 0);
-    if (isNew) folder->second = flushFolder(folder->first);
+    if (isNew) folder->second = file.file->flushFolder();
     if (folder->second != 0) takeNameBack(file, folder->second);
   }
 }

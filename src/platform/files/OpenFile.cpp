@@ -134,6 +134,16 @@ int OpenFile::flushFileSystem() const {
   return ::syncfs(descriptor_) == 0 ? 0 : errno;
 }
 
+int OpenFile::flushFolder(const std::string& folder) const {
+  if (const int error = hookError()) return error;
+  const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  // It may be written to, but not read, or there is no handle left: then the whole file system.
+  if (file < 0) return ::syncfs(descriptor_) == 0 ? 0 : errno;
+  const int error = ::fsync(file) == 0 ? 0 : errno;
+  ::close(file);
+  return error == EINVAL ? 0 : error;  // a file system that has nothing to flush there
+}
+
 std::uint64_t OpenFile::device() const {
   struct stat own {};
   return ::fstat(descriptor_, &own) == 0 ? own.st_dev : 0;

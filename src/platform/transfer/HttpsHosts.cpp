@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTimer>
 #include <algorithm>
@@ -150,7 +151,8 @@ void keepHttpsHosts(const std::string& folder) {
   QDir().mkpath(toQString(folder));
   hosts.file = toQString(folder) + QString::fromLatin1(kFileName);
   QFile file(hosts.file);
-  if (file.open(QIODevice::ReadOnly))
+  // A pipe would hold the program until somebody writes into it.
+  if (QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly))
     while (!file.atEnd()) readLine(file.readLine());
   qRemovePostRoutine(&saveHttpsHosts);
   qAddPostRoutine(&saveHttpsHosts);

@@ -21,6 +21,7 @@ ResponseBody::ResponseBody(BodyMode mode, const TransferLimits& limits)
 void ResponseBody::begin(const Announced& announced) {
   announced_ = announced;
   received_ = 0;
+  packed_ = 0;
   textAt_ = 0;
   if (!isText_) return;
   unpacker_ = Unpacker(announced.encoding);
@@ -30,6 +31,9 @@ void ResponseBody::begin(const Announced& announced) {
 bool ResponseBody::append(std::string_view bytes) { return isText_ ? appendText(bytes) : appendFile(bytes); }
 
 bool ResponseBody::appendText(std::string_view bytes) {
+  // Packed data may go on for ever, and unpack to nothing.
+  packed_ += bytes.size();
+  if (packed_ > limits_.textLimit) return refuseLength();
   if (unpacker_.append(bytes, [this](std::string_view unpacked) { return takeUnpacked(unpacked); })) return true;
   if (hasFailed()) return false;
   return refuse(CURLE_BAD_CONTENT_ENCODING, unpacker_.isUnknown()
@@ -39,8 +43,7 @@ bool ResponseBody::appendText(std::string_view bytes) {
 
 bool ResponseBody::takeUnpacked(std::string_view bytes) {
   received_ += bytes.size();
-  if (received_ > limits_.textLimit)
-    return refuse(CURLE_FILESIZE_EXCEEDED, "The page is longer than " + std::to_string(limits_.textLimit) + " bytes");
+  if (received_ > limits_.textLimit) return refuseLength();
   // Moving a long page to a larger place, again and again, would take the user's time.
   auto& text = decoder_.text();
   if (text.size() > kShortText && unpacker_.isPlain() && announced_.bytes)
@@ -75,6 +78,10 @@ bool ResponseBody::refuse(long code, std::string text) {
   failureCode_ = code;
   failureText_ = std::move(text);
   return false;
+}
+
+bool ResponseBody::refuseLength() {
+  return refuse(CURLE_FILESIZE_EXCEEDED, "The page is longer than " + std::to_string(limits_.textLimit) + " bytes");
 }
 
 std::string ResponseBody::takeText() {

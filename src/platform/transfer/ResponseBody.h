@@ -54,11 +54,13 @@ class ResponseBody {
   bool appendFile(std::string_view bytes);
   bool written(bool success);
   bool refuse(long code, std::string text);
+  bool refuseLength();
 
   bool isText_;
   TransferLimits limits_;
   Announced announced_;
   std::uint64_t received_ = 0;  // bytes: of a file as sent, of a page unpacked
+  std::uint64_t packed_ = 0;    // bytes of a page as sent
   Unpacker unpacker_;
   TextDecoder decoder_;
   std::size_t textAt_ = 0;

@@ -10,11 +10,11 @@ namespace mv {
 
 namespace {
 
-constexpr int kLastRequest = -1;
 constexpr long kPartialContent = 206;
+constexpr const char* kLocation = "Location";
 
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlank = " \t\r\n";
+  constexpr std::string_view kBlank = " \t\v\f\r\n";
   const auto start = text.find_first_not_of(kBlank);
   if (start == std::string_view::npos) return {};
   return text.substr(start, text.find_last_not_of(kBlank) - start + 1);
@@ -62,27 +62,48 @@ std::string standardPhrase(long status) {
 }  // namespace
 
 ResponseHead::Event ResponseHead::take(std::string_view line) {
-  if (line.starts_with("HTTP/")) {
+  // Within a head it is a field.
+  if (!open_ && line.starts_with("HTTP/")) {
     begin(line);
     return Event::Begun;
   }
-  if (!open_ || !trimmed(line).empty()) return Event::None;  // a trailer, or a field: libcurl keeps it
+  if (!open_) return Event::None;  // a trailer
+  line = line.substr(0, line.find_first_of("\r\n"));
+  if (!line.empty()) {
+    takeField(line);
+    return Event::None;
+  }
   open_ = false;
   return Event::Ended;
 }
 
 void ResponseHead::begin(std::string_view statusLine) {
   open_ = true;
+  fields_.clear();
+  location_.clear();
   curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status_);
   reason_ = asPlainLine(decodeText(behindBlank(behindBlank(statusLine)), {}));
   if (reason_.empty()) reason_ = standardPhrase(status_);
 }
 
+// A line of blanks is a folded one, too, and no end of the head.
+void ResponseHead::takeField(std::string_view line) {
+  if (line.front() == ' ' || line.front() == '\t') {
+    if (!fields_.empty()) fields_.back().value.append(1, ' ').append(trimmed(line));
+    return;
+  }
+  const auto colon = line.find(':');
+  if (colon == std::string_view::npos) return;
+  const Field& field = fields_.emplace_back(Field{std::string(line.substr(0, colon)),  //
+                                                  std::string(trimmed(line.substr(colon + 1)))});
+  if (location_.empty() && curl_strequal(field.name.c_str(), kLocation) != 0) location_ = field.value;
+}
+
+// libcurl's own list of fields takes as many steps for each value as there are fields.
 std::vector<std::string> ResponseHead::fields(const char* name) const {
   std::vector<std::string> values;
-  curl_header* header = nullptr;
-  while (curl_easy_header(easy_, name, values.size(), CURLH_HEADER, kLastRequest, &header) == CURLHE_OK)
-    values.emplace_back(header->value);
+  for (const Field& field : fields_)
+    if (curl_strequal(field.name.c_str(), name) != 0) values.push_back(field.value);
   return values;
 }
 
@@ -109,11 +130,6 @@ std::string ResponseHead::flaw(bool isFile) const {
   return {};
 }
 
-std::string ResponseHead::redirection() const {
-  if (status_ < 300 || status_ >= 400) return {};
-  const auto values = fields("Location");
-  const auto first = std::find_if(values.begin(), values.end(), [](const auto& value) { return !value.empty(); });
-  return first == values.end() ? std::string() : *first;
-}
+std::string ResponseHead::redirection() const { return status_ >= 300 && status_ < 400 ? location_ : std::string(); }
 
 }  // namespace mv

@@ -1,4 +1,5 @@
-// The head of the response that a request is receiving: its status line, and its header fields as libcurl keeps them.
+// The head of the response that a request is receiving: its status line and its header fields. Its lines are read as
+// libcurl reads them: where the two differed, a request could go where nobody has looked.
 #pragma once
 
 #include <curl/curl.h>
@@ -31,11 +32,13 @@ class ResponseHead {
   // A whole head has come, and not only an interim one.
   bool isComplete() const { return !open_ && status_ >= 200; }
 
-  // All values of a header field, name without regard to case, in the order received.
+  // All values of a header field, name without regard to case, in the order received. A value that is folded into
+  // several lines is one.
   std::vector<std::string> fields(const char* name) const;
   // The last one of them; "" when there is none.
   std::string field(const char* name) const;
-  // Where libcurl goes on to: of several addresses the first. "" when this is no redirect.
+  // Where libcurl goes on to: the first line of that name that has a value, without lines folded behind it. "" when
+  // this is no redirect.
   std::string redirection() const;
   // The length that the body is announced with, in bytes; nothing when there is none, or none that is a number.
   std::optional<std::uint64_t> announcedLength() const;
@@ -45,12 +48,20 @@ class ResponseHead {
   bool isFinal() const { return status_ >= 200 && redirection().empty(); }
 
  private:
+  struct Field {
+    std::string name;
+    std::string value;
+  };
+
   void begin(std::string_view statusLine);
+  void takeField(std::string_view line);
 
   CURL* easy_;
   long status_ = 0;
   std::string reason_;
   bool open_ = false;
+  std::vector<Field> fields_;
+  std::string location_;
 };
 
 }  // namespace mv

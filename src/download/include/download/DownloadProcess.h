@@ -17,6 +17,7 @@
 
 namespace mv {
 
+class DatabaseError;
 class DownloadQueue;
 class DownloadReport;
 class FileReceiver;
@@ -102,8 +103,10 @@ class DownloadProcess : public Process {
   void awaitLogin();
   // Sets the state of the entry's row; false when the list has none.
   bool showOutcome(const Entry& entry);
-  // Runs a step of receiving the file; an exception ends the entry as an error and goes no further.
+  // Runs a step of receiving the file; an exception ends the entry as an error, or has the step done again, and goes no
+  // further.
   void receive(void (DownloadProcess::*step)());
+  void receiveLater(void (DownloadProcess::*step)(), const DatabaseError& error);
   void beginReceiving();
   void receiveChunks();
   void showReceived(std::int64_t bytes);

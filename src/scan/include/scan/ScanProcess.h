@@ -69,7 +69,7 @@ class ScanProcess : public Process {
     bool failed = false;
     bool isReadAgain = false;      // after a login that let the scan in
     bool isLoginAnswered = false;  // it let the scan in: to be read again
-    bool isIncomplete = false;     // the table has refused a link
+    bool isIncomplete = false;     // the table has refused a link, or the work on the page has failed
     std::string reported = {};     // error last shown; the same is not shown twice for a page
   };
 

@@ -58,16 +58,13 @@ class ListWindow : public ChildWindow {
   int chosenRow() const;
   void forgetChosen();
 
-  QSize contentsSize(int width) override;
   void activated() override;
   void unloading() override;
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void rebuild();
   void choose(int row);
   int rememberedRow() const;
-  int toolbarHeight() const;
   void showNewRow(const QSet<QString>& before);
   QSet<QString> rowKeys() const;
 
@@ -79,8 +76,5 @@ class ListWindow : public ChildWindow {
   long chosenId_ = 0;
   QString chosenText_;
 };
-
-// Height of the toolbar strip above a list, in twips.
-inline constexpr int kToolbarHeight = 870;
 
 }  // namespace mv

@@ -11,8 +11,8 @@ namespace mv {
 
 // Decodes a page as it comes in. Its encoding is that of its byte order mark, else of the header's charset, else of
 // what its first 1,024 bytes declare (meta element, XML declaration), else UTF-16 when they look so, else UTF-8 when
-// all of the page is valid UTF-8, else Windows-1252. A charset that is not known counts as none. In a page that says
-// UTF-8 but is not wholly so, each stray byte is read as Windows-1252.
+// all of the page is valid UTF-8, or 256 KiB from the first character on that is not ASCII, else Windows-1252. A
+// charset that is not known counts as none. In a page of UTF-8 each stray byte is read as Windows-1252.
 class TextDecoder {
  public:
   // `contentType`: the header's value.
@@ -34,6 +34,7 @@ class TextDecoder {
   void begin(std::string_view encoding);
   void convert(std::string_view bytes);
   void appendPerhapsUtf8(std::string_view bytes);
+  void skipOwnAscii();
   void fallBack();
 
   std::string_view headerEncoding_;
@@ -42,6 +43,7 @@ class TextDecoder {
   std::string held_;  // not decoded yet: the start of the page, or a character that is not whole
   std::string text_;
   std::size_t checked_ = 0;  // valid UTF-8 up to here
+  std::size_t ascii_ = 0;    // ASCII up to here
   QStringDecoder decoder_;
   QStringEncoder encoder_{QStringEncoder::Utf8};  // keeps the first half of a character until the second comes
 };

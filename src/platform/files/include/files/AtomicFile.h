@@ -66,9 +66,11 @@ class AtomicFile {
   // Tells file systems apart.
   std::uint64_t device() const;
   // finish, flush, and the final name. False when the name is taken and to be kept: another one may be tried. Raises
-  // FileError. The name itself outlives a power cut when the folder has been flushed. Afterwards only destruction is
-  // left.
+  // FileError. The name itself outlives a power cut when the folder has been flushed. Afterwards only that and
+  // destruction are left.
   bool commit(Existing existing);
+  // Behind commit(): brings the names in the file's folder to the disk. Answers the system's error number.
+  int flushFolder() const;
 
   // For tests: the operating-system calls can be made to fail from the n-th byte on. 0 switches that off.
   static void failAfterBytes(std::uint64_t bytes);

@@ -50,6 +50,8 @@ class OpenFile {
   // The same for all files of the file system that have awaited their writeback: its journal is committed once for all.
   // ENOTSUP where that is not known to be as safe.
   int flushFileSystem() const;
+  // The names that were given in `folder`, where this file has one, are on the disk afterwards.
+  int flushFolder(const std::string& folder) const;
   // Tells file systems apart.
   std::uint64_t device() const;
   // Gives a nameable file that name; EEXIST when it is taken.
@@ -59,8 +61,8 @@ class OpenFile {
 
   // For tests: no file grows beyond so many bytes. 0 switches that off.
   static void failAfterBytes(std::uint64_t bytes);
-  // For tests: runs before every flush or wait for a writeback, on that thread; an answer other than 0 is its error. An
-  // empty function switches that off. Not to be changed while something is flushed.
+  // For tests: runs before every flush, of a folder too, or wait for a writeback, on that thread; an answer other than
+  // 0 is its error. An empty function switches that off. Not to be changed while something is flushed.
   static void setBeforeFlush(std::function<int()> before);
   // For tests: file systems without unnamed files.
   static void refuseUnnamed(bool refuse);
