@@ -29,7 +29,7 @@ constexpr int kSites = 5000;
 constexpr int kDeleted = 2000;
 constexpr int kLinksOfSite = 50;
 constexpr int kBusySite = 1;
-constexpr int kQueue = 10'000;  // the most that a scan takes
+constexpr int kQueue = 10'000;    // the most that a scan takes
 constexpr double kGoalTurn = 16;  // ms
 
 void fillDatabase() {
@@ -37,9 +37,8 @@ void fillDatabase() {
       "insert into site (id, name, domain, auto_scan, hops, unique_names, base_name, upper_limit, lower_limit, "
       "pages_to_scan, files_to_download) with recursive numbers(n) as (select 1 union all select n + 1 from numbers "
       "where n < " +
-      number(kSites) +
-      ") select n, printf('127.0.0.1:1/%d/', n), printf('127.0.0.1:1/%d', n), 'no', 1, 'no', " + quoted("") +
-      ", 10, 1, " + number(kQueue) + ", 10 from numbers");
+      number(kSites) + ") select n, printf('127.0.0.1:1/%d/', n), printf('127.0.0.1:1/%d', n), 'no', 1, 'no', " +
+      quoted("") + ", 10, 1, " + number(kQueue) + ", 10 from numbers");
   gDatabase.execute(
       "insert into link (id, site_id, url, link_type, username, password, status, file_type) with recursive numbers(n) "
       "as (select 1 union all select n + 1 from numbers where n < " +

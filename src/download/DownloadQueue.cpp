@@ -52,9 +52,7 @@ long DownloadQueue::build(Id siteId, std::int64_t most, const Test& passOver) {
   return count;
 }
 
-WaitingRows DownloadQueue::waiting() const {
-  return {list_.waitingCount(), isCut_ || list_.count() > 0};
-}
+WaitingRows DownloadQueue::waiting() const { return {list_.waitingCount(), isCut_ || list_.count() > 0}; }
 
 void DownloadQueue::takeUp(int index) {
   list_.setState(index, RowState::Working);

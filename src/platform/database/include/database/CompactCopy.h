@@ -39,8 +39,8 @@ class CompactCopy {
   // Deleting a large file takes its time, but not before the last one who has it open closes it.
   using ReplacedFiles = std::shared_ptr<const void>;
   // Gives the copy, safely on the disk, the source's name in one step. Everybody else must have closed the source:
-  // kLocked when that is not so. Raises DatabaseError, and then nothing has changed. The result holds the replaced files
-  // open: to be dropped where nobody waits for it, on any thread.
+  // kLocked when that is not so. Raises DatabaseError, and then nothing has changed. The result holds the replaced
+  // files open: to be dropped where nobody waits for it, on any thread.
   ReplacedFiles replaceSource();
 
   // Removes a database file together with its journals, as far as they are there.
