@@ -53,8 +53,7 @@ long DownloadQueue::build(Id siteId, std::int64_t most, const Test& passOver) {
 }
 
 WaitingRows DownloadQueue::waiting() const {
-  const int listed = list_.waitingCount();
-  return {listed, isCut_ || (listed == 0 && list_.count() > 0)};
+  return {list_.waitingCount(), isCut_ || list_.count() > 0};
 }
 
 void DownloadQueue::takeUp(int index) {

@@ -24,6 +24,7 @@ frmHelp::frmHelp() : ChildWindow(kWidth, kHeight), ui_(std::make_unique<Ui::frmH
   setOpens(Opens::Cascaded);
   ui_->lvwSubjects->setColumns({{"Subject", kSubjectCharacters}});
   ui_->lvwSubjects->setMinimumWidth(columnsWidth(*ui_->lvwSubjects));
+  ui_->txtHelp->setMinimumWidth(ui_->txtHelp->sizeHint().width());
   // Thousands of topics, or a very long one, must neither widen the window nor be measured one by one.
   if (auto* popup = qobject_cast<QListView*>(ui_->cmboTopics->view())) popup->setUniformItemSizes(true);
   connect(ui_->lvwSubjects, &ListView::rowChosen, this, [this](int row) { run([&] { subjectChosen(row); }); });
