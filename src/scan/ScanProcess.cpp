@@ -219,6 +219,7 @@ void ScanProcess::walkPage() {
 }
 
 std::optional<bool> ScanProcess::walkSlice() {
+  const long foundBefore = status_.linksFound;
   try {
     CommitGroup slice(gDatabase);
     const bool walked = walk_.goOn([this] { return storeLink(); });
@@ -226,6 +227,7 @@ std::optional<bool> ScanProcess::walkSlice() {
     queue_.keepStored();
     return walked;
   } catch (const std::exception& error) {
+    status_.linksFound = foundBefore;
     sliceFailed(error);
     return std::nullopt;
   }

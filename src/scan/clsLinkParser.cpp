@@ -53,6 +53,7 @@ void clsLinkParser::cacheLookups() {
   knownLinks_.refresh();
   newHops_.clear();
   roomBefore_ = Room;
+  keptOutBefore_ = linksKeptOut_;
 }
 
 void clsLinkParser::forgetLookups() {
@@ -64,6 +65,7 @@ void clsLinkParser::takeBack() {
   for (const std::string& domain : newHops_) hopDomains_.erase(domain);
   newHops_.clear();
   Room = roomBefore_;
+  linksKeptOut_ = keptOutBefore_;
 }
 
 void clsLinkParser::InitializeDomainHopper() { hopDomains_.clear(); }

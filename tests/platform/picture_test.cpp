@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <QSignalSpy>
@@ -63,8 +65,14 @@ TEST_F(PictureTest, WhatIsNoPictureIsAShortText) {
   qToLittleEndian<qint32>(20'000, huge.data() + 18);
   qToLittleEndian<qint32>(20'000, huge.data() + 22);
 
+  // Nobody writes into the one, the other never ends.
+  const std::string pipe = folder.filePath("pipe.jpg").toStdString();
+  const std::string endless = folder.filePath("endless.jpg").toStdString();
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_EQ(::symlink("/dev/zero", endless.c_str()), 0);
+
   for (const std::string& path : {file("text.jpg", "no picture at all"), file("empty.png", ""), file("huge.bmp", huge),
-                                  folder.filePath("missing.gif").toStdString()}) {
+                                  folder.filePath("missing.gif").toStdString(), endless, pipe}) {
     load(path);
     EXPECT_FALSE(display->hasPicture()) << path;
     EXPECT_EQ(display->picturePath(), path);

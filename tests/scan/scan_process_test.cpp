@@ -297,7 +297,11 @@ class StoreTroubleTest : public ScanProcessTest {
   void scanDuring(const std::function<void()>& trouble, const std::function<void()>& passes) {
     setSite("pages_to_scan = 5000");
     site.page("/", "<a href=\"list.htm\">");
-    site.page("/list.htm", anchors("/p", 0, 100) + anchors("/f", 0, 100, ".jpg"));
+    site.page("/list.htm", "<a href=\"/kept-out\">" + anchors("/p", 0, 100) + anchors("/f", 0, 100, ".jpg"));
+    insert("filter (id, name, global)", {{"90", "f", "yes"}});
+    insert("rule (id, valid_rule_type_id, valid_field_id, search_value, operator)",
+           {{"90", "1", value("select id from valid_field where name = 'Link'"), "kept-out", "Contains"}});
+    insert("filter_rule_xref (filter_id, rule_id)", {{"90", "90"}});
     QObject::connect(&process.lvwLinks, &QAbstractItemModel::dataChanged, &process, [&](const QModelIndex& cell) {
       const mv::WorkRow& row = process.lvwLinks.row(cell.row());
       if (row.state == mv::RowState::Working && mv::listedText(row.url).ends_with("/list.htm")) trouble();
@@ -311,6 +315,8 @@ class StoreTroubleTest : public ScanProcessTest {
     ASSERT_TRUE(waitForStatus("/list.htm", "Done"));
     EXPECT_EQ(value("select max(id) from link"), "202") << "no id is drawn twice, none is left out";
     EXPECT_EQ(process.lvwLinks.count(), 2 + 100);
+    EXPECT_EQ(process.status().linksFound, 201);
+    EXPECT_EQ(process.status().linksKeptOut, 1);
     EXPECT_EQ(site.requestCount("/list.htm"), 1);
     ASSERT_EQ(dialogs.messages().size(), 1U);
     EXPECT_TRUE(dialogs.messages()[0].text.contains("The scan waits"));

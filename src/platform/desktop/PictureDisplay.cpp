@@ -1,5 +1,6 @@
 #include "desktop/PictureDisplay.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 #include <QResizeEvent>
@@ -28,6 +29,8 @@ struct PictureDisplay::Decoded {
   QSize shown;
 
   static Decoded of(const QString& path, const QSize& space, double scale) {
+    // A pipe might never end, nor begin.
+    if (!QFileInfo(path).isFile()) return {};
     QImageReader::setAllocationLimit(kAllocationLimitMiB);
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);

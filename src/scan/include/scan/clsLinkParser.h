@@ -112,6 +112,7 @@ class clsLinkParser {
   std::string httpsHost_;                       // of the last absolute https link
   std::vector<std::string> newHops_;            // of them, since the caching began
   AddressRoom roomBefore_;                      // when the caching began
+  long keptOutBefore_ = 0;                      // likewise
   RuleSet globalRules_;
   RuleSet siteRules_;
 };
