@@ -90,8 +90,8 @@ void mvfuzz::fuzzOne(std::string_view input) {
 
   const mv::BodyMode mode = modeOf(input.empty() ? 't' : input.front());
   if (!input.empty()) input.remove_prefix(1);
-  std::vector<std::string> answers;
-  for (int i = 0; i < 4; ++i) answers.emplace_back(takePart(input));
+  std::vector<std::string> answers(4);
+  for (std::string& answer : answers) answer = takePart(input);
   servers.setAnswers(std::move(answers));
 
   int state = 0;
