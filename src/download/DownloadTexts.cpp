@@ -80,7 +80,8 @@ std::string outcomeText(const DownloadStatus& status, long failed) {
                                              {counts.tooBig, "too big"},
                                              {counts.unknownSize, "of unknown size"},
                                              {failed, "failed"}});
-  return (outcomes.empty() ? "No file yet" : outcomes) + ". " + waitingText(status.waiting, "file");
+  const char* none = status.waiting == WaitingRows() ? "No new file" : "No file yet";
+  return (outcomes.empty() ? none : outcomes) + ". " + waitingText(status.waiting, "file");
 }
 
 std::string savePathText(const DownloadStatus& status) { return captioned("Saving to:", status.savePath); }

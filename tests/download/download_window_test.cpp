@@ -82,6 +82,12 @@ TEST_F(DownloadWindowTest, TheFootSaysWhatCameOfTheFiles) {
   EXPECT_TRUE(control<QPushButton>(window, "btnDetails").icon().isNull());
 }
 
+TEST_F(DownloadWindowTest, TheFootOfASiteWithoutFilesExpectsNone) {
+  window->initWindow();
+  EXPECT_TRUE(waitFor([this] { return text("lblState") == "No new file. Nothing waits."; }))
+      << qPrintable(text("lblState"));
+}
+
 TEST_F(DownloadWindowTest, TheFootSaysNothingWaitsOnlyWhenNoStoredFileDoes) {
   setSite("lower_limit = 0, pages_to_scan = 2");
   for (const char* name : {"/a.jpg", "/b.jpg", "/c.jpg", "/d.jpg", "/e.jpg"}) addFile(name, std::string(2000, 'x'));
