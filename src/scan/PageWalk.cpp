@@ -1,5 +1,6 @@
 #include "scan/PageWalk.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -16,6 +17,9 @@ namespace mv {
 namespace {
 
 constexpr const char* kBaseTag = "<base href=";
+constexpr std::string_view kFormBegin = "<form";
+constexpr std::string_view kFormEnd = "</form>";
+constexpr std::size_t kLongestForm = std::size_t{2} << 20;
 constexpr std::size_t kBytesAtOnce = std::size_t{1} << 18;  // searched between two looks at the clock
 
 // What the addresses of a page may take in the table, for each of its bytes and beside them. A page's links are pieces
@@ -30,6 +34,13 @@ std::size_t fingerprintOf(std::string_view html, const std::string& basePath) {
   std::string traits(html.substr(0, kBeginning));
   traits.append(1, '\0').append(basePath).append(1, '\0').append(std::to_string(html.size()));
   return std::hash<std::string>()(traits);
+}
+
+// The first place in [from, to) where `lower` begins, in any case of letters; to, when there is none.
+std::size_t findFolded(std::string_view text, std::string_view lower, std::size_t from, std::size_t to) {
+  std::size_t at = text.find(lower.front(), from);
+  while (at < to && !equalsFolded(text.substr(at, lower.size()), lower)) at = text.find(lower.front(), at + 1);
+  return std::min(at, to);
 }
 
 // A server that names no type mostly means HTML.
@@ -66,6 +77,7 @@ void PageWalk::begin(Page page) {
   const bool isFull = full_.contains(fingerprint_);
   parser_.Room = {.bytes = isFull ? 0 : std::ssize(page.text) * kRoomPerByte + kLeastRoom};
   scanner_.setHtml(std::move(page.text));
+  formPlace_ = {};
   address_ = std::move(page.address);
   now_ = {.starsDue = stars_->hasTags() && isHtml(page.contentType),
           .isOver = tags_.empty(),  // tags with a star find the base themselves
@@ -164,8 +176,30 @@ void PageWalk::end() {
   scanner_.setHtml({});
 }
 
+bool PageWalk::seekForm() {
+  const TimeBudget budget;
+  scanner_.restart();
+  const std::string_view page = scanner_.html();
+  FormPlace& form = formPlace_;
+  while (form.end == 0 && form.sought < page.size()) {
+    if (budget.spent()) return false;
+    const std::string_view wanted = form.begin ? kFormEnd : kFormBegin;
+    const std::size_t to = std::min(form.sought + kBytesAtOnce, page.size());
+    form.sought = findFolded(page, wanted, form.sought, to);
+    if (form.sought == to) continue;
+    if (form.begin)
+      form.end = form.sought + wanted.size();
+    else
+      form.begin = form.sought;
+  }
+  return true;
+}
+
 PageForm PageWalk::form() {
   scanner_.restart();
+  const std::size_t begin = formPlace_.begin.value_or(0);
+  const std::size_t size = formPlace_.end - std::min(begin, formPlace_.end);
+  scanner_.setHtml(std::string(scanner_.html().substr(begin, size <= kLongestForm ? size : 0)));
   scanner_.getForm();
   return {std::move(scanner_.Form), std::move(scanner_.FormAsFetched)};
 }

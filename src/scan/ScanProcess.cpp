@@ -211,7 +211,7 @@ void ScanProcess::walkPage() {
   if (!walked) return;
   reportRefusal();
   if (*walked) {
-    pageWalked();
+    seekForm();
     return;
   }
   show(status_.pagePercent, walk_.percent());
@@ -264,6 +264,13 @@ bool ScanProcess::storeLink() {
     if (dynamic_cast<const NoLinkId*>(&error)) return false;
   }
   return !StopRequested();
+}
+
+void ScanProcess::seekForm() {
+  if (!login_.wantsForms() || walk_.seekForm())
+    pageWalked();
+  else
+    yieldThen([this] { seekForm(); });
 }
 
 void ScanProcess::pageWalked() {

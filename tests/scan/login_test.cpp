@@ -161,6 +161,22 @@ TEST_F(LoginTest, AFieldWithoutTheSitesValueSendsItsDefaultAndAHugeOneGoesOut) {
   EXPECT_TRUE(site.requests()[1].path == "/cgi/in?user=nobody&password=sec%2Fret+%3F%23%26%2541&token=" + token);
 }
 
+// The form is looked for in pieces, too.
+TEST_F(LoginTest, AFormBehindMegabytesIsFoundWithoutHoldingTheWindows) {
+  std::string page;
+  while (page.size() < 30'000'000) page += "<p>Some text of a page.</p><font>";
+  site.page("/", page.replace(page.rfind("<font>"), std::string::npos, form("T0kEn")));
+  // Receiving and decoding the page is the transfer's work.
+  std::optional<LoopMeter> turn;
+  QObject::connect(&process().Inet2, &mv::InternetTransfer::StateChanged, &process(), [&turn](int, int state) {
+    if (state == mv::kResponseCompleted && !turn) turn.emplace();
+  });
+  window->initWindow();
+  ASSERT_TRUE(waitFor([this] { return logins() == 1; }, 60'000));
+  ASSERT_TRUE(turn);
+  EXPECT_LT(turn->longest, 50);
+}
+
 // A foreign host is one of another name or of another port.
 TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
   TestSite otherPort;

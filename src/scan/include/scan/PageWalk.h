@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -49,7 +50,9 @@ class PageWalk {
   // How many new addresses of the page walked through had no room in the table (see clsLinkParser); 0 when the same
   // page has come before, with the same lack of room.
   std::int64_t leftOut();
-  // The first form of the page walked through.
+  // Looks for the first form of the page walked through until the time budget is spent. True when form() is quick.
+  bool seekForm();
+  // The form that seekForm() has found. One of more than 2 MiB is no login's, and counts as none.
   PageForm form();
   // Gives the page's memory back.
   void end();
@@ -85,6 +88,12 @@ class PageWalk {
   std::string link_;
   Place now_;
   Place before_;  // when goOn() was called last
+  struct FormPlace {
+    std::optional<std::size_t> begin = {};
+    std::size_t end = 0;  // 0: it has not been found
+    std::size_t sought = 0;
+  };
+  FormPlace formPlace_;
   std::size_t fingerprint_ = 0;
   // Of the pages that had no room for all of their addresses: coming again they get none, or the start page, fetched in
   // every round, would fill the table bit by bit.

@@ -90,6 +90,7 @@ class ScanProcess : public Process {
   std::string answeringAddress() const;
   bool storeLink();
   void reportRefusal();
+  void seekForm();
   void pageWalked();
   void logLeftOut();
   // True when a login request is on its way: the page that answers it comes next.
