@@ -79,6 +79,8 @@ struct Database::Connection {
 
   // The others go first, so that the last connection to close is the one that ends the journal.
   ~Connection() {
+    // Closing takes back what is open, and nobody is left to be told.
+    sqlite3_rollback_hook(main.get(), nullptr, nullptr);
     checkpoints.reset();
     idleReader.reset();
     for (const std::weak_ptr<Reader>& weak : readers)
