@@ -207,7 +207,7 @@ TEST_F(LoginTest, TheSitesPasswordGoesToNoForeignHost) {
 // Whoever is not logged in any more is shown the form in place of the page.
 TEST_F(LoginTest, ThePageBehindTheFormIsReadAgain) {
   bool loggedIn = false;
-  site.setRule([this, &loggedIn](const Request& request) -> std::optional<Resource> {
+  site.setRule([&loggedIn](const Request& request) -> std::optional<Resource> {
     if (request.path.starts_with("/cgi/in?")) {
       loggedIn = true;
       return Resource{.body = "welcome"};
