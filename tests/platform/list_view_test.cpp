@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 
+#include "base/TextTable.h"
 #include "testkit/Controls.h"
 
 namespace {
@@ -33,6 +34,33 @@ TEST_F(ListViewTest, HeaderClicksSortTextsInTurnWhateverTheColumn) {
     clickHeader(list, column);  // the second click sorts descending, equal rows keep their order
     EXPECT_EQ(texts(), Texts({"10", "9", "A", "a", "B", "b"}));
   }
+}
+
+// As Qt compares them as wholes.
+TEST(TextOrder, GoesWithoutCaseFirst) {
+  const QStringList list = {"",
+                            "a",
+                            "A",
+                            "aB",
+                            "Ab",
+                            "ab1",
+                            "aB0",
+                            "z",
+                            "\u00e4",
+                            "\u00c4b",
+                            "10",
+                            "9",
+                            "\uffee",
+                            QString::fromUcs4(U"\U0001F600"),
+                            QString::fromUcs4(U"\U0001F601"),
+                            QString::fromUcs4(U"x\U00010400b"),
+                            QString::fromUcs4(U"x\U00010428a")};
+  for (const QString& left : list)
+    for (const QString& right : list) {
+      const int folded = left.compare(right, Qt::CaseInsensitive);
+      EXPECT_EQ(mv::standsBefore(left, right), folded < 0 || (folded == 0 && left < right))
+          << left.toStdString() << ' ' << right.toStdString();
+    }
 }
 
 TEST_F(ListViewTest, KeepsItsOrderWhileSortingIsOn) {
