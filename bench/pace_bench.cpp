@@ -9,12 +9,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <string_view>
 
 #include "Figures.h"
 #include "Links.h"
+#include "Main.h"
 #include "Memory.h"
 #include "Program.h"
 #include "Server.h"
@@ -129,13 +129,10 @@ void measureCrowd(int seconds) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
+  return mvbench::run([&] {
     if (argc > 1 && argv[1] == std::string_view("crowd"))
       measureCrowd(argc > 2 ? std::atoi(argv[2]) : 30);
     else
       measure(argc > 1 ? std::atoll(argv[1]) : 1'000'000, argc > 2 ? std::atoi(argv[2]) : 30);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  });
 }
