@@ -5,11 +5,11 @@
 #include <QTemporaryDir>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 
 #include "Figures.h"
 #include "Links.h"
+#include "Main.h"
 #include "Memory.h"
 #include "Program.h"
 #include "Server.h"
@@ -67,10 +67,5 @@ void measure(std::int64_t rows, int seconds) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    measure(argc > 1 ? std::atoll(argv[1]) : 1'000'000, argc > 2 ? std::atoi(argv[2]) : 30);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  return mvbench::run([&] { measure(argc > 1 ? std::atoll(argv[1]) : 1'000'000, argc > 2 ? std::atoi(argv[2]) : 30); });
 }

@@ -1,5 +1,6 @@
 #include "shell/frmProcessManager.h"
 
+#include "windows/ListHelpers.h"
 #include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
 
@@ -25,9 +26,9 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
   load();
 }
 
-void frmProcessManager::fillList() {
+std::vector<QStringList> frmProcessManager::readRows() {
   list().sortAscending(0);
-  for (const ChildWindow* window : processWindows()) list().addRow({window->positionKey()});
+  return rowsOf(processWindows(), [](const ChildWindow* window) { return QStringList(window->positionKey()); });
 }
 
 QString frmProcessManager::chosenKey() const { return chosenRow() < 0 ? QString() : chosenText(); }
