@@ -135,9 +135,11 @@ struct Database::Connection {
   }
 
   void invalidate(const Invalidations& names) {
-    for (const std::string& name : names) ++invalidations[name];
+    for (const std::string& name : names) ++(name.empty() ? everything : invalidations[name]);
   }
-  void invalidateAll() { ++invalidations[""]; }
+  // Called from within the engine, which no exception may pass through.
+  void invalidateAll() noexcept { ++everything; }
+  std::int64_t everything = 0;
   std::unordered_map<std::string, std::int64_t> invalidations;
   std::int64_t dataVersion = 0;  // other programs' changes
 };
@@ -338,7 +340,7 @@ std::int64_t Database::invalidationCount(const std::string& table, const std::st
   const std::int64_t version = query("pragma data_version").number("data_version");
   if (std::exchange(connection_->dataVersion, version) != version) connection_->invalidateAll();
   auto& counts = connection_->invalidations;
-  return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
+  return (openings_ << 40) + connection_->everything + counts[table] + counts[table + '.' + column];
 }
 
 std::int64_t Database::count(const Statement& statement) {
