@@ -1,6 +1,7 @@
 #include "CellBuffer.h"
 
 #include <cstdlib>
+#include <new>
 
 namespace mv::engine {
 
@@ -20,6 +21,7 @@ CellBuffer::Cell CellBuffer::take(sqlite3_stmt* statement, int column) {
   if (cell.type == SQLITE_INTEGER || cell.type == SQLITE_FLOAT) cell.number = sqlite3_column_int64(statement, column);
   if (cell.type == SQLITE_INTEGER) return cell;
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  if (!text && sqlite3_errcode(sqlite3_db_handle(statement)) == SQLITE_NOMEM) throw std::bad_alloc();
   cell.begin = texts_.size();
   cell.size = text ? static_cast<std::size_t>(sqlite3_column_bytes(statement, column)) : 0;
   texts_.append(text ? text : "", cell.size).push_back('\0');

@@ -13,7 +13,7 @@ namespace mv::engine {
 class CellBuffer {
  public:
   void clear();
-  // Appends the row that `statement` stands on.
+  // Appends the row that `statement` stands on. Raises std::bad_alloc.
   void takeRow(sqlite3_stmt* statement, int columns);
 
   // Of a cell, counted from the first of the first row: as the engine converts it. Null is "" and 0, a text its leading
