@@ -39,7 +39,7 @@ class GroupCommitTest : public ::testing::Test {
   FlushGate gate;
   std::vector<std::size_t> groups;
   std::vector<std::int64_t> committed, taken, failed;
-  GroupCommit commits{[this](GroupCommit::Files files) {
+  GroupCommit commits{[this](const GroupCommit::Files& files) {
     groups.push_back(files.size());
     for (const GroupCommit::File& file : files) {
       auto& kind = file.error ? failed : file.committed ? committed : taken;
