@@ -22,6 +22,7 @@ WorkRow row(std::int64_t id, const std::string& url, bool tagged = true) {
 
 std::vector<std::int64_t> ids(const WorkList& list) {
   std::vector<std::int64_t> result;
+  result.reserve(static_cast<std::size_t>(list.count()));
   for (int index = 0; index < list.count(); ++index) result.push_back(list.row(index).linkId);
   return result;
 }
