@@ -25,7 +25,7 @@ TEST(CookieLines, AreReadOrNamedWithoutTheirValue) {
       {"__x\tFALSE\t/\tTRUE\t0\t__Host-a\tsecret", ""},
       {"# a comment", ""},
       {" \t", ""},
-      {"name=secret; path=/", "1 fields where 7 belong, separated by tabs"},
+      {"name=secret; path=/", "1 field where 7 belong, separated by tabs"},
       {good + "\tmore", "8 fields where 7 belong, separated by tabs"},
       {"http://host\tFALSE\t/\tFALSE\t0\tname\tsecret", "no domain in the first field"},
       {"host\t1\t/\tFALSE\t0\tname\tsecret", "neither TRUE nor FALSE in the second field"},

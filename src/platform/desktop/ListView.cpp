@@ -7,7 +7,6 @@
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QPainter>
 #include <cstdlib>
 
 #include "desktop/ListColumns.h"
@@ -17,7 +16,6 @@ namespace {
 
 const QString kTextType = "text/plain";
 constexpr int kRowsAskedFor = 4;
-constexpr int kEmptyTextMargin = 8;
 
 bool lessText(const QString& a, const QString& b) {
   const int order = a.compare(b, Qt::CaseInsensitive);
@@ -82,21 +80,6 @@ QSize ListView::sizeHint() const {
   const int row = fontMetrics().height() + 2 * frameWidth();
   return QSize(columnsWidth(*this), header()->sizeHint().height() + kRowsAskedFor * row + 2 * frameWidth())
       .expandedTo(minimumSize());
-}
-
-void ListView::setEmptyText(const QString& text) {
-  emptyText_ = text;
-  viewport()->update();
-}
-
-void ListView::paintEvent(QPaintEvent* event) {
-  QTreeWidget::paintEvent(event);
-  if (rowCount() > 0 || emptyText_.isEmpty()) return;
-  QPainter painter(viewport());
-  painter.setPen(palette().color(QPalette::PlaceholderText));
-  const QRect room =
-      viewport()->rect().adjusted(kEmptyTextMargin, kEmptyTextMargin, -kEmptyTextMargin, -kEmptyTextMargin);
-  painter.drawText(room, static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), emptyText_);
 }
 
 void ListView::setMultiSelect(bool on) { setSelectionMode(on ? ExtendedSelection : SingleSelection); }

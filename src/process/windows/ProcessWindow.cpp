@@ -23,7 +23,7 @@ constexpr const char* kShowDetails = "Show Details";
 constexpr const char* kHideDetails = "Hide Details";
 
 // Characters, from the first column on.
-constexpr int kColumnWidths[] = {7, 7, 28, 8, 8, 12, 4};
+constexpr int kColumnWidths[] = {8, 7, 28, 8, 8, 12, 4};
 constexpr int kAddressColumn = 2;
 
 int asProgress(long value) { return static_cast<int>(std::clamp<long>(value, 0, std::numeric_limits<int>::max())); }
@@ -62,7 +62,8 @@ Commands ProcessWindow::commandsOf(int row) {
 }
 
 void ProcessWindow::wire() {
-  offerCommands(*controls_.links, [this](int row) { return commandsOf(row); });
+  offerCommands(
+      *controls_.links, [this](int row) { return commandsOf(row); }, [this] { return commandsOfList(); });
   connect(controls_.links, &QTreeView::activated, this,
           [this](const QModelIndex& row) { run([&] { openRow(row.row()); }); });
   connect(controls_.detailsButton, &QPushButton::clicked, this, [this] { run([this] { toggleDetails(); }); });

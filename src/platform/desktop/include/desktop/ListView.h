@@ -24,8 +24,6 @@ class ListView : public QTreeWidget {
 
   // The first column takes the room that the others leave.
   void setColumns(const std::vector<ListColumn>& columns);
-  // What stands in the middle of a list without rows.
-  void setEmptyText(const QString& text);
   // All columns, and some rows.
   QSize sizeHint() const override;
   void setMultiSelect(bool on);
@@ -93,7 +91,6 @@ class ListView : public QTreeWidget {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  void paintEvent(QPaintEvent* event) override;
   QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
   QStringList mimeTypes() const override;
 
@@ -105,7 +102,6 @@ class ListView : public QTreeWidget {
   // Answers a drag over the list or a drop on it.
   bool takesDrop(QDropEvent& event) const;
 
-  QString emptyText_;
   bool sorting_ = false;
   bool headerClickSorts_ = true;
   int sortColumn_ = 0;

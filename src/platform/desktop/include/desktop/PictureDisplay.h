@@ -36,6 +36,7 @@ class PictureDisplay : public QWidget {
  private:
   struct Decoded;
 
+  void paintPicture(QPainter& painter) const;
   void startDecoding();
   void take(const Decoded& decoded);
   // The size at which a picture of `natural` size is shown here.

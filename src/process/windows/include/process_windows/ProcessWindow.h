@@ -59,6 +59,8 @@ class ProcessWindow : public ChildWindow, public Counted {
   virtual std::string stateText() const = 0;
   // What is offered for a row of the work list.
   virtual Commands commandsOf(int row);
+  // What is offered beside the rows: the list holds those of this round only.
+  virtual Commands commandsOfList() { return {}; }
   // A double click on a row, or Enter.
   virtual void openRow(int) {}
   // Brings the controls up to the process's state; subclasses call this first.
