@@ -107,7 +107,7 @@ TEST_F(CookieFileTest, WhatIsWrongWithItStandsInTheLog) {
   const CookieFile file(path, 10);
   EXPECT_EQ(cookies(site.url("/")), "good=one");
   const std::string log = readFile(mv::errorLogPath());
-  EXPECT_NE(log.find("line 1 of " + path + " is not taken: 1 fields"), std::string::npos) << log;
+  EXPECT_NE(log.find("line 1 of " + path + " is not taken: 1 field "), std::string::npos) << log;
   EXPECT_NE(log.find("line 3 of "), std::string::npos) << log;
   EXPECT_NE(log.find("can be read by other users"), std::string::npos) << log;
   EXPECT_EQ(log.find("secret"), std::string::npos) << log;

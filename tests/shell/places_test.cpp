@@ -79,11 +79,12 @@ TEST_F(PlacesTest, ProcessWindowsCoverNothingAndADownloadStandsBelowItsScan) {
 }
 
 TEST_F(PlacesTest, WhereNoRoomIsFreeProcessWindowsCoverTheLeast) {
+  addSite("127.0.0.1:1/only", folder());
   auto* sites = showSingle<frmWebSites>();
-  const QRect room(QPoint(), main_->mdiArea().viewport()->rect().size());
+  const QRect room = main_->mdiArea().viewport()->rect();
   const QRect most = room.adjusted(0, 0, -200, -100);
   sites->setPlace({0, 0, pixelsToTwips(most.height()), pixelsToTwips(most.width())});
-  const std::vector<ChildWindow*> windows = startSites(1);
+  const std::vector<ChildWindow*> windows = startSites(0);
   ASSERT_EQ(windows.size(), 2U);
   for (const ChildWindow* window : windows) {
     EXPECT_TRUE(room.contains(rectOf(window)));

@@ -31,7 +31,7 @@ frmSitePaths::frmSitePaths() : ChildWindow(kWidth, kHeight), ui_(std::make_uniqu
   ListView& list = *ui_->lvwFiletypesAssigned;
   list.setColumns({{"Extension", 10}, {"Id", 0, true}});
   list.setMinimumWidth(columnsWidth(list));
-  ui_->txtPath->setMinimumWidth(kPathCharacters * fontMetrics().averageCharWidth());
+  ui_->frmPath->setMinimumWidth(kPathCharacters * fontMetrics().averageCharWidth());
   connect(&list, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
   connect(&list, &QTreeWidget::itemSelectionChanged, this, [this] { run([this] { selectionChanged(); }); });
   connect(ui_->txtPath, &QLineEdit::editingFinished, this, [this] { run([this] { takeTypedFolder(); }); });

@@ -102,11 +102,15 @@ QSize PictureDisplay::sizeHint() const { return kPreferredSize; }
 
 void PictureDisplay::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  // Behind the picture, which the frame's fill would tint.
+  if (hasFocus()) paintFocus(painter);
   if (image_.isNull())
     painter.drawText(rect(), static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), note_);
   else
     paintPicture(painter);
-  if (!hasFocus()) return;
+}
+
+void PictureDisplay::paintFocus(QPainter& painter) const {
   QStyleOptionFocusRect focus;
   focus.initFrom(this);
   style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);

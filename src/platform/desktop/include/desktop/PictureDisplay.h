@@ -37,6 +37,7 @@ class PictureDisplay : public QWidget {
   struct Decoded;
 
   void paintPicture(QPainter& painter) const;
+  void paintFocus(QPainter& painter) const;
   void startDecoding();
   void take(const Decoded& decoded);
   // The size at which a picture of `natural` size is shown here.
