@@ -1,9 +1,5 @@
 #include "download/DownloadProcess.h"
 
-#include <algorithm>
-#include <limits>
-#include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include "DownloadQueue.h"
@@ -11,6 +7,7 @@
 #include "ErrorNumber.h"
 #include "FileName.h"
 #include "FileReceiver.h"
+#include "FileRequest.h"
 #include "FileSize.h"
 #include "LoginWatch.h"
 #include "SaveQueue.h"
@@ -27,12 +24,9 @@ namespace mv {
 
 namespace {
 
-constexpr int kWorkInterval = 200;      // milliseconds
-constexpr int kArrivingInterval = 100;  // milliseconds
-constexpr int kRetryInterval = 1000;    // milliseconds
+constexpr int kWorkInterval = 200;    // milliseconds
+constexpr int kRetryInterval = 1000;  // milliseconds
 constexpr const char* kSkip = "skip";
-constexpr const char* kContentType = "Content-Type";
-constexpr std::size_t kLongestLoginPage = std::size_t{1} << 20;  // bytes
 constexpr const char* kWaitsForLogin = "The login page came instead. The file waits for the next login.";
 constexpr const char* kLoginInVain = "The login page came instead, after logins too.";
 
@@ -42,11 +36,10 @@ DownloadProcess::DownloadProcess()
     : Process({"Done", "ID", "URL", "Username", "Password", "File Name", "File Type"}, kWorkInterval),
       queue_(std::make_unique<DownloadQueue>(lvwLinks)),
       login_(std::make_unique<LoginWatch>()),
-      receiver_(std::make_unique<FileReceiver>()),
-      report_(std::make_unique<DownloadReport>([this] { touch(); })) {
-  Inet2.setTextLimit(kLongestLoginPage);
-  arriving_.setInterval(kArrivingInterval);
-  connect(&arriving_, &QTimer::timeout, this, [this] { run([this] { showArriving(); }); });
+      receiver_(std::make_unique<FileReceiver>(Inet2, *login_)),
+      report_(std::make_unique<DownloadReport>([this] { touch(); })),
+      request_(std::make_unique<FileRequest>(
+          Inet2, *login_, [this](std::int64_t bytes) { run([this, bytes] { showReceived(bytes); }); })) {
   // A file half received when the process is stopped goes at once, not with the window.
   connect(this, &Process::stopped, this, [this] { receiver_->drop(); });
   SaveQueue& queue = SaveQueue::instance();
@@ -90,10 +83,7 @@ void DownloadProcess::buildQueue() {
 }
 
 void DownloadProcess::rebuildQueue() {
-  if (!isSiteStored(SiteId)) {
-    endWithSite();
-    return;
-  }
+  if (!isSiteStored(SiteId)) return endWithSite();
   // Rows whose files are on their way to the disk stay until it is known what became of them.
   queue_->clear([this](std::int64_t link) { return saving_.contains(link); });
   queue_->loadLimits(SiteId);
@@ -119,15 +109,9 @@ void DownloadProcess::downloadNext() {
   const TimeBudget budget;
   while (!StopRequested()) {
     const int next = lvwLinks.nextWaiting();
-    if (next < 0) {
-      rebuildQueue();
-      return;
-    }
+    if (next < 0) return rebuildQueue();
     if (!takeUp(next)) return;
-    if (budget.spent()) {
-      yieldThen([this] { downloadNext(); });
-      return;
-    }
+    if (budget.spent()) return yieldThen([this] { downloadNext(); });
   }
 }
 
@@ -142,23 +126,16 @@ bool DownloadProcess::takeUp(int index) {
     queue_->takeUp(index);
     showCounters("filesinqueue", "", 0);
     checkIfFileExists(answer);
-    if (answer != kSkip) {
-      entry_.mode = kGetHeader;
-      login_->beginRequest();
-      Inet2.Execute(entry_.url, "GET", BodyMode::HeadersOnly);
-      return false;
-    }
-  } catch (const DatabaseError& error) {
-    // It has not been asked for: when the failure has passed it is taken up anew.
-    entry_.outcomeDue = !error.mayPass();
-    entry_.failed = true;
-    throw;
-  } catch (...) {
-    entry_.failed = true;
+    if (answer != kSkip) request_->askForHeader(entry_.url);
+  } catch (const std::exception& error) {
+    // It has not been asked for. When the failure has passed it is taken up anew.
+    const auto* database = dynamic_cast<const DatabaseError*>(&error);
+    entry_.outcomeDue = !database || !database->mayPass();
+    entry_.outcome = RowState::Error;
     throw;
   }
-  skipEntry(index);
-  return true;
+  if (answer == kSkip) skipEntry();
+  return answer == kSkip;
 }
 
 void DownloadProcess::beginEntry(const WorkRow& row) {
@@ -176,34 +153,28 @@ bool DownloadProcess::hasNothingLeft() const {
 
 const std::string& DownloadProcess::folder() const { return queue_->limits().folder; }
 
-void DownloadProcess::fileIsAt(std::int64_t linkId, const std::string& path) {
-  if (const int row = lvwLinks.findLink(linkId); row >= 0) lvwLinks.setSavedPath(row, path);
-}
-
-void DownloadProcess::skipEntry(int index) {
+void DownloadProcess::skipEntry() {
   report_->existing();
-  fileIsAt(entry_.linkId, filePath(entry_.savePath, entry_.fileName));
+  queue_->fileIsAt(entry_.linkId, filePath(entry_.savePath, entry_.fileName));
   report_->showFile(entry_.fileName, FileStatus::Note::Exists);
-  lvwLinks.setState(index, RowState::Exists);
   markLinkDone();
   entry_.outcomeDue = false;
 }
 
 void DownloadProcess::transferEvent(int state) {
-  if (state == kError || state == kResponseCompleted) arriving_.stop();
   if (state == kError) transferFailed();
   if (state != kResponseCompleted) return;
-  if (entry_.mode == kGetFile)
+  if (request_->mode() == kGetFile)
     receiveFile();
-  else if (entry_.mode == kGetHeader)
+  else if (request_->mode() == kGetHeader)
     checkHeader();
-  else if (entry_.mode == kGetPage)
-    checkPage();
+  else if (request_->mode() == kGetPage)
+    request_->isLoginPage() ? awaitLogin() : refuseFile();
 }
 
 void DownloadProcess::transferFailed() {
   setProgress(0, progressMaximum());
-  if (entry_.mode == kGetPage)
+  if (request_->mode() == kGetPage)
     refuseFile();  // its headers have come before
   else
     entryFailed(Inet2.ResponseInfo(), Inet2.ResponseCode());
@@ -211,19 +182,14 @@ void DownloadProcess::transferFailed() {
 
 void DownloadProcess::entryFailed(const std::string& reason, long code) {
   countError(reason, code);
-  entry_.failed = true;
+  entry_.outcome = RowState::Error;
   settle();
 }
 
-// The tick writes the status again, which repeats a statement that has failed here.
+// The tick writes the status again. Until then the process may be stopped, and this must not be asked for twice.
 void DownloadProcess::settle() {
   login_->forget(entry_.linkId);
-  try {
-    mv::markLinkDone(entry_.linkId);
-  } catch (const DatabaseError&) {
-    enableWorkTimer();
-    return;
-  }
+  SaveQueue::instance().mark(entry_.linkId);
   enableWorkTimer();
 }
 
@@ -235,80 +201,37 @@ void DownloadProcess::countError(const std::string& reason, long code) {
 
 void DownloadProcess::checkHeader() {
   if (StopRequested()) return;
-  entry_.size = announcedSize(Inet2.GetHeader("Content-Length"));
-  if (entry_.size.bytes != 0) report_->showSize(entry_.size);
-  if (fits(entry_.size.bytes, queue_->limits()))
+  request_->readSize();
+  const SizeStatus& size = request_->size();
+  if (size.bytes != 0) report_->showSize(size);
+  if (fits(size.bytes, queue_->limits()))
     requestFile();
-  else if (login_->beginAnswer(Inet2.GetHeader(kContentType)))
-    requestPage();
+  else if (request_->mayBeLoginPage())
+    request_->askForPage();  // the login page says nothing of the file
   else
     refuseFile();
 }
 
 void DownloadProcess::refuseFile() {
-  report_->refused(entry_.fileName, refusal(entry_.size, queue_->limits()));
+  report_->refused(entry_.fileName, refusal(request_->size(), queue_->limits()));
   Inet2.cancel();  // nobody will read the body
   settle();
 }
 
-// Not to be saved, by its size: but it may be the login page, which says nothing of the file.
-void DownloadProcess::requestPage() {
-  entry_.mode = kGetPage;
-  Inet2.Execute(entry_.url, "GET", BodyMode::Text);
-}
-
-void DownloadProcess::checkPage() {
-  login_->look(Inet2.TakeText());
-  if (login_->isLoginPage())
-    awaitLogin();
-  else
-    refuseFile();
-}
-
 void DownloadProcess::awaitLogin() {
   receiver_->drop();
-  if (!login_->putOff(entry_.linkId)) {
-    entryFailed(kLoginInVain, 0);
-    return;
-  }
+  if (!login_->putOff(entry_.linkId)) return entryFailed(kLoginInVain, 0);
   entry_.outcomeDue = false;
   showCounters("error", kWaitsForLogin, 0);
   logDownloadError();
   enableWorkTimer();
 }
 
-void DownloadProcess::requestFile() {
-  entry_.mode = kGetFile;
-  Inet2.setTargetFolder(entry_.savePath);
-  Inet2.Execute(entry_.url, "Get", BodyMode::File);
-  showArriving();
-  arriving_.start();
-}
+void DownloadProcess::requestFile() { request_->askForFile(entry_.savePath); }
 
-// The body is read from memory or the spool when it is whole; over a network it is the arriving that takes the time.
-void DownloadProcess::showArriving() {
-  if (entry_.mode != kGetFile || !Inet2.StillExecuting()) {
-    arriving_.stop();
-    return;
-  }
-  const std::int64_t bytes = std::min(Inet2.BytesReceived(), entry_.size.bytes);
-  showReceived(bytes);
-}
-
-// When the statement fails it is tried again, with the same outcome.
 void DownloadProcess::markLinkDone() {
   if (StopRequested() || saving_.contains(entry_.linkId)) return;
-  if (showOutcome(entry_)) mv::markLinkDone(entry_.linkId);
-}
-
-bool DownloadProcess::showOutcome(const Entry& entry) {
-  const int row = lvwLinks.findLink(entry.linkId);
-  if (row < 0) return false;
-  RowState outcome = RowState::Done;
-  if (entry.skippedExisting) outcome = RowState::Exists;
-  if (entry.failed) outcome = RowState::Error;
-  lvwLinks.setState(row, outcome);
-  return true;
+  if (queue_->settle(entry_.linkId, entry_.outcome)) SaveQueue::instance().mark(entry_.linkId);
 }
 
 void DownloadProcess::showCounters(const std::string& kind, const std::string& reason, long code) {
@@ -334,115 +257,85 @@ void DownloadProcess::checkIfFileExists(std::string& result) {
   result.clear();
   if (!isTaken(filePath(entry_.savePath, entry_.fileName))) return;
   result = kSkip;
-  entry_.skippedExisting = true;
+  entry_.outcome = RowState::Exists;
 }
 
 void DownloadProcess::receiveFile() {
-  if (!StopRequested()) receive(&DownloadProcess::beginReceiving);
+  if (StopRequested()) return;
+  FileTarget target{entry_.savePath, entry_.fileName, request_->size().bytes};
+  if (isYes(UniqueNames)) target.numbered = {BaseName, entry_.fileType};
+  receiver_->begin(std::move(target));
+  showReceived(0);
+  receive();
 }
 
-void DownloadProcess::receive(void (DownloadProcess::*step)()) {
+void DownloadProcess::receive() {
+  using Step = FileReceiver::Step;
   try {
-    (this->*step)();
+    Step step = Step::Done;
+    // Each may have asked the user something, and the user may have stopped the site meanwhile.
+    while (step == Step::Done && !StopRequested()) step = receiver_->goOn();
+    if (StopRequested()) return;
+    if (step == Step::LoginPage) return awaitLogin();
+    showReceived(receiver_->bytes());
+    if (step == Step::Whole) return save();
+    yieldThen([this] { receive(); });
   } catch (const DatabaseError& error) {
-    error.mayPass() ? receiveLater(step, error) : receivingFailed(error);
+    error.mayPass() ? receiveLater(error) : receivingFailed(error);
   } catch (const std::exception& error) {
     receivingFailed(error);
   }
 }
 
 // The file is here, and waits for a number to be drawn for its name.
-void DownloadProcess::receiveLater(void (DownloadProcess::*step)(), const DatabaseError& error) {
+void DownloadProcess::receiveLater(const DatabaseError& error) {
   showCounters("error", error.what(), error.number());
-  QTimer::singleShot(kRetryInterval, this, [this, step] { run([this, step] { receive(step); }); });
-}
-
-void DownloadProcess::beginReceiving() {
-  entry_.bytesReceived = 0;
-  showReceived(0);
-  FileTarget target{entry_.savePath, entry_.fileName};
-  if (isYes(UniqueNames)) target.numbered = {BaseName, entry_.fileType};
-  if (!receiver_->choosePath(target)) {
-    yieldThen([this] { receive(&DownloadProcess::beginReceiving); });
-    return;
-  }
-  receiver_->makeFolder();
-  // Both may have asked the user something, and the user may have stopped the site meanwhile.
-  if (StopRequested()) return;
-  receiver_->open();
-  entry_.isPage = login_->beginAnswer(Inet2.GetHeader(kContentType));
-  receiveChunks();
-}
-
-void DownloadProcess::receiveChunks() {
-  const bool whole = receiver_->goOn(Inet2, entry_.isPage ? login_.get() : nullptr);
-  entry_.bytesReceived = receiver_->bytes();
-  if (whole) {
-    fileReceived();
-    return;
-  }
-  showReceived(entry_.bytesReceived);
-  yieldThen([this] { receive(&DownloadProcess::receiveChunks); });
+  QTimer::singleShot(kRetryInterval, this, [this] { run([this] { receive(); }); });
 }
 
 void DownloadProcess::showReceived(std::int64_t bytes) {
-  showSaveProgress(bytes);
-  report_->showReceived(bytes, entry_.size.bytes);
-}
-
-void DownloadProcess::showSaveProgress(std::int64_t bytes) {
-  // Progress bars count in int: a larger file is shown in larger units.
-  const std::int64_t maximum = entry_.size.bytes + std::int64_t{kChunkSize};
-  const std::int64_t unit = maximum / std::numeric_limits<int>::max() + 1;
-  setProgress(static_cast<long>(std::min(bytes, maximum) / unit), static_cast<long>(maximum / unit));
-}
-
-void DownloadProcess::fileReceived() {
-  if (entry_.isPage && login_->isLoginPage()) {
-    awaitLogin();
-    return;
-  }
-  if (entry_.bytesReceived != entry_.size.bytes)
-    throw std::runtime_error("The file has " + std::to_string(entry_.bytesReceived) + " bytes, the server announced " +
-                             std::to_string(entry_.size.bytes) + ".");
-  showSaveProgress(entry_.size.bytes + std::int64_t{kChunkSize});
-  report_->showReceived(entry_.size.bytes, entry_.size.bytes);
-  save();
+  const std::int64_t size = request_->size().bytes;
+  const FileProgress progress = fileProgress(bytes, size);
+  setProgress(progress.value, progress.maximum);
+  report_->showReceived(bytes, size);
 }
 
 // The next file is fetched while this one is brought to the disk.
 void DownloadProcess::save() {
-  saving_[entry_.linkId] = entry_;
+  setProgress(progressMaximum(), progressMaximum());
+  saving_[entry_.linkId] = {entry_.linkId, entry_.url, entry_.fileName, request_->size().bytes};
   SaveQueue::instance().add(receiver_->take(entry_.linkId));
   enableWorkTimer();
 }
 
 void DownloadProcess::saveSettled(const SaveResult& result) {
-  auto saved = saving_.extract(result.linkId);
+  const auto saved = saving_.extract(result.linkId);
   if (saved.empty()) return;
-  login_->forget(result.linkId);
+  const SavingFile& file = saved.mapped();
+  const bool isLast = entry_.linkId == file.linkId;
+  login_->forget(file.linkId);
+  if (result.outcome == RowState::Error)
+    saveFailed(file, result);
+  else
+    queue_->fileIsAt(file.linkId, result.path);
+  if (result.outcome == RowState::Exists) report_->existing();
+  if (result.outcome == RowState::Exists && isLast) report_->showFile(file.name, FileStatus::Note::Exists);
   // The tick shows the outcome of the entry that was taken up last.
-  const bool isTickDue = entry_.outcomeDue && entry_.linkId == result.linkId;
-  Entry& entry = isTickDue ? entry_ : saved.mapped();
-  entry.skippedExisting = result.outcome == SaveResult::Outcome::Exists;
-  entry.failed = result.outcome == SaveResult::Outcome::Failed;
-  if (entry.failed) saveFailed(entry, result);
-  if (entry.skippedExisting && entry_.linkId == result.linkId)
-    report_->showFile(entry_.fileName, FileStatus::Note::Exists);
-  if (!isTickDue) showOutcome(entry);
-  if (!entry.failed) fileIsAt(result.linkId, result.path);
-  if (entry.skippedExisting) report_->existing();
-  if (result.outcome != SaveResult::Outcome::Saved) return;
-  report_->saved(entry.bytesReceived);
+  if (isLast && entry_.outcomeDue)
+    entry_.outcome = result.outcome;
+  else
+    queue_->settle(file.linkId, result.outcome);
+  if (result.outcome != RowState::Done) return;
+  report_->saved(file.size);
   Q_EMIT fileSaved(result.path);
 }
 
-void DownloadProcess::saveFailed(const Entry& entry, const SaveResult& result) {
+void DownloadProcess::saveFailed(const SavingFile& file, const SaveResult& result) {
   ++errorCount_;
   DownloadStatus ofFile;
-  ofFile.file = FileStatus{entry.fileName};
+  ofFile.file = FileStatus{file.name};
   showError(fileText(ofFile), result.reason, result.code);
-  logError(entry.linkId, entry.url);
+  logError(file.linkId, file.url);
 }
 
 void DownloadProcess::receivingFailed(const std::exception& error) {

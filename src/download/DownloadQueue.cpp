@@ -59,4 +59,14 @@ void DownloadQueue::takeUp(int index) {
   ++taken_;
 }
 
+bool DownloadQueue::settle(std::int64_t linkId, RowState outcome) {
+  const int row = list_.findLink(linkId);
+  if (row >= 0) list_.setState(row, outcome);
+  return row >= 0;
+}
+
+void DownloadQueue::fileIsAt(std::int64_t linkId, const std::string& path) {
+  if (const int row = list_.findLink(linkId); row >= 0) list_.setSavedPath(row, path);
+}
+
 }  // namespace mv

@@ -28,6 +28,10 @@ class DownloadQueue {
   long build(Id siteId, std::int64_t most, const Test& passOver);
   // Row `index` is being worked on.
   void takeUp(int index);
+  // What became of a file, where its row is still listed. False when it is not.
+  bool settle(std::int64_t linkId, RowState outcome);
+  // The same: the file is at `path`.
+  void fileIsAt(std::int64_t linkId, const std::string& path);
 
   // Until the list is built anew nobody knows what the scan has added.
   WaitingRows waiting() const;

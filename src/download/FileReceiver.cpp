@@ -44,8 +44,23 @@ std::string numberedPath(const FileTarget& target, Id number) {
 
 }  // namespace
 
-bool FileReceiver::choosePath(const FileTarget& target) {
-  target_ = target;
+void FileReceiver::begin(FileTarget target) {
+  drop();
+  target_ = std::move(target);
+  hasPlace_ = false;
+}
+
+FileReceiver::Step FileReceiver::goOn() { return hasPlace_ ? receive() : choosePlace(); }
+
+FileReceiver::Step FileReceiver::choosePlace() {
+  if (!choosePath()) return Step::Cut;
+  folder_.Path = target_.folder;
+  folder_.checkPath();
+  hasPlace_ = true;
+  return Step::Done;
+}
+
+bool FileReceiver::choosePath() {
   if (!target_.numbered) {
     path_ = filePath(target_.folder, target_.name);
     return true;
@@ -58,23 +73,34 @@ bool FileReceiver::choosePath(const FileTarget& target) {
   return false;
 }
 
-void FileReceiver::makeFolder() {
-  folder_.Path = target_.folder;
-  folder_.checkPath();
+FileReceiver::Step FileReceiver::receive() {
+  if (!file_) {
+    file_ = std::make_unique<AtomicFile>(path_);
+    isPage_ = login_.beginAnswer(transfer_);
+  }
+  if (!receiveSome()) return Step::Cut;
+  if (isPage_ && login_.isLoginPage()) return Step::LoginPage;
+  checkSize();
+  return Step::Whole;
 }
 
-void FileReceiver::open() { file_ = std::make_unique<AtomicFile>(path_); }
-
-bool FileReceiver::goOn(InternetTransfer& transfer, LoginWatch* watch) {
-  if (!watch && transfer.MoveBodyTo(*file_)) return true;
+// True when the body has ended.
+bool FileReceiver::receiveSome() {
+  if (!isPage_ && transfer_.MoveBodyTo(*file_)) return true;
   const TimeBudget budget;
   while (!budget.spent()) {
-    const std::string chunk = transfer.GetChunk(kChunkSize, ChunkType::Bytes);
+    const std::string chunk = transfer_.GetChunk(kChunkSize, ChunkType::Bytes);
     if (chunk.empty()) return true;
-    if (watch) watch->look(chunk);
+    if (isPage_) login_.look(chunk);
     file_->write(chunk);
   }
   return false;
+}
+
+void FileReceiver::checkSize() const {
+  if (bytes() == target_.size) return;
+  throw std::runtime_error("The file has " + std::to_string(bytes()) + " bytes, the server announced " +
+                           std::to_string(target_.size) + ".");
 }
 
 SaveQueue::Save FileReceiver::take(std::int64_t linkId) {

@@ -1,4 +1,4 @@
-// Takes the body of a completed file request into a file that is on its way to its name.
+// Takes the body of a completed file request into a file that is on its way to its name, step by step.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +15,11 @@ namespace mv {
 
 class LoginWatch;
 
-// Where a file goes.
+// Where a file goes, and what it is to be like.
 struct FileTarget {
   std::string folder;
-  std::string name;  // of the address
+  std::string name;       // of the address
+  std::int64_t size = 0;  // bytes, as announced
   // Instead of the address's name: base, the next number of the sequence "filename_id", ".", type.
   struct Numbered {
     std::string base;
@@ -29,28 +30,44 @@ struct FileTarget {
 
 class FileReceiver {
  public:
-  // Chooses the path; of a numbered file the first one that is free. False when the time budget has ended before. May
-  // show a message box; raises std::runtime_error when no number can be drawn, DatabaseError when one may be later.
-  bool choosePath(const FileTarget& target);
-  // Makes sure that the folder exists; may show a message box. Raises FileError.
-  void makeFolder();
-  // Drops what was received before. Raises FileError, see AtomicFile.
-  void open();
-  // Takes what the time budget allows; true when the body has ended. `watch` sees every byte, if there is one. Raises
-  // FileError and what GetChunk raises.
-  bool goOn(InternetTransfer& transfer, LoginWatch* watch);
+  // Both outlive this. `login` sees a body that may be the login page.
+  FileReceiver(InternetTransfer& transfer, LoginWatch& login) : transfer_(transfer), login_(login) {}
+
+  // The request for this file has completed. What was received before is dropped.
+  void begin(FileTarget target);
+
+  enum class Step {
+    Done,       // the next one may follow at once
+    Cut,        // the time budget has ended: it goes on in a later event
+    LoginPage,  // the body has ended, and is the site's login page
+    Whole,      // the body has ended, and is the file: to be taken
+  };
+  // The path is chosen, of a numbered file the first one that is free, and the folder made: both may show a message
+  // box. Then the body is received, as announced. Raises FileError, DatabaseError (when that may pass, the step can be
+  // done again) and std::runtime_error.
+  Step goOn();
   // Received so far.
-  std::int64_t bytes() const { return static_cast<std::int64_t>(file_->size()); }
+  std::int64_t bytes() const { return file_ ? static_cast<std::int64_t>(file_->size()) : 0; }
 
   // The whole file, to be saved.
   SaveQueue::Save take(std::int64_t linkId);
   void drop() { file_.reset(); }
 
  private:
+  Step choosePlace();
+  bool choosePath();
+  Step receive();
+  bool receiveSome();
+  void checkSize() const;
+
+  InternetTransfer& transfer_;
+  LoginWatch& login_;
   FileTarget target_;
   std::string path_;
+  bool hasPlace_ = false;  // the path is chosen, the folder made
   clsPath folder_;
   std::unique_ptr<AtomicFile> file_;
+  bool isPage_ = false;  // which may be the login page
 };
 
 }  // namespace mv

@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "net/TextBody.h"
+
 namespace mv {
 
 namespace {
@@ -53,6 +55,12 @@ SizeStatus refusal(SizeStatus size, const DownloadLimits& limits) {
     size.limit = lowerLimit(limits);
   }
   return size;
+}
+
+FileProgress fileProgress(std::int64_t bytes, std::int64_t size) {
+  const std::int64_t maximum = size + std::int64_t{kChunkSize};
+  const std::int64_t unit = maximum / std::numeric_limits<int>::max() + 1;
+  return {static_cast<long>(std::min(bytes, maximum) / unit), static_cast<long>(maximum / unit)};
 }
 
 }  // namespace mv

@@ -1,4 +1,4 @@
-// The sizes that a site's files may have.
+// The sizes that a site's files may have, and how far a file of a size has come.
 #pragma once
 
 #include <cstdint>
@@ -19,5 +19,12 @@ bool fits(std::int64_t bytes, const DownloadLimits& limits);
 SizeStatus announcedSize(std::string header);
 // Why a file of that size is not taken: the verdict, and the limit that is broken. Nothing can be said of 0 bytes.
 SizeStatus refusal(SizeStatus size, const DownloadLimits& limits);
+
+// For a progress bar, which counts in int: a larger file is counted in larger units.
+struct FileProgress {
+  long value = 0;
+  long maximum = 0;  // a little beyond the whole file, for the last step
+};
+FileProgress fileProgress(std::int64_t bytes, std::int64_t size);
 
 }  // namespace mv

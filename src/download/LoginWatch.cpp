@@ -6,6 +6,7 @@
 #include "store/BuiltInForms.h"
 #include "store/ProcessData.h"
 #include "store/SiteStore.h"
+#include "transfer/InternetTransfer.h"
 
 namespace mv {
 
@@ -32,10 +33,10 @@ void LoginWatch::start(Id siteId) {
   if (!fields.empty()) searchString_ = fields.front().searchString;
 }
 
-bool LoginWatch::beginAnswer(std::string_view contentType) {
+bool LoginWatch::beginAnswer(const InternetTransfer& answer) {
   found_ = false;
   tail_.clear();
-  looking_ = !searchString_.empty() && lowered(contentType).find(kPageType) != std::string::npos;
+  looking_ = !searchString_.empty() && lowered(answer.GetHeader("Content-Type")).find(kPageType) != std::string::npos;
   return looking_;
 }
 

@@ -11,6 +11,8 @@
 
 namespace mv {
 
+class InternetTransfer;
+
 class LoginWatch {
  public:
   // Reads what tells the form of the site's login, if it has one. Raises DatabaseError.
@@ -19,7 +21,7 @@ class LoginWatch {
   void beginRequest() { loginsAtRequest_ = logins_; }
 
   // Its answer begins. True when it is a page, of a site with a login form: its body is to be looked at.
-  bool beginAnswer(std::string_view contentType);
+  bool beginAnswer(const InternetTransfer& answer);
   // The next piece of such a body.
   void look(std::string_view piece);
   // What has been looked at holds the form.

@@ -8,7 +8,6 @@
 #include "FileName.h"
 #include "app/Events.h"
 #include "app/Settings.h"
-#include "store/LinkStore.h"
 
 namespace mv {
 
@@ -21,11 +20,11 @@ constexpr int kPatience = 20'000;     // milliseconds, at the end of the program
 SaveResult resultOf(const GroupCommit::File& file, const std::string& path) {
   SaveResult result{.linkId = file.key, .path = path};
   if (file.error) {
-    result.outcome = SaveResult::Outcome::Failed;
+    result.outcome = RowState::Error;
     result.reason = file.error->what();
     result.code = file.error->number();
   } else if (!file.committed) {
-    result.outcome = SaveResult::Outcome::Exists;
+    result.outcome = RowState::Exists;
   }
   return result;
 }
@@ -41,7 +40,9 @@ SaveQueue& SaveQueue::instance() {
   return queue;
 }
 
-SaveQueue::SaveQueue() : commits_([this](GroupCommit::Files files) { take(std::move(files)); }) {
+SaveQueue::SaveQueue()
+    : marks_([this](const std::vector<std::int64_t>& linkIds) { marked(linkIds); }),
+      commits_([this](GroupCommit::Files files) { take(std::move(files)); }) {
   retry_.setSingleShot(true);
   retry_.setInterval(kRetryInterval);
   connect(&retry_, &QTimer::timeout, this, [this] { take(std::exchange(nameless_, {})); });
@@ -60,16 +61,18 @@ bool SaveQueue::holdsPath(const std::string& path) const {
 bool SaveQueue::isFull() const { return held_.size() >= kMostHeld; }
 
 void SaveQueue::take(GroupCommit::Files files) {
+  std::vector<std::int64_t> links;
   for (GroupCommit::File& file : files) {
     const std::int64_t linkId = file.key;
     try {
       if (tryNextPath(file)) continue;
-      unmarked_.push_back(resultOf(file, held_[linkId].path));
+      results_[linkId] = resultOf(file, held_[linkId].path);
     } catch (const std::exception& error) {
-      unmarked_.push_back({linkId, SaveResult::Outcome::Failed, held_[linkId].path, error.what(), errorNumber(error)});
+      results_[linkId] = {linkId, RowState::Error, held_[linkId].path, error.what(), errorNumber(error)};
     }
+    links.push_back(linkId);
   }
-  markLinks();
+  marks_.add(links);
 }
 
 bool SaveQueue::tryNextPath(GroupCommit::File& file) {
@@ -88,33 +91,26 @@ bool SaveQueue::tryNextPath(GroupCommit::File& file) {
   return true;
 }
 
-void SaveQueue::markLinks() {
-  if (unmarked_.empty()) return;
-  std::vector<std::int64_t> links;
-  for (const SaveResult& result : unmarked_) links.push_back(result.linkId);
-  try {
-    CommitGroup withoutPatience(gDatabase);  // a lock is waited for by the timer, not by the thread
-    markLinksDone(links);
-    withoutPatience.commit();
-  } catch (const std::exception&) {
-    // A lock or a full disk, which whoever works on the database tells the user about. The files have their names.
-    retry_.start();
-    return;
+void SaveQueue::marked(const std::vector<std::int64_t>& linkIds) {
+  std::vector<SaveResult> settledOnes;
+  for (const std::int64_t linkId : linkIds) {
+    auto result = results_.extract(linkId);
+    if (result.empty()) continue;
+    held_.erase(linkId);
+    settledOnes.push_back(std::move(result.mapped()));
   }
-  const std::vector<SaveResult> results = std::exchange(unmarked_, {});
-  for (const SaveResult& result : results) held_.erase(result.linkId);
-  for (const SaveResult& result : results) Q_EMIT settled(result);
-  if (!isFull()) Q_EMIT hasRoom();
+  for (const SaveResult& result : settledOnes) Q_EMIT settled(result);
+  if (!settledOnes.empty() && !isFull()) Q_EMIT hasRoom();
 }
 
 void SaveQueue::finish() {
+  take(std::exchange(nameless_, {}));
   commits_.finish(kPatience);
-  markLinks();
   retry_.stop();
-  for (const GroupCommit::File& file : nameless_) held_.erase(file.key);
-  nameless_.clear();
-  // The database is about to be closed: links that could not be marked are found again at the next start.
-  for (const SaveResult& result : std::exchange(unmarked_, {})) held_.erase(result.linkId);
+  marks_.finish();
+  // What is left has no name, or no mark: such links are found again at the next start.
+  for (const GroupCommit::File& file : std::exchange(nameless_, {})) held_.erase(file.key);
+  for (const auto& [linkId, result] : std::exchange(results_, {})) held_.erase(linkId);
 }
 
 }  // namespace mv

@@ -1,6 +1,7 @@
-// Received files of all sites on their way to the disk. A file has its name, and its link is marked, once its bytes are
-// there; until then it counts as existing and its link as handled. Whoever received it may be gone by then: the queue
-// belongs to the program, and what waits at the program's end is finished before.
+// Received files of all sites on their way to the disk, and handled links on their way to their marks. A file has its
+// name, and its link is marked, once its bytes are there; until then it counts as existing and its link as handled.
+// Whoever received it may be gone by then: the queue belongs to the program, and what waits at the program's end is
+// finished before.
 #pragma once
 
 #include <QObject>
@@ -13,18 +14,18 @@
 #include <string>
 #include <vector>
 
+#include "LinkMarks.h"
 #include "files/GroupCommit.h"
+#include "process/WorkList.h"
 
 namespace mv {
 
 // What became of a file.
 struct SaveResult {
-  enum class Outcome { Saved, Exists, Failed };
-
   std::int64_t linkId = 0;
-  Outcome outcome = Outcome::Saved;
-  std::string path = {};    // by the name that it got or was to get
-  std::string reason = {};  // of a failure
+  RowState outcome = RowState::Done;  // saved; or Exists, or Error
+  std::string path = {};              // by the name that it got or was to get
+  std::string reason = {};            // of a failure
   long code = 0;
 };
 
@@ -45,8 +46,11 @@ class SaveQueue : public QObject {
     std::function<std::string()> nextPath = {};
   };
   void add(Save save);
+  // The link is handled without a file. See LinkMarks::add.
+  void mark(std::int64_t linkId) { marks_.add(linkId); }
 
-  bool holdsLink(std::int64_t linkId) const { return held_.contains(linkId); }
+  // Handled, though its row may not say so yet.
+  bool holdsLink(std::int64_t linkId) const { return held_.contains(linkId) || marks_.holds(linkId); }
   bool holdsPath(const std::string& path) const;
   // Whoever has more to save waits for hasRoom(): each file that waits is open.
   bool isFull() const;
@@ -67,12 +71,13 @@ class SaveQueue : public QObject {
   void take(GroupCommit::Files files);
   // Tries a numbered file's next name, now or later; false when it has none.
   bool tryNextPath(GroupCommit::File& file);
-  void markLinks();
+  void marked(const std::vector<std::int64_t>& linkIds);
   void finish();
 
-  std::map<std::int64_t, Held> held_;  // by link
-  GroupCommit::Files nameless_;        // no next name could be had
-  std::vector<SaveResult> unmarked_;   // through, but for their links
+  std::map<std::int64_t, Held> held_;           // by link
+  GroupCommit::Files nameless_;                 // no next name could be had
+  std::map<std::int64_t, SaveResult> results_;  // by link: through, but for their marks
+  LinkMarks marks_;
   QTimer retry_;
   GroupCommit commits_;
 };

@@ -23,10 +23,13 @@ namespace {
 
 constexpr int kWorkInterval = 3000;   // milliseconds
 constexpr int kShortestRound = 1000;  // milliseconds
+constexpr const char* kSource = "frmScan";
+constexpr const char* kWaiting =
+    "Links cannot be stored now. The scan waits, and goes on by itself at the same place: no link is lost.";
 
 }  // namespace
 
-ScanProcess::ScanProcess() : Process({"Done", "ID", "URL"}, kWorkInterval) {}
+ScanProcess::ScanProcess() : Process({"Done", "ID", "URL"}, kWorkInterval), trouble_(kSource, kWaiting) {}
 
 void ScanProcess::initWindow() {
   run([this] { start(); });
@@ -340,7 +343,7 @@ void ScanProcess::failed(const std::exception& error) {
 void ScanProcess::report(const std::exception& error) {
   if (page_.reported == error.what()) return;
   page_.reported = error.what();
-  reportException(error, "frmScan");
+  reportException(error, kSource);
 }
 
 }  // namespace mv

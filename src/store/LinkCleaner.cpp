@@ -1,9 +1,11 @@
 #include "store/LinkCleaner.h"
 
+#include <QTimer>
 #include <algorithm>
 
 #include "app/EndProgram.h"
 #include "app/ReportError.h"
+#include "app/Settings.h"
 #include "base/TimeBudget.h"
 #include "base/Turns.h"
 #include "database/Database.h"
@@ -16,8 +18,12 @@ namespace {
 constexpr int kRowsAtOnce = 100;
 constexpr int kTableAtOnce = 10'000;  // rows that all go by one statement
 constexpr int kMostAtOnce = 10;       // times as many in one turn
+constexpr const char* kSource = "LinkCleaner";
+constexpr const char* kWaiting = "Links cannot be deleted now. The clearing waits, and goes on by itself.";
 
 }  // namespace
+
+LinkCleaner::LinkCleaner() : trouble_(kSource, kWaiting) {}
 
 LinkCleaner& LinkCleaner::instance() {
   static LinkCleaner cleaner;
@@ -40,12 +46,12 @@ void LinkCleaner::add(const Work& work) {
   const bool first = work_.empty();
   if (first) deleted_ = 0, hasFailed_ = false;
   work_.push_back(work);
-  if (first) deleteSome();
+  if (first) deleteOrDrop();
   goOn();
 }
 
 void LinkCleaner::finish() {
-  while (!work_.empty()) deleteSome();
+  while (!work_.empty()) deleteOrDrop();
 }
 
 int LinkCleaner::percent() const {
@@ -54,10 +60,24 @@ int LinkCleaner::percent() const {
   return static_cast<int>(std::min<std::int64_t>(100 * deleted_ / (now.lastLink - now.firstLink + 1), 100));
 }
 
-void LinkCleaner::deleteSome() {
+void LinkCleaner::deleteOrDrop() {
+  try {
+    deleteSome(Locks::Awaited);
+  } catch (const DatabaseError&) {
+    drop();
+    throw;
+  }
+}
+
+void LinkCleaner::drop() {
+  work_.pop_front();
+  hasFailed_ = true;
+}
+
+void LinkCleaner::deleteSome(Locks locks) {
   const TimeBudget budget;
   for (int i = 0; i < kMostAtOnce && (i == 0 || !budget.spent()); ++i)
-    if (!deleteNext()) return;
+    if (!deleteNext(locks)) return;
 }
 
 std::int64_t LinkCleaner::deleteFew(const Work& work) {
@@ -72,16 +92,17 @@ std::int64_t LinkCleaner::deleteFew(const Work& work) {
   return 0;
 }
 
-bool LinkCleaner::deleteNext() {
-  std::int64_t deleted = 0;
-  try {
-    deleted = deleteFew(work_.front());
-    deleted_ += deleted;
-  } catch (const DatabaseError&) {
-    work_.pop_front();
-    hasFailed_ = true;
-    throw;
-  }
+std::int64_t LinkCleaner::deleteFewAtOnce(const Work& work) {
+  CommitGroup withoutPatience(gDatabase);
+  const std::int64_t deleted = deleteFew(work);
+  withoutPatience.commit();
+  return deleted;
+}
+
+bool LinkCleaner::deleteNext(Locks locks) {
+  const Work& work = work_.front();
+  const std::int64_t deleted = locks == Locks::Awaited ? deleteFew(work) : deleteFewAtOnce(work);
+  deleted_ += deleted;
   if (deleted == kRowsAtOnce) return true;
   work_.pop_front();
   return false;
@@ -90,17 +111,28 @@ bool LinkCleaner::deleteNext() {
 void LinkCleaner::goOn() {
   if (scheduled_ || work_.empty()) return;
   scheduled_ = true;
-  takeTurn(this, [this] {
-    scheduled_ = false;
-    guarded("LinkCleaner", [this] {
-      if (!work_.empty()) deleteSome();
-    });
-    goOn();
-  });
+  takeTurn(this, [this] { takePiece(); });
+}
+
+void LinkCleaner::takePiece() {
+  scheduled_ = false;
+  try {
+    if (!work_.empty()) deleteSome(Locks::NotAwaited);
+    trouble_.passed();
+  } catch (const std::exception& error) {
+    if (StoreTrouble::mayPass(error)) {
+      scheduled_ = true;
+      QTimer::singleShot(trouble_.failed(), this, [this] { takePiece(); });
+      return;
+    }
+    drop();
+    reportException(error, kSource);
+  }
+  goOn();
 }
 
 void finishClearing() {
-  guarded("LinkCleaner", [] { LinkCleaner::instance().finish(); });
+  guarded(kSource, [] { LinkCleaner::instance().finish(); });
 }
 
 void clearAndEndProgram() {

@@ -10,6 +10,7 @@
 #include "files/OpenFile.h"
 #include "process/ProcessTexts.h"
 #include "testkit/FlushGate.h"
+#include "testkit/WallMeter.h"
 
 namespace {
 
@@ -137,6 +138,33 @@ TEST_F(SavingTest, WhatTheDatabaseRefusesToMarkIsMarkedLater) {
   lock.reset();
   EXPECT_TRUE(waitFor([this] { return allDone(); }));
   EXPECT_EQ(site.requests().size(), 1U);
+}
+
+// Of a file that is there, of files that are not to be had, and of one that is saved.
+TEST_F(SavingTest, AForeignLockHoldsNeitherTheThreadNorTheFilesThatFollow) {
+  write("there.jpg", "old");
+  addFile("/there.jpg", "new");
+  for (int i = 0; i < 12; ++i) addLink(site.host() + "/gone" + std::to_string(i) + ".jpg", "jpg");
+  addFile("/small.jpg", "");
+  addFile("/good.jpg", "good");
+  mv::Database other;
+  other.open(mv::gDatabasePath);
+  other.execute("begin immediate");
+  QTimer::singleShot(3000, process.get(), [&other] { other.execute("rollback"); });
+  const WallMeter turn;
+  process->initWindow();
+  ASSERT_TRUE(waitFor([this] { return savedFiles().size() == 2; }, 2500)) << "all are through before it ends";
+  EXPECT_EQ(state("there.jpg"), "Exists");
+  EXPECT_EQ(state("gone0.jpg"), "Error");
+  EXPECT_EQ(waitingLinks(), 15);
+  EXPECT_TRUE(process->tmrOKToDownload.isActive());
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(site.requests().size(), 14U) << "each once";
+  EXPECT_LT(turn.longest, 300);
+  ASSERT_EQ(dialogs.messages().size(), 1U);
+  EXPECT_TRUE(dialogs.messages()[0].text.contains("Handled files cannot be marked now"));
+  EXPECT_EQ(process->ErrorCount(), 12) << "a lock is no failure of a file";
+  EXPECT_TRUE(waitFor([&] { return state("good.jpg") == "Done"; }));
 }
 
 TEST_F(SavingTest, WithoutOverwritingNothingIsEverReplaced) {

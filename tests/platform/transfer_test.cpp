@@ -301,6 +301,18 @@ TEST_F(TransferTest, PagesHaveALimit) {
   }
 }
 
+TEST_F(TransferTest, ALongPageOfUnknownLengthIsNotMovedAtOnce) {
+  for (const std::string type : {"text/html", "text/html; charset=iso-8859-5"}) {
+    // Each letter of the second one takes two bytes as UTF-8.
+    const std::string page(60 * kMegabyte, type == "text/html" ? 'x' : '\xD0');
+    site.add("/p", {.type = type, .body = page, .fault = Fault::NoContentLength});
+    const LoopMeter turn;
+    ASSERT_TRUE(get("/p", BodyMode::Text));
+    EXPECT_LT(turn.longest, 16) << type;
+    EXPECT_EQ(client.transfer.TakeText().size(), page.size() * (type == "text/html" ? 1 : 2));
+  }
+}
+
 // ---- header requests
 
 TEST_F(TransferTest, HeldResponseGoesOnWithoutASecondRequest) {

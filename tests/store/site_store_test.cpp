@@ -5,6 +5,7 @@
 #include "store/SiteDerivations.h"
 #include "store/SiteStore.h"
 #include "testkit/Fixture.h"
+#include "testkit/WallMeter.h"
 
 namespace {
 
@@ -79,6 +80,23 @@ TEST_F(SiteStoreTest, ALargeLinkCacheIsClearedWithoutHoldingTheThread) {
   gDatabase.execute("insert into link (id, site_id) values (7001, 5), (7002, 9), (7003, 9)");
   mv::LinkCleaner::instance().resume();
   EXPECT_EQ(value("select group_concat(id) from link"), "6000");
+}
+
+TEST_F(SiteStoreTest, ClearingWaitsForAnotherProgramWithoutHoldingTheThread) {
+  mvtest::insertNumbered("link (id, site_id)", 2, 5001, "i, 1");
+  mv::clearLinkCache(1);
+  mv::Database other;
+  other.open(mv::gDatabasePath);
+  other.execute("begin immediate");
+  const mvtest::WallMeter turn;
+  waitFor([] { return false; }, 200);
+  EXPECT_FALSE(mv::LinkCleaner::instance().isIdle());
+  EXPECT_GT(count("link"), 0);
+  other.execute("rollback");
+  EXPECT_TRUE(waitFor([] { return mv::LinkCleaner::instance().isIdle(); }));
+  EXPECT_FALSE(mv::LinkCleaner::instance().hasFailed());
+  EXPECT_EQ(count("link"), 0);
+  EXPECT_LT(turn.longest, 300);
 }
 
 TEST_F(SiteStoreTest, LinksAreClearedByTheVeryValueOfTheirSite) {

@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "base/Text.h"
@@ -11,7 +12,12 @@ namespace mv {
 
 namespace {
 
+// Moving a text to a larger place takes a millisecond or so a MiB: what is longer than this is moved once at most, to a
+// place that is large enough for all. Memory that is not written to is none.
 constexpr std::size_t kShortText = std::size_t{1} << 20;
+constexpr std::size_t kLongText = std::size_t{4} << 20;
+constexpr std::size_t kGrowth = 2;  // what other character sets take one byte for mostly takes two in UTF-8
+constexpr std::string_view kUtf8 = "utf-8";
 
 }  // namespace
 
@@ -44,12 +50,22 @@ bool ResponseBody::appendText(std::string_view bytes) {
 bool ResponseBody::takeUnpacked(std::string_view bytes) {
   received_ += bytes.size();
   if (received_ > limits_.textLimit) return refuseLength();
-  // Moving a long page to a larger place, again and again, would take the user's time.
-  auto& text = decoder_.text();
-  if (text.size() > kShortText && unpacker_.isPlain() && announced_.bytes)
-    text.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(*announced_.bytes, limits_.textLimit)));
+  makeRoom(bytes.size());
   decoder_.append(bytes);
   return true;
+}
+
+void ResponseBody::makeRoom(std::size_t bytes) {
+  auto& text = decoder_.text();
+  const std::size_t growth = decoder_.encoding() == kUtf8 ? 1 : kGrowth;
+  if (text.size() <= kShortText || text.capacity() - text.size() >= growth * bytes) return;
+  std::uint64_t most = text.size() < kLongText / 2 ? kLongText : limits_.textLimit;
+  if (unpacker_.isPlain() && announced_.bytes > text.capacity()) most = *announced_.bytes;
+  try {
+    text.reserve(growth * static_cast<std::size_t>(std::min<std::uint64_t>(most, limits_.textLimit)));
+  } catch (const std::bad_alloc&) {
+    // It may still grow as far as it has to.
+  }
 }
 
 bool ResponseBody::appendFile(std::string_view bytes) {

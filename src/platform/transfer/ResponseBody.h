@@ -51,6 +51,8 @@ class ResponseBody {
  private:
   bool appendText(std::string_view bytes);
   bool takeUnpacked(std::string_view bytes);
+  // For so many bytes more.
+  void makeRoom(std::size_t bytes);
   bool appendFile(std::string_view bytes);
   bool written(bool success);
   bool refuse(long code, std::string text);

@@ -9,7 +9,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "download/DownloadStatus.h"
 #include "process/Process.h"
@@ -21,6 +20,7 @@ class DatabaseError;
 class DownloadQueue;
 class DownloadReport;
 class FileReceiver;
+class FileRequest;
 class LoginWatch;
 struct SaveResult;
 
@@ -69,27 +69,29 @@ class DownloadProcess : public Process {
   void failed(const std::exception& error) override;
 
  private:
-  // The file taken up last, or one that is being saved. Every one begins with a new Entry.
+  // The file taken up last. Every one begins with a new Entry.
   struct Entry {
     std::int64_t linkId = 0;
     std::string url = {};
     std::string fileName = {};  // of the address
     std::string fileType = {};
     std::string savePath = {};
-    std::string_view mode = {};  // what the running request is for
-    SizeStatus size = {};
-    std::int64_t bytesReceived = 0;
-    bool isPage = false;      // which may be the login page
+    RowState outcome = RowState::Done;
     bool outcomeDue = false;  // still to be written
-    bool skippedExisting = false;
-    bool failed = false;
+  };
+  // One that is on its way to the disk.
+  struct SavingFile {
+    std::int64_t linkId = 0;
+    std::string url;
+    std::string name;       // of the address
+    std::int64_t size = 0;  // bytes
   };
 
   void rebuildQueue();
   void beginEntry(const WorkRow& row);
   // Takes row `index` up; true when it was skipped and the next row is to be tried.
   bool takeUp(int index);
-  void skipEntry(int index);
+  void skipEntry();
   void refuseFile();
   void transferFailed();
   // Counts, shows and logs a failure of the current entry.
@@ -98,35 +100,24 @@ class DownloadProcess : public Process {
   void entryFailed(const std::string& reason, long code);
   // The current entry has ended without a file.
   void settle();
-  void requestPage();
-  void checkPage();
   void awaitLogin();
-  // Sets the state of the entry's row; false when the list has none.
-  bool showOutcome(const Entry& entry);
-  // Runs a step of receiving the file; an exception ends the entry as an error, or has the step done again, and goes no
-  // further.
-  void receive(void (DownloadProcess::*step)());
-  void receiveLater(void (DownloadProcess::*step)(), const DatabaseError& error);
-  void beginReceiving();
-  void receiveChunks();
+  // Receives the file; an exception ends the entry as an error, or has it tried again, and goes no further.
+  void receive();
+  void receiveLater(const DatabaseError& error);
   void showReceived(std::int64_t bytes);
-  void showArriving();
-  void fileIsAt(std::int64_t linkId, const std::string& path);
-  void showSaveProgress(std::int64_t bytes);
-  void fileReceived();
   void save();
   void saveSettled(const SaveResult& result);
-  void saveFailed(const Entry& entry, const SaveResult& result);
+  void saveFailed(const SavingFile& file, const SaveResult& result);
   void receivingFailed(const std::exception& error);
 
   std::unique_ptr<DownloadQueue> queue_;
   std::unique_ptr<LoginWatch> login_;
   std::unique_ptr<FileReceiver> receiver_;  // holds a file from the first to the last chunk
   std::unique_ptr<DownloadReport> report_;
+  std::unique_ptr<FileRequest> request_;
   Entry entry_;
-  QTimer arriving_;                       // shows how much of a file has arrived
-  std::map<std::int64_t, Entry> saving_;  // by link: received, and on their way to the disk
-  bool awaitsRoom_ = false;               // for further ones
+  std::map<std::int64_t, SavingFile> saving_;  // by link
+  bool awaitsRoom_ = false;                    // for further ones
 };
 
 }  // namespace mv

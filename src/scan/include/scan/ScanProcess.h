@@ -14,9 +14,9 @@
 #include "scan/ScanQueue.h"
 #include "scan/ScanStatus.h"
 #include "scan/SiteLogin.h"
-#include "scan/StoreTrouble.h"
 #include "scan/clsLinkParser.h"
 #include "store/Id.h"
+#include "store/StoreTrouble.h"
 #include "transfer/SiteLocation.h"
 
 namespace mv {

@@ -7,6 +7,7 @@
 #include <deque>
 
 #include "store/Id.h"
+#include "store/StoreTrouble.h"
 
 namespace mv {
 
@@ -16,7 +17,8 @@ class LinkCleaner : public QObject {
   static LinkCleaner& instance();
 
   // Deletes the links that the site has now; links that a running scan stores later stay. Raises DatabaseError for the
-  // part done at once; a failure later is shown, and ends the work on that site.
+  // part done at once. A failure later that may pass is waited for, without holding the thread; any other one is shown,
+  // and ends the work on that site.
   void clear(Id siteId);
   // The same for all sites.
   void clearAll();
@@ -42,19 +44,28 @@ class LinkCleaner : public QObject {
     std::int64_t lastLink = 0;   // the newest when the clearing was asked for
   };
 
+  enum class Locks { Awaited, NotAwaited };  // of other programs
+
+  LinkCleaner();
   void add(const Work& work);
+  // What cannot be deleted is off the list.
+  void deleteOrDrop();
   // Deletes more of the first site's links, for as long as one iteration of the event loop may take.
-  void deleteSome();
+  void deleteSome(Locks locks);
   // Deletes a few of them. False when none are left: the site is off the list.
-  bool deleteNext();
+  bool deleteNext(Locks locks);
+  void drop();
+  void takePiece();
   void goOn();
 
   static std::int64_t deleteFew(const Work& work);
+  static std::int64_t deleteFewAtOnce(const Work& work);
 
   std::deque<Work> work_;
   std::int64_t deleted_ = 0;
   bool hasFailed_ = false;
   bool scheduled_ = false;
+  StoreTrouble trouble_;
 };
 
 // What every end of the program does before it closes the database: finish(), a failure shown.

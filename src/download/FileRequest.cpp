@@ -1,0 +1,65 @@
+#include "FileRequest.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "FileSize.h"
+#include "LoginWatch.h"
+#include "net/TextBody.h"
+#include "transfer/InternetTransfer.h"
+
+namespace mv {
+
+namespace {
+
+constexpr int kLookInterval = 100;                               // milliseconds
+constexpr std::size_t kLongestLoginPage = std::size_t{1} << 20;  // bytes
+
+}  // namespace
+
+FileRequest::FileRequest(InternetTransfer& transfer, LoginWatch& login, Arriving arriving)
+    : transfer_(transfer), login_(login), arriving_(std::move(arriving)) {
+  transfer_.setTextLimit(kLongestLoginPage);
+  timer_.setInterval(kLookInterval);
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
+}
+
+void FileRequest::askForHeader(const std::string& url) {
+  timer_.stop();
+  url_ = url;
+  mode_ = kGetHeader;
+  size_ = {};
+  login_.beginRequest();
+  transfer_.Execute(url_, "GET", BodyMode::HeadersOnly);
+}
+
+void FileRequest::readSize() { size_ = announcedSize(transfer_.GetHeader("Content-Length")); }
+
+bool FileRequest::mayBeLoginPage() { return login_.beginAnswer(transfer_); }
+
+void FileRequest::askForFile(const std::string& folder) {
+  mode_ = kGetFile;
+  transfer_.setTargetFolder(folder);
+  transfer_.Execute(url_, "Get", BodyMode::File);
+  timer_.start();
+  look();
+}
+
+void FileRequest::askForPage() {
+  mode_ = kGetPage;
+  transfer_.Execute(url_, "GET", BodyMode::Text);
+}
+
+bool FileRequest::isLoginPage() {
+  login_.look(transfer_.TakeText());
+  return login_.isLoginPage();
+}
+
+void FileRequest::look() {
+  if (transfer_.StillExecuting())
+    arriving_(std::min(transfer_.BytesReceived(), size_.bytes));
+  else
+    timer_.stop();
+}
+
+}  // namespace mv
