@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QTreeView>
 
 #include "process/Process.h"
@@ -88,6 +89,7 @@ class ProcessWindow : public ChildWindow, public Counted {
   bool sortDescending_ = false;
   long errorsSeen_ = 0;  // when the details were open last
   QPersistentModelIndex shownRow_;
+  QTimer handsOff_;  // runs while the user is at the list
   Controls controls_{};
 };
 
