@@ -7,11 +7,11 @@
 #include <QObject>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <vector>
 
 #include "Figures.h"
+#include "Main.h"
 #include "Memory.h"
 #include "Program.h"
 #include "app/Settings.h"
@@ -119,11 +119,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: harvest ADDRESS FOLDER [STEP]\n");
     return 2;
   }
-  try {
+  return mvbench::run([&] {
     const mvbench::Application application;
     harvest(argv[1], argv[2], argc > 3 ? std::atol(argv[3]) : 0);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  });
 }

@@ -5,12 +5,12 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <exception>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "Figures.h"
+#include "Main.h"
 #include "Server.h"
 #include "base/Text.h"
 
@@ -86,13 +86,6 @@ void soak(const std::string& program) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    if (argc == 2 && std::strcmp(argv[1], "soak") == 0)
-      soak(argv[0]);
-    else
-      wholeHarvest(argv[0]);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  const bool isLong = argc == 2 && std::strcmp(argv[1], "soak") == 0;
+  return mvbench::run([&] { (isLong ? soak : wholeHarvest)(argv[0]); });
 }

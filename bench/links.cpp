@@ -3,13 +3,13 @@
 // line. ADDRESS is what the name of a file is put behind for the address of its page.
 
 #include <cstdio>
-#include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <string>
 #include <vector>
 
+#include "Main.h"
 #include "app/Settings.h"
 #include "decoding/TextDecoding.h"
 #include "html/StarLinks.h"
@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: links ADDRESS < names of files\n");
     return 2;
   }
-  try {
+  return mvbench::run([&] {
     const mvtest::ProgramFolder folder;
     std::vector<mv::StarTag> tags;
     for (const std::string& text : mv::loadTags())
@@ -44,8 +44,5 @@ int main(int argc, char** argv) {
     mv::StarLinks stars;
     stars.setTags(tags);
     for (std::string file; std::getline(std::cin, file);) printLinks(stars, argv[1], file);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  });
 }

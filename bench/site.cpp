@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 
+#include "Main.h"
 #include "Server.h"
 
 int main(int argc, char** argv) {
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   mvbench::SiteShape shape;
   std::int64_t* const numbers[] = {&shape.pages, &shape.links, &shape.files, &shape.fileBytes};
   for (int i = 2; i < argc; ++i) *numbers[i - 2] = std::atoll(argv[i]);
-  try {
+  return mvbench::run([&] {
     mvbench::serve(
         shape, 1, static_cast<std::uint16_t>(std::atoi(argv[1])),
         [](std::uint16_t port, void*) {
@@ -22,8 +22,5 @@ int main(int argc, char** argv) {
           std::fflush(stdout);
         },
         nullptr);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  });
 }

@@ -10,12 +10,13 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Figures.h"
 #include "Links.h"
+#include "Main.h"
 #include "Memory.h"
 #include "Program.h"
 #include "app/Settings.h"
@@ -45,18 +46,17 @@ class FirstPaint : public QObject {
 };
 
 // In the process that is measured: `started` is when it was.
-int start(const std::string& folder, double started) {
+void start(const std::string& folder, double started) {
   const mvbench::Application application;
   FirstPaint paint;
   qApp->installEventFilter(&paint);
   mv::StartUp startUp;
-  if (!startUp.run(folder)) return 1;
+  if (!startUp.run(folder)) throw std::runtime_error("The program did not start");
   mvtest::runUntil([&] { return paint.at > 0; });
   const double idle = mvbench::memory("VmRSS");
   const double own = mvbench::memory("RssAnon");
   std::printf("%f %f %f %f\n", paint.at - started, paint.cpu, idle, own);
   startUp.mainWindow()->close();
-  return 0;
 }
 
 struct Run {
@@ -102,11 +102,10 @@ void measure(const char* program) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    if (argc == 3) return start(argv[1], std::atof(argv[2]));
-    measure(argv[0]);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  return mvbench::run([&] {
+    if (argc == 3)
+      start(argv[1], std::atof(argv[2]));
+    else
+      measure(argv[0]);
+  });
 }

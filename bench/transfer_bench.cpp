@@ -2,12 +2,12 @@
 
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <cstdio>
-#include <exception>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Figures.h"
+#include "Main.h"
 #include "Memory.h"
 #include "Program.h"
 #include "Server.h"
@@ -78,11 +78,4 @@ void measure() {
 
 }  // namespace
 
-int main() {
-  try {
-    measure();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-}
+int main() { return mvbench::run(measure); }

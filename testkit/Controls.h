@@ -61,16 +61,20 @@ inline void chooseEntry(QComboBox& box, const QString& text) {
   if (box.currentText() != text) throw std::logic_error("no entry " + text.toStdString());
 }
 
+// In the list's viewport.
+inline QPoint middleOf(const mv::ListView& list, int row, int column = 0) {
+  return list.visualRect(list.model()->index(row, column)).center();
+}
+
 inline void clickRow(mv::ListView& list, int row, int column = 0) {
-  QTreeWidgetItem* item = list.topLevelItem(row);
-  if (!item) throw std::logic_error("no row " + std::to_string(row));
-  list.scrollToItem(item);
-  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, column)).center());
+  if (row < 0 || row >= list.rowCount()) throw std::logic_error("no row " + std::to_string(row));
+  list.showRow(row);
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, middleOf(list, row, column));
 }
 
 inline void doubleClickRow(mv::ListView& list, int row) {
   clickRow(list, row);
-  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 0)).center());
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, middleOf(list, row));
 }
 
 inline void clickHeader(mv::ListView& list, int column) {

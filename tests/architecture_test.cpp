@@ -197,6 +197,21 @@ TEST_F(Architecture, StatementsAreMadeOfConstants) {
   EXPECT_EQ(filesIncluding("database/RawStatement.h"), Names{"database/RawStatement.cpp"});
 }
 
+// All rooms share a namespace. Of two classes with one name the linker keeps one destructor for both, and says nothing.
+TEST_F(Architecture, NoTwoClassesBearOneName) {
+  const std::regex head(R"(\n(?:class|struct) (\w+)[^;{]*\{)");
+  std::map<std::string, std::string> where;
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src")) {
+    if (entry.path().extension() != ".h") continue;
+    const std::string source = readAll(entry.path());
+    for (std::sregex_iterator at(source.begin(), source.end(), head), end; at != end; ++at) {
+      const auto [first, isNew] = where.emplace((*at)[1], entry.path().filename());
+      EXPECT_TRUE(isNew) << (*at)[1] << " in " << entry.path().filename() << " and " << first->second;
+    }
+  }
+  EXPECT_GT(where.size(), 100U);
+}
+
 TEST_F(Architecture, OneRoomSpeaksToEachLibrary) {
   EXPECT_EQ(filesIncluding("sqlite3.h"), Names{"database/Sqlite.h"});
   const Names transfers = filesIncluding("curl/");

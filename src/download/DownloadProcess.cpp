@@ -7,8 +7,8 @@
 #include "ErrorNumber.h"
 #include "FileName.h"
 #include "FileReceiver.h"
-#include "FileRequest.h"
 #include "FileSize.h"
+#include "FileTransfer.h"
 #include "LoginWatch.h"
 #include "SaveQueue.h"
 #include "app/Events.h"
@@ -38,7 +38,7 @@ DownloadProcess::DownloadProcess()
       login_(std::make_unique<LoginWatch>()),
       receiver_(std::make_unique<FileReceiver>(Inet2, *login_)),
       report_(std::make_unique<DownloadReport>([this] { touch(); })),
-      request_(std::make_unique<FileRequest>(
+      request_(std::make_unique<FileTransfer>(
           Inet2, *login_, [this](std::int64_t bytes) { run([this, bytes] { showReceived(bytes); }); })) {
   // A file half received when the process is stopped goes at once, not with the window.
   connect(this, &Process::stopped, this, [this] { receiver_->drop(); });

@@ -1,6 +1,7 @@
 #include "shell/frmProcessManager.h"
 
 #include "desktop/ListColumns.h"
+#include "windows/ListHelpers.h"
 #include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
 
@@ -26,9 +27,9 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
   load();
 }
 
-void frmProcessManager::fillList() {
+std::vector<QStringList> frmProcessManager::readRows() {
   list().sortAscending(0);
-  for (const ChildWindow* window : processWindows()) list().addRow({window->positionKey()});
+  return rowsOf(processWindows(), [](const ChildWindow* window) { return QStringList(window->positionKey()); });
 }
 
 QString frmProcessManager::chosenKey() const { return chosenRow() < 0 ? QString() : chosenText(); }

@@ -57,6 +57,11 @@ std::vector<SiteListRow> listSites() {
       readListRow);
 }
 
+std::vector<std::string> listOtherSiteNames(Id siteId) {
+  return readAll(gDatabase.query("select name from site where id <> " + number(siteId)),
+                 [](const Recordset& row) { return row.text("name"); });
+}
+
 std::vector<SiteListRow> loadSiteRow(Id siteId) {
   return readAll(
       gDatabase.query("select id, name, auto_scan, domain, hops, unique_names, base_name  from site  where id = " +

@@ -4,6 +4,7 @@
 #include <QSet>
 #include <QUrl>
 
+#include "base/Text.h"
 #include "base/WebAddress.h"
 #include "desktop/Browser.h"
 #include "desktop/Dialogs.h"
@@ -49,17 +50,25 @@ void takeFirstLine(std::string& text, std::string& line) {
   text = end == std::string::npos ? std::string() : text.substr(end + kLineEnd.size());
 }
 
+std::vector<QStringList> rowsOf(const std::vector<NamedId>& records) {
+  return rowsOf(records, [](const NamedId& record) -> QStringList {
+    return {toQString(record.name), QString::number(record.id)};
+  });
+}
+
 void moveSelectedItems(ListView& fromList, ListView& toList) {
   const std::vector<int> rows = fromList.selectedRows();
-  for (const int row : rows) toList.addRow(rowTexts(fromList, row));
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) fromList.removeRow(*row);
+  toList.addRows(rowsOf(rows, [&fromList](int row) { return rowTexts(fromList, row); }));
+  fromList.removeRows(rows);
 }
 
 void removeListedItems(ListView& listA, const ListView& listB) {
   QSet<QString> listed;
   for (int row = 0; row < listB.rowCount(); ++row) listed.insert(listB.cell(row, 0));
-  for (int row = listA.rowCount() - 1; row >= 0; --row)
-    if (listed.contains(listA.cell(row, 0))) listA.removeRow(row);
+  std::vector<int> doubled;
+  for (int row = 0; row < listA.rowCount(); ++row)
+    if (listed.contains(listA.cell(row, 0))) doubled.push_back(row);
+  listA.removeRows(doubled);
 }
 
 }  // namespace mv

@@ -46,8 +46,8 @@ void ListPair::connectControls(const Controls& controls, const QString& column, 
   toAssigned_->setShortcut(Qt::ALT | Qt::Key_Right);
   toAvailable_->setShortcut(Qt::ALT | Qt::Key_Left);
   // A button that is disabled takes no click.
-  connect(available_, &QTreeWidget::itemDoubleClicked, toAssigned_, &QPushButton::click);
-  connect(assigned_, &QTreeWidget::itemDoubleClicked, toAvailable_, &QPushButton::click);
+  connect(available_, &QTreeView::doubleClicked, toAssigned_, &QPushButton::click);
+  connect(assigned_, &QTreeView::doubleClicked, toAvailable_, &QPushButton::click);
   connect(controls.create, &QPushButton::clicked, this, &ListPair::newWanted);
 }
 

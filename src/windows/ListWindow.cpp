@@ -1,6 +1,7 @@
 #include "windows/ListWindow.h"
 
 #include <QAction>
+#include <QSet>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -32,6 +33,7 @@ ListWindow::ListWindow(const QString& caption, int width, int height)
   toolbar_->setIconSize(kIconSize);
   toolbar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
   setFocusProxy(list_);
+  setKeepSorted(true);
   connect(list_, &ListView::rowChosen, this, [this](int row) { run([&] { choose(row); }); });
   connect(list_, &ListView::rowActivated, this, [this](int row) {
     run([&] {
@@ -70,26 +72,26 @@ void ListWindow::buildWorkingLists(const std::string& command, long) {
 }
 
 // What tells a row from the others.
-QSet<QString> ListWindow::rowKeys() const {
-  QSet<QString> keys;
-  for (int row = 0; row < list_->rowCount(); ++row) keys << list_->cell(row, std::max(idColumn_, 0));
+QString ListWindow::rowKey(int row) const { return list_->cell(row, std::max(idColumn_, 0)); }
+
+std::vector<QString> ListWindow::rowKeys() const {
+  std::vector<QString> keys;
+  keys.reserve(static_cast<std::size_t>(list_->rowCount()));
+  for (int row = 0; row < list_->rowCount(); ++row) keys.push_back(rowKey(row));
   return keys;
 }
 
 // The row that an editor has just made is looked for by the user.
-void ListWindow::showNewRow(const QSet<QString>& before) {
-  if (before.isEmpty()) return;
+void ListWindow::showNewRow(const std::vector<QString>& before) {
+  if (before.empty() || rowKeys() == before) return;
+  const QSet<QString> known(before.begin(), before.end());
   for (int row = list_->rowCount() - 1; row >= 0; --row)
-    if (!before.contains(list_->cell(row, std::max(idColumn_, 0)))) list_->showRow(row);
+    if (!known.contains(rowKey(row))) list_->showRow(row);
 }
 
 void ListWindow::rebuild() {
-  const QSet<QString> before = rowKeys();
-  list_->setSorting(false);
-  list_->clearRows();
-  fillList();
-  list_->setSorting(keepSorted_);
-
+  const std::vector<QString> before = rowKeys();
+  list_->setRows(readRows());
   const int row = keepChosen_ ? rememberedRow() : -1;
   if (row < 0)
     forgetChosen();

@@ -211,7 +211,7 @@ TEST_F(RulesAndFilters, AManagerClosedDuringADragGoesWhenTheDragIsOver) {
     EXPECT_TRUE(manager);
   });
   QWidget* rows = list.viewport();
-  const QPoint start = list.visualItemRect(list.topLevelItem(0)).center();
+  const QPoint start = middleOf(list, 0);
   QTest::mousePress(rows, Qt::LeftButton, {}, start);
   for (const int way : {1, 2}) QTest::mouseMove(rows, start + QPoint(way * QApplication::startDragDistance(), 0));
   EXPECT_TRUE(dragged);

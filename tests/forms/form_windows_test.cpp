@@ -175,7 +175,7 @@ TEST_F(Forms, DeletingAFieldTakesEffectAtOnce) {
   EXPECT_EQ(columnTexts(fields()), std::vector<QString>{"two"});
   EXPECT_FALSE(enabled(form(), "cmdDeleteField")) << "until a field is chosen";
   clickRow(fields(), 0);
-  const QPoint onRow = fields().visualItemRect(fields().topLevelItem(0)).topLeft() + QPoint(5, 5);
+  const QPoint onRow = middleOf(fields(), 0);
   QTest::mouseClick(fields().viewport(), Qt::LeftButton, Qt::ControlModifier, onRow);
   QTest::keyClick(&fields(), Qt::Key_Delete);
   EXPECT_EQ(count("field_info", "form_id = 100"), 1) << "nothing is marked";

@@ -9,16 +9,14 @@
 #include <new>
 #include <thread>
 
+#include "RefusedMemory.h"
 #include "TransferClient.h"
 #include "testkit/LoopbackServer.h"
 #include "testkit/TestSite.h"
 
-namespace {
+std::atomic<std::size_t> mvtest::refusedFrom = mvtest::kNothingRefused;
 
-// Blocks of memory of this size and more are refused.
-std::atomic<std::size_t> refusedFrom = std::numeric_limits<std::size_t>::max();
-
-}  // namespace
+using mvtest::refusedFrom;
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return size < refusedFrom ? std::malloc(size) : nullptr;
@@ -71,7 +69,7 @@ class AnswerFaults : public ::testing::Test {
  protected:
   AnswerFaults() { InternetTransfer::forgetSharedState(); }
   ~AnswerFaults() override {
-    refusedFrom = std::numeric_limits<std::size_t>::max();
+    refusedFrom = mvtest::kNothingRefused;
     InternetTransfer::limits() = {};
   }
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "RefusedMemory.h"
 #include "files/GroupCommit.h"
 #include "testkit/Fixture.h"
 #include "testkit/FlushGate.h"
@@ -38,7 +39,7 @@ class GroupCommitTest : public ::testing::Test {
   FlushGate gate;
   std::vector<std::size_t> groups;
   std::vector<std::int64_t> committed, taken, failed;
-  GroupCommit commits{[this](GroupCommit::Files files) {
+  GroupCommit commits{[this](const GroupCommit::Files& files) {
     groups.push_back(files.size());
     for (const GroupCommit::File& file : files) {
       auto& kind = file.error ? failed : file.committed ? committed : taken;
@@ -47,6 +48,21 @@ class GroupCommitTest : public ::testing::Test {
     }
   }};
 };
+
+TEST_F(GroupCommitTest, AGroupThatFindsNoMemoryBeginsLater) {
+  gate.open();
+  add(1);
+  bool hasRaised = false, isThrough = true;
+  refusedFrom = 1;
+  try {
+    isThrough = commits.finish(0);
+  } catch (...) {
+    hasRaised = true;
+  }
+  refusedFrom = kNothingRefused;
+  EXPECT_FALSE(hasRaised || isThrough);
+  EXPECT_TRUE(waitFor([this] { return committed.size() == 1; }));
+}
 
 TEST_F(GroupCommitTest, WhatComesWhileAGroupIsFlushedMakesTheNextOne) {
   add(0);

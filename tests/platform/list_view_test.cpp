@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 
+#include "base/TextTable.h"
 #include "testkit/Controls.h"
 
 namespace {
@@ -21,7 +22,7 @@ class ListViewTest : public ::testing::Test {
   void fill(const QStringList& names) {
     for (const QString& name : names) list.addRow({name, QString::number(name.size()), "id-" + name});
   }
-  QPoint at(int row) const { return list.visualItemRect(list.topLevelItem(row)).center(); }
+  QPoint at(int row) const { return middleOf(list, row); }
   Texts texts() const { return columnTexts(list); }
 
   ListView list;
@@ -33,6 +34,33 @@ TEST_F(ListViewTest, HeaderClicksSortTextsInTurnWhateverTheColumn) {
     clickHeader(list, column);  // the second click sorts descending, equal rows keep their order
     EXPECT_EQ(texts(), Texts({"10", "9", "A", "a", "B", "b"}));
   }
+}
+
+// As Qt compares them as wholes.
+TEST(TextOrder, GoesWithoutCaseFirst) {
+  const QStringList list = {"",
+                            "a",
+                            "A",
+                            "aB",
+                            "Ab",
+                            "ab1",
+                            "aB0",
+                            "z",
+                            "\u00e4",
+                            "\u00c4b",
+                            "10",
+                            "9",
+                            "\uffee",
+                            QString::fromUcs4(U"\U0001F600"),
+                            QString::fromUcs4(U"\U0001F601"),
+                            QString::fromUcs4(U"x\U00010400b"),
+                            QString::fromUcs4(U"x\U00010428a")};
+  for (const QString& left : list)
+    for (const QString& right : list) {
+      const int folded = left.compare(right, Qt::CaseInsensitive);
+      EXPECT_EQ(mv::standsBefore(left, right), folded < 0 || (folded == 0 && left < right))
+          << left.toStdString() << ' ' << right.toStdString();
+    }
 }
 
 TEST_F(ListViewTest, KeepsItsOrderWhileSortingIsOn) {
@@ -87,6 +115,50 @@ TEST_F(ListViewTest, TheUserChoosesRowsTheProgramDoesNot) {
   list.removeRow(2);
   EXPECT_EQ(list.currentSelectedRow(), -1);
   EXPECT_TRUE(chosen.isEmpty()) << "no other takes its place";
+}
+
+TEST_F(ListViewTest, ThousandsOfRowsComeAndGoInOneStep) {
+  const auto numbersDownFrom = [](int last, int count) {
+    std::vector<QStringList> rows;
+    for (int number = last; number > last - count; --number) rows.push_back({QString::number(number)});
+    return rows;
+  };
+  list.setMultiSelect(true);
+  list.setSorting(true);
+  QSignalSpy inserted(list.model(), &QAbstractItemModel::rowsInserted);
+  QSignalSpy removed(list.model(), &QAbstractItemModel::rowsRemoved);
+  QSignalSpy replaced(list.model(), &QAbstractItemModel::modelReset);
+  list.setRows(numbersDownFrom(8999, 3000));
+  ASSERT_EQ(list.rowCount(), 3000);
+  EXPECT_EQ(list.cell(0, 0), "6000");
+  for (int row = 1; row < 3000; row += 2) list.setRowSelected(row, true);
+
+  list.addRows(numbersDownFrom(1999, 1000));
+  const std::vector<int> odd = list.selectedRows();
+  ASSERT_EQ(odd.size(), 1500U) << "the selected rows stay so";
+  EXPECT_EQ(list.cell(odd.front(), 0), "6001");
+  list.setCurrentIndex(list.model()->index(odd[1], 0));
+  for (const int row : odd) list.setRowSelected(row, true);
+  list.removeRows(odd);
+  EXPECT_EQ(list.rowCount(), 2500);
+  EXPECT_EQ(list.cell(2499, 0), "8998");
+  EXPECT_EQ(list.cell(list.currentIndex().row(), 0), "6004") << "the row behind the one that had the focus frame";
+  EXPECT_TRUE(list.selectedRows().empty());
+  EXPECT_EQ(inserted.size(), 1);
+  EXPECT_EQ(removed.size(), 0);
+  EXPECT_EQ(replaced.size(), 2);
+}
+
+TEST_F(ListViewTest, TheArrowShowsTheOrderAsLongAsItHolds) {
+  list.setSorting(true);
+  clickHeader(list, 0);
+  list.setRows({{"b"}, {"a"}});
+  EXPECT_EQ(texts(), Texts({"a", "b"}));
+  EXPECT_TRUE(list.header()->isSortIndicatorShown());
+  list.setSorting(false);
+  list.setRows({{"b"}, {"a"}});
+  EXPECT_EQ(texts(), Texts({"b", "a"}));
+  EXPECT_FALSE(list.header()->isSortIndicatorShown());
 }
 
 }  // namespace

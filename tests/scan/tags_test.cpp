@@ -108,7 +108,7 @@ TEST_F(Tags, WhatIsGoneOrUnmarkedIsNotChosen) {
   click(manager, "Edit");
   EXPECT_FALSE(editor()) << "it was gone in between";
   clickRow(list(), 0);
-  const QPoint row = list().visualItemRect(list().topLevelItem(0)).center();
+  const QPoint row = middleOf(list(), 0);
   QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier, row);
   click(manager, "Edit");
   EXPECT_FALSE(editor()) << "unmarked";

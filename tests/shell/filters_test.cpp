@@ -48,7 +48,7 @@ class FiltersTest : public WholeUse {
   // With the mouse, from a row of a list to a place in the main window.
   void dragRow(ListView& from, int row, const QPoint& target) {
     QWindow* frame = main_.windowHandle();
-    const QPoint start = from.viewport()->mapTo(&main_, from.visualItemRect(from.topLevelItem(row)).center());
+    const QPoint start = from.viewport()->mapTo(&main_, from.visualRect(from.model()->index(row, 0)).center());
     bool dropped = false;
     QTimer hand;
     QObject::connect(&from, &ListView::dragStarted, &hand, [&] {

@@ -253,7 +253,7 @@ void filterDrag(frmDownloadManager& window) {
   sites->setPlace({0, 0, 3600, 6500});
   filters->setPlace({0, 6600, 3600, 5500});
   sites->findChild<ListView*>()->selectAll();
-  for (const int row : {0, 2}) filters->findChild<ListView*>()->topLevelItem(row)->setSelected(true);
+  for (const int row : {0, 2}) filters->findChild<ListView*>()->setRowSelected(row, true);
   filters->showChild();
   save(&window, "filter-drag");
 }

@@ -10,17 +10,6 @@
 
 namespace mv {
 
-namespace {
-
-void fill(ListView& list, const std::vector<NamedId>& rules) {
-  list.setSorting(false);
-  list.clearRows();
-  for (const NamedId& rule : rules) list.addRow({toQString(rule.name), QString::number(rule.id)});
-  list.setSorting(true);
-}
-
-}  // namespace
-
 RuleLists::RuleLists(QWidget* parent) : ListPair(parent), ui_(std::make_unique<Ui::RuleLists>()) {
   ui_->setupUi(this);
   connectControls(
@@ -32,9 +21,9 @@ RuleLists::RuleLists(QWidget* parent) : ListPair(parent), ui_(std::make_unique<U
 
 RuleLists::~RuleLists() = default;
 
-void RuleLists::buildAvailable() { fill(available(), listRules()); }
+void RuleLists::buildAvailable() { available().setRows(rowsOf(listRules())); }
 
-void RuleLists::buildAssigned(Id filterId) { fill(assigned(), listRulesOfFilter(filterId)); }
+void RuleLists::buildAssigned(Id filterId) { assigned().setRows(rowsOf(listRulesOfFilter(filterId))); }
 
 void RuleLists::refreshAssigned() {
   std::unordered_map<Id, QString> names;

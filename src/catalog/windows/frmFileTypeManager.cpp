@@ -5,6 +5,7 @@
 #include "catalog_windows/frmFileTypeChild.h"
 #include "desktop/Dialogs.h"
 #include "store/FileTypeStore.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
 
@@ -12,10 +13,9 @@ namespace {
 
 enum Column { kName, kDescription, kCanDelete, kDownloadByDefault };
 
-void fill(ListView& list) {
-  for (const FileType& type : listFileTypesByName())
-    list.addRow({toQString(type.extension), toQString(type.description), toQString(yesNo(type.canDelete)),
-                 toQString(yesNo(type.downloadByDefault)), QString::number(type.id)});
+QStringList textsOf(const FileType& type) {
+  return {toQString(type.extension), toQString(type.description), toQString(yesNo(type.canDelete)),
+          toQString(yesNo(type.downloadByDefault)), QString::number(type.id)};
 }
 
 }  // namespace
@@ -30,7 +30,7 @@ frmFileTypeManager::frmFileTypeManager()
            .columns =
                {{"FileType", 10}, {"Description", 20}, {"Can Delete", 4}, {"Download by Default", 4}, {"Id", 0, true}},
            .editCaption = "Edit: ",
-           .fill = fill,
+           .readRows = [] { return rowsOf(listFileTypesByName(), textsOf); },
            .remove = deleteFileType}) {
   load();
 }

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "catalog_windows/frmNewFilter.h"
 #include "store/FilterStore.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
 
@@ -11,10 +12,9 @@ namespace {
 
 enum Column { kName, kDescription, kGlobal, kId };
 
-void fill(ListView& list) {
-  for (const Filter& filter : listFilters())
-    list.addRow({toQString(filter.name), toQString(filter.description), toQString(yesNo(filter.global)),
-                 QString::number(filter.id)});
+QStringList textsOf(const Filter& filter) {
+  return {toQString(filter.name), toQString(filter.description), toQString(yesNo(filter.global)),
+          QString::number(filter.id)};
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ frmFilterManager::frmFilterManager()
                     .columns = {{"Filter", 18}, {"Description", 22}, {"Global", 4}, {"Id", 0, true}},
                     .opensInFreeSpace = true,
                     .editCaption = "Edit: ",
-                    .fill = fill,
+                    .readRows = [] { return rowsOf(listFilters(), textsOf); },
                     .remove = deleteFilter}) {
   list().setMultiSelect(true);
   list().setDragText([this] { return dragText(); });

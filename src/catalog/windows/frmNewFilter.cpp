@@ -26,7 +26,6 @@ frmNewFilter::~frmNewFilter() = default;
 
 void frmNewFilter::initWindow() {
   RecordEditor::initWindow();
-  rebuildLists();
   setButtons("bothoff");
 }
 
@@ -40,6 +39,7 @@ void frmNewFilter::loadRecord() {
   setButtons("global");
 }
 
+// Opened, too.
 void frmNewFilter::activated() {
   RecordEditor::activated();
   rebuildLists();

@@ -1,18 +1,10 @@
 #include "catalog_windows/frmRuleManager.h"
 
-#include "base/Text.h"
 #include "frmNewRule.h"
 #include "store/RuleStore.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
-
-namespace {
-
-void fill(ListView& list) {
-  for (const NamedId& rule : listRules()) list.addRow({toQString(rule.name), QString::number(rule.id)});
-}
-
-}  // namespace
 
 frmRuleManager::frmRuleManager()
     : RecordWindow({.kind = "Rule",
@@ -23,7 +15,7 @@ frmRuleManager::frmRuleManager()
                     .columns = {{"Rule", 22}, {"Id", 0, true}},
                     .opensInFreeSpace = true,
                     .editCaption = "Edit Rule: ",
-                    .fill = fill,
+                    .readRows = [] { return rowsOf(listRules()); },
                     .remove = deleteRule}) {
   load();
 }

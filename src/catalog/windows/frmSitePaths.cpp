@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QItemSelectionModel>
 #include <stdexcept>
 
 #include "app/Settings.h"
@@ -11,6 +12,7 @@
 #include "desktop/ListColumns.h"
 #include "store/SiteStore.h"
 #include "ui_frmSitePaths.h"
+#include "windows/ListHelpers.h"
 #include "windows/MainFrame.h"
 
 namespace mv {
@@ -32,8 +34,10 @@ frmSitePaths::frmSitePaths() : ChildWindow(kWidth, kHeight), ui_(std::make_uniqu
   list.setColumns({{"Extension", 10}, {"Id", 0, true}});
   list.setMinimumWidth(columnsWidth(list));
   ui_->frmPath->setMinimumWidth(kPathCharacters * fontMetrics().averageCharWidth());
+  list.setSorting(true);
   connect(&list, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
-  connect(&list, &QTreeWidget::itemSelectionChanged, this, [this] { run([this] { selectionChanged(); }); });
+  connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { run([this] { selectionChanged(); }); });
   connect(ui_->txtPath, &QLineEdit::editingFinished, this, [this] { run([this] { takeTypedFolder(); }); });
   connect(ui_->cmdBrowse, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
   connect(ui_->cmdClose, &QPushButton::clicked, this, [this] { closeRequested(); });
@@ -57,16 +61,9 @@ QString frmSitePaths::shownName() const { return toQString(maskPassword(toUtf8(S
 
 void frmSitePaths::buildWorkingLists(const std::string& command, long) {
   if (command != "filetype") return;
-  ui_->lvwFiletypesAssigned->clearRows();
-  ui_->lvwFiletypesAssigned->setSorting(false);
-  fillList();
-  ui_->lvwFiletypesAssigned->setSorting(true);
-  ui_->lvwFiletypesAssigned->setCurrentItem(ui_->lvwFiletypesAssigned->topLevelItem(0));
-}
-
-void frmSitePaths::fillList() {
-  for (const NamedId& type : loadSiteFileTypes(SiteID))
-    ui_->lvwFiletypesAssigned->addRow({toQString(type.name), QString::number(type.id)});
+  ListView& list = *ui_->lvwFiletypesAssigned;
+  list.setRows(rowsOf(loadSiteFileTypes(SiteID)));
+  list.setRowSelected(0, true);
 }
 
 // The mouse, dragged over the rows, moves the selection without a click.

@@ -5,6 +5,7 @@
 #include "frmNewForm.h"
 #include "store/BuiltInForms.h"
 #include "store/FormStore.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
 
@@ -12,9 +13,8 @@ namespace {
 
 enum Column { kName, kType, kDescription };
 
-void fill(ListView& list) {
-  for (const Form& form : listForms())
-    list.addRow({toQString(form.name), toQString(form.type), toQString(form.description), QString::number(form.id)});
+QStringList textsOf(const Form& form) {
+  return {toQString(form.name), toQString(form.type), toQString(form.description), QString::number(form.id)};
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ frmFormManager::frmFormManager()
                     .columns = {{"Name", 24}, {"Type", 14}, {"Description", 28}, {"Id", 0, true}},
                     .editCaption = "Edit Form: ",
                     .keepsChosen = true,
-                    .fill = fill,
+                    .readRows = [] { return rowsOf(listForms(), textsOf); },
                     .remove = deleteForm}) {
   connect(&list(), &ListView::rowChosen, this, [this] { run([this] { buildWorkingLists("cannotmodify"); }); });
   load();

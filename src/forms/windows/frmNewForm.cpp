@@ -7,6 +7,7 @@
 #include "store/BuiltInForms.h"
 #include "store/FormStore.h"
 #include "ui_frmNewForm.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
 
@@ -23,6 +24,12 @@ enum Column {
   kFieldName,
   kFieldValue,
 };
+
+QStringList textsOf(const FormField& field) {
+  return {toQString(field.name),          QString::number(field.id),     QString::number(field.formId),
+          toQString(field.logicalNumber), toQString(field.searchString), toQString(yesNo(field.suppliedByUser)),
+          toQString(field.prompt),        toQString(field.fieldName),    toQString(field.fieldValue)};
+}
 
 }  // namespace
 
@@ -70,9 +77,9 @@ void frmNewForm::initWindow() {
   ui_->txtDescription->setText(Description);
   ui_->txtDescription->setCursorPosition(0);  // a long one shows its start
   RecordEditor::initWindow();
-  buildWorkingLists("fields");
 }
 
+// Opened, too.
 void frmNewForm::activated() {
   RecordEditor::activated();
   buildWorkingLists("fields");
@@ -86,12 +93,7 @@ void frmNewForm::buildWorkingLists(const std::string& command, long) {
 }
 
 void frmNewForm::fillFields() {
-  ui_->lvwFields->clearRows();
-  for (const FormField& field : listFormFields(FormID))
-    ui_->lvwFields->addRow({toQString(field.name), QString::number(field.id), QString::number(field.formId),
-                            toQString(field.logicalNumber), toQString(field.searchString),
-                            toQString(yesNo(field.suppliedByUser)), toQString(field.prompt), toQString(field.fieldName),
-                            toQString(field.fieldValue)});
+  ui_->lvwFields->setRows(rowsOf(listFormFields(FormID), textsOf));
   const int row = ui_->lvwFields->findRow(kId, QString::number(fieldId_));
   if (row >= 0)
     ui_->lvwFields->setRowSelected(row, true);

@@ -6,6 +6,7 @@
 #include "desktop/ListColumns.h"
 #include "store/HelpStore.h"
 #include "ui_frmHelp.h"
+#include "windows/ListHelpers.h"
 #include "windows/MainFrame.h"
 
 namespace mv {
@@ -47,8 +48,8 @@ void frmHelp::buildWorkingLists(const std::string& command, long) {
 }
 
 void frmHelp::listSubjects() {
-  ui_->lvwSubjects->clearRows();
-  for (const std::string& subject : listHelpSubjects()) ui_->lvwSubjects->addRow({toQString(subject)});
+  ui_->lvwSubjects->setRows(
+      rowsOf(listHelpSubjects(), [](const std::string& subject) { return QStringList(toQString(subject)); }));
 }
 
 void frmHelp::listTopics() {

@@ -59,12 +59,18 @@ void BackgroundWork::run(std::function<void()> work, std::function<void()> done)
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
   const auto restore = qScopeGuard([&before] { pthread_sigmask(SIG_SETMASK, &before, nullptr); });
+  // Without memory it does not begin, and nobody may wait for its end.
+  auto neverBegun = qScopeGuard([this] {
+    const std::lock_guard lock(shared_->mutex);
+    --shared_->running;
+  });
   QThreadPool::globalInstance()->start([shared = shared_, number, work = std::move(work), done = std::move(done)] {
     // Long work does not count against the number of the pool's threads, so that nothing waits for its end.
     QThreadPool::globalInstance()->releaseThread();
     const auto counted = qScopeGuard([] { QThreadPool::globalInstance()->reserveThread(); });
     Shared::work(shared, number, work, done);
   });
+  neverBegun.dismiss();
 }
 
 void BackgroundWork::abandon() {

@@ -25,12 +25,12 @@ Checkpoints::~Checkpoints() {
   work_.wait();
 }
 
-int Checkpoints::written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) {
+int Checkpoints::written(void* self, sqlite3* /*writer*/, const char* /*database*/, int pages) noexcept {
   static_cast<Checkpoints*>(self)->journalIs(pages);
   return SQLITE_OK;
 }
 
-void Checkpoints::journalIs(int pages) {
+void Checkpoints::journalIs(int pages) noexcept {
   if (pages < pages_) requestAt_ = kPages;  // it has begun anew
   pages_ = pages;
   if (copying_) return;
@@ -40,8 +40,17 @@ void Checkpoints::journalIs(int pages) {
   } else if (pages >= requestAt_) {
     requestAt_ = pages + kPages;
     finishDue_ = pages >= kLongPages;
-    copying_ = true;
+    startCopy();
+  }
+}
+
+// Called from within the engine, which no exception may pass through.
+void Checkpoints::startCopy() noexcept {
+  copying_ = true;
+  try {
     work_.start([this] { copy(); });
+  } catch (const std::exception&) {
+    copying_ = false;  // no memory: at the next request
   }
 }
 

@@ -24,8 +24,9 @@ class Checkpoints {
   static constexpr int kLongPages = 12288;  // from here on it is seen to that it begins anew
   static constexpr int kPasses = 4;
 
-  static int written(void* self, sqlite3* writer, const char* database, int pages);
-  void journalIs(int pages);
+  static int written(void* self, sqlite3* writer, const char* database, int pages) noexcept;
+  void journalIs(int pages) noexcept;
+  void startCopy() noexcept;
   // Runs beside the others. What fails here is tried again at the next request.
   void copy();
 

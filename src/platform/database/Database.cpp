@@ -1,11 +1,11 @@
 #include "database/Database.h"
 
-#include <new>
 #include <optional>
 #include <span>
 #include <unordered_map>
 #include <utility>
 
+#include "CellBuffer.h"
 #include "Checkpoints.h"
 #include "JournalWrites.h"
 #include "SqlDialect.h"
@@ -135,9 +135,11 @@ struct Database::Connection {
   }
 
   void invalidate(const Invalidations& names) {
-    for (const std::string& name : names) ++invalidations[name];
+    for (const std::string& name : names) ++(name.empty() ? everything : invalidations[name]);
   }
-  void invalidateAll() { ++invalidations[""]; }
+  // Called from within the engine, which no exception may pass through.
+  void invalidateAll() noexcept { ++everything; }
+  std::int64_t everything = 0;
   std::unordered_map<std::string, std::int64_t> invalidations;
   std::int64_t dataVersion = 0;  // other programs' changes
 };
@@ -151,10 +153,10 @@ struct Recordset::State {
   std::vector<SqlValue> values;           // of a long result
   std::vector<std::string> engineFields;  // where the statement's own do not tell
   std::size_t columns = 0;
-  std::vector<ValuePtr> cells;  // of the rows at hand, row by row
-  std::size_t rows = 0;         // at hand
-  std::size_t row = 0;          // the current one
-  bool complete = true;         // nothing comes after the rows at hand
+  CellBuffer cells;      // of the rows at hand
+  std::size_t rows = 0;  // at hand
+  std::size_t row = 0;   // the current one
+  bool complete = true;  // nothing comes after the rows at hand
   std::shared_ptr<Reader> reader;
 
   State() = default;
@@ -187,19 +189,12 @@ struct Recordset::State {
     // Not before the first step: it is the one that notices a column added meanwhile.
     takeNames(statement);
     while (more) {
-      takeRow(statement);
+      cells.takeRow(statement, static_cast<int>(columns));
       if (++rows == limit) {
         complete = false;
         return;
       }
       more = step(statement, name());
-    }
-  }
-
-  void takeRow(sqlite3_stmt* statement) {
-    for (std::size_t i = 0; i < columns; ++i) {
-      cells.emplace_back(sqlite3_value_dup(sqlite3_column_value(statement, static_cast<int>(i))));
-      if (!cells.back()) throw std::bad_alloc();
     }
   }
 
@@ -234,11 +229,12 @@ struct Recordset::State {
                         name() + ": the result has no field \"" + std::string(field) + "\".");
   }
 
-  sqlite3_value* cell(std::string_view field) const {
+  // Which of `cells`.
+  std::size_t cell(std::string_view field) const {
     checkOpen();
     const std::size_t at = column(field);
     if (row >= rows) raiseNoCurrentRecord(name());
-    return cells[row * columns + at].get();
+    return row * columns + at;
   }
 };
 
@@ -277,15 +273,11 @@ bool Recordset::endOfRows() const {
   return state_->row >= state_->rows;
 }
 
-std::string Recordset::text(std::string_view field) const {
-  sqlite3_value* const value = state_->cell(field);
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text ? std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string();
-}
+std::string Recordset::text(std::string_view field) const { return state_->cells.text(state_->cell(field)); }
 
-std::int64_t Recordset::number(std::string_view field) const { return sqlite3_value_int64(state_->cell(field)); }
+std::int64_t Recordset::number(std::string_view field) const { return state_->cells.number(state_->cell(field)); }
 
-bool Recordset::isNull(std::string_view field) const { return sqlite3_value_type(state_->cell(field)) == SQLITE_NULL; }
+bool Recordset::isNull(std::string_view field) const { return state_->cells.isNull(state_->cell(field)); }
 
 // ---- database ----
 
@@ -348,7 +340,7 @@ std::int64_t Database::invalidationCount(const std::string& table, const std::st
   const std::int64_t version = query("pragma data_version").number("data_version");
   if (std::exchange(connection_->dataVersion, version) != version) connection_->invalidateAll();
   auto& counts = connection_->invalidations;
-  return (openings_ << 40) + counts[""] + counts[table] + counts[table + '.' + column];
+  return (openings_ << 40) + connection_->everything + counts[table] + counts[table + '.' + column];
 }
 
 std::int64_t Database::count(const Statement& statement) {

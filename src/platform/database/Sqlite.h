@@ -21,12 +21,8 @@ struct CloseConnection {
 struct FinalizeStatement {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
-struct FreeValue {
-  void operator()(sqlite3_value* value) const { sqlite3_value_free(value); }
-};
 using ConnectionPtr = std::unique_ptr<sqlite3, CloseConnection>;
 using StatementPtr = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-using ValuePtr = std::unique_ptr<sqlite3_value, FreeValue>;
 
 // How long a statement waits for another connection's lock.
 inline constexpr int kBusyTimeoutMs = 2000;

@@ -1,5 +1,7 @@
 #include "StatementCache.h"
 
+#include <new>
+
 namespace mv::engine {
 
 namespace {
@@ -8,9 +10,20 @@ constexpr std::size_t kCachedStatements = 128;
 
 }  // namespace
 
+Invalidations InvalidationRecorder::take() {
+  if (std::exchange(isIncomplete_, false)) throw std::bad_alloc();
+  return std::exchange(invalidations_, {});
+}
+
+// No exception may pass through the engine.
 int InvalidationRecorder::authorize(void* self, int action, const char* first, const char* second, const char*,
-                                    const char*) {
-  static_cast<InvalidationRecorder*>(self)->record(action, first ? first : "", second ? second : "");
+                                    const char*) noexcept {
+  auto& recorder = *static_cast<InvalidationRecorder*>(self);
+  try {
+    recorder.record(action, first ? first : "", second ? second : "");
+  } catch (const std::bad_alloc&) {
+    recorder.isIncomplete_ = true;
+  }
   return SQLITE_OK;
 }
 

@@ -26,14 +26,16 @@ class InvalidationRecorder {
   InvalidationRecorder(const InvalidationRecorder&) = delete;
   InvalidationRecorder& operator=(const InvalidationRecorder&) = delete;
 
-  // Of what was prepared since the last call.
-  Invalidations take() { return std::exchange(invalidations_, {}); }
+  // Of what was prepared since the last call. Raises std::bad_alloc when there was no memory to note it.
+  Invalidations take();
 
  private:
-  static int authorize(void* self, int action, const char* first, const char* second, const char*, const char*);
+  static int authorize(void* self, int action, const char* first, const char* second, const char*,
+                       const char*) noexcept;
   void record(int action, const std::string& first, const std::string& second);
 
   Invalidations invalidations_;
+  bool isIncomplete_ = false;
 };
 
 // A statement ready for use.

@@ -3,34 +3,21 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <algorithm>
 #include <cstdlib>
 
+#include "ListRows.h"
 #include "desktop/ListColumns.h"
 
 namespace mv {
 namespace {
 
-const QString kTextType = "text/plain";
 constexpr int kRowsAskedFor = 4;
-
-bool lessText(const QString& a, const QString& b) {
-  const int order = a.compare(b, Qt::CaseInsensitive);
-  return order != 0 ? order < 0 : a < b;
-}
-
-// A row that compares as lists sort: without case first.
-class Row : public QTreeWidgetItem {
- public:
-  using QTreeWidgetItem::QTreeWidgetItem;
-  bool operator<(const QTreeWidgetItem& other) const override {
-    const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
-    return lessText(text(column), other.text(column));
-  }
-};
 
 bool isMovement(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Home || key == Qt::Key_End ||
@@ -39,7 +26,8 @@ bool isMovement(int key) {
 
 }  // namespace
 
-ListView::ListView(QWidget* parent) : QTreeWidget(parent) {
+ListView::ListView(QWidget* parent) : QTreeView(parent), rows_(new ListRows(*this)) {
+  setModel(rows_);
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setUniformRowHeights(true);
@@ -56,19 +44,17 @@ ListView::ListView(QWidget* parent) : QTreeWidget(parent) {
   connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
     if (headerClickSorts_) sortByClick(column);
   });
-  connect(this, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
-    const int row = item->isSelected() ? indexOfTopLevelItem(item) : currentSelectedRow();
+  connect(this, &QTreeView::clicked, this, [this](const QModelIndex& cell) {
+    const int row = isRowSelected(cell.row()) ? cell.row() : currentSelectedRow();
     if (row >= 0) Q_EMIT rowChosen(row);
   });
-  connect(this, &QTreeWidget::itemDoubleClicked, this,
-          [this](QTreeWidgetItem* item) { Q_EMIT rowActivated(indexOfTopLevelItem(item)); });
+  connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& cell) { Q_EMIT rowActivated(cell.row()); });
 }
 
 void ListView::setColumns(const std::vector<ListColumn>& columns) {
-  setColumnCount(static_cast<int>(columns.size()));
   QStringList titles;
   for (const ListColumn& column : columns) titles << column.title;
-  setHeaderLabels(titles);
+  rows_->setTitles(titles);
   for (int i = 0; i < columnCount(); ++i) {
     setColumnWidth(i, mv::columnWidth(*this, i, columns[static_cast<std::size_t>(i)].characters));
     setColumnHidden(i, columns[static_cast<std::size_t>(i)].hidden);
@@ -84,13 +70,30 @@ QSize ListView::sizeHint() const {
 
 void ListView::setMultiSelect(bool on) { setSelectionMode(on ? ExtendedSelection : SingleSelection); }
 
-int ListView::addRow(const QStringList& texts, bool bold) {
-  auto* item = new Row(texts);
-  const int row = sorting_ ? sortedPlace(item->text(sortColumn_)) : rowCount();
+int ListView::rowCount() const { return rows_->rowCount(); }
+
+int ListView::columnCount() const { return rows_->columnCount(); }
+
+QModelIndex ListView::rowAt(int row) const { return rows_->index(row, 0); }
+
+void ListView::setRows(std::vector<QStringList> rows) {
   if (!sorting_) header()->setSortIndicatorShown(false);
-  insertTopLevelItem(row, item);
-  if (bold) setBold(row, true);
+  selectionModel()->clear();
+  rows_->replace(std::move(rows));
+  if (sorting_) sortNow();
+}
+
+int ListView::addRow(const QStringList& texts, bool bold) {
+  const int row = sorting_ ? sortedPlace(texts.value(sortColumn_)) : rowCount();
+  if (!sorting_) header()->setSortIndicatorShown(false);
+  rows_->insert(row, texts, bold);
   return row;
+}
+
+void ListView::addRows(std::vector<QStringList> rows) {
+  if (!sorting_) header()->setSortIndicatorShown(false);
+  rows_->append(std::move(rows));
+  if (sorting_) sortNow();
 }
 
 // Behind the rows that are equal, so that they keep the order in which they came.
@@ -99,8 +102,8 @@ int ListView::sortedPlace(const QString& text) const {
   int high = rowCount();
   while (low < high) {
     const int middle = low + (high - low) / 2;
-    const QString& there = topLevelItem(middle)->text(sortColumn_);
-    const bool before = sortDescending_ ? lessText(there, text) : lessText(text, there);
+    const QString there = cell(middle, sortColumn_);
+    const bool before = sortDescending_ ? standsBefore(there, text) : standsBefore(text, there);
     if (before)
       high = middle;
     else
@@ -109,78 +112,66 @@ int ListView::sortedPlace(const QString& text) const {
   return low;
 }
 
+void ListView::setFocusRow(int row) { selectionModel()->setCurrentIndex(rowAt(row), QItemSelectionModel::NoUpdate); }
+
 void ListView::removeRow(int row) {
-  QTreeWidgetItem* item = topLevelItem(row);
-  if (!item) return;
-  if (item == currentItem()) {
-    // Left to itself the view selects the neighbour.
-    QTreeWidgetItem* next = topLevelItem(row + 1 < rowCount() ? row + 1 : row - 1);
-    setCurrentItem(next, 0, QItemSelectionModel::NoUpdate);
-  }
-  delete takeTopLevelItem(row);
+  if (!rows_->holds(row)) return;
+  // Left to itself the view selects the neighbour.
+  if (row == currentIndex().row()) setFocusRow(row + 1 < rowCount() ? row + 1 : row - 1);
+  rows_->remove(row);
 }
 
-void ListView::clearRows() { clear(); }
-
-QString ListView::cell(int row, int column) const {
-  const QTreeWidgetItem* item = topLevelItem(row);
-  return item ? item->text(column) : QString();
+void ListView::removeRows(const std::vector<int>& rows) {
+  if (rows.empty()) return;
+  const int focus = currentIndex().row();
+  const auto above = std::lower_bound(rows.begin(), rows.end(), focus) - rows.begin();
+  selectionModel()->clear();
+  rows_->remove(rows);
+  if (focus >= 0) setFocusRow(std::min(focus - static_cast<int>(above), rowCount() - 1));
 }
+
+QString ListView::cell(int row, int column) const { return rows_->text(row, column); }
 
 void ListView::setCell(int row, int column, const QString& text) {
-  QTreeWidgetItem* item = topLevelItem(row);
-  if (!item) return;
-  item->setText(column, text);
-  if (sorting_ && column == sortColumn_) sortNow();
+  if (rows_->setText(row, column, text) && sorting_ && column == sortColumn_) sortNow();
 }
 
-bool ListView::isBold(int row) const {
-  const QTreeWidgetItem* item = topLevelItem(row);
-  return item && item->font(0).bold();
-}
+bool ListView::isBold(int row) const { return rows_->isBold(row); }
 
-void ListView::setBold(int row, bool bold) {
-  QTreeWidgetItem* item = topLevelItem(row);
-  if (!item) return;
-  QFont type = font();
-  type.setBold(bold);
-  for (int column = 0; column < columnCount(); ++column)
-    item->setData(column, Qt::FontRole, bold ? QVariant(type) : QVariant());
-}
+void ListView::setBold(int row, bool bold) { rows_->setBold(row, bold); }
 
 int ListView::findRow(int column, const QString& text) const {
   for (int row = 0; row < rowCount(); ++row)
-    if (topLevelItem(row)->text(column) == text) return row;
+    if (cell(row, column) == text) return row;
   return -1;
 }
 
-bool ListView::isRowSelected(int row) const {
-  const QTreeWidgetItem* item = topLevelItem(row);
-  return item && item->isSelected();
-}
+bool ListView::isRowSelected(int row) const { return selectionModel()->isSelected(rowAt(row)); }
 
 void ListView::setRowSelected(int row, bool selected) {
-  QTreeWidgetItem* item = topLevelItem(row);
-  if (!item) return;
+  if (!rows_->holds(row)) return;
   if (selected && selectionMode() == SingleSelection) clearSelection();
-  item->setSelected(selected);
-  if (selected && (!currentItem() || !currentItem()->isSelected()))
-    setCurrentItem(item, 0, QItemSelectionModel::NoUpdate);
+  selectionModel()->select(
+      rowAt(row), (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) | QItemSelectionModel::Rows);
+  if (selected && !isRowSelected(currentIndex().row())) setFocusRow(row);
 }
 
 void ListView::showRow(int row) {
-  if (QTreeWidgetItem* item = topLevelItem(row)) scrollToItem(item);
+  if (rows_->holds(row)) scrollTo(rowAt(row));
 }
 
+// Going through the ranges: with thousands of them each single row would be looked for in all.
 std::vector<int> ListView::selectedRows() const {
   std::vector<int> rows;
-  for (int row = 0; row < rowCount(); ++row)
-    if (topLevelItem(row)->isSelected()) rows.push_back(row);
+  for (const QItemSelectionRange& range : selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
 }
 
 int ListView::currentSelectedRow() const {
-  const int focus = indexOfTopLevelItem(currentItem());
+  const int focus = currentIndex().row();
   int nearest = -1;
   for (const int row : selectedRows())
     if (nearest < 0 || std::abs(row - focus) < std::abs(nearest - focus)) nearest = row;
@@ -188,8 +179,8 @@ int ListView::currentSelectedRow() const {
 }
 
 void ListView::keyboardSearch(const QString& search) {
-  if (currentItem()) setCurrentItem(currentItem(), 0, QItemSelectionModel::NoUpdate);
-  QTreeWidget::keyboardSearch(search);
+  setFocusRow(currentIndex().row());
+  QTreeView::keyboardSearch(search);
 }
 
 void ListView::setSorting(bool on) {
@@ -211,11 +202,15 @@ void ListView::sortAscending(int column) {
   if (sorting_) sortNow();
 }
 
-void ListView::sortNow() { sortItems(sortColumn_, sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder); }
+void ListView::sortNow() {
+  const Qt::SortOrder order = sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder;
+  header()->setSortIndicator(sortColumn_, order);
+  rows_->sort(sortColumn_, order);
+}
 
 void ListView::setDragText(std::function<QString()> text) {
-  dragText_ = std::move(text);
-  setDragEnabled(static_cast<bool>(dragText_));
+  rows_->dragText = std::move(text);
+  setDragEnabled(static_cast<bool>(rows_->dragText));
 }
 
 void ListView::startDrag(Qt::DropActions actions) {
@@ -223,7 +218,7 @@ void ListView::startDrag(Qt::DropActions actions) {
   const int row = currentSelectedRow();
   if (row >= 0) Q_EMIT rowChosen(row);
   Q_EMIT dragStarted();
-  QTreeWidget::startDrag(actions);
+  QTreeView::startDrag(actions);
   Q_EMIT dragEnded();
 }
 
@@ -234,8 +229,8 @@ void ListView::setAcceptTextDrops(bool on) {
 
 void ListView::mousePressEvent(QMouseEvent* event) {
   // Beside the rows there is nothing to choose, and nothing is unchosen.
-  if (itemAt(event->pos()))
-    QTreeWidget::mousePressEvent(event);
+  if (indexAt(event->pos()).isValid())
+    QTreeView::mousePressEvent(event);
   else
     event->accept();
 }
@@ -243,7 +238,7 @@ void ListView::mousePressEvent(QMouseEvent* event) {
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
   // A mouse dragged over the rows ends in no click, but moves the selection all the same.
   const bool dragged = state() == DragSelectingState;
-  QTreeWidget::mouseReleaseEvent(event);
+  QTreeView::mouseReleaseEvent(event);
   const int row = currentSelectedRow();
   if (dragged && row >= 0) Q_EMIT rowChosen(row);
 }
@@ -274,28 +269,28 @@ void ListView::keyPressEvent(QKeyEvent* event) {
 }
 
 // The row that the first key chooses: an arrow the one that has the focus frame, instead of passing it by.
-QTreeWidgetItem* ListView::firstStop(int key) const {
-  if (key == Qt::Key_Home) return topLevelItem(0);
-  if (key == Qt::Key_End) return topLevelItem(rowCount() - 1);
-  return currentItem();
+int ListView::firstStop(int key) const {
+  if (key == Qt::Key_Home) return 0;
+  if (key == Qt::Key_End) return rowCount() - 1;
+  return currentIndex().row();
 }
 
 void ListView::moveByKey(QKeyEvent* event) {
-  const QTreeWidgetItem* before = currentItem();
-  const bool wasSelected = before && before->isSelected();
-  if (before && !wasSelected && event->modifiers() == Qt::NoModifier && isMovement(event->key()) &&
-      selectedItems().isEmpty())
-    setCurrentItem(firstStop(event->key()), 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  const int before = currentIndex().row();
+  const bool wasSelected = isRowSelected(before);
+  if (before >= 0 && !selectionModel()->hasSelection() && event->modifiers() == Qt::NoModifier &&
+      isMovement(event->key()))
+    selectionModel()->setCurrentIndex(rowAt(firstStop(event->key())),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   else
-    QTreeWidget::keyPressEvent(event);
+    QTreeView::keyPressEvent(event);
 
-  const QTreeWidgetItem* after = currentItem();
-  if (after && after->isSelected() && (after != before || (!wasSelected && event->key() != Qt::Key_A)))
-    Q_EMIT rowChosen(indexOfTopLevelItem(currentItem()));
+  const int after = currentIndex().row();
+  if (isRowSelected(after) && (after != before || (!wasSelected && event->key() != Qt::Key_A))) Q_EMIT rowChosen(after);
 }
 
 void ListView::focusInEvent(QFocusEvent* event) {
-  QTreeWidget::focusInEvent(event);
+  QTreeView::focusInEvent(event);
   Q_EMIT entered();
 }
 
@@ -315,13 +310,5 @@ void ListView::dragMoveEvent(QDragMoveEvent* event) { takesDrop(*event); }
 void ListView::dropEvent(QDropEvent* event) {
   if (takesDrop(*event)) Q_EMIT textDropped(event->mimeData()->text());
 }
-
-QMimeData* ListView::mimeData(const QList<QTreeWidgetItem*>&) const {
-  auto* carried = new QMimeData;
-  if (dragText_) carried->setText(dragText_());
-  return carried;
-}
-
-QStringList ListView::mimeTypes() const { return {kTextType}; }
 
 }  // namespace mv

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <map>
+#include <new>
 #include <set>
 #include <string>
 #include <system_error>
@@ -135,7 +136,6 @@ struct GroupCommit::Group {
 };
 
 GroupCommit::GroupCommit(Settled settled) : settled_(std::move(settled)) {
-  gathering_.setSingleShot(true);
   gathering_.setInterval(kGathering);
   QObject::connect(&gathering_, &QTimer::timeout, &gathering_, [this] { startGroup(); });
 }
@@ -149,22 +149,30 @@ void GroupCommit::add(File file) {
 
 void GroupCommit::gather() {
   if (running_ || waiting_.empty()) return;
-  if (waiting_.size() >= kFullGroup)
-    startGroup();
-  else if (!gathering_.isActive())
-    gathering_.start();
+  if (waiting_.size() >= kFullGroup) startGroup();
+  if (!running_ && !gathering_.isActive()) gathering_.start();
 }
 
 void GroupCommit::startGroup() {
+  if (!running_ && !waiting_.empty()) {
+    std::shared_ptr<Group> group;
+    try {
+      group = std::make_shared<Group>();
+      group->files.swap(waiting_);
+      work_.start(
+          [group] {
+            group->commit();
+            return true;
+          },
+          [this](bool) { settle(); });
+    } catch (const std::bad_alloc&) {
+      // The files stay open, and the timer goes on.
+      if (group) waiting_.swap(group->files);
+      return;
+    }
+    running_ = std::move(group);
+  }
   gathering_.stop();
-  if (running_ || waiting_.empty()) return;
-  running_ = std::make_shared<Group>(Group{std::exchange(waiting_, {})});
-  work_.start(
-      [group = running_] {
-        group->commit();
-        return true;
-      },
-      [this](bool) { settle(); });
 }
 
 void GroupCommit::settle() {
@@ -182,7 +190,7 @@ bool GroupCommit::finish(int milliseconds) {
     work_.abandon();  // the event that would have settled it
     settle();
   }
-  return true;
+  return waiting_.empty();
 }
 
 }  // namespace mv

@@ -153,7 +153,11 @@ int CurlLoop::onTimer(CURLM*, long milliseconds, void* self) {
 int CurlLoop::onClose(void* self, curl_socket_t socket) {
   auto* loop = static_cast<CurlLoop*>(self);
   loop->unwatch(socket);
-  if (const auto user = loop->users_.extract(localEndOf(socket))) user.mapped()->socketClosed();
+  try {
+    if (const auto user = loop->users_.extract(localEndOf(socket))) user.mapped()->socketClosed();
+  } catch (const std::exception&) {
+    // No memory: nobody is told, and the states of a request lack the one that says so.
+  }
   return ::close(socket);
 }
 

@@ -3,14 +3,13 @@
 #include "base/Text.h"
 #include "frmNewTag.h"
 #include "store/TagStore.h"
+#include "windows/ListHelpers.h"
 
 namespace mv {
 
 namespace {
 
-void fill(ListView& list) {
-  for (const Tag& tag : listTags()) list.addRow({toQString(tag.text), QString::number(tag.id)});
-}
+QStringList textsOf(const Tag& tag) { return {toQString(tag.text), QString::number(tag.id)}; }
 
 }  // namespace
 
@@ -26,7 +25,7 @@ frmTagManager::frmTagManager()
                     .toolTips = false,
                     .sorted = false,
                     .keepsChosen = true,
-                    .fill = fill,
+                    .readRows = [] { return rowsOf(listTags(), textsOf); },
                     .remove = deleteTag}) {
   load();
 }

@@ -12,13 +12,6 @@ namespace {
 
 constexpr int kGlobalColumn = 2;
 
-void showTypes(ListView& list, const std::vector<NamedId>& types) {
-  list.setSorting(false);
-  list.clearRows();
-  for (const NamedId& type : types) list.addRow({toQString(type.name), QString::number(type.id)});
-  list.setSorting(true);
-}
-
 QStringList textsOf(const SiteFilter& filter) {
   return {toQString(filter.name), QString::number(filter.id), toQString(yesNo(filter.global))};
 }
@@ -32,9 +25,11 @@ FileTypeLists::FileTypeLists(QWidget* parent) : ListPair(parent), ui_(std::make_
   connectControls({ui_->lvwFiletypesAvailable, ui_->lvwFiletypesAssigned, ui_->cmdMoveFileTypeToAssigned,
                    ui_->cmdMoveFileTypeToAvailable, ui_->cmdNewFileType},
                   "Extension");
-  for (ListView* list : {&available(), &assigned()})
+  for (ListView* list : {&available(), &assigned()}) {
+    list->setSorting(true);
     connect(list, &ListView::rowChosen, this,
             [this, list](int row) { Q_EMIT typeChosen(list->cell(row, kIdColumn).toLongLong()); });
+  }
 }
 
 FileTypeLists::~FileTypeLists() = default;
@@ -43,8 +38,8 @@ void FileTypeLists::buildForNewSite() { build(loadDefaultFileTypes()); }
 void FileTypeLists::buildForSite(Id siteId) { build(loadSiteFileTypes(siteId)); }
 
 void FileTypeLists::build(const std::vector<NamedId>& assignedTypes) {
-  showTypes(available(), listFileTypes());
-  showTypes(assigned(), assignedTypes);
+  available().setRows(rowsOf(listFileTypes()));
+  assigned().setRows(rowsOf(assignedTypes));
   removeListedItems(available(), assigned());
 }
 
@@ -62,6 +57,7 @@ FilterLists::FilterLists(QWidget* parent) : ListPair(parent), ui_(std::make_uniq
   connectControls({ui_->lvwFiltersAvailable, ui_->lvwFiltersAssigned, ui_->cmdMoveFilterToAssigned,
                    ui_->cmdMoveFilterToAvailable, ui_->cmdNewFilter},
                   "Filter Name", {"Global"});
+  available().setSorting(true);
   connect(&assigned(), &ListView::rowChosen, this, [this](int row) { toAvailableButton().setEnabled(!isGlobal(row)); });
 }
 
@@ -76,17 +72,16 @@ void FilterLists::buildForSite(Id siteId) {
   const std::vector<SiteFilter> own = loadSiteFilters(siteId);
   const std::vector<SiteFilter> global = listGlobalFilters();
   showAvailable(listAssignableFilters());
-  assigned().clearRows();
-  for (const SiteFilter& filter : own) assigned().addRow(textsOf(filter), true);
-  for (const SiteFilter& filter : global) assigned().addRow(textsOf(filter));
+  assigned().setRows(rowsOf(own, textsOf));
+  for (int row = 0; row < assigned().rowCount(); ++row) assigned().setBold(row, true);
+  assigned().addRows(rowsOf(global, textsOf));
   removeListedItems(available(), assigned());
 }
 
 void FilterLists::showAvailable(const std::vector<SiteFilter>& filters) {
-  available().setSorting(false);
-  available().clearRows();
-  for (const SiteFilter& filter : filters) available().addRow({toQString(filter.name), QString::number(filter.id)});
-  available().setSorting(true);
+  available().setRows(rowsOf(filters, [](const SiteFilter& filter) -> QStringList {
+    return {toQString(filter.name), QString::number(filter.id)};
+  }));
 }
 
 bool FilterLists::isGlobal(int row) const { return isYes(toUtf8(assigned().cell(row, kGlobalColumn))); }

@@ -30,11 +30,13 @@ bool LoginFormFields::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void LoginFormFields::buildForms() {
-  const std::vector<NamedId> forms = listLoginForms();
+  std::vector<NamedId> forms = listLoginForms();
   if (forms.empty()) return;
+  QStringList names;
+  for (const NamedId& form : forms) names << toQString(form.name);
+  forms_ = std::move(forms);
   ui_->cmboAuthenticationService->clear();
-  for (const NamedId& form : forms)
-    ui_->cmboAuthenticationService->addItem(toQString(form.name), QVariant::fromValue(form.id));
+  ui_->cmboAuthenticationService->addItems(names);
   ui_->cmboAuthenticationService->setCurrentIndex(-1);
 }
 
@@ -45,10 +47,10 @@ void LoginFormFields::loadSite(Id siteId) {
   loadPrompts(savedFormId);
   chosenFormId_ = savedFormId;
   // The first entry is the one for no login.
-  for (int entry = 1; entry < ui_->cmboAuthenticationService->count(); ++entry) {
-    if (ui_->cmboAuthenticationService->itemData(entry).toLongLong() != chosenFormId_) continue;
-    ui_->cmboAuthenticationService->setCurrentIndex(entry);
-    choose(entry);
+  for (std::size_t i = 1; i < forms_.size(); ++i) {
+    if (forms_[i].id != chosenFormId_) continue;
+    ui_->cmboAuthenticationService->setCurrentIndex(static_cast<int>(i));
+    choose(static_cast<int>(i));
     break;
   }
   // Values belong to the rows by position, as they were saved.
@@ -57,7 +59,7 @@ void LoginFormFields::loadSite(Id siteId) {
 }
 
 void LoginFormFields::choose(int entry) {
-  const Id formId = ui_->cmboAuthenticationService->itemData(entry).toLongLong();
+  const Id formId = entry < 0 ? 0 : forms_[static_cast<std::size_t>(entry)].id;
   if (formId == kNoLoginForm)
     hideRows();
   else

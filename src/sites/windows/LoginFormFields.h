@@ -52,6 +52,7 @@ class LoginFormFields : public QWidget {
   int shownPrompts() const;
 
   std::unique_ptr<Ui::LoginFormFields> ui_;
+  std::vector<NamedId> forms_;  // the entries of the drop-down list
   Id chosenFormId_ = 0;
   std::vector<LoginPrompt> fieldInfo_;  // of the chosen form
   std::array<QLabel*, kRows> lblFieldName_;

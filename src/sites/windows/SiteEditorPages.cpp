@@ -1,7 +1,5 @@
 #include "SiteEditorPages.h"
 
-#include <utility>
-
 #include "base/Text.h"
 #include "store/SiteDerivations.h"
 #include "ui_AutoScanPage.h"
@@ -63,8 +61,8 @@ void RequiredInfoPage::takeSite(Site& site) {
   site.filesToDownload = ui_->txtFilesToDownload->text().toLongLong();
 }
 
-void RequiredInfoPage::setOtherSites(std::set<std::string> names) {
-  otherSites_ = std::move(names);
+void RequiredInfoPage::setOtherSites(const std::vector<std::string>& names) {
+  otherSites_ = {names.begin(), names.end()};
   showHint(ui_->txtURL->text());
 }
 

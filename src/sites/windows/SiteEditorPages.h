@@ -5,8 +5,9 @@
 #include <QWidget>
 #include <array>
 #include <memory>
-#include <set>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "store/SiteStore.h"
 
@@ -39,7 +40,7 @@ class RequiredInfoPage : public QWidget {
   // The first limit box that is empty, nullptr when none is.
   QWidget* emptyLimit() const;
   // The locations of the other sites, which the line below the location box speaks of.
-  void setOtherSites(std::set<std::string> names);
+  void setOtherSites(const std::vector<std::string>& names);
 
  Q_SIGNALS:
   void limitChanged(const QString& text);
@@ -49,7 +50,7 @@ class RequiredInfoPage : public QWidget {
   void showHint(const QString& typed);
 
   std::unique_ptr<Ui::RequiredInfoPage> ui_;
-  std::set<std::string> otherSites_;
+  std::unordered_set<std::string> otherSites_;
 };
 
 // "Paths": the default folder, unique file names, the way to the path manager.

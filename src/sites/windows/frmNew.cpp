@@ -21,13 +21,6 @@ namespace {
 constexpr int kWidth = 7050;   // twips
 constexpr int kHeight = 4800;  // twips
 
-std::set<std::string> namesOfOthers(Id siteId) {
-  std::set<std::string> names;
-  for (const SiteListRow& site : listSites())
-    if (site.id != siteId) names.insert(site.name);
-  return names;
-}
-
 }  // namespace
 
 frmNew::frmNew()
@@ -61,13 +54,12 @@ void frmNew::connectPages() {
 
 void frmNew::initWindow() {
   RecordEditor::initWindow();
-  ui_->required->setOtherSites(namesOfOthers(SiteID));
+  ui_->required->setOtherSites(listOtherSiteNames(SiteID));
   if (isNew()) showDefaults();
   ui_->fileTypes->disableMoves();
 }
 
 void frmNew::showDefaults() {
-  rebuildAssignments();
   ui_->login->buildForms();
   ui_->paths->folderBox()->setText(toQString(gDownloadFolder));
 }
@@ -75,7 +67,6 @@ void frmNew::showDefaults() {
 void frmNew::loadRecord() {
   listed_ = true;
   if (const auto site = loadSite(SiteID)) showSite(*site);
-  rebuildAssignments();
   ui_->login->buildForms();
   ui_->login->loadSite(SiteID);
 }
@@ -88,6 +79,7 @@ void frmNew::showSite(const Site& site) {
   ui_->other->showSite(site);
 }
 
+// Opened, too.
 void frmNew::activated() {
   RecordEditor::activated();
   rebuildAssignments();

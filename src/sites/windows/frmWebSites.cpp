@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ConnectionsMenu.h"
+#include "ListedSites.h"
 #include "SiteDeletion.h"
 #include "SiteMenu.h"
 #include "SiteProcesses.h"
@@ -18,6 +19,7 @@
 #include "sites_windows/frmNew.h"
 #include "store/LinkCleaner.h"
 #include "store/Preferences.h"
+#include "windows/ListHelpers.h"
 #include "windows/MainFrame.h"
 #include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
@@ -33,8 +35,8 @@ constexpr int kShippedWidth = 11400;  // twips
 constexpr int kShippedHeight = 4500;  // twips
 constexpr int kQuitInterval = 60'000;
 constexpr const char* kTitle = "Web Sites";
-constexpr const char* kOn = "on";
-constexpr const char* kOff = "off";
+const QString kOn = QStringLiteral("on");
+const QString kOff = QStringLiteral("off");
 
 enum Column { kName, kId, kAutoScan, kOnOff, kDomain, kHops, kUniqueNames, kBaseName };
 
@@ -55,6 +57,7 @@ QStringList textsOf(const SiteListRow& site) {
 
 frmWebSites::frmWebSites()
     : ListWindow(kTitle, kWidth, kHeight),
+      sites_(std::make_unique<ListedSites>()),
       processes_(std::make_unique<SiteProcesses>()),
       deletion_(new SiteDeletion(list(), [this](Id id) { return run([&] { deleteUnlessRunning(id); }); })) {
   setObjectName("frmWebSites");
@@ -172,21 +175,19 @@ void frmWebSites::buildWorkingLists(const std::string& command, long siteId) {
     ListWindow::buildWorkingLists(command);
     forgetVanishedSelection();
   } else if (command == "websiteadded") {
-    for (const SiteListRow& site : loadSiteRow(siteId)) list().showRow(addSiteRow(site));
+    for (const SiteListRow& site : loadSiteRow(siteId)) {
+      sites_->keep(site);
+      list().showRow(list().addRow(textsOf(site)));
+    }
   } else if (command == "websiteedited") {
     refreshRow(siteId);
   }
 }
 
-void frmWebSites::fillList() {
-  sites_.clear();
-  for (const SiteListRow& site : listSites()) addSiteRow(site);
+std::vector<QStringList> frmWebSites::readRows() {
+  sites_->replace(listSites());
   maxConnections_ = readMaxConnections().value_or(maxConnections_);
-}
-
-int frmWebSites::addSiteRow(const SiteListRow& site) {
-  sites_[site.id] = site;
-  return list().addRow(textsOf(site));
+  return rowsOf(sites_->all(), textsOf);
 }
 
 void frmWebSites::refreshRow(Id siteId) {
@@ -194,7 +195,7 @@ void frmWebSites::refreshRow(Id siteId) {
   if (row < 0) return;
   const bool running = isRunning(row);
   for (const SiteListRow& site : loadSiteRow(siteId)) {
-    sites_[siteId] = site;
+    sites_->keep(site);
     const QStringList texts = textsOf(site);
     for (int column = 0; column < texts.size(); ++column) list().setCell(row, column, texts[column]);
     list().setRowSelected(row, false);
@@ -204,14 +205,11 @@ void frmWebSites::refreshRow(Id siteId) {
 
 Id frmWebSites::idOfRow(int row) const { return list().cell(row, kId).toLongLong(); }
 
-SiteListRow frmWebSites::siteOfRow(int row) const {
-  const auto found = sites_.find(idOfRow(row));
-  return found == sites_.end() ? SiteListRow() : found->second;
-}
+SiteListRow frmWebSites::siteOfRow(int row) const { return sites_->find(idOfRow(row)); }
 
-int frmWebSites::rowOf(Id siteId) { return list().findRow(kId, QString::number(siteId)); }
+int frmWebSites::rowOf(Id siteId) const { return list().findRow(kId, QString::number(siteId)); }
 
-bool frmWebSites::isRunning(int row) { return list().isBold(row); }
+bool frmWebSites::isRunning(int row) const { return list().isBold(row); }
 
 void frmWebSites::setRunning(int row, bool running) {
   list().setBold(row, running);
@@ -261,14 +259,14 @@ void frmWebSites::openEdit() {
   if (selectedSiteID_ == 0) return;
   auto* editor = new frmNew;
   editor->Mode = "edit";
-  const std::string name = sites_[selectedSiteID_].name;
+  const std::string name = sites_->find(selectedSiteID_).name;
   editor->SiteID = selectedSiteID_;
   editor->SiteName = toQString(name);
   editor->setCaption("Edit: " + shownAddress(name));
   editor->open();
 }
 
-std::deque<Id> frmWebSites::deletableSites() {
+std::deque<Id> frmWebSites::deletableSites() const {
   std::deque<Id> ids;
   for (const int row : list().selectedRows())
     if (list().cell(row, kOnOff) == kOff) ids.push_back(idOfRow(row));
@@ -304,8 +302,9 @@ void frmWebSites::startSelected() {
   Q_EMIT events().sitesStarting();
   if (list().selectedRows().empty()) sayInFoot("Select a web site first, then press Start.");
   QStringList beyond;
-  for (int row = 0; row < list().rowCount() && !isUnloaded(); ++row) {
-    if (!list().isRowSelected(row) || list().cell(row, kOnOff) != kOff) continue;
+  for (const int row : list().selectedRows()) {
+    // While a box of a start stood open the rows may have changed.
+    if (isUnloaded() || !list().isRowSelected(row) || list().cell(row, kOnOff) != kOff) continue;
     if (processes_->mayStart(idOfRow(row), maxConnections_))
       startRow(row);
     else
@@ -331,8 +330,8 @@ void frmWebSites::startSite(const SiteListRow& site) {
 
 void frmWebSites::stopSelected() {
   stop_->defaultAction()->setEnabled(false);
-  for (int row = 0; row < list().rowCount(); ++row)
-    if (list().isRowSelected(row) && isRunning(row)) stopRow(row);
+  for (const int row : list().selectedRows())
+    if (isRunning(row)) stopRow(row);
 }
 
 void frmWebSites::stopRow(int row) {

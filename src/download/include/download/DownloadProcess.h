@@ -20,7 +20,7 @@ class DatabaseError;
 class DownloadQueue;
 class DownloadReport;
 class FileReceiver;
-class FileRequest;
+class FileTransfer;
 class LoginWatch;
 struct SaveResult;
 
@@ -114,7 +114,7 @@ class DownloadProcess : public Process {
   std::unique_ptr<LoginWatch> login_;
   std::unique_ptr<FileReceiver> receiver_;  // holds a file from the first to the last chunk
   std::unique_ptr<DownloadReport> report_;
-  std::unique_ptr<FileRequest> request_;
+  std::unique_ptr<FileTransfer> request_;
   Entry entry_;
   std::map<std::int64_t, SavingFile> saving_;  // by link
   bool awaitsRoom_ = false;                    // for further ones

@@ -16,6 +16,7 @@
 
 #include "html/ForeignContent.h"
 #include "html/HtmlElements.h"
+#include "html/HtmlReader.h"
 
 namespace mv {
 
@@ -98,21 +99,13 @@ class HtmlTokenizer {
   void startTag();
   void enterContent();
 
-  char peek(std::size_t distance) const;
-  template <class Belongs>
-  bool skip(Belongs belongs);
-  bool skipBlanks();
-  bool findNext(char c);
-  bool tagStands(std::string_view opening, std::string_view name) const;
   void noteAttribute(std::size_t valueAt, std::size_t valueEnd);
 
   Take take_;
   TakeSheet takeSheet_;
   HtmlElements elements_;
 
-  std::string_view page_;
-  std::size_t at_ = 0;
-  std::size_t stop_ = 0;  // of this piece
+  HtmlReader in_;
   State state_ = State::Data;
 
   // The tag that is being read.

@@ -3,7 +3,6 @@
 // time.
 #pragma once
 
-#include <QAbstractTableModel>
 #include <QStringList>
 #include <cstdint>
 #include <deque>
@@ -13,6 +12,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/TextTable.h"
 #include "store/EscapedAddress.h"
 
 namespace mv {
@@ -40,7 +40,7 @@ struct WorkRow {
   bool tagged = true;          // counts for holdsAddress
 };
 
-class WorkList : public QAbstractTableModel {
+class WorkList : public TextTable {
   Q_OBJECT
  public:
   // Column titles, the state first, then in order: id, address, user name, password, file name, file type; a shorter
@@ -65,21 +65,16 @@ class WorkList : public QAbstractTableModel {
   // Does a tagged row bear exactly this address, as listed?
   bool holdsAddress(const std::string& url) const;
 
-  // Compares texts as shown, without case first; ties keep their order.
-  void sort(int column, Qt::SortOrder order) override;
-
   int rowCount(const QModelIndex& parent = {}) const override;
-  int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ protected:
+  QString cellText(int index, int column) const override;
+  void reorder(const std::vector<int>& rows) override;
 
  private:
   void add(WorkRow row);
-  std::string cellText(const WorkRow& row, int column) const;
-  std::vector<int> sortedRows(int column, Qt::SortOrder order) const;
-  void reorder(const std::vector<int>& sorted);
 
-  QStringList titles_;
   std::deque<WorkRow> rows_;  // grows without moving those that it has
   std::unordered_map<std::int64_t, int> byLink_;
   std::unordered_set<std::string> addresses_;

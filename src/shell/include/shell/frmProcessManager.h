@@ -12,7 +12,7 @@ class frmProcessManager : public ListWindow {
   frmProcessManager();
 
  protected:
-  void fillList() override;
+  std::vector<QStringList> readRows() override;
   // "Expand", Enter and double click.
   void editChosen() override;
   void deleteChosen() override;

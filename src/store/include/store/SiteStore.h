@@ -55,6 +55,8 @@ struct SiteFieldValue {
 
 // Sites, in the order of their ids.
 std::vector<SiteListRow> listSites();
+// The names of all sites but one.
+std::vector<std::string> listOtherSiteNames(Id siteId);
 // One row, or none when the site is gone.
 std::vector<SiteListRow> loadSiteRow(Id siteId);
 // nullopt when it is gone. Base names that are empty or too long read "NewFile".

@@ -1,8 +1,11 @@
 // Small services that several windows share.
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <string>
+#include <vector>
+
+#include "store/Id.h"
 
 class QWidget;
 
@@ -24,6 +27,17 @@ QString publicAddress(const QString& address);
 // Cuts the first line, ended by CR LF, off `text` into `line`. Without a CR LF `line` is the whole text and `text`
 // empty.
 void takeFirstLine(std::string& text, std::string& line);
+
+// The rows of a list that shows `records`, whose texts `textsOf` gives.
+template <class Record, class TextsOf>
+std::vector<QStringList> rowsOf(const std::vector<Record>& records, TextsOf textsOf) {
+  std::vector<QStringList> rows;
+  rows.reserve(records.size());
+  for (const Record& record : records) rows.push_back(textsOf(record));
+  return rows;
+}
+// Name and identifier.
+std::vector<QStringList> rowsOf(const std::vector<NamedId>& records);
 
 // Moves the selected rows, in list order, with all their columns; they arrive not selected and in normal type.
 void moveSelectedItems(ListView& fromList, ListView& toList);

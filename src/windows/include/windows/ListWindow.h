@@ -1,14 +1,14 @@
 // Base of the list windows: a toolbar of text buttons, below it one list over the rest of the window, the
 // row last chosen, rebuilding on activation, the remembered place.
 //
-// A subclass sets its columns and buttons in its constructor, then calls load(). It implements fillList(), and what its
+// A subclass sets its columns and buttons in its constructor, then calls load(). It implements readRows(), and what its
 // buttons do. Delete, Enter, F2 and double click work in every list, Ctrl+A where several rows can be selected.
 #pragma once
 
 #include <QIcon>
-#include <QSet>
 #include <QString>
 #include <functional>
+#include <vector>
 
 #include "desktop/ListView.h"
 #include "windows/ChildWindow.h"
@@ -34,8 +34,8 @@ class ListWindow : public ChildWindow {
 
   // Restores the place and fills the list: the end of every subclass's constructor.
   void load();
-  // Adds the rows; the list is empty and unsorted. Raises DatabaseError.
-  virtual void fillList() = 0;
+  // The texts of the rows, in the order of the list's columns. Raises DatabaseError; the list then stays as it is.
+  virtual std::vector<QStringList> readRows() = 0;
   // Opens the chosen row; double click, Enter and F2 come here. Runs guarded.
   virtual void editChosen() {}
   // Runs guarded.
@@ -44,8 +44,8 @@ class ListWindow : public ChildWindow {
   virtual void deleteByKey() { deleteChosen(); }
 
   // Whether a rebuild ends with the rows in the order of the list's sort column and direction (the default), or in the
-  // order in which fillList() added them; a click on a header then sorts what is there.
-  void setKeepSorted(bool on) { keepSorted_ = on; }
+  // order in which readRows() has them; a click on a header then sorts what is there.
+  void setKeepSorted(bool on) { list_->setSorting(on); }
   // Whether a rebuild marks the row last chosen again (the default). Otherwise nothing is marked and nothing is chosen:
   // Delete must not act on a row that is not marked.
   void setKeepChosen(bool on) { keepChosen_ = on; }
@@ -65,12 +65,12 @@ class ListWindow : public ChildWindow {
   void rebuild();
   void choose(int row);
   int rememberedRow() const;
-  void showNewRow(const QSet<QString>& before);
-  QSet<QString> rowKeys() const;
+  void showNewRow(const std::vector<QString>& before);
+  QString rowKey(int row) const;
+  std::vector<QString> rowKeys() const;
 
   QToolBar* toolbar_;
   ListView* list_;
-  bool keepSorted_ = true;
   bool keepChosen_ = true;
   int idColumn_ = -1;
   long chosenId_ = 0;

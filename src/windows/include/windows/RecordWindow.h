@@ -30,8 +30,8 @@ class RecordWindow : public ListWindow {
     bool toolTips = true;             // of the buttons
     bool sorted = true;               // a rebuild keeps the order that a header was clicked for
     bool keepsChosen = false;         // a rebuild marks the row last chosen again
-    // Adds the rows. Raises DatabaseError.
-    std::function<void(ListView&)> fill;
+    // The texts of the rows. Raises DatabaseError.
+    std::function<std::vector<QStringList>()> readRows;
     // Deletes a record with all that refers to it. Raises DatabaseError.
     std::function<void(Id)> remove;
   };
@@ -43,7 +43,7 @@ class RecordWindow : public ListWindow {
   // May the record in `row` be deleted? A subclass that says no may tell why.
   virtual bool mayDelete(int) { return true; }
 
-  void fillList() override { description_.fill(list()); }
+  std::vector<QStringList> readRows() override { return description_.readRows(); }
   void editChosen() override;
   void deleteChosen() override;
 

@@ -35,7 +35,6 @@ class frmSitePaths : public ChildWindow {
 
  private:
   QString shownName() const;
-  void fillList();
   void selectionChanged();
   void showPathOfRow(int row);
   void browse();

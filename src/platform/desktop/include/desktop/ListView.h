@@ -1,10 +1,11 @@
 // The list in report view that managers and editors use: a row's text and its sub-items under column headers, sorting
-// by column, selection of one or several rows, drag and drop of texts. Column 0 is the row's own text. For lists of up
-// to some thousand rows; the process windows' work lists have a model of their own.
+// by column, selection of one or several rows, drag and drop of texts. Column 0 is the row's own text. Some thousand
+// rows are not felt when they are set, added or removed together; the process windows' work lists have a model of their
+// own.
 #pragma once
 
 #include <QStringList>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,7 +18,9 @@ struct ListColumn {
   bool hidden = false;  // a value that the window needs and the user does not
 };
 
-class ListView : public QTreeWidget {
+class ListRows;
+
+class ListView : public QTreeView {
   Q_OBJECT
  public:
   explicit ListView(QWidget* parent = nullptr);
@@ -28,12 +31,20 @@ class ListView : public QTreeWidget {
   QSize sizeHint() const override;
   void setMultiSelect(bool on);
 
+  // In place of the rows that there are; in their order, or, while sorting is on, in that of the list. None is
+  // selected.
+  void setRows(std::vector<QStringList> rows);
+  void clearRows() { setRows({}); }
   // Appends a row, or, while sorting is on, puts it in its place; appended, it leaves the order that a header was
   // clicked for, and the header's arrow goes. Not selected. Returns its row number.
   int addRow(const QStringList& texts, bool bold = false);
+  // The same for several at once.
+  void addRows(std::vector<QStringList> rows);
   void removeRow(int row);
-  void clearRows();
-  int rowCount() const { return topLevelItemCount(); }
+  // In ascending order. None is selected afterwards.
+  void removeRows(const std::vector<int>& rows);
+  int rowCount() const;
+  int columnCount() const;
   QString cell(int row, int column) const;
   void setCell(int row, int column, const QString& text);
   bool isBold(int row) const;
@@ -91,24 +102,25 @@ class ListView : public QTreeWidget {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
-  QStringList mimeTypes() const override;
 
  private:
   void sortNow();
   int sortedPlace(const QString& text) const;
+  QModelIndex rowAt(int row) const;
+  // The keyboard focus; what is selected stays.
+  void setFocusRow(int row);
   void moveByKey(QKeyEvent* event);
-  QTreeWidgetItem* firstStop(int key) const;
+  int firstStop(int key) const;
   // Answers a drag over the list or a drop on it.
   bool takesDrop(QDropEvent& event) const;
 
+  ListRows* rows_;
   bool sorting_ = false;
   bool headerClickSorts_ = true;
   int sortColumn_ = 0;
   bool sortDescending_ = false;  // order of the list as it stands
   bool nextClickDescending_ = false;
   bool acceptTextDrops_ = false;
-  std::function<QString()> dragText_;
 };
 
 }  // namespace mv

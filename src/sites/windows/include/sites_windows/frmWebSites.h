@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <cstdint>
 #include <deque>
-#include <map>
 #include <memory>
+#include <vector>
 
 #include "store/SiteStore.h"
 #include "windows/CommandMenu.h"
@@ -15,6 +15,7 @@ class QToolButton;
 
 namespace mv {
 
+class ListedSites;
 class SiteDeletion;
 class SiteProcesses;
 
@@ -39,7 +40,7 @@ class frmWebSites : public ListWindow {
   QTimer tmrQuit;  // 60 s; ends the program when gQuitAt has passed. Switched on by start-up only.
 
  protected:
-  void fillList() override;
+  std::vector<QStringList> readRows() override;
   // Enter, double click and F5 start the selected sites, Shift+F5 stops them; F2 opens the editor, Insert that of a new
   // site.
   void editChosen() override;
@@ -65,15 +66,14 @@ class frmWebSites : public ListWindow {
   void stopSelected();
   void stopRow(int row);
 
-  int addSiteRow(const SiteListRow& site);
   void refreshRow(Id siteId);
   Id idOfRow(int row) const;
   // As it is stored; the row shows the name without its password.
   SiteListRow siteOfRow(int row) const;
-  int rowOf(Id siteId);  // -1 when it has none
-  std::deque<Id> deletableSites();
+  int rowOf(Id siteId) const;  // -1 when it has none
+  std::deque<Id> deletableSites() const;
   bool workByKey(const QKeyEvent& event);
-  bool isRunning(int row);
+  bool isRunning(int row) const;
   void setRunning(int row, bool running);
   void offerStart(bool start);
   void rowWasChosen(int row);
@@ -88,8 +88,8 @@ class frmWebSites : public ListWindow {
   void dropFilters(const QString& text);
   void quitWhenDue();
 
-  Id selectedSiteID_ = 0;            // the row last clicked; 0 when none, or when it is gone
-  std::map<Id, SiteListRow> sites_;  // those of the rows
+  Id selectedSiteID_ = 0;  // the row last clicked; 0 when none, or when it is gone
+  std::unique_ptr<ListedSites> sites_;
   long maxConnections_ = 0;
   std::unique_ptr<SiteProcesses> processes_;
   SiteDeletion* deletion_;

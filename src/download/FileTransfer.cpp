@@ -1,4 +1,4 @@
-#include "FileRequest.h"
+#include "FileTransfer.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,14 +17,14 @@ constexpr std::size_t kLongestLoginPage = std::size_t{1} << 20;  // bytes
 
 }  // namespace
 
-FileRequest::FileRequest(InternetTransfer& transfer, LoginWatch& login, Arriving arriving)
+FileTransfer::FileTransfer(InternetTransfer& transfer, LoginWatch& login, Arriving arriving)
     : transfer_(transfer), login_(login), arriving_(std::move(arriving)) {
   transfer_.setTextLimit(kLongestLoginPage);
   timer_.setInterval(kLookInterval);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
 }
 
-void FileRequest::askForHeader(const std::string& url) {
+void FileTransfer::askForHeader(const std::string& url) {
   timer_.stop();
   url_ = url;
   mode_ = kGetHeader;
@@ -33,11 +33,11 @@ void FileRequest::askForHeader(const std::string& url) {
   transfer_.Execute(url_, "GET", BodyMode::HeadersOnly);
 }
 
-void FileRequest::readSize() { size_ = announcedSize(transfer_.GetHeader("Content-Length")); }
+void FileTransfer::readSize() { size_ = announcedSize(transfer_.GetHeader("Content-Length")); }
 
-bool FileRequest::mayBeLoginPage() { return login_.beginAnswer(transfer_); }
+bool FileTransfer::mayBeLoginPage() { return login_.beginAnswer(transfer_); }
 
-void FileRequest::askForFile(const std::string& folder) {
+void FileTransfer::askForFile(const std::string& folder) {
   mode_ = kGetFile;
   transfer_.setTargetFolder(folder);
   transfer_.Execute(url_, "Get", BodyMode::File);
@@ -45,17 +45,17 @@ void FileRequest::askForFile(const std::string& folder) {
   look();
 }
 
-void FileRequest::askForPage() {
+void FileTransfer::askForPage() {
   mode_ = kGetPage;
   transfer_.Execute(url_, "GET", BodyMode::Text);
 }
 
-bool FileRequest::isLoginPage() {
+bool FileTransfer::isLoginPage() {
   login_.look(transfer_.TakeText());
   return login_.isLoginPage();
 }
 
-void FileRequest::look() {
+void FileTransfer::look() {
   if (transfer_.StillExecuting())
     arriving_(std::min(transfer_.BytesReceived(), size_.bytes));
   else

@@ -15,13 +15,13 @@ namespace mv {
 class InternetTransfer;
 class LoginWatch;
 
-class FileRequest {
+class FileTransfer {
  public:
   // Hears several times a second how many bytes of the file have arrived: over a network that is what takes the time,
   // its body is read at once when it is whole. Must not throw.
   using Arriving = std::function<void(std::int64_t bytes)>;
   // Both outlive this.
-  FileRequest(InternetTransfer& transfer, LoginWatch& login, Arriving arriving);
+  FileTransfer(InternetTransfer& transfer, LoginWatch& login, Arriving arriving);
 
   // What the transfer's answer belongs to: kGetHeader, kGetFile or kGetPage; "" before.
   std::string_view mode() const { return mode_; }
