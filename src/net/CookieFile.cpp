@@ -64,7 +64,7 @@ bool keepsItsPrefix(const Fields& fields) {
 // "" when it is a cookie.
 std::string flawOf(const Fields& fields, std::size_t count) {
   if (count < kMostFields - 1 || count > kMostFields)
-    return std::to_string(count) + " fields where 7 belong, separated by tabs";
+    return std::to_string(count) + (count == 1 ? " field" : " fields") + " where 7 belong, separated by tabs";
   const auto domain = fields[kDomain];
   if (domain.empty() || domain.find_first_of(" /:") != std::string_view::npos) return "no domain in the first field";
   if (!isFlag(fields[kBelow])) return "neither TRUE nor FALSE in the second field";

@@ -63,6 +63,8 @@ std::string scanOutcomeText(const ScanStatus& status, long failed) {
     const std::string place = "At " + std::to_string(status.pagePercent) + " % of a long page.";
     return outcomes.empty() ? place : outcomes + ". " + place;
   }
+  // The first one, the start page, is on its way.
+  if (outcomes.empty() && status.waiting == WaitingRows()) return "No page yet.";
   if (outcomes.empty()) return "No page yet. " + waitingText(status.waiting, "page");
   if (status.waiting.listed > 0 && !status.onlyStartPage) return outcomes + ". " + waitingText(status.waiting, "page");
   return outcomes + ". Start page next.";

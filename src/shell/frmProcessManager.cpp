@@ -1,5 +1,6 @@
 #include "shell/frmProcessManager.h"
 
+#include "desktop/ListColumns.h"
 #include "windows/ListHelpers.h"
 #include "windows/ToolIcons.h"
 #include "windows/WindowRegistry.h"
@@ -19,7 +20,7 @@ frmProcessManager::frmProcessManager() : ListWindow(kProcessManager, kWidth, kHe
   list().setObjectName("lvwProcesses");
   list().setAccessibleName("Processes");
   list().setColumns({{"Process and Site Name"}});
-  list().setEmptyText("No site is running. Start one in the Web Sites window.");
+  setEmptyText(list(), "No site is running. Start one in the Web Sites window.");
   addButton("    Expand    ", "Show the window of the selected process", toolIcon("expand"), [this] { editChosen(); });
   addButton("Delete", "End the selected process", toolIcon("delete"), [this] { deleteChosen(); });
   listenTo(&Events::processesChanged, [this] { buildWorkingLists("init"); });

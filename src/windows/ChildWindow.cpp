@@ -23,6 +23,8 @@ namespace {
 constexpr int kReachable = 80;
 // No window is held open by its contents: a small one scrolls.
 constexpr QSize kSmallest(120, 60);
+// So many windows that one more is opened without a long look for the place where it covers least.
+constexpr std::size_t kMostCompared = 30;
 
 // The area leaves nobody active when the active window hides.
 void activateTopmost(QMdiArea& area) {
@@ -214,9 +216,8 @@ void ChildWindow::setPlace(const TwipRect& place) {
   const QMdiArea* area = frame_->mdiArea();
   if (area && area->isVisible()) {
     const QSize space = area->viewport()->size();
-    const int titleBar = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
     pixels.moveLeft(std::max(std::min(pixels.left(), space.width() - kReachable), kReachable - pixels.width()));
-    pixels.moveTop(std::max(std::min(pixels.top(), space.height() - titleBar), 0));
+    pixels.moveTop(std::max(std::min(pixels.top(), space.height() - titleBar()), 0));
   }
   frame_->setGeometry(pixels);
 }
@@ -228,27 +229,36 @@ void ChildWindow::openFirst() {
 
 QPoint ChildWindow::firstPoint(const QSize& size) const {
   if (opens_ == Opens::AtTopLeft) return {};
-  const auto free = opens_ == Opens::InFreeSpace ? freePoint(size) : std::nullopt;
-  return free ? *free : within(cascadedPoint(), size);
+  return opens_ == Opens::InFreeSpace ? pointAmongOthers(size) : within(cascadedPoint(), size);
 }
 
-// Below the window that it belongs to, else where it covers no other one, with room for those that will follow it.
-std::optional<QPoint> ChildWindow::freePoint(const QSize& size) const {
-  const QSize room = frame_->mdiArea()->viewport()->size();
-  std::vector<QRect> taken;
+std::vector<QRect> ChildWindow::placesOfOthers() const {
+  std::vector<QRect> places;
   for (const ChildWindow* other : loadedWindows())
-    if (other != this && other->keepsItsPlace()) taken.push_back(other->frame_->normalGeometry());
-  if (const ChildWindow* above = standsBelow()) {
-    const QRect place(above->frame_->geometry().bottomLeft() + QPoint(0, 1), size);
-    if (isFree(room, place, taken)) return place.topLeft();
-  }
-  const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
-  const auto place = freePlace(room, withFollowers, taken);
-  return place ? place : freePlace(room, size, taken);
+    if (other != this && other->keepsItsPlace()) places.push_back(other->frame_->normalGeometry());
+  return places;
 }
+
+// Below the window that it belongs to, else where it covers no other one, with room for those that will follow it, else
+// where it covers least.
+QPoint ChildWindow::pointAmongOthers(const QSize& size) const {
+  const QSize room = frame_->mdiArea()->viewport()->size();
+  const std::vector<QRect> taken = placesOfOthers();
+  const ChildWindow* above = standsBelow();
+  const QRect below = above ? QRect(above->frame_->geometry().bottomLeft() + QPoint(0, 1), size) : QRect();
+  if (above && isFree(room, below, taken)) return below.topLeft();
+  const QSize withFollowers(size.width(), size.height() * (1 + windowsToFollow()));
+  for (const QSize& wanted : {withFollowers, size})
+    if (const auto place = freePlace(room, wanted, taken)) return *place;
+  if (above && QRect(QPoint(), room).contains(below)) return below.topLeft();
+  if (taken.size() > kMostCompared) return within(cascadedPoint(), size);
+  return leastCoveringPlace(room, withFollowers.height() > room.height() ? size : withFollowers, taken, titleBar());
+}
+
+int ChildWindow::titleBar() const { return frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_); }
 
 QPoint ChildWindow::cascadedPoint() const {
-  const int step = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame_);
+  const int step = titleBar();
   const QSize space = frame_->mdiArea()->viewport()->size() / 2;
   const int steps = std::max(1, std::min(space.width(), space.height()) / step);
   const auto opened = std::count_if(loadedWindows().begin(), loadedWindows().end(), [this](const ChildWindow* other) {
@@ -261,8 +271,14 @@ QPoint ChildWindow::cascadedPoint() const {
 void ChildWindow::setOwnHeight(int height) {
   size_.setOwnHeight(height);
   const QSize given(size_.kept(frame_->normalGeometry().size()).width(), height);
+  // Where it stood before it had to move to be in view, unless it has been moved since.
+  if (movedIntoView_ && frame_->pos() == movedIntoView_->second) frame_->move(movedIntoView_->first);
+  movedIntoView_.reset();
   frame_->resize(shownSize(given));
-  if (frame_->mdiArea()->isVisible()) frame_->move(within(frame_->pos(), frame_->size()));
+  if (!frame_->mdiArea()->isVisible()) return;
+  const QPoint before = frame_->pos();
+  frame_->move(within(before, frame_->size()));
+  if (frame_->pos() != before) movedIntoView_ = {before, frame_->pos()};
 }
 
 // `place`, moved so that a window of `size` is in view as a whole, where it has room.

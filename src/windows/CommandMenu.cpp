@@ -26,12 +26,13 @@ void open(QWidget& owner, const QPoint& place, const Commands& commands) {
 
 }  // namespace
 
-void offerCommands(QAbstractItemView& list, std::function<Commands(int row)> commandsOf) {
+void offerCommands(QAbstractItemView& list, std::function<Commands(int row)> commandsOf,
+                   std::function<Commands()> elsewhere) {
   list.setContextMenuPolicy(Qt::CustomContextMenu);
   QObject::connect(&list, &QWidget::customContextMenuRequested, &list,
-                   [&list, commandsOf = std::move(commandsOf)](const QPoint& at) {
+                   [&list, commandsOf = std::move(commandsOf), elsewhere = std::move(elsewhere)](const QPoint& at) {
                      const QModelIndex row = list.indexAt(at);
-                     if (row.isValid()) open(list, list.viewport()->mapToGlobal(at), commandsOf(row.row()));
+                     open(list, list.viewport()->mapToGlobal(at), row.isValid() ? commandsOf(row.row()) : elsewhere());
                    });
 }
 

@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 
+#include "desktop/ListColumns.h"
 #include "windows/ListHelpers.h"
 
 namespace mv {
@@ -28,6 +29,8 @@ void ListPair::connectControls(const Controls& controls, const QString& column, 
   toAvailable_ = controls.toAvailable;
   lay(*available_, column, {kIdTitle});
   lay(*assigned_, column, QStringList{kIdTitle} + assignedHidden);
+  setEmptyText(*available_, "None is left. Press New to make one.");
+  setEmptyText(*assigned_, "None yet. Select rows on the left and press >.");
   connect(available_, &ListView::entered, this, [this] { allowMove(true); });
   connect(available_, &ListView::rowChosen, this, [this] { allowMove(true); });
   connect(assigned_, &ListView::entered, this, [this] { allowMove(false); });

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktop/Dialogs.h"
+#include "desktop/ListColumns.h"
 #include "windows/RecordEditor.h"
 #include "windows/ToolIcons.h"
 
@@ -27,7 +28,7 @@ RecordWindow::RecordWindow(Description description)
   setKeepSorted(description_.sorted);
   setKeepChosen(description_.keepsChosen);
   if (description_.opensInFreeSpace) setOpens(Opens::InFreeSpace);
-  list().setEmptyText(QString("Press New to describe a first %1.").arg(lowerCase(description_.kind)));
+  setEmptyText(list(), QString("Press New to describe a first %1.").arg(lowerCase(description_.kind)));
   addButtons();
 }
 

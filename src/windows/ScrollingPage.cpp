@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QLayout>
+#include <algorithm>
 
 namespace mv {
 
@@ -16,8 +17,10 @@ const QLayout* ScrollingPage::contents() const { return widget() ? widget()->lay
 
 bool ScrollingPage::hasHeightForWidth() const { return contents() && contents()->hasHeightForWidth(); }
 
+// What takes any room that is left, a list of rows, counts with its least height only in the second one.
 int ScrollingPage::heightForWidth(int width) const {
-  return contents() ? contents()->totalHeightForWidth(width) : QScrollArea::heightForWidth(width);
+  if (!contents()) return QScrollArea::heightForWidth(width);
+  return std::max(contents()->totalHeightForWidth(width), contents()->totalMinimumHeightForWidth(width));
 }
 
 QSize ScrollingPage::sizeHint() const {

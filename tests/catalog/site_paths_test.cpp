@@ -121,6 +121,12 @@ TEST_F(SitePaths, ATypedFolderIsStoredOrItIsSaidWhyNot) {
   QTest::keyClick(&control<QLineEdit>(window, "txtPath"), Qt::Key_Return);
   EXPECT_NE(lastMessage().find("cannot be created"), std::string::npos);
   EXPECT_EQ(stored("gif"), folder() + "/typed here");
+  EXPECT_EQ(shown(), "/proc/none/of/this") << "to be corrected";
+  auto& box = control<QLineEdit>(window, "txtPath");
+  EXPECT_EQ(window->focusWidget(), &box);
+  dialogs.forgetMessages();
+  QTest::keyClick(&box, Qt::Key_Return);
+  EXPECT_TRUE(dialogs.messages().empty()) << "said once";
   EXPECT_EQ(shown().toStdString(), folder() + "/typed here");
 }
 

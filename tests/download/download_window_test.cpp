@@ -2,11 +2,15 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QMenu>
 #include <QPointer>
 #include <QProgressBar>
 #include <QScopeGuard>
+#include <QTest>
+#include <QTreeView>
 #include <thread>
 
+#include "desktop/Browser.h"
 #include "desktop/PictureDisplay.h"
 #include "download/DownloadTest.h"
 #include "download_windows/frmDownload.h"
@@ -125,6 +129,29 @@ TEST_F(DownloadWindowTest, ThePreviewShowsTheLastPictureOnceItIsLookedAt) {
   addFile("/three.png", png.toStdString(), "png");
   ASSERT_TRUE(waitFor([this] { return allDone(); }));
   EXPECT_EQ(preview->picturePath(), path("three.png"));
+
+  QStringList opened;
+  mv::setBrowserOpener([&opened](const QString& address) {
+    opened << address;
+    return true;
+  });
+  const auto reset = qScopeGuard([] { mv::setBrowserOpener({}); });
+  QTest::mouseDClick(preview, Qt::LeftButton);
+  QTest::keyClick(preview, Qt::Key_Return);
+  const QString file = "file://" + QString::fromStdString(path("three.png"));
+  EXPECT_EQ(opened, QStringList({file, file}));
+}
+
+// The rows of a round go with its end; the way to the files stays.
+TEST_F(DownloadWindowTest, AnEmptyListLeadsToTheFolder) {
+  window->initWindow();
+  auto& list = control<QTreeView>(window, "lvwLinks");
+  ASSERT_EQ(list.model()->rowCount(), 0);
+  Q_EMIT list.customContextMenuRequested({5, 5});
+  const auto* menu = list.findChild<QMenu*>({}, Qt::FindDirectChildrenOnly);
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 1);
+  EXPECT_EQ(menu->actions()[0]->objectName(), "mnuRowFolder");
 }
 
 TEST_F(DownloadWindowTest, ClosingTheSiteWhileAFileIsSavedLeavesNoPartOfIt) {

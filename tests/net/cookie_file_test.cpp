@@ -25,7 +25,7 @@ TEST(CookieLines, AreReadOrNamedWithoutTheirValue) {
       {"__x\tFALSE\t/\tTRUE\t0\t__Host-a\tsecret", ""},
       {"# a comment", ""},
       {" \t", ""},
-      {"name=secret; path=/", "1 fields where 7 belong, separated by tabs"},
+      {"name=secret; path=/", "1 field where 7 belong, separated by tabs"},
       {good + "\tmore", "8 fields where 7 belong, separated by tabs"},
       {"http://host\tFALSE\t/\tFALSE\t0\tname\tsecret", "no domain in the first field"},
       {"host\t1\t/\tFALSE\t0\tname\tsecret", "neither TRUE nor FALSE in the second field"},
@@ -107,7 +107,7 @@ TEST_F(CookieFileTest, WhatIsWrongWithItStandsInTheLog) {
   const CookieFile file(path, 10);
   EXPECT_EQ(cookies(site.url("/")), "good=one");
   const std::string log = readFile(mv::errorLogPath());
-  EXPECT_NE(log.find("line 1 of " + path + " is not taken: 1 fields"), std::string::npos) << log;
+  EXPECT_NE(log.find("line 1 of " + path + " is not taken: 1 field "), std::string::npos) << log;
   EXPECT_NE(log.find("line 3 of "), std::string::npos) << log;
   EXPECT_NE(log.find("can be read by other users"), std::string::npos) << log;
   EXPECT_EQ(log.find("secret"), std::string::npos) << log;

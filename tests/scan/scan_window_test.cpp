@@ -97,6 +97,23 @@ TEST_F(ScanWindowTest, SelectsThePageTakenUpAndSortsByItsHeader) {
   EXPECT_TRUE(waitFor([&] { return list.selectionModel()->isRowSelected(0); }));
 }
 
+// Else the row would go from under a double click.
+TEST_F(ScanWindowTest, LeavesTheListForAWhileToTheUserWhoIsAtIt) {
+  addLink(20, "h/b.htm");
+  addLink(9, "h/a.htm");
+  window->initWindow();
+  clickDetails();
+  window->process().tmrOKToDownload.stop();
+  QTreeView& list = control<QTreeView>(window, "lvwLinks");
+  QCoreApplication::processEvents();
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(2, 0)).center());
+  const auto isChosen = [&list] { return list.selectionModel()->isRowSelected(2); };
+  window->process().crawlStep();
+  ASSERT_TRUE(waitFor([this] { return text("lblPagesProcessed") == "Processed: 1"; }));
+  EXPECT_TRUE(isChosen());
+  EXPECT_TRUE(waitFor([&] { return !isChosen(); })) << "for good";
+}
+
 TEST_F(ScanWindowTest, ClosedByItsUserItHidesAndScansOn) {
   site.page("/", R"(<a href="a.htm">)");
   window->closeRequested();

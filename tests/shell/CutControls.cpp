@@ -15,6 +15,7 @@
 #include <QTreeView>
 
 #include "Pages.h"
+#include "windows/ElidedLabel.h"
 
 namespace mvtest {
 
@@ -95,6 +96,10 @@ class Look {
 
   void lookAtLabel(const QLabel& label) {
     if (label.text().isEmpty() || label.pixmap().width() > 0) return;
+    if (const auto* elided = qobject_cast<const mv::ElidedLabel*>(&label)) {
+      if (elided->isCut()) say(label, "\"" + label.text() + "\" is cut");
+      return;
+    }
     const QRect room = label.contentsRect();
     if (!label.wordWrap()) {
       if (label.fontMetrics().horizontalAdvance(label.text().remove('&')) > room.width() ||

@@ -78,6 +78,39 @@ TEST_F(PlacesTest, ProcessWindowsCoverNothingAndADownloadStandsBelowItsScan) {
   EXPECT_FALSE(rectOf(find<frmFilterManager>()).contains(rectOf(find<frmWebSites>()))) << "filters are dragged there";
 }
 
+TEST_F(PlacesTest, WhereNoRoomIsFreeProcessWindowsCoverTheLeast) {
+  addSite("127.0.0.1:1/only", folder());
+  auto* sites = showSingle<frmWebSites>();
+  const QRect room = main_->mdiArea().viewport()->rect();
+  const QRect most = room.adjusted(0, 0, -200, -100);
+  sites->setPlace({0, 0, pixelsToTwips(most.height()), pixelsToTwips(most.width())});
+  const std::vector<ChildWindow*> windows = startSites(0);
+  ASSERT_EQ(windows.size(), 2U);
+  for (const ChildWindow* window : windows) {
+    EXPECT_TRUE(room.contains(rectOf(window)));
+    EXPECT_EQ(rectOf(window).right(), room.right());
+  }
+  EXPECT_EQ(rectOf(windows[1]).topLeft(), rectOf(windows[0]).bottomLeft() + QPoint(0, 1));
+  EXPECT_EQ(rectOf(windows[1]).bottom(), room.bottom());
+}
+
+TEST_F(PlacesTest, AWindowThatItsDetailsHavePushedUpGoesBackWithoutThem) {
+  const std::vector<ChildWindow*> windows = startSites(1);
+  auto* download = dynamic_cast<ProcessWindow*>(windows[1]);
+  QWidget& frame = *download->parentWidget();
+  const QPoint low(40, main_->mdiArea().viewport()->height() - frame.height());
+  frame.move(low);
+  download->toggleDetails();
+  EXPECT_LT(frame.y(), low.y());
+  download->toggleDetails();
+  EXPECT_EQ(frame.pos(), low);
+
+  download->toggleDetails();
+  frame.move(80, 0);
+  download->toggleDetails();
+  EXPECT_EQ(frame.pos(), QPoint(80, 0)) << "where the user has put it";
+}
+
 TEST_F(PlacesTest, ManagersOpenBesideTheSitesThatFiltersAreDraggedTo) {
   showSingle<frmWebSites>();
   choose("mnuToolsFilterManager");

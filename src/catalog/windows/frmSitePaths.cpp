@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kWidth = 5500;   // twips
 constexpr int kHeight = 3600;  // twips
+constexpr int kPathCharacters = 30;
 constexpr const char* kNoPath = "none";
 
 enum Column { kExtension, kId };
@@ -32,6 +33,7 @@ frmSitePaths::frmSitePaths() : ChildWindow(kWidth, kHeight), ui_(std::make_uniqu
   ListView& list = *ui_->lvwFiletypesAssigned;
   list.setColumns({{"Extension", 10}, {"Id", 0, true}});
   list.setMinimumWidth(columnsWidth(list));
+  ui_->frmPath->setMinimumWidth(kPathCharacters * fontMetrics().averageCharWidth());
   list.setSorting(true);
   connect(&list, &ListView::rowChosen, this, [this](int row) { run([&] { showPathOfRow(row); }); });
   connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -114,15 +116,16 @@ bool frmSitePaths::makeFolder(const QString& folder) {
 
 void frmSitePaths::takeTypedFolder() {
   const int row = ui_->lvwFiletypesAssigned->currentSelectedRow();
-  if (row < 0 || !ui_->txtPath->isModified()) return;
-  ui_->txtPath->setModified(false);
+  if (row < 0) return;
   const QString typed = ui_->txtPath->text().trimmed();
+  // An emptied box is no folder, nor is one that could not be made and was left as it is: the stored one stays.
+  if (!ui_->txtPath->isModified() || typed.isEmpty()) return showPathOfRow(row);
+  ui_->txtPath->setModified(false);
   const QString folder = QDir::cleanPath(QFileInfo(typed).absoluteFilePath());
-  // An emptied box is no folder: the one that is stored stays.
-  if (typed.isEmpty() || !makeFolder(folder) || isUnloaded())
-    showPathOfRow(row);
-  else
+  if (makeFolder(folder))
     saveFolder(folder);
+  else if (!isUnloaded())
+    ui_->txtPath->setFocus();
 }
 
 void frmSitePaths::saveFolder(const QString& folder) {

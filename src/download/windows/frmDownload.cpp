@@ -1,12 +1,14 @@
 #include "download_windows/frmDownload.h"
 
-#include <QEvent>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <utility>
 
 #include "app/Events.h"
 #include "app/Settings.h"
 #include "base/Text.h"
+#include "base/ToolTip.h"
+#include "desktop/ListColumns.h"
 #include "download/DownloadTexts.h"
 #include "ui_frmDownload.h"
 #include "windows/ListHelpers.h"
@@ -22,6 +24,7 @@ frmDownload::frmDownload(std::unique_ptr<DownloadProcess> process)
   setCaption(frmDownload::positionKey());
   connectControls({ui_->lblSiteId, ui_->pbarSave, ui_->btnDetails, ui_->details, ui_->lvwLinks, ui_->lblState,
                    ui_->lblInfoErrorFile, ui_->lblInfoErrorReason, ui_->lblInfoErrorTime, ui_->lblInfoErrorCount});
+  setEmptyText(*ui_->lvwLinks, "No file waits. A right click opens the folder of those that are saved.");
   ui_->Gear1->installEventFilter(this);
   offerCommands(*ui_->Gear1, [this] { return previewCommands(); });
   showStatus();
@@ -53,9 +56,13 @@ std::string frmDownload::stateText() const { return outcomeText(process_->status
 
 // --- the way to the files
 
+Command frmDownload::folderCommand(const QString& folder) {
+  return {"mnuRowFolder", "Open &Folder", [this, folder] { run([&] { openPath(this, folder); }); }};
+}
+
 Commands frmDownload::fileCommands(const QString& path, const QString& folder) {
   return {{"mnuRowOpen", "&Open", [this, path] { run([&] { openPath(this, path); }); }, !path.isEmpty()},
-          {"mnuRowFolder", "Open &Folder", [this, folder] { run([&] { openPath(this, folder); }); }}};
+          folderCommand(folder)};
 }
 
 Commands frmDownload::commandsOf(int row) {
@@ -70,8 +77,10 @@ void frmDownload::openRow(int row) {
   if (!path.isEmpty()) openPath(this, path);
 }
 
+Commands frmDownload::commandsOfList() { return {folderCommand(toQString(process_->folder()))}; }
+
 Commands frmDownload::previewCommands() {
-  const QString path = toQString(lastSaved_);
+  const QString path = toQString(ui_->Gear1->picturePath());
   if (path.isEmpty()) return {};
   return fileCommands(path, QFileInfo(path).path());
 }
@@ -101,7 +110,18 @@ void frmDownload::showStatus() {
 
 bool frmDownload::eventFilter(QObject* watched, QEvent* event) {
   if (watched == ui_->Gear1 && event->type() == QEvent::Show) showPreview();
+  if (watched == ui_->Gear1 && opensFile(*event)) {
+    if (const QString path = toQString(ui_->Gear1->picturePath()); !path.isEmpty()) openPath(this, path);
+    return true;
+  }
   return ProcessWindow::eventFilter(watched, event);
+}
+
+bool frmDownload::opensFile(const QEvent& event) {
+  if (event.type() == QEvent::MouseButtonDblClick) return true;
+  if (event.type() != QEvent::KeyPress) return false;
+  const int key = static_cast<const QKeyEvent&>(event).key();
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 void frmDownload::fileSaved(const std::string& path) {
@@ -114,7 +134,10 @@ void frmDownload::fileSaved(const std::string& path) {
 void frmDownload::showPreview() {
   if (!previewDue_) return;
   previewDue_ = false;
-  run([this] { ui_->Gear1->setPicture(lastSaved_); });
+  run([this] {
+    ui_->Gear1->setPicture(lastSaved_);
+    ui_->Gear1->setToolTip(plainToolTip(toQString(lastSaved_)));
+  });
 }
 
 }  // namespace mv

@@ -2,10 +2,12 @@
 
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QToolTip>
 #include <QTreeView>
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "base/ProgramName.h"
@@ -44,6 +46,31 @@ class CutCells : public QObject {
   }
 
   QTreeView& list_;
+};
+
+// Drawn before the view draws its rows, which then are none.
+class EmptyText : public QObject {
+ public:
+  EmptyText(QTreeView& list, QString text) : QObject(&list), list_(list), text_(std::move(text)) {
+    list.viewport()->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint && list_.model()->rowCount() == 0) draw();
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void draw() {
+    QPainter painter(list_.viewport());
+    painter.setPen(list_.palette().color(QPalette::PlaceholderText));
+    const QRect room = list_.viewport()->rect().marginsRemoved({kMargin, kMargin, kMargin, kMargin});
+    painter.drawText(room, static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), text_);
+  }
+
+  static constexpr int kMargin = 8;
+  QTreeView& list_;
+  QString text_;
 };
 
 class RoomyColumn : public QObject {
@@ -151,6 +178,8 @@ int columnsWidth(const QTreeView& list) {
 void giveRoom(QTreeView& list, int column) { new RoomyColumn(list, column); }
 
 void tellCutCells(QTreeView& list) { new CutCells(list); }
+
+void setEmptyText(QTreeView& list, const QString& text) { new EmptyText(list, text); }
 
 void keepColumnWidths(QTreeView& list, const QString& name) { new LastingWidths(list, name); }
 

@@ -8,7 +8,6 @@
 #include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QPainter>
 #include <algorithm>
 #include <cstdlib>
 
@@ -19,7 +18,6 @@ namespace mv {
 namespace {
 
 constexpr int kRowsAskedFor = 4;
-constexpr int kEmptyTextMargin = 8;
 
 bool isMovement(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Home || key == Qt::Key_End ||
@@ -68,21 +66,6 @@ QSize ListView::sizeHint() const {
   const int row = fontMetrics().height() + 2 * frameWidth();
   return QSize(columnsWidth(*this), header()->sizeHint().height() + kRowsAskedFor * row + 2 * frameWidth())
       .expandedTo(minimumSize());
-}
-
-void ListView::setEmptyText(const QString& text) {
-  emptyText_ = text;
-  viewport()->update();
-}
-
-void ListView::paintEvent(QPaintEvent* event) {
-  QTreeView::paintEvent(event);
-  if (rowCount() > 0 || emptyText_.isEmpty()) return;
-  QPainter painter(viewport());
-  painter.setPen(palette().color(QPalette::PlaceholderText));
-  const QRect room =
-      viewport()->rect().adjusted(kEmptyTextMargin, kEmptyTextMargin, -kEmptyTextMargin, -kEmptyTextMargin);
-  painter.drawText(room, static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), emptyText_);
 }
 
 void ListView::setMultiSelect(bool on) { setSelectionMode(on ? ExtendedSelection : SingleSelection); }

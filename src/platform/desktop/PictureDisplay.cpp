@@ -4,6 +4,7 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QStyleOptionFocusRect>
 #include <utility>
 
 #include "base/Text.h"
@@ -101,10 +102,21 @@ QSize PictureDisplay::sizeHint() const { return kPreferredSize; }
 
 void PictureDisplay::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (image_.isNull()) {
+  // Behind the picture, which the frame's fill would tint.
+  if (hasFocus()) paintFocus(painter);
+  if (image_.isNull())
     painter.drawText(rect(), static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), note_);
-    return;
-  }
+  else
+    paintPicture(painter);
+}
+
+void PictureDisplay::paintFocus(QPainter& painter) const {
+  QStyleOptionFocusRect focus;
+  focus.initFrom(this);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+}
+
+void PictureDisplay::paintPicture(QPainter& painter) const {
   QRect place({}, shownSize(naturalSize_));
   place.moveCenter(rect().center());
   painter.setRenderHint(QPainter::SmoothPixmapTransform);

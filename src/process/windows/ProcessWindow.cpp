@@ -23,8 +23,15 @@ constexpr const char* kShowDetails = "Show Details";
 constexpr const char* kHideDetails = "Hide Details";
 
 // Characters, from the first column on.
-constexpr int kColumnWidths[] = {7, 7, 28, 8, 8, 12, 4};
+constexpr int kColumnWidths[] = {8, 7, 28, 8, 8, 12, 4};
 constexpr int kAddressColumn = 2;
+// So long the list stays where the user has put it: a row must not go from under a double click.
+constexpr int kHandsOffMs = 3000;
+
+bool isOfMouse(const QEvent& event) {
+  return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick ||
+         event.type() == QEvent::Wheel;
+}
 
 int asProgress(long value) { return static_cast<int>(std::clamp<long>(value, 0, std::numeric_limits<int>::max())); }
 
@@ -46,6 +53,9 @@ void ProcessWindow::setUpLinks() {
   QTreeView& links = *controls_.links;
   links.setModel(&process_.lvwLinks);
   links.installEventFilter(this);
+  links.viewport()->installEventFilter(this);
+  handsOff_.setSingleShot(true);
+  handsOff_.setInterval(kHandsOffMs);
   QHeaderView& header = *links.header();
   header.setSectionsClickable(true);
   header.setStretchLastSection(false);
@@ -62,12 +72,14 @@ Commands ProcessWindow::commandsOf(int row) {
 }
 
 void ProcessWindow::wire() {
-  offerCommands(*controls_.links, [this](int row) { return commandsOf(row); });
+  offerCommands(
+      *controls_.links, [this](int row) { return commandsOf(row); }, [this] { return commandsOfList(); });
   connect(controls_.links, &QTreeView::activated, this,
           [this](const QModelIndex& row) { run([&] { openRow(row.row()); }); });
   connect(controls_.detailsButton, &QPushButton::clicked, this, [this] { run([this] { toggleDetails(); }); });
   connect(controls_.links->header(), &QHeaderView::sectionClicked, this,
           [this](int column) { run([this, column] { sortLinks(column); }); });
+  connect(&handsOff_, &QTimer::timeout, this, [this] { run([this] { showTakenRow(); }); });
   connect(&process_, &Process::viewChanged, this, [this] { run([this] { refresh(); }); });
   connect(&process_, &Process::stopped, this, [this] { readyToDelete(); });
   connect(&process_, &Process::siteGone, this, [this] { closeProcess(*this); });
@@ -101,6 +113,7 @@ void ProcessWindow::setDetailsShown(bool shown) {
 }
 
 bool ProcessWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == controls_.links->viewport() && isOfMouse(*event)) handsOff_.start();
   if (watched == controls_.links && event->type() == QEvent::Show) showTakenRow();
   const bool key = watched == controls_.links && event->type() == QEvent::KeyPress;
   // Left to itself the view takes Escape for the beginning of a search.
@@ -119,7 +132,7 @@ void ProcessWindow::sortLinks(int column) {
 
 void ProcessWindow::showTakenRow() {
   // A hidden list would lay all of its rows out for it; it is told when it shows.
-  if (process_.takenRow() == shownRow_ || !controls_.links->isVisible()) return;
+  if (process_.takenRow() == shownRow_ || !controls_.links->isVisible() || handsOff_.isActive()) return;
   shownRow_ = process_.takenRow();
   // Makes it the selected row too, and scrolls to it.
   if (shownRow_.isValid()) controls_.links->setCurrentIndex(shownRow_);

@@ -10,6 +10,17 @@
 
 namespace mv {
 
+namespace {
+
+// Than http:// and https://.
+bool hasOtherScheme(const QString& location) {
+  const qsizetype scheme = location.indexOf("://");
+  return scheme >= 0 && location.indexOf(u'/') == scheme + 1 && !location.startsWith("http://") &&
+         !location.startsWith("https://");
+}
+
+}  // namespace
+
 // --- Required Info
 
 RequiredInfoPage::RequiredInfoPage(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::RequiredInfoPage>()) {
@@ -63,6 +74,8 @@ void RequiredInfoPage::showHint(const QString& typed) {
     hint = "Another web site has this address already.";
   else if (typed.startsWith("https://"))
     hint = "With https:// the pages and files of this site come by https only.";
+  else if (hasOtherScheme(typed))
+    hint = "Only addresses that begin with http:// or https://, or with neither, can be harvested.";
   ui_->lblURLHint->setText(hint);
 }
 

@@ -15,6 +15,7 @@
 #include "base/Text.h"
 #include "base/WebAddress.h"
 #include "desktop/Dialogs.h"
+#include "desktop/ListColumns.h"
 #include "sites_windows/frmNew.h"
 #include "store/LinkCleaner.h"
 #include "store/Preferences.h"
@@ -82,7 +83,7 @@ void frmWebSites::buildList() {
                      {"Hops", 4},
                      {"Unique Names", 4},
                      {"Base Name", 12}});
-  list().setEmptyText("Press New to describe a first web site.");
+  setEmptyText(list(), "Press New to describe a first web site.");
   list().setMultiSelect(true);
   list().setAcceptTextDrops(true);
   list().installEventFilter(this);

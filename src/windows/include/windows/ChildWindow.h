@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "app/Events.h"
 #include "app/ReportError.h"
@@ -63,7 +64,7 @@ class ChildWindow : public QWidget {
   ChildWindow(int width, int height);
 
   // Where a window opens that has been given no place: at the top left; where the title bars of the windows opened
-  // before stay in reach; where it covers no other window, and cascaded when there is no such place.
+  // before stay in reach; where it covers no other window, or least of them when there is no such place.
   enum class Opens { AtTopLeft, Cascaded, InFreeSpace };
   void setOpens(Opens where) { opens_ = where; }
   // Windows of its size that will want to stand below it: it opens where there is room for them, too.
@@ -140,15 +141,18 @@ class ChildWindow : public QWidget {
   QSize shownSize(const QSize& twips);
   void openFirst();
   QPoint firstPoint(const QSize& size) const;
-  std::optional<QPoint> freePoint(const QSize& size) const;
+  std::vector<QRect> placesOfOthers() const;
+  QPoint pointAmongOthers(const QSize& size) const;
+  int titleBar() const;  // pixels
   QPoint cascadedPoint() const;
   QPoint within(const QPoint& place, const QSize& size) const;
 
   Frame* frame_;
   FirstSize size_;
   Opens opens_ = Opens::AtTopLeft;
-  bool opened_ = false;  // has been shown
-  bool placed_ = false;  // has been given a place
+  bool opened_ = false;                                     // has been shown
+  bool placed_ = false;                                     // has been given a place
+  std::optional<std::pair<QPoint, QPoint>> movedIntoView_;  // from, to
   int busy_ = 0;
   bool unloaded_ = false;
 };

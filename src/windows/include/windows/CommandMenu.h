@@ -18,9 +18,11 @@ struct Command {
 };
 using Commands = std::vector<Command>;
 
-// `commandsOf` answers what is offered for a row, which has been selected; asked whenever the menu opens. None: no
-// menu.
-void offerCommands(QAbstractItemView& list, std::function<Commands(int row)> commandsOf);
+// `commandsOf` answers what is offered for a row, which has been selected, `elsewhere` what is where no row is; asked
+// whenever the menu opens. None: no menu.
+void offerCommands(
+    QAbstractItemView& list, std::function<Commands(int row)> commandsOf,
+    std::function<Commands()> elsewhere = [] { return Commands(); });
 void offerCommands(QWidget& control, std::function<Commands()> commands);
 
 }  // namespace mv

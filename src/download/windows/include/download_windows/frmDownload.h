@@ -32,9 +32,10 @@ class frmDownload : public ProcessWindow {
   const ChildWindow* standsBelow() const override;
   std::string stateText() const override;
   Commands commandsOf(int row) override;
+  Commands commandsOfList() override;
   void openRow(int row) override;
   void refresh() override;
-  // The preview comes into view.
+  // The preview comes into view, or its file is opened.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -44,7 +45,10 @@ class frmDownload : public ProcessWindow {
   // Pictures are decoded only while they can be seen; the last one saved is caught up with.
   void fileSaved(const std::string& path);
   void showPreview();
+  // Of the preview: a double click, or Enter.
+  static bool opensFile(const QEvent& event);
   Commands previewCommands();
+  Command folderCommand(const QString& folder);
   Commands fileCommands(const QString& path, const QString& folder);
 
   std::unique_ptr<Ui::frmDownload> ui_;

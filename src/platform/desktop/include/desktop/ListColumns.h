@@ -1,5 +1,5 @@
-// What every list in report view does with its columns, whatever it shows: how wide they are together, widths that
-// last, tool tips for what does not fit.
+// What every list in report view does, whatever it shows: how wide its columns are together, widths that last, tool
+// tips for what does not fit, a text where there is no row.
 #pragma once
 
 #include <QString>
@@ -19,6 +19,9 @@ int columnsWidth(const QTreeView& list);
 
 // From now on a cell whose text is cut shows it in a tool tip.
 void tellCutCells(QTreeView& list);
+
+// What stands in the middle of a list without rows from now on.
+void setEmptyText(QTreeView& list, const QString& text);
 
 // Gives `list` the widths that the user gave it last under that name, and keeps those that the user gives it from now
 // on, in the user's settings.

@@ -27,8 +27,6 @@ class ListView : public QTreeView {
 
   // The first column takes the room that the others leave.
   void setColumns(const std::vector<ListColumn>& columns);
-  // What stands in the middle of a list without rows.
-  void setEmptyText(const QString& text);
   // All columns, and some rows.
   QSize sizeHint() const override;
   void setMultiSelect(bool on);
@@ -104,7 +102,6 @@ class ListView : public QTreeView {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  void paintEvent(QPaintEvent* event) override;
 
  private:
   void sortNow();
@@ -118,7 +115,6 @@ class ListView : public QTreeView {
   bool takesDrop(QDropEvent& event) const;
 
   ListRows* rows_;
-  QString emptyText_;
   bool sorting_ = false;
   bool headerClickSorts_ = true;
   int sortColumn_ = 0;

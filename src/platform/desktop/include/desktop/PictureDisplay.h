@@ -36,6 +36,8 @@ class PictureDisplay : public QWidget {
  private:
   struct Decoded;
 
+  void paintPicture(QPainter& painter) const;
+  void paintFocus(QPainter& painter) const;
   void startDecoding();
   void take(const Decoded& decoded);
   // The size at which a picture of `natural` size is shown here.

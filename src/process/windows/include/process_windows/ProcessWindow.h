@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QTreeView>
 
 #include "process/Process.h"
@@ -59,6 +60,8 @@ class ProcessWindow : public ChildWindow, public Counted {
   virtual std::string stateText() const = 0;
   // What is offered for a row of the work list.
   virtual Commands commandsOf(int row);
+  // What is offered beside the rows: the list holds those of this round only.
+  virtual Commands commandsOfList() { return {}; }
   // A double click on a row, or Enter.
   virtual void openRow(int) {}
   // Brings the controls up to the process's state; subclasses call this first.
@@ -86,6 +89,7 @@ class ProcessWindow : public ChildWindow, public Counted {
   bool sortDescending_ = false;
   long errorsSeen_ = 0;  // when the details were open last
   QPersistentModelIndex shownRow_;
+  QTimer handsOff_;  // runs while the user is at the list
   Controls controls_{};
 };
 
