@@ -103,11 +103,13 @@ TEST_F(ScanWindowTest, LeavesTheListForAWhileToTheUserWhoIsAtIt) {
   addLink(9, "h/a.htm");
   window->initWindow();
   clickDetails();
-  window->process().tmrOKToDownload.stop();
+  // One page, and no other while this looks.
+  window->process().tmrOKToDownload.setInterval(60'000);
   QTreeView& list = control<QTreeView>(window, "lvwLinks");
   QCoreApplication::processEvents();
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(2, 0)).center());
   const auto isChosen = [&list] { return list.selectionModel()->isRowSelected(2); };
+  ASSERT_TRUE(isChosen());
   window->process().crawlStep();
   ASSERT_TRUE(waitFor([this] { return text("lblPagesProcessed") == "Processed: 1"; }));
   EXPECT_TRUE(isChosen());
