@@ -30,11 +30,18 @@ std::string replaced(const std::string& text, const char* pattern, const char* b
 
 std::string trimmed(const std::string& text) { return replaced(text, R"(^\s+|\s+$)", ""); }
 
-// A line without its marks: pictures go, links keep their text.
+// Text outside of backticks: pictures go, links keep their text.
+std::string withoutMarks(const std::string& text) {
+  const std::string withoutPictures = replaced(text, R"(!\[[^\]]*\]\([^)]*\))", "");
+  return replaced(replaced(withoutPictures, R"(\[([^\]]*)\]\([^)]*\))", "$1"), R"(\*\*)", "");
+}
+
+// A line without its marks. What stands between backticks stays as it is, with stars and brackets.
 std::string plain(const std::string& line) {
-  std::string text = replaced(line, R"(!\[[^\]]*\]\([^)]*\))", "");
-  text = replaced(text, R"(\[([^\]]*)\]\([^)]*\))", "$1");
-  text = replaced(text, R"(\*\*|`)", "");
+  std::istringstream source(line);
+  std::string text;
+  bool isCode = false;
+  for (std::string part; std::getline(source, part, '`'); isCode = !isCode) text += isCode ? part : withoutMarks(part);
   return trimmed(text);
 }
 
@@ -59,7 +66,7 @@ std::string tableRow(const Cells& titles, const Cells& cells) {
     if (!isKey) ++columns;
     if (i >= cells.size() || cells[i].empty()) continue;
     if (isKey)
-      row.append(" (").append(cells[i]).append(")");
+      row += row.empty() ? cells[i] : " (" + cells[i] + ")";
     else
       said.push_back(titles[i] + ": " + cells[i]);
   }
