@@ -56,6 +56,8 @@ TEST_F(SiteEditor, ALineBelowTheLocationBoxSaysWhatIsWrongWithIt) {
                                                        {"www.example.test/a", "Another web site"},
                                                        {"http://www.example.test/a", "Another web site"},
                                                        {"https://www.example.test/", "by https only"},
+                                                       {"HTTPS://www.example.test/", "by https only"},
+                                                       {"HTTP://www.example.test/", ""},
                                                        {"ftp://www.example.test/", "Only addresses"},
                                                        {"www.example.test/?to=ftp://other.test", ""},
                                                        {" www.example.test", "blank"}};

@@ -12,11 +12,18 @@ namespace mv {
 
 namespace {
 
+constexpr const char* kHttp = "http://";
+constexpr const char* kHttps = "https://";
+
+bool hasScheme(const QString& location, const char* scheme) {
+  return location.startsWith(QLatin1String(scheme), Qt::CaseInsensitive);
+}
+
 // Than http:// and https://.
 bool hasOtherScheme(const QString& location) {
   const qsizetype scheme = location.indexOf("://");
-  return scheme >= 0 && location.indexOf(u'/') == scheme + 1 && !location.startsWith("http://") &&
-         !location.startsWith("https://");
+  return scheme >= 0 && location.indexOf(u'/') == scheme + 1 && !hasScheme(location, kHttp) &&
+         !hasScheme(location, kHttps);
 }
 
 }  // namespace
@@ -72,7 +79,7 @@ void RequiredInfoPage::showHint(const QString& typed) {
     hint = "There is a blank at the beginning or the end of the address.";
   else if (otherSites_.contains(siteLocation(toUtf8(typed))))
     hint = "Another web site has this address already.";
-  else if (typed.startsWith("https://"))
+  else if (hasScheme(typed, kHttps))
     hint = "With https:// the pages and files of this site come by https only.";
   else if (hasOtherScheme(typed))
     hint = "Only addresses that begin with http:// or https://, or with neither, can be harvested.";
