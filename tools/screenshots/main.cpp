@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <cstdio>
 #include <functional>
 
@@ -15,6 +17,7 @@
 #include "catalog_windows/frmNewFilter.h"
 #include "catalog_windows/frmRuleManager.h"
 #include "catalog_windows/frmSitePaths.h"
+#include "desktop/Twips.h"
 #include "download_windows/frmDownload.h"
 #include "files/DiskSpace.h"
 #include "forms_windows/frmFormManager.h"
@@ -73,20 +76,39 @@ void saveTabs(ChildWindow* window, const char* name, const QString& prefix) {
 
 bool arrives(const std::function<bool()>& condition) { return waitFor(condition, kPatienceMs); }
 
-// In twips, within the main window of the picture.
+QRect frameOf(const ChildWindow* window) { return window->parentWidget()->geometry(); }
+
+// Room for any arrangement, without scroll bars; fit() takes it away again.
+void makeRoom(QWidget& window) {
+  window.resize(1600, 1200);
+  QTest::qWait(100);
+}
+
+// The main window just as large as its open windows need.
+void fit(frmDownloadManager& window) {
+  QRect used;
+  for (const QMdiSubWindow* child : window.mdiArea().subWindowList())
+    if (child->isVisible()) used |= child->geometry();
+  window.resize(window.size() - window.mdiArea().viewport()->size() + QSize(used.right() + 1, used.bottom() + 1));
+  QTest::qWait(100);
+}
+
+// The list above, the processes side by side, all as large as their contents need.
 void arrange() {
-  find<frmWebSites>()->setPlace({0, 0, 4800, 6600});
-  find<frmScan>()->setPlace({0, 6700, 5175, 7400});
-  find<frmDownload>()->setPlace({5250, 6700, 5175, 7400});
+  find<frmWebSites>()->setPlace({0, 0, 4500, 11400});
+  const int top = pixelsToTwips(frameOf(find<frmWebSites>()).height());
+  find<frmScan>()->setPlace({top, 0, kExpandedHeight, kProcessWidth});
+  const int left = pixelsToTwips(frameOf(find<frmScan>()).width());
+  find<frmDownload>()->setPlace({top, left, kExpandedHeight, kProcessWidth});
 }
 
 void harvest(frmDownloadManager& window) {
-  window.resize(950, 775);
-  QTest::qWait(100);
+  makeRoom(window);
   for (ProcessWindow* process :
        {static_cast<ProcessWindow*>(find<frmScan>()), static_cast<ProcessWindow*>(find<frmDownload>())})
     if (process->DetailsCollapsed()) process->toggleDetails();
   arrange();
+  fit(window);
   control<QTabWidget>(find<frmDownload>(), "SSTab1").setCurrentIndex(1);
   // In the middle of the work: some pages done, some waiting.
   arrives([] {
@@ -161,9 +183,9 @@ void loginForms() {
 // A topic of the slow server is on its way, the message has come.
 void onlineUpdates(frmDownloadManager& window, const TestSite& server) {
   for (ChildWindow* child : WindowRegistry::instance().windows()) child->hideChild();
-  window.resize(720, 480);
+  window.resize(790, 500);
   find<frmWebSites>()->showChild();
-  find<frmWebSites>()->setPlace({0, 0, 4200, 6600});
+  find<frmWebSites>()->setPlace({0, 0, 4200, 6500});
   window.getFormUpdates();
   window.getHelp();
   arrives([&] { return server.requestCount(kSlowTopic) > 0; });
@@ -249,12 +271,13 @@ void filterDrag(frmDownloadManager& window) {
   auto* filters = find<frmFilterManager>();
   for (ChildWindow* other : WindowRegistry::instance().windows())
     if (other != sites && other != filters) other->hideChild();
-  window.resize(830, 275);
+  makeRoom(window);
   sites->setPlace({0, 0, 3600, 6500});
-  filters->setPlace({0, 6600, 3600, 5500});
+  filters->setPlace({0, pixelsToTwips(frameOf(sites).width()), 3600, 5500});
   sites->findChild<ListView*>()->selectAll();
   for (const int row : {0, 2}) filters->findChild<ListView*>()->setRowSelected(row, true);
   filters->showChild();
+  fit(window);
   save(&window, "filter-drag");
 }
 
