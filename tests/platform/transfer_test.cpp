@@ -448,7 +448,7 @@ TEST_F(TransferTest, FullDiskEndsTheTransfer) {
     const mv::TimeBudget budget;
     std::this_thread::sleep_for(std::chrono::milliseconds(6));
   });
-  for (const std::size_t room : {64 * 1024, 4'000'000, 8'000'000}) {
+  for (const std::size_t room : {65'536U, 4'000'000U, 8'000'000U}) {
     rlimit usual{};
     ::getrlimit(RLIMIT_FSIZE, &usual);
     const rlimit small{room, usual.rlim_max};
