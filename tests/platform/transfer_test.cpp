@@ -313,6 +313,15 @@ TEST_F(TransferTest, ALongPageOfUnknownLengthIsNotMovedAtOnce) {
   }
 }
 
+TEST_F(TransferTest, APackedPageIsUnpackedByTurns) {
+  const std::string page(60 * kMegabyte, 'x');  // 60 KB as sent
+  site.add("/p", {.type = "text/html", .body = deflated(page), .headers = {{"Content-Encoding", "deflate"}}});
+  const LoopMeter turn;
+  ASSERT_TRUE(get("/p", BodyMode::Text));
+  EXPECT_LT(turn.longest, 25);
+  EXPECT_TRUE(client.transfer.TakeText() == page);
+}
+
 // ---- header requests
 
 TEST_F(TransferTest, HeldResponseGoesOnWithoutASecondRequest) {
