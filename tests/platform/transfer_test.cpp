@@ -313,6 +313,15 @@ TEST_F(TransferTest, ALongPageOfUnknownLengthIsNotMovedAtOnce) {
   }
 }
 
+TEST_F(TransferTest, APackedPageIsUnpackedByTurns) {
+  const std::string page(60 * kMegabyte, 'x');  // 60 KB as sent
+  site.add("/p", {.type = "text/html", .body = deflated(page), .headers = {{"Content-Encoding", "deflate"}}});
+  const LoopMeter turn;
+  ASSERT_TRUE(get("/p", BodyMode::Text));
+  EXPECT_LT(turn.longest, 25);
+  EXPECT_TRUE(client.transfer.TakeText() == page);
+}
+
 // ---- header requests
 
 TEST_F(TransferTest, HeldResponseGoesOnWithoutASecondRequest) {
@@ -448,7 +457,7 @@ TEST_F(TransferTest, FullDiskEndsTheTransfer) {
     const mv::TimeBudget budget;
     std::this_thread::sleep_for(std::chrono::milliseconds(6));
   });
-  for (const std::size_t room : {64 * 1024, 4'000'000, 8'000'000}) {
+  for (const std::size_t room : {65'536U, 4'000'000U, 8'000'000U}) {
     rlimit usual{};
     ::getrlimit(RLIMIT_FSIZE, &usual);
     const rlimit small{room, usual.rlim_max};

@@ -129,6 +129,16 @@ TEST_F(LoginUse, AFileWaitsForTheLoginThatItsSessionNeeds) {
   click(window<frmWebSites>(), "Stop");
 }
 
+// A start page with one picture, for those only who bear these credentials.
+void serveMembers(TestSite& site, const std::string& credentials) {
+  site.setRule([credentials](const Request& request) {
+    const auto given = request.headers.find("authorization");
+    if (given == request.headers.end() || given->second != credentials)
+      return answer(401, "no", {{"WWW-Authenticate", "Basic realm=\"members\""}});
+    return request.path == "/" ? answer(200, "<img src=\"inside.jpg\">") : answer(200, kPicture);
+  });
+}
+
 TEST_F(LoginUse, TheBuiltInFormsWorkOutOfTheBox) {
   const QString password = "p/a?s#s@w:o%41r d";
   const std::string basic =
@@ -137,12 +147,7 @@ TEST_F(LoginUse, TheBuiltInFormsWorkOutOfTheBox) {
   const std::pair<QString, QString> key{"Password", password};
   for (const bool userFirst : {true, false}) {
     TestSite site;
-    site.setRule([&](const Request& request) {
-      const auto given = request.headers.find("authorization");
-      if (given == request.headers.end() || given->second != basic)
-        return answer(401, "no", {{"WWW-Authenticate", "Basic realm=\"members\""}});
-      return request.path == "/" ? answer(200, "<img src=\"inside.jpg\">") : answer(200, kPicture);
-    });
+    serveMembers(site, basic);
     const QString folder = toQString(this->folder()) + (userFirst ? "/one" : "/two");
     startSite(site.host(), folder, userFirst ? "User Name and Password" : "Password and User Name",
               {userFirst ? user : key, userFirst ? key : user});

@@ -2,6 +2,7 @@
 // list of open windows, a maximised main window.
 
 #include <QMdiSubWindow>
+#include <QScrollBar>
 
 #include "NormalPlace.h"
 #include "WholeUse.h"

@@ -91,8 +91,9 @@ TEST_F(WholeUseTest, ASiteFromNothingToItsFiles) {
                                                                  {"/photographs/two.jpg", body('2', 4000)},
                                                                  {"/default/three.png", body('3', 5000)}};
   for (const auto& [path, content] : expected) {
-    ASSERT_TRUE(waitFor([&] { return QFile::exists(root + path); }, 60'000)) << path.toStdString();
-    EXPECT_EQ(readFile(toUtf8(root + path)), content);
+    const QString file = root + path;
+    ASSERT_TRUE(waitFor([&] { return QFile::exists(file); }, 60'000)) << file.toStdString();
+    EXPECT_EQ(readFile(toUtf8(file)), content);
   }
   ASSERT_TRUE(waitFor([&] { return count("link", "link_type = \"File\" and status = \"Done\"") == 5; }, 60'000));
   EXPECT_EQ(QDir(root + "/photographs").entryList(QDir::Files), QStringList("two.jpg")) << "the small one is left out";

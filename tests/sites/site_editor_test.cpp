@@ -296,30 +296,31 @@ TEST_F(SiteEditor, TabVisitsTheControlsInReadingOrder) {
             "txtFiletypeDescription");
 }
 
+void expectNothingCutOff(QWidget* window, const QString& page) {
+  QCoreApplication::processEvents();
+  for (const QLabel* label : window->findChildren<QLabel*>()) {
+    if (!label->isVisible() || label->text().isEmpty()) continue;
+    const QSize needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+    EXPECT_EQ(label->size().expandedTo(needed), label->size()) << (page + ": " + label->text()).toStdString();
+  }
+  for (const QScrollArea* area : window->findChildren<QScrollArea*>()) {
+    if (!area->isVisible()) continue;
+    EXPECT_LE(area->widget()->width(), area->viewport()->width()) << page.toStdString();
+  }
+}
+
 TEST_F(SiteEditor, NothingIsCutOffAtTheFirstSize) {
   insert("site_form_xref", {{"1", "20"}});
   insert("site_field_xref (site_id, field_id, field_value)", {{"1", "17", "me"}});
   openEdit(addSite("www.example.test", "/x"));
   EXPECT_EQ(editor->place().width, 7050);
   EXPECT_EQ(editor->place().height, 4800);
-  const auto checkPage = [this](const QString& page) {
-    QCoreApplication::processEvents();
-    for (const QLabel* label : editor->findChildren<QLabel*>()) {
-      if (!label->isVisible() || label->text().isEmpty()) continue;
-      const QSize needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
-      EXPECT_EQ(label->size().expandedTo(needed), label->size()) << (page + ": " + label->text()).toStdString();
-    }
-    for (const QScrollArea* area : editor->findChildren<QScrollArea*>()) {
-      if (!area->isVisible()) continue;
-      EXPECT_LE(area->widget()->width(), area->viewport()->width()) << page.toStdString();
-    }
-  };
-  checkPage("Required Info");
+  expectNothingCutOff(editor, "Required Info");
   auto& optional = control<QTabWidget>(editor, "SSTab2");
   control<QTabWidget>(editor, "SSTab1").setCurrentIndex(1);
   for (int i = 0; i < optional.count(); ++i) {
     optional.setCurrentIndex(i);
-    checkPage(optional.tabText(i));
+    expectNothingCutOff(editor, optional.tabText(i));
   }
   for (const char* name : {"cmdOK", "cmdApply", "cmdCancel"})
     EXPECT_TRUE(editor->rect().contains(control<QPushButton>(editor, name).geometry())) << name;

@@ -22,6 +22,7 @@ constexpr long kMostRedirects = 20;
 constexpr long kFileBuffer = 512L * 1024;
 // The page that comes with an error is not wanted, but reading a short one keeps the connection.
 constexpr std::size_t kErrorBodyRead = std::size_t{64} * 1024;
+constexpr std::size_t kPackedPiece = 1024;                   // deflate makes a MiB of it at most: a few milliseconds
 constexpr std::size_t kHeadLimit = std::size_t{256} * 1024;  // less than libcurl's own
 
 }  // namespace
@@ -275,15 +276,31 @@ std::size_t CurlRequest::takeBody(std::string_view bytes) {
     paused_ = true;
     return CURL_WRITEFUNC_PAUSE;
   }
-  slow_.received(bytes.size());
   if (head_.status() >= 400) {
+    slow_.received(bytes.size());
     errorBodyBytes_ += bytes.size();
     return errorBodyBytes_ > kErrorBodyRead ? CURL_WRITEFUNC_ERROR : bytes.size();
   }
   states_.raise(kReceivingResponse);
-  if (!body_.append(bytes)) return CURL_WRITEFUNC_ERROR;
-  if (loop_->budgetIsSpent()) loop_->readOnLater(easy_.get());
-  return bytes.size();
+  return takePieces(bytes);
+}
+
+// What is left when the time is spent comes again with what was taken already: libcurl keeps the whole.
+std::size_t CurlRequest::takePieces(std::string_view bytes) {
+  const std::size_t all = bytes.size();
+  const std::size_t size = body_.isPacked() ? kPackedPiece : all;
+  for (std::size_t at = std::exchange(taken_, 0); at < all;) {
+    const auto piece = bytes.substr(at, size);
+    slow_.received(piece.size());
+    if (!body_.append(piece)) return CURL_WRITEFUNC_ERROR;
+    at += piece.size();
+    if (!loop_->budgetIsSpent()) continue;
+    loop_->readOnLater(easy_.get());
+    if (at == all) break;
+    taken_ = at;
+    return CURL_WRITEFUNC_PAUSE;
+  }
+  return all;
 }
 
 // ---- a held response

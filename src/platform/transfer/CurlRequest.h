@@ -85,6 +85,7 @@ class CurlRequest : private CurlClient {
   bool endOfHead();
   bool follow(const std::string& hop);
   std::size_t takeBody(std::string_view bytes);
+  std::size_t takePieces(std::string_view bytes);
   void callbackFailed(const char* why) noexcept;
   void conclude(CURLcode result);
   void failByTransport(CURLcode result);
@@ -113,6 +114,7 @@ class CurlRequest : private CurlClient {
   bool running_ = false;
   bool held_ = false;  // the headers have been told, the body not asked for yet
   bool paused_ = false;
+  std::size_t taken_ = 0;  // bytes of what libcurl is going to hand over once more
   bool released_ = false;
   CURLcode heldResult_ = CURLE_OK;
 

@@ -31,6 +31,8 @@ class ResponseBody {
   // False when it is not to be taken: a page over its limit or one that cannot be unpacked, a byte beyond the announced
   // length of a file, what the disk refuses. failureCode() and failureText() then tell why.
   bool append(std::string_view bytes);
+  // A page that is sent compressed: a few bytes may become a thousand times as many.
+  bool isPacked() const { return isText_ && !unpacker_.isPlain(); }
   // After the last append, false as there. A page is UTF-8 then.
   bool finish();
   // Gives back what has been received.
