@@ -119,6 +119,8 @@ TEST_F(WayToFilesTest, TheFootSaysWhatWouldBeSilent) {
   click(sites_, "Start");
   EXPECT_EQ(said(), "Max Connections is 1. Not started: 127.0.0.1:1/second");
   EXPECT_TRUE(waitFor([this] { return textOf(&main_, "lblTotals").startsWith("1 site runs"); }));
+  doubleClickRow(mvtest::control<ListView>(sites_, "lvwSites"), 0);
+  EXPECT_TRUE(said().startsWith("It is running.")) << said().toStdString();
 }
 
 }  // namespace

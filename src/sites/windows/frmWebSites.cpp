@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QToolButton>
+#include <algorithm>
 #include <utility>
 
 #include "ConnectionsMenu.h"
@@ -300,9 +301,13 @@ void frmWebSites::editChosen() { startSelected(); }
 
 void frmWebSites::startSelected() {
   Q_EMIT events().sitesStarting();
-  if (list().selectedRows().empty()) sayInFoot("Select a web site first, then press Start.");
+  const std::vector<int> rows = list().selectedRows();
+  if (rows.empty())
+    sayInFoot("Select a web site first, then press Start.");
+  else if (std::all_of(rows.begin(), rows.end(), [this](int row) { return isRunning(row); }))
+    sayInFoot("It is running. The Windows menu shows its windows, the Process Manager those that are hidden.");
   QStringList beyond;
-  for (const int row : list().selectedRows()) {
+  for (const int row : rows) {
     // While a box of a start stood open the rows may have changed.
     if (isUnloaded() || !list().isRowSelected(row) || list().cell(row, kOnOff) != kOff) continue;
     if (processes_->mayStart(idOfRow(row), maxConnections_))
