@@ -61,12 +61,17 @@ void DownloadProcess::initWindow() {
     belongTo(SiteId, downloadTitle(SiteName));
     Inet2.setSite(SiteId);
     SiteLocation(SiteName).announce();
-    queue_->loadLimits(SiteId);
-    login_->start(SiteId);
+    readSettings();
     showCounters("filesinqueue", "", 0);
     buildQueue();
     enableWorkTimer();
   });
+}
+
+// What the database refuses at the start is read when the queue is built anew.
+void DownloadProcess::readSettings() {
+  queue_->loadLimits(SiteId);
+  login_->start(SiteId);
 }
 
 void DownloadProcess::buildQueue() {
@@ -86,7 +91,7 @@ void DownloadProcess::rebuildQueue() {
   if (!isSiteStored(SiteId)) return endWithSite();
   // Rows whose files are on their way to the disk stay until it is known what became of them.
   queue_->clear([this](std::int64_t link) { return saving_.contains(link); });
-  queue_->loadLimits(SiteId);
+  readSettings();
   buildQueue();
   report_->showNoFile();
   enableWorkTimer();
@@ -128,14 +133,18 @@ bool DownloadProcess::takeUp(int index) {
     checkIfFileExists(answer);
     if (answer != kSkip) request_->askForHeader(entry_.url);
   } catch (const std::exception& error) {
-    // It has not been asked for. When the failure has passed it is taken up anew.
-    const auto* database = dynamic_cast<const DatabaseError*>(&error);
-    entry_.outcomeDue = !database || !database->mayPass();
-    entry_.outcome = RowState::Error;
+    entryBroken(error);
     throw;
   }
   if (answer == kSkip) skipEntry();
   return answer == kSkip;
+}
+
+// The file has not come. When the failure has passed it is taken up anew.
+void DownloadProcess::entryBroken(const std::exception& error) {
+  const auto* database = dynamic_cast<const DatabaseError*>(&error);
+  entry_.outcomeDue = !database || !database->mayPass();
+  entry_.outcome = RowState::Error;
 }
 
 void DownloadProcess::beginEntry(const WorkRow& row) {
@@ -162,6 +171,15 @@ void DownloadProcess::skipEntry() {
 }
 
 void DownloadProcess::transferEvent(int state) {
+  try {
+    takeEvent(state);
+  } catch (const std::exception& error) {
+    entryBroken(error);
+    throw;
+  }
+}
+
+void DownloadProcess::takeEvent(int state) {
   if (state == kError) transferFailed();
   if (state != kResponseCompleted) return;
   if (request_->mode() == kGetFile)

@@ -16,8 +16,8 @@ namespace mv {
 namespace {
 
 constexpr int kRowsAtOnce = 100;
-constexpr int kTableAtOnce = 10'000;  // rows that all go by one statement
-constexpr int kMostAtOnce = 10;       // times as many in one turn
+constexpr std::uint64_t kTableAtOnce = 10'000;  // rows that all go by one statement
+constexpr int kMostAtOnce = 10;                 // times as many in one turn
 constexpr const char* kSource = "LinkCleaner";
 constexpr const char* kWaiting = "Links cannot be deleted now. The clearing waits, and goes on by itself.";
 
@@ -34,7 +34,7 @@ void LinkCleaner::clear(Id siteId) { add({.of = Of::OneSite, .siteId = siteId, .
 
 void LinkCleaner::clearAll() {
   const Work all{.of = Of::AllSites, .firstLink = oldestLink(), .lastLink = newestLink()};
-  if (all.lastLink - all.firstLink < kTableAtOnce)
+  if (all.span() < kTableAtOnce)
     deleteAllLinks();
   else
     add(all);
@@ -57,7 +57,7 @@ void LinkCleaner::finish() {
 int LinkCleaner::percent() const {
   if (work_.empty() || work_.front().of != Of::AllSites) return -1;
   const Work& now = work_.front();
-  return static_cast<int>(std::min<std::int64_t>(100 * deleted_ / (now.lastLink - now.firstLink + 1), 100));
+  return static_cast<int>(std::min(100 * static_cast<double>(deleted_) / (static_cast<double>(now.span()) + 1), 100.0));
 }
 
 void LinkCleaner::deleteOrDrop() {

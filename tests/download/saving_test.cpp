@@ -314,6 +314,20 @@ TEST_F(LoginWaitTest, AFileThatIsAnsweredWithTheLoginPageWaitsForTheLogin) {
   EXPECT_EQ(process->ErrorCount(), 0);
 }
 
+TEST_F(LoginWaitTest, AStartThatTheDatabaseRefusesKnowsTheLoginFormLater) {
+  addPicture("/whole.jpg", 1, {.body = kForm});
+  mv::gDatabase.execute("alter table field_info rename to away");
+  process->initWindow();
+  ASSERT_TRUE(waitFor([this] { return process->tmrWaitForAWhile.isActive(); }));
+  mv::gDatabase.execute("alter table away rename to field_info");
+  process->tmrWaitForAWhile.start(1);
+  ASSERT_TRUE(waitFor([this] { return site.requestCount("/whole.jpg") == 1 && process->lvwLinks.count() == 0; }));
+  EXPECT_EQ(waitingLinks(), 1);
+  Q_EMIT mv::events().siteLoggedIn(siteId);
+  ASSERT_TRUE(waitFor([this] { return allDone(); }));
+  EXPECT_EQ(readFile(path("whole.jpg")), kPicture);
+}
+
 TEST_F(LoginWaitTest, ItWaitsThreeTimesAtMost) {
   addPicture("/never.jpg", 100, {.body = kForm});
   process->initWindow();

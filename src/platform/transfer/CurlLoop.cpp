@@ -115,7 +115,8 @@ void CurlLoop::connected(const std::string& localEnd, CurlClient* client) { user
 
 void CurlLoop::readOnLater(CURL* easy) {
   curl_easy_pause(easy, CURLPAUSE_RECV);
-  waiting_.push_back(easy);
+  // What libcurl had read already it hands over in pieces, in spite of the pause.
+  if (std::find(waiting_.begin(), waiting_.end(), easy) == waiting_.end()) waiting_.push_back(easy);
   nextIteration_.start(0);
 }
 

@@ -88,10 +88,13 @@ class DownloadProcess : public Process {
   };
 
   void rebuildQueue();
+  void readSettings();
   void beginEntry(const WorkRow& row);
+  void entryBroken(const std::exception& error);
   // Takes row `index` up; true when it was skipped and the next row is to be tried.
   bool takeUp(int index);
   void skipEntry();
+  void takeEvent(int state);
   void refuseFile();
   void transferFailed();
   // Counts, shows and logs a failure of the current entry.

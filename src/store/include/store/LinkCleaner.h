@@ -42,6 +42,8 @@ class LinkCleaner : public QObject {
     Id siteId = 0;
     std::int64_t firstLink = 0;  // the oldest and
     std::int64_t lastLink = 0;   // the newest when the clearing was asked for
+    // Ids may be any of 64 bits.
+    std::uint64_t span() const { return static_cast<std::uint64_t>(lastLink) - static_cast<std::uint64_t>(firstLink); }
   };
 
   enum class Locks { Awaited, NotAwaited };  // of other programs
