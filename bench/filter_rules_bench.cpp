@@ -13,7 +13,7 @@ using namespace mvbench;
 constexpr int kRuns = 9;
 constexpr int kRules = 1000;
 constexpr int kLinks = 1000;
-constexpr double kGoalMicroseconds = 50;
+constexpr double kGoalMicroseconds = 20;
 
 // `operators` in turn against the three fields; no link of links() is matched.
 std::vector<mv::FilterRule> rules(const std::vector<mv::RuleOperator>& operators) {

@@ -17,11 +17,12 @@
 namespace {
 
 constexpr int kRuns = 5;
-constexpr double kGoalSpeed = 3300;  // objects per second; such a machine ends at about 4200
-constexpr double kGoalCpu = 0.25;    // ms
-constexpr double kGoalMemory = 30;   // MB
-constexpr double kGoalDrift = 1.1;   // last tenth against the first
-constexpr double kGoalGrowth = 3;    // MB
+constexpr double kGoalSpeed = 3300;     // objects per second; such a machine ends at about 4200
+constexpr double kGoalCpu = 0.25;       // ms
+constexpr double kGoalMemory = 7.5;     // MB
+constexpr double kGoalSoakMemory = 30;  // MB, with the cache of the engine
+constexpr double kGoalDrift = 1.1;      // last tenth against the first
+constexpr double kGoalGrowth = 3;       // MB
 
 std::string ownFolder(const std::string& program) { return program.substr(0, program.rfind('/') + 1); }
 
@@ -78,7 +79,7 @@ void soak(const std::string& program) {
   mvbench::printFigure("soak, time of an object, last tenth / first", values["drift"], "", mvbench::Goal::AtMost,
                        kGoalDrift);
   mvbench::printFigure("soak, memory growth after the first tenth", values["growth"], "MB", mvbench::Goal::AtMost,
-                       kGoalMemory);
+                       kGoalSoakMemory);
   mvbench::printFigure("  of it outside the database engine and its cache", values["growth"] - values["engine"], "MB",
                        mvbench::Goal::AtMost, kGoalGrowth);
 }

@@ -31,7 +31,7 @@ constexpr double kMB = 1e6;
 constexpr double kGoalIdle = 95;          // percent
 constexpr double kGoalIteration = 16;     // ms
 constexpr double kGoalFirstPicture = 40;  // ms
-constexpr double kGoalTick = 200;         // ms
+constexpr double kGoalTick = 130;         // ms
 
 void fillDatabase(const mvbench::ServerProcess& server, std::int64_t rows) {
   for (int site = 1; site <= kSites; ++site) {
