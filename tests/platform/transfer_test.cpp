@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <functional>
+#include <limits>
 #include <random>
 #include <thread>
 
@@ -57,6 +59,24 @@ std::string randomBytes(std::size_t size) {
   std::string bytes(size, '\0');
   for (auto& byte : bytes) byte = static_cast<char>(random());
   return bytes;
+}
+
+// Milliseconds. AddressSanitizer takes longer to reserve the memory of a long text than its move would take.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kShortTurn = 100;
+#else
+constexpr double kShortTurn = 16;
+#endif
+
+// In milliseconds, of three tries the best: what other programs do makes turns longer, never shorter.
+double longestTurn(const std::function<void()>& work) {
+  double best = std::numeric_limits<double>::max();
+  for (int i = 0; i < 3; ++i) {
+    const LoopMeter turn;
+    work();
+    best = std::min(best, turn.longest);
+  }
+  return best;
 }
 
 using Client = TransferClient;
@@ -306,9 +326,7 @@ TEST_F(TransferTest, ALongPageOfUnknownLengthIsNotMovedAtOnce) {
     // Each letter of the second one takes two bytes as UTF-8.
     const std::string page(60 * kMegabyte, type == "text/html" ? 'x' : '\xD0');
     site.add("/p", {.type = type, .body = page, .fault = Fault::NoContentLength});
-    const LoopMeter turn;
-    ASSERT_TRUE(get("/p", BodyMode::Text));
-    EXPECT_LT(turn.longest, 16) << type;
+    EXPECT_LT(longestTurn([this] { EXPECT_TRUE(get("/p", BodyMode::Text)); }), kShortTurn) << type;
     EXPECT_EQ(client.transfer.TakeText().size(), page.size() * (type == "text/html" ? 1 : 2));
   }
 }
@@ -316,9 +334,7 @@ TEST_F(TransferTest, ALongPageOfUnknownLengthIsNotMovedAtOnce) {
 TEST_F(TransferTest, APackedPageIsUnpackedByTurns) {
   const std::string page(60 * kMegabyte, 'x');  // 60 KB as sent
   site.add("/p", {.type = "text/html", .body = deflated(page), .headers = {{"Content-Encoding", "deflate"}}});
-  const LoopMeter turn;
-  ASSERT_TRUE(get("/p", BodyMode::Text));
-  EXPECT_LT(turn.longest, 25);
+  EXPECT_LT(longestTurn([this] { EXPECT_TRUE(get("/p", BodyMode::Text)); }), kShortTurn);
   EXPECT_TRUE(client.transfer.TakeText() == page);
 }
 
