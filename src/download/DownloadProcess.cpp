@@ -71,7 +71,7 @@ void DownloadProcess::initWindow() {
 // What the database refuses at the start is read when the queue is built anew.
 void DownloadProcess::readSettings() {
   queue_->loadLimits(SiteId);
-  login_->start(SiteId);
+  if (!login_->isStarted()) login_->start(SiteId);
 }
 
 void DownloadProcess::buildQueue() {

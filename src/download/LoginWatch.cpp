@@ -26,11 +26,12 @@ std::string lowered(std::string_view text) {
 }  // namespace
 
 void LoginWatch::start(Id siteId) {
-  searchString_.clear();
   const Id form = siteLoginForm(siteId);
-  if (form == 0 || form == kNoLoginForm || isAuthenticationForm(form)) return;
-  const std::vector<LoginField> fields = loadLoginFields(form, siteId);
-  if (!fields.empty()) searchString_ = fields.front().searchString;
+  if (form != 0 && form != kNoLoginForm && !isAuthenticationForm(form)) {
+    const std::vector<LoginField> fields = loadLoginFields(form, siteId);
+    if (!fields.empty()) searchString_ = fields.front().searchString;
+  }
+  started_ = true;
 }
 
 bool LoginWatch::beginAnswer(const InternetTransfer& answer) {

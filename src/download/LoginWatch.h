@@ -17,6 +17,8 @@ class LoginWatch {
  public:
   // Reads what tells the form of the site's login, if it has one. Raises DatabaseError.
   void start(Id siteId);
+  // False, too, when the start has raised something.
+  bool isStarted() const { return started_; }
   // A file is asked for.
   void beginRequest() { loginsAtRequest_ = logins_; }
 
@@ -42,6 +44,7 @@ class LoginWatch {
   };
 
   std::string searchString_;  // in lower case; "" when there is no form
+  bool started_ = false;
   bool looking_ = false;
   bool found_ = false;
   std::string tail_;  // where the string may have begun, in lower case

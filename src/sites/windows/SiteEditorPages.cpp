@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "store/SiteDerivations.h"
+#include "transfer/SiteLocation.h"
 #include "ui_AutoScanPage.h"
 #include "ui_DomainHoppingPage.h"
 #include "ui_OtherPage.h"
@@ -12,18 +13,10 @@ namespace mv {
 
 namespace {
 
-constexpr const char* kHttp = "http://";
-constexpr const char* kHttps = "https://";
-
-bool hasScheme(const QString& location, const char* scheme) {
-  return location.startsWith(QLatin1String(scheme), Qt::CaseInsensitive);
-}
-
-// Than http:// and https://.
-bool hasOtherScheme(const QString& location) {
-  const qsizetype scheme = location.indexOf("://");
-  return scheme >= 0 && location.indexOf(u'/') == scheme + 1 && !hasScheme(location, kHttp) &&
-         !hasScheme(location, kHttps);
+// Than http and https, which a location's address is without.
+bool hasOtherScheme(const SiteLocation& location) {
+  const auto scheme = location.address().find("://");
+  return scheme != std::string::npos && location.address().find('/') == scheme + 1;
 }
 
 }  // namespace
@@ -74,14 +67,15 @@ void RequiredInfoPage::setOtherSites(const std::vector<std::string>& names) {
 }
 
 void RequiredInfoPage::showHint(const QString& typed) {
+  const SiteLocation location(toUtf8(typed));
   QString hint;
   if (typed != typed.trimmed())
     hint = "There is a blank at the beginning or the end of the address.";
   else if (otherSites_.contains(siteLocation(toUtf8(typed))))
     hint = "Another web site has this address already.";
-  else if (hasScheme(typed, kHttps))
+  else if (location.isHttps())
     hint = "With https:// the pages and files of this site come by https only.";
-  else if (hasOtherScheme(typed))
+  else if (hasOtherScheme(location))
     hint = "Only addresses that begin with http:// or https://, or with neither, can be harvested.";
   ui_->lblURLHint->setText(hint);
 }
